@@ -1,0 +1,15 @@
+#pragma once
+
+/**
+ * @file
+ * The whole of the library in one include.
+ */
+
+#include "calibration.h"
+#include "conditioning.h"
+#include "feature_records.h"
+#include "features.h"
+#include "geometry.h"
+#include "scan_bounds.h"
+#include "scan_records.h"
+#include "trees.h"

@@ -1,0 +1,63 @@
+#pragma once
+
+/// Small builders of samples, lines and scans for the tests.
+
+#include <functional>
+#include <initializer_list>
+#include <vector>
+
+#include "scan_records.h"
+
+namespace build {
+
+using Line = std::vector<STesk3DPosition>;
+using Scan = std::vector<Line>;
+
+inline STesk3DPosition sample(double x, double y, double z, int idx = 0) {
+  return {idx, {x, y, z}};
+}
+
+/// A line at `x` whose samples stand 1.0 apart in y (from 0.0), with the given z; 0.0 is a hole.
+inline Line lineOfZ(std::initializer_list<double> z, double x = 0.0, double step = 1.0) {
+  Line line;
+  for (double value : z) {
+    line.push_back(sample(x, step * static_cast<double>(line.size()), value));
+  }
+  return line;
+}
+
+/// A line of `count` samples, `step` apart in y from 0.0, with z = `profile(y)`.
+inline Line profileLine(int count,
+                        double step,
+                        const std::function<double(double)>& profile,
+                        double x = 0.0) {
+  Line line;
+  for (int i = 0; i < count; ++i) {
+    const double y = step * i;
+    line.push_back(sample(x, y, profile(y)));
+  }
+  return line;
+}
+
+/// A scan of `lines` x `samples` at unit spacing with z = `height(x, y)`.
+inline Scan surfaceScan(int lines,
+                        int samples,
+                        const std::function<double(double, double)>& height) {
+  Scan scan;
+  for (int l = 0; l < lines; ++l) {
+    scan.push_back(profileLine(
+        samples, 1.0, [&](double y) { return height(l, y); }, l));
+  }
+  return scan;
+}
+
+/// The pointer form of a scan that stays owned by `scan`.
+inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
+  std::vector<STesk3DLaserLine> lines;
+  for (Line& line : scan) {
+    lines.push_back({line.data(), static_cast<int>(line.size()), 0});
+  }
+  return lines;
+}
+
+}  // namespace build
