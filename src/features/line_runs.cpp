@@ -1,0 +1,70 @@
+#include "features/line_runs.h"
+
+#include <cmath>
+
+#include "records/sample_rules.h"
+
+namespace scanline::detail {
+namespace {
+
+constexpr int kLive = 1;
+constexpr int kAbsorbed = 0;
+
+int lastSample(const SQO_RUN& run) {
+  return run.start + run.len - 1;
+}
+
+}  // namespace
+
+std::vector<SQO_RUN> findRuns(const STesk3DPosition* lineData, int dataSize, double maxStepZ) {
+  std::vector<SQO_RUN> runs;
+  bool open = false;
+  for (int i = 0; i < dataSize; ++i) {
+    if (!isAboveNoSample(lineData[i].pt3D.z)) {
+      open = false;
+      continue;
+    }
+    const bool breaks = open && std::abs(lineData[i].pt3D.z - lineData[i - 1].pt3D.z) > maxStepZ;
+    if (open && !breaks) {
+      ++runs.back().len;
+    } else {
+      runs.push_back({i, 1, kLive});
+      open = true;
+    }
+  }
+  return runs;
+}
+
+void joinRuns(const STesk3DPosition* lineData,
+              double gapY,
+              double gapZ,
+              std::vector<SQO_RUN>& runs) {
+  for (std::size_t i = 1; i < runs.size(); ++i) {
+    SQO_RUN& before = runs[i - 1];
+    SQO_RUN& run = runs[i];
+    const STesk3DPoint& end = lineData[lastSample(before)].pt3D;
+    const STesk3DPoint& start = lineData[run.start].pt3D;
+    if (gapY > std::abs(end.y - start.y) && gapZ > std::abs(end.z - start.z)) {
+      run.len = lastSample(run) - before.start + 1;
+      run.start = before.start;
+      before.value = kAbsorbed;
+    }
+  }
+}
+
+void appendEndings(const STesk3DPosition* lineData,
+                   int lineIdx,
+                   const std::vector<SQO_RUN>& runs,
+                   std::vector<SQO_basicFeature1D>& endings) {
+  const auto append = [&](int type, int i) {
+    endings.push_back({type, {lineIdx, i}, lineData[i].pt3D, 0.0});
+  };
+  for (const SQO_RUN& run : runs) {
+    if (run.value != kAbsorbed) {
+      append(FEATURE_SEG_START, run.start);
+      append(FEATURE_SEG_END, lastSample(run));
+    }
+  }
+}
+
+}  // namespace scanline::detail

@@ -1,0 +1,9 @@
+#pragma once
+
+namespace scanline::detail {
+
+/// Whether a feature may join a tree by their types. Not symmetric: a V tree takes slopes, a slope
+/// tree takes no V.
+bool qo_featureTypeMatch(int treeType, int featureType);
+
+}  // namespace scanline::detail
