@@ -3,26 +3,38 @@
 
 namespace {
 
-// The scale covers 7 samples; a block's edge spreads over none, so the walls are steep.
-constexpr SQO_cornerParam kCorner = {2.0, 5.0, 1.5, 45.0, 60.0, 30.0};
+// Angles in degrees, lengths beside a sample spacing of 0.2 and blocks of height 40.
+constexpr SQO_cornerParam kCorner = {2.0, 5.0, 1.6, 45.0, 60.0, 30.0};
 
-void BM_Features_Corner(benchmark::State& state) {
+/// Times an extractor over the shared scan, line by line: `extract(line, lineIdx, found)`, where
+/// `found` is emptied before each line. The scan is a copy, as extractors may mark it.
+template <typename Found, typename Extract>
+void runOnScan(benchmark::State& state, Extract extract) {
   bench::Scan scan = bench::sharedScan();
-  SQO_cornerParam param = kCorner;
-  param.scale = 0.2 * static_cast<double>(state.range(0));
-  SQO_lineFeature features = {};
-  std::size_t found = 0;
+  std::vector<Found> found;
+  std::size_t count = 0;
   for (auto _ : state) {
-    found = 0;
+    count = 0;
     for (int l = 0; l < bench::kLines; ++l) {
-      features.features.clear();
-      features.endings.clear();
-      qo_getLineCornerFeature(scan[l].data(), bench::kSamples, l, param, &features);
-      found += features.features.size();
+      found.clear();
+      extract(scan[l], l, found);
+      count += found.size();
     }
   }
   bench::countSamples(state);
-  state.counters["corners"] = static_cast<double>(found);
+  state.counters["found"] = static_cast<double>(count);
+}
+
+void BM_Features_Corner(benchmark::State& state) {
+  SQO_cornerParam param = kCorner;
+  param.scale = 0.2 * static_cast<double>(state.range(0));
+  SQO_lineFeature features = {};
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    features.features.swap(found);
+    features.endings.clear();
+    qo_getLineCornerFeature(line.data(), bench::kSamples, l, param, &features);
+    features.features.swap(found);
+  });
 }
 BENCHMARK(BM_Features_Corner)
     ->ArgName("scale_in_samples")
@@ -30,5 +42,85 @@ BENCHMARK(BM_Features_Corner)
     ->Arg(8)
     ->Arg(32)
     ->Unit(benchmark::kMillisecond);
+
+void BM_Features_MaskedCorner(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int l, auto& found) {
+    for (STesk3DPosition& sample : line) {
+      sample.nPointIdx = 1;
+    }
+    qo_maskData_getLineCornerFeature(line, l, 1, kCorner, found);
+  });
+}
+BENCHMARK(BM_Features_MaskedCorner)->Unit(benchmark::kMillisecond);
+
+/// Renews the stamps that two of the variants rely on.
+void stamp(bench::Line& line) {
+  for (int i = 0; i < bench::kSamples; ++i) {
+    line[i].nPointIdx = i;
+  }
+}
+
+void BM_Features_ReferenceCorner(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int l, auto& found) {
+    stamp(line);
+    qo_getLineCornerFeature_BQ(line.data(), bench::kSamples, l, 460.0, kCorner, found);
+  });
+}
+BENCHMARK(BM_Features_ReferenceCorner)->Unit(benchmark::kMillisecond);
+
+void BM_Features_GroundCorner(benchmark::State& state) {
+  const std::vector<int> mask(bench::kSamples, 1);
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    stamp(line);
+    qo_getLineContourCornerFeature_groundMask_BQ(line, mask, l, 5.0, kCorner, found);
+  });
+}
+BENCHMARK(BM_Features_GroundCorner)->Unit(benchmark::kMillisecond);
+
+void BM_Features_PsmCorner(benchmark::State& state) {
+  SQO_lineFeature features = {};
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    features.features.swap(found);
+    features.endings.clear();
+    ju_getLineCornerFeature_PSM(line.data(), bench::kSamples, l, 1000.0, kCorner, &features);
+    features.features.swap(found);
+  });
+}
+BENCHMARK(BM_Features_PsmCorner)->Unit(benchmark::kMillisecond);
+
+void BM_Features_ArmCorner(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int l, auto& found) {
+    ju_getLineCorerFeature(line, l, kCorner, found);
+  });
+}
+BENCHMARK(BM_Features_ArmCorner)->Unit(benchmark::kMillisecond);
+
+void BM_Features_Gap(benchmark::State& state) {
+  runOnScan<SQO_basicFeatureGap>(state, [](bench::Line& line, int l, auto& found) {
+    qo_getLineGapFeature(line, l, kCorner, {5.0, 15.0}, found);
+  });
+}
+BENCHMARK(BM_Features_Gap)->Unit(benchmark::kMillisecond);
+
+void BM_Features_StepJump(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int l, auto& found) {
+    qo_getLineJumpFeature_cornerMethod(line.data(), bench::kSamples, l, kCorner, found);
+  });
+}
+BENCHMARK(BM_Features_StepJump)->Unit(benchmark::kMillisecond);
+
+void BM_Features_DownJump(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int l, auto& found) {
+    qo_getLineDownJumps(line.data(), bench::kSamples, l, 20.0, found);
+  });
+}
+BENCHMARK(BM_Features_DownJump)->Unit(benchmark::kMillisecond);
+
+void BM_Features_RingArc(benchmark::State& state) {
+  runOnScan<SJU_segFeature>(state, [](bench::Line& line, int l, auto& found) {
+    ju_getRingArcFeature(line, l, kCorner, {0.5, 50.0}, found);
+  });
+}
+BENCHMARK(BM_Features_RingArc)->Unit(benchmark::kMillisecond);
 
 }  // namespace
