@@ -1,3 +1,5 @@
+#include <opencv2/core.hpp>
+
 #include "bench_scan.h"
 #include "line_features.h"
 
@@ -122,5 +124,61 @@ void BM_Features_RingArc(benchmark::State& state) {
   });
 }
 BENCHMARK(BM_Features_RingArc)->Unit(benchmark::kMillisecond);
+void BM_Features_LocalPeaks(benchmark::State& state) {
+  std::vector<SQO_basicFeature1D> valleys;
+  runOnScan<SQO_basicFeature1D>(
+      state, [&](bench::Line& line, int lineIdx, std::vector<SQO_basicFeature1D>& peaks) {
+        valleys.clear();
+        qo_getLineLocalPeaks(line.data(), bench::kSamples, lineIdx,
+                             0.2 * static_cast<double>(state.range(0)), valleys, peaks);
+      });
+}
+BENCHMARK(BM_Features_LocalPeaks)
+    ->ArgName("scale_in_samples")
+    ->Arg(8)
+    ->Arg(64)
+    ->Unit(benchmark::kMillisecond);
+
+// Windows inside the line and one that spans it: the cost must not depend on them. The first
+// round leaves marks in the line, which the later ones meet as jumps.
+void BM_Features_FlatLinePeaks(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(
+      state, [&](bench::Line& line, int lineIdx, std::vector<SQO_basicFeature1D>& peaks) {
+        qo_getFlatLineLocalPeaks_vector(line, lineIdx, 0.2 * static_cast<double>(state.range(0)),
+                                        5.0, 4.0, peaks);
+      });
+}
+BENCHMARK(BM_Features_FlatLinePeaks)
+    ->ArgName("window_in_samples")
+    ->Arg(8)
+    ->Arg(256)
+    ->Arg(4096)
+    ->Unit(benchmark::kMillisecond);
+
+void BM_Features_SemiCircles(benchmark::State& state) {
+  cv::Mat noLabels(bench::kSamples + 1, bench::kLines, CV_32SC1, cv::Scalar(0));
+  runOnScan<SQO_featureSemiCircle>(
+      state, [&](bench::Line& line, int lineIdx, std::vector<SQO_featureSemiCircle>& found) {
+        qo_getLineUpperSemiCircleFeature(line.data(), bench::kSamples, lineIdx, 5.0,
+                                         {1.6, 0.0, 0.0, 0.3}, found, noLabels);
+      });
+}
+BENCHMARK(BM_Features_SemiCircles)->Unit(benchmark::kMillisecond);
+
+void BM_Features_GloveArcs(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(
+      state, [](bench::Line& line, int lineIdx, std::vector<SQO_basicFeature1D>& arcs) {
+        ju_getLineGloveArcs(line, lineIdx, {1.5, 6.0, 45.0}, arcs);
+      });
+}
+BENCHMARK(BM_Features_GloveArcs)->Unit(benchmark::kMillisecond);
+
+void BM_Features_Raised(benchmark::State& state) {
+  runOnScan<SJU_segFeature>(
+      state, [](bench::Line& line, int lineIdx, std::vector<SJU_segFeature>& stretches) {
+        ju_getLineRaisedFeature(line, lineIdx, {5.0, 1.0, 1.0, 20.0}, stretches);
+      });
+}
+BENCHMARK(BM_Features_Raised)->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -8,9 +8,15 @@
  * appended to and never cleared.
  */
 
+#include <vector>
+
 #include "feature_records.h"
 #include "scan_records.h"
 #include "scanline_export.h"
+
+namespace cv {
+class Mat;
+}
 
 /**
  * Tuning of the corner search. Lengths are in the unit of the samples, angles in degrees.
@@ -256,4 +262,164 @@ SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
 
 // ---- L and V shapes, right angles ----
 
+/**
+ * What counts as a slope on a line. Lengths are in the unit of the samples.
+ */
+struct SQO_slopeParam {
+  double scale;       ///< Window of a search for peaks; the L and V search does not read it.
+  double minSlope_z;  ///< Smallest change of z along a run that is looked at.
+  double jumpTh_z;    ///< What the change of z of a step or a run must exceed to count.
+  double maxGap_y;    ///< Widest hole in y inside a data segment.
+};
+
 // ---- Peaks, semi-circles, glove arcs, raised stretches ----
+
+/**
+ * Finds the local peaks and valleys of a line: the turning points of z that stand out around them.
+ *
+ * A turning point is where z changes from falling to growing, or the reverse, from one valid sample
+ * to the next, holes or not; on a plateau it is the last sample. A z of 0.0001 counts as valid. A
+ * place where z turns upwards is a peak unless a smaller one lies within `scale` in y, a place
+ * where it turns downwards a valley unless a greater one does; equal ones both stay. A line that
+ * ends in a hole turns at its last valid sample; one that ends in a valid sample does not.
+ *
+ * Costs the number of samples plus, for each turning point, the turning points within `scale` up
+ * to the first that beats it.
+ *
+ * @param lineData the samples of the line; `nPointIdx` of each becomes its index
+ * @param dataSize number of samples; below 2 nothing at all is done
+ * @param lineIdx  index of the line, stored in the features
+ * @param scale    distance in y, included, within which a turning point must be the extreme one
+ * @param valleys  a `FEATURE_VALLEY` for each valley is appended in line order, `featureValue` 0
+ * @param peaks    a `FEATURE_PEAK` for each peak is appended in line order, `featureValue` 0
+ */
+SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
+                                       int dataSize,
+                                       int lineIdx,
+                                       double scale,
+                                       std::vector<SQO_basicFeature1D>& valleys,
+                                       std::vector<SQO_basicFeature1D>& peaks);
+
+/**
+ * Finds the bumps of a nearly flat line, where single turning points would be noise.
+ *
+ * A jump is a step between neighbouring valid samples (z above 0.0001) by more than `jumpTh_z` in z
+ * or half of `peakWidth_y` in y; elsewhere a slope is measured from each sample over `slopeWin_y`
+ * and counts if steeper than 0.5 with a change of z above 0.2. Of each monotone stretch the
+ * steepest step stays. A jump gives a feature half way along it, or half way across the pair that
+ * it makes with the next step closer than `peakWidth_y`; so does a rising slope with the falling
+ * slope behind it. A slope without partner gives one on the greatest z within 1.5 * `peakWidth_y`
+ * on its high side, if the mean z there exceeds that on its low side by 0.1 or more. That side
+ * must not reach a jump or run off the line, nor may the low side reach a jump.
+ *
+ * Costs the number of samples, plus the samples of one window for each jump and each lone slope.
+ *
+ * @param lineData    the samples of the line. `nPointIdx` becomes 16 on the outer samples of jumps
+ *                    and 13 on those of features, and is left alone elsewhere; a 16 found there
+ *                    counts as a jump. A hole that a feature falls on takes the feature's position.
+ *                    Fewer than 2 samples give nothing.
+ * @param lineIdx     index of the line, stored in the features
+ * @param slopeWin_y  distance in y over which slopes are measured
+ * @param jumpTh_z    step in z that makes a jump, excluded
+ * @param peakWidth_y expected width of a bump in y
+ * @param peaks       features of type `FEATURE_PEAK` are appended in line order, `featureValue` 0
+ */
+SCANLINE_API void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
+                                                  int lineIdx,
+                                                  double slopeWin_y,
+                                                  double jumpTh_z,
+                                                  double peakWidth_y,
+                                                  std::vector<SQO_basicFeature1D>& peaks);
+
+/**
+ * Finds the narrow stretches of continuous data that hold a local peak.
+ *
+ * The data of a line is continuous from hole to hole, and across a hole less than `maxGap_y` wide
+ * in y. A stretch of it counts if it has a peak as found by `qo_getLineLocalPeaks` and its ends lie
+ * closer in y than 4 * `widthUnit`. Two such stretches in a row become one, whatever its width, if
+ * the samples behind the first and before the second have the same label; a third cannot join.
+ * A z of 0.0001 ends the data, but counts among the samples inside a stretch.
+ *
+ * The last stretch of a line is not reported, unless it was joined to the one before it.
+ *
+ * @param lineData      the samples of the line. In continuous data of two samples or more
+ *                      `nPointIdx` becomes the index inside it.
+ * @param dataSize      number of samples
+ * @param lineIdx       index of the line, stored in the stretches, and its column in `labelImage`
+ * @param widthUnit     a quarter of the limit on the width
+ * @param slopeParam    tuning; only `scale` and `maxGap_y` are read
+ * @param line_features stretches are appended in line order, with `segState` 0
+ * @param labelImage    labels as 32-bit ints, one row per sample and one column per line; 0 and
+ *                      below are no labels. Only read; type and size are not checked.
+ */
+SCANLINE_API void qo_getLineUpperSemiCircleFeature(
+    STesk3DPosition* lineData,
+    int dataSize,
+    int lineIdx,
+    double widthUnit,
+    SQO_slopeParam slopeParam,
+    std::vector<SQO_featureSemiCircle>& line_features,
+    cv::Mat& labelImage);
+
+/**
+ * Tuning of the search for glove arcs.
+ */
+struct SQO_gloveArcParam {
+  double scale;         ///< Distance in the y-z plane over which slopes are measured.
+  double armLen;        ///< Length along the line of either flank of an arc.
+  double minTurnAngle;  ///< Smallest turn of an arc, in degrees.
+};
+
+/**
+ * Finds glove arcs: places of greatest z whose flanks turn strongly over a given length.
+ *
+ * A summit is a valid sample (z above 0.0001) with no greater z up to the nearest samples at least
+ * `scale` away, one on either side, and none equal before it; on a plateau it is the first sample.
+ * Its turn is the greatest forward angle, at least 0, on the `armLen` before it minus the smallest
+ * on the `armLen` from it on. The sample at which that length is reached counts on the flank
+ * before the summit and not on the one behind it. Forward angles are those of
+ * `qo_getLineCornerFeature`, and 0 where it has no slopes.
+ *
+ * Costs the number of samples times the neighbours within one `scale`, plus for each summit the
+ * samples on its flanks.
+ *
+ * @param lineData       the samples of the line, only read; fewer than 10, valid or not, give
+ *                       nothing
+ * @param lineIdx        index of the line, stored in the features
+ * @param gloveArcPara   tuning
+ * @param line_gloveArcs a `FEATURE_PEAK` for each summit that turns by `minTurnAngle` or more is
+ *                       appended in line order; `featureValue` is the turn
+ */
+SCANLINE_API void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
+                                      int lineIdx,
+                                      SQO_gloveArcParam gloveArcPara,
+                                      std::vector<SQO_basicFeature1D>& line_gloveArcs);
+
+/**
+ * Tuning of the search for raised stretches.
+ */
+struct SQO_raisedFeatureParam {
+  double minJumpZ;  ///< Step in z that a flank exceeds.
+  double minJumpK;  ///< Magnitude of dz / dy that a flank exceeds.
+  double minWidth;  ///< Smallest width of a stretch in y.
+  double maxWidth;  ///< Largest width of a stretch in y.
+};
+
+/**
+ * Finds raised stretches: from a steep fall of z to the next steep rise.
+ *
+ * A flank is a step from one valid sample to the next, holes or not, that exceeds `minJumpZ` in z
+ * and `minJumpK` in slope. A stretch begins at the sample behind a fall, a later fall begins it
+ * anew, and it ends at the last valid sample before a rise; without a rise it is dropped. The line
+ * itself and each rise open a stretch at sample 0, valid or not. So a rise without a fall since
+ * closes a stretch from there, unless it follows the first valid sample or another rise directly.
+ *
+ * @param lineData            the samples of the line; `nPointIdx` of each becomes its index
+ * @param lineIdx             index of the line, stored in the stretches
+ * @param raisedFeaturePara   tuning; flanks exceed their limits strictly, widths include theirs
+ * @param line_raisedFeatures stretches are appended in line order; `segValue` is the width in y
+ */
+SCANLINE_API void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
+                                          int lineIdx,
+                                          SQO_raisedFeatureParam raisedFeaturePara,
+                                          std::vector<SJU_segFeature>& line_raisedFeatures);

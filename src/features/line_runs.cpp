@@ -14,6 +14,20 @@ int lastSample(const SQO_RUN& run) {
   return run.start + run.len - 1;
 }
 
+/// Joins neighbouring runs whose facing ends are `close(end, start)`.
+template <typename Close>
+void joinCloseRuns(const STesk3DPosition* lineData, Close close, std::vector<SQO_RUN>& runs) {
+  for (std::size_t i = 1; i < runs.size(); ++i) {
+    SQO_RUN& before = runs[i - 1];
+    SQO_RUN& run = runs[i];
+    if (close(lineData[lastSample(before)].pt3D, lineData[run.start].pt3D)) {
+      run.len = lastSample(run) - before.start + 1;
+      run.start = before.start;
+      before.value = kAbsorbed;
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<SQO_RUN> findRuns(const STesk3DPosition* lineData, int dataSize, double maxStepZ) {
@@ -39,17 +53,21 @@ void joinRuns(const STesk3DPosition* lineData,
               double gapY,
               double gapZ,
               std::vector<SQO_RUN>& runs) {
-  for (std::size_t i = 1; i < runs.size(); ++i) {
-    SQO_RUN& before = runs[i - 1];
-    SQO_RUN& run = runs[i];
-    const STesk3DPoint& end = lineData[lastSample(before)].pt3D;
-    const STesk3DPoint& start = lineData[run.start].pt3D;
-    if (gapY > std::abs(end.y - start.y) && gapZ > std::abs(end.z - start.z)) {
-      run.len = lastSample(run) - before.start + 1;
-      run.start = before.start;
-      before.value = kAbsorbed;
-    }
-  }
+  joinCloseRuns(
+      lineData,
+      [gapY, gapZ](const STesk3DPoint& end, const STesk3DPoint& start) {
+        return gapY > std::abs(end.y - start.y) && gapZ > std::abs(end.z - start.z);
+      },
+      runs);
+}
+
+void joinRuns(const STesk3DPosition* lineData, double gapY, std::vector<SQO_RUN>& runs) {
+  joinCloseRuns(
+      lineData,
+      [gapY](const STesk3DPoint& end, const STesk3DPoint& start) {
+        return gapY > std::abs(end.y - start.y);
+      },
+      runs);
 }
 
 void appendEndings(const STesk3DPosition* lineData,

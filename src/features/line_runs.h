@@ -19,6 +19,9 @@ void joinRuns(const STesk3DPosition* lineData,
               double gapZ,
               std::vector<SQO_RUN>& runs);
 
+/// The same whatever the step in z.
+void joinRuns(const STesk3DPosition* lineData, double gapY, std::vector<SQO_RUN>& runs);
+
 /// Appends the start and the end of each run that was not absorbed.
 void appendEndings(const STesk3DPosition* lineData,
                    int lineIdx,

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <vector>
+
+#include "features/corner_stages.h"
+
+/// The steps of a nearly flat line, measured over a stretch of y.
+namespace scanline::detail {
+
+enum class StepKind { kNone, kFallingJump, kRisingJump, kFallingSlope, kRisingSlope };
+
+/// A step between two valid points.
+struct SQO_flatStep {
+  StepKind kind;
+  int first;     ///< Index in the valid-point list of the point that it starts from.
+  int last;      ///< Index of the point that it is measured to.
+  double dz;     ///< Growth of z.
+  double slope;  ///< Growth of z over the distance in y.
+
+  [[nodiscard]] bool isJump() const {
+    return kind == StepKind::kFallingJump || kind == StepKind::kRisingJump;
+  }
+};
+
+using FlatSteps = std::vector<SQO_flatStep>;
+
+/// The lengths that tell a nearly flat line's steps apart.
+struct FlatLineLimits {
+  double slopeWin_y;   ///< Distance in y over which a slope is measured.
+  double jumpTh_z;     ///< Step in z between neighbours that makes a jump.
+  double peakWidth_y;  ///< Width of a bump; a gap of half of it is a jump.
+};
+
+/// The steepest step of each monotone stretch of the line, in order.
+FlatSteps steepestSteps(const Samples& points, const FlatLineLimits& limits);
+
+}  // namespace scanline::detail

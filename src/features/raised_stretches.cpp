@@ -1,0 +1,83 @@
+#include <cmath>
+#include <vector>
+
+#include "features/stretches.h"
+#include "line_features.h"
+#include "records/sample_rules.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample, and
+/// nothing tells it from one that a fall has opened there.
+struct OpenStretch {
+  int start = 0;
+  int len = -1;
+};
+
+enum class Flank { kNone, kFall, kRise };
+
+Flank flankBetween(const STesk3DPoint& before,
+                   const STesk3DPoint& point,
+                   const SQO_raisedFeatureParam& param) {
+  const double step = std::abs(point.z - before.z);
+  const double slope = step / std::abs(point.y - before.y);
+  if (!(step > param.minJumpZ && slope > param.minJumpK)) {
+    return Flank::kNone;
+  }
+  if (before.z > point.z) {
+    return Flank::kFall;
+  }
+  return point.z > before.z ? Flank::kRise : Flank::kNone;
+}
+
+void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
+                     int lineIdx,
+                     const OpenStretch& stretch,
+                     const SQO_raisedFeatureParam& param,
+                     std::vector<SJU_segFeature>& features) {
+  if (stretch.len <= 0) {
+    return;
+  }
+  const int end = stretch.start + stretch.len - 1;
+  const STesk3DPoint& first = lineData[stretch.start].pt3D;
+  const STesk3DPoint& last = lineData[end].pt3D;
+  const double width = std::abs(first.y - last.y);
+  if (width >= param.minWidth && param.maxWidth >= width) {
+    features.push_back({lineIdx, stretch.start, end, 0, first, last, width});
+  }
+}
+
+}  // namespace
+
+void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
+                             int lineIdx,
+                             SQO_raisedFeatureParam raisedFeaturePara,
+                             std::vector<SJU_segFeature>& line_raisedFeatures) {
+  detail::stampIndices(lineData);
+  OpenStretch stretch;
+  STesk3DPoint before = {0.0, 0.0, -1.0};
+  for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
+    const STesk3DPoint point = lineData[i].pt3D;
+    if (detail::isHole(point.z)) {
+      continue;
+    }
+    // A z that is not a number passes for a sample, yet nothing is measured against it.
+    if (before.z > 0.0) {
+      switch (flankBetween(before, point, raisedFeaturePara)) {
+        case Flank::kFall:
+          stretch = {i, 1};
+          break;
+        case Flank::kRise:
+          reportIfFitting(lineData, lineIdx, stretch, raisedFeaturePara, line_raisedFeatures);
+          stretch = {};
+          break;
+        case Flank::kNone:
+          stretch.len = i - stretch.start + 1;
+          break;
+      }
+    }
+    before = point;
+  }
+}
