@@ -27,15 +27,23 @@ void runOnScan(benchmark::State& state, Extract extract) {
   state.counters["found"] = static_cast<double>(count);
 }
 
+/// The same for an extractor that fills the record of a line.
+template <typename Extract>
+void runOnRecords(benchmark::State& state, Extract extract) {
+  SQO_lineFeature record = {};
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    record.features.swap(found);
+    record.endings.clear();
+    extract(line, l, record);
+    record.features.swap(found);
+  });
+}
+
 void BM_Features_Corner(benchmark::State& state) {
   SQO_cornerParam param = kCorner;
   param.scale = 0.2 * static_cast<double>(state.range(0));
-  SQO_lineFeature features = {};
-  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
-    features.features.swap(found);
-    features.endings.clear();
-    qo_getLineCornerFeature(line.data(), bench::kSamples, l, param, &features);
-    features.features.swap(found);
+  runOnRecords(state, [&](bench::Line& line, int l, SQO_lineFeature& record) {
+    qo_getLineCornerFeature(line.data(), bench::kSamples, l, param, &record);
   });
 }
 BENCHMARK(BM_Features_Corner)
@@ -80,12 +88,8 @@ void BM_Features_GroundCorner(benchmark::State& state) {
 BENCHMARK(BM_Features_GroundCorner)->Unit(benchmark::kMillisecond);
 
 void BM_Features_PsmCorner(benchmark::State& state) {
-  SQO_lineFeature features = {};
-  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
-    features.features.swap(found);
-    features.endings.clear();
-    ju_getLineCornerFeature_PSM(line.data(), bench::kSamples, l, 1000.0, kCorner, &features);
-    features.features.swap(found);
+  runOnRecords(state, [](bench::Line& line, int l, SQO_lineFeature& record) {
+    ju_getLineCornerFeature_PSM(line.data(), bench::kSamples, l, 1000.0, kCorner, &record);
   });
 }
 BENCHMARK(BM_Features_PsmCorner)->Unit(benchmark::kMillisecond);
@@ -180,5 +184,28 @@ void BM_Features_Raised(benchmark::State& state) {
       });
 }
 BENCHMARK(BM_Features_Raised)->Unit(benchmark::kMillisecond);
+
+// Blocks of 40 in z make jumps; noise makes short runs, which the smallest slope drops.
+void BM_Features_LV(benchmark::State& state) {
+  runOnRecords(state, [](bench::Line& line, int l, SQO_lineFeature& record) {
+    qo_getLineLVFeature(line.data(), bench::kSamples, l, {1.5, 1.0, 5.0, 2.0}, {2.0, 30.0},
+                        &record);
+  });
+}
+BENCHMARK(BM_Features_LV)->Unit(benchmark::kMillisecond);
+
+void BM_Features_RightAngle(benchmark::State& state) {
+  const double armLen = 0.2 * static_cast<double>(state.range(0));
+  const SQO_lineRightAngleParam kind = {armLen, armLen, 0.3};
+  runOnRecords(state, [&](bench::Line& line, int l, SQO_lineFeature& record) {
+    qo_getLineRigthAngleFeature(line.data(), bench::kSamples, l, kind, kind, kind, kind, &record);
+  });
+}
+BENCHMARK(BM_Features_RightAngle)
+    ->ArgName("arm_in_samples")
+    ->Arg(4)
+    ->Arg(8)
+    ->Arg(32)
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -272,6 +272,100 @@ struct SQO_slopeParam {
   double maxGap_y;    ///< Widest hole in y inside a data segment.
 };
 
+/**
+ * What two runs of a line must be like to make a V. Lengths are in the unit of the samples.
+ */
+struct SQO_VFeatureParam {
+  double apexDiff_z;  ///< Difference in z below which the tops of the two runs count as level.
+  double maxWidth_y;  ///< Limit of the distance in y across the V, excluded.
+};
+
+/**
+ * Size and straightness of the arms of one kind of right angle, in the unit of the samples.
+ */
+struct SQO_lineRightAngleParam {
+  double flatArmLen;   ///< Length of the flat arm, as |dy| + |dz| from the corner.
+  double steepArmLen;  ///< Length of the steep arm, measured in the same way.
+  double armTol;       ///< Limit of an arm's stray, excluded: |dz| if flat, |dy| if steep.
+};
+
+/**
+ * Finds L and V shapes, made of one or two monotone runs of z, and the ends of the data segments.
+ *
+ * A run goes on over flat places and holes until z turns, and counts if z changes by at least
+ * `minSlope_z` along it. Its L is
+ * - a jump, on the low-z side of the run's largest step, if that step exceeds `jumpTh_z`;
+ * - else a slope, on the high-z side of that step, if the run exceeds `jumpTh_z` and the samples
+ *   around the step, holes included, are steeper than 2.0; but none for a rise that ends, or a
+ *   fall that starts, within 2 samples of an end of a segment.
+ *
+ * A rise and the run after it make a V, on the higher of their tops, if that run is a fall, both
+ * tops lie above the other's foot and the V is narrow. If the tops differ by less than
+ * `apexDiff_z`, its width is taken that far below the higher one if it is the fall's, half as far
+ * if not. Else the width is y of a sample against z of the fall's top; limits are tuned to that.
+ * Flanks more than 5.0 in y from the V stay beside it. Of the V and closer flanks only some stay,
+ * by whether they jump and whether the V's feet differ by 40.0 or more in z.
+ *
+ * In the end, of neighbouring jumps of one type closer than 20.0 in y the later one stays, in the
+ * whole list and so among features from earlier calls too.
+ *
+ * A z of 0.0001 counts as measured. The last sample of a line begins no segment.
+ *
+ * @param lineData      the samples of the line; only read
+ * @param dataSize      number of samples; below 2 nothing is appended, but jumps are merged
+ * @param lineIdx       index of the line, stored in the features
+ * @param slopeParam    limits of runs; `scale` is not read
+ * @param vFeatureParam limits of a V
+ * @param line_features L and V are appended to `features` in line order, with `featureValue` 0; to
+ *                      `endings` a `FEATURE_SEG_START` and a `FEATURE_SEG_END` for each segment.
+ *                      `lineIdx` is left to the caller.
+ */
+SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
+                                      int dataSize,
+                                      int lineIdx,
+                                      SQO_slopeParam slopeParam,
+                                      SQO_VFeatureParam vFeatureParam,
+                                      SQO_lineFeature* line_features);
+
+/**
+ * Finds right angles: places where a stretch flat in z meets one that is steep, nearly constant
+ * in y.
+ *
+ * From a sample an arm reaches on either side up to the first sample with |dy| + |dz| beyond the
+ * arm's length. The samples before that one tell how far the arm strays, and an arm without any is
+ * perfectly straight. A corner has arms at least as long as the shortest of all records, one flat
+ * and one steep within the largest `armTol`, and then keeps to the record of its kind:
+ * - `FEATURE_RIGHT_ANGLE_2`: flat, then steep to greater z; `flatRisePara`
+ * - `FEATURE_RIGHT_ANGLE_4`: steep from smaller z, then flat; `riseFlatPara`
+ * - `FEATURE_RIGHT_ANGLE_1`: flat, then steep to smaller z; `flatFallPara`, but the `armTol` of
+ *   `flatRisePara`
+ * - `FEATURE_RIGHT_ANGLE_3`: steep from greater z, then flat; `fallFlatPara`
+ *
+ * Such an arm that the line is too short for strays by 0. Consecutive corners of one kind are one
+ * feature, on the last of them whose backward arm ends on the very sample before, else on the
+ * middle one.
+ *
+ * Costs the number of samples times those of the longest arms, whatever the length of the line.
+ *
+ * @param lineData      the samples of the line; only read
+ * @param dataSize      number of samples; below 1 nothing is appended
+ * @param lineIdx       index of the line, stored in the features
+ * @param flatRisePara  arms of `FEATURE_RIGHT_ANGLE_2`
+ * @param riseFlatPara  arms of `FEATURE_RIGHT_ANGLE_4`
+ * @param flatFallPara  arms of `FEATURE_RIGHT_ANGLE_1`
+ * @param fallFlatPara  arms of `FEATURE_RIGHT_ANGLE_3`
+ * @param line_features corners are appended to `features` in line order, with `featureValue` 0.
+ *                      `lineIdx` is left to the caller, `endings` as it was.
+ */
+SCANLINE_API void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
+                                              int dataSize,
+                                              int lineIdx,
+                                              SQO_lineRightAngleParam flatRisePara,
+                                              SQO_lineRightAngleParam riseFlatPara,
+                                              SQO_lineRightAngleParam flatFallPara,
+                                              SQO_lineRightAngleParam fallFlatPara,
+                                              SQO_lineFeature* line_features);
+
 // ---- Peaks, semi-circles, glove arcs, raised stretches ----
 
 /**

@@ -1,0 +1,170 @@
+#include <cmath>
+#include <cstddef>
+#include <optional>
+
+#include "features/line_runs.h"
+#include "features/lv_stages.h"
+#include "line_features.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+using Features = std::vector<SQO_basicFeature1D>;
+
+/// Distance in y beyond which a flank stands apart from the V that it belongs to.
+constexpr double kApartY = 5.0;
+
+/// Difference of a V's outer ends in z below which it counts as a whole.
+constexpr double kLevelFeetZ = 40.0;
+
+/// Distance in y below which two jumps of one direction are one.
+constexpr double kMergeY = 20.0;
+
+/// A rise and a fall that belong together, and the flanks that each would make alone.
+struct VShape {
+  SQO_basicFeature1D v;
+  std::optional<SQO_basicFeature1D> rise;
+  std::optional<SQO_basicFeature1D> fall;
+  bool isRiseApart;
+  bool isFallApart;
+  double feetDiff;  ///< How much higher in z the rise begins than the fall ends.
+
+  [[nodiscard]] bool hasLevelFeet() const {
+    return kLevelFeetZ > std::abs(feetDiff);
+  }
+};
+
+bool isJump(const SQO_basicFeature1D& feature) {
+  return feature.featureType == FEATURE_JUMP_RISE || feature.featureType == FEATURE_JUMP_FALL;
+}
+
+VShape shapeOf(const detail::LvLine& line,
+               const detail::SQO_slopeRun& rise,
+               const detail::SQO_slopeRun& fall,
+               double jumpTh_z) {
+  const int top =
+      line.point(rise.endIdx).z >= line.point(fall.startIdx).z ? rise.endIdx : fall.startIdx;
+  const auto isApart = [&](int index) {
+    return std::abs(line.point(top).y - line.point(index).y) > kApartY;
+  };
+  return {line.feature(FEATURE_V, top),
+          detail::flankOf(line, rise, jumpTh_z),
+          detail::flankOf(line, fall, jumpTh_z),
+          isApart(rise.maxEndIdx),
+          isApart(fall.maxStartIdx),
+          line.growth(fall.endIdx, rise.startIdx)};
+}
+
+/// A V with one flank close to it: one of the two stays.
+SQO_basicFeature1D vOrFlank(const VShape& shape, const SQO_basicFeature1D& flank) {
+  return shape.hasLevelFeet() && !isJump(flank) ? shape.v : flank;
+}
+
+/// A V with both flanks close to it: one of the three stays. A flank that does becomes a slope of
+/// the direction from foot to foot, even if it is a jump.
+SQO_basicFeature1D vOrEitherFlank(const VShape& shape) {
+  if (shape.hasLevelFeet()) {
+    return shape.v;
+  }
+  SQO_basicFeature1D flank =
+      shape.rise->jumpPos.z > shape.fall->jumpPos.z ? *shape.rise : *shape.fall;
+  flank.featureType = shape.feetDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
+  return flank;
+}
+
+void appendVWithFall(const VShape& shape, Features& features) {
+  if (shape.isFallApart) {
+    features.insert(features.end(), {shape.v, *shape.fall});
+  } else {
+    features.push_back(vOrFlank(shape, *shape.fall));
+  }
+}
+
+void appendVWithRise(const VShape& shape, Features& features) {
+  if (shape.isRiseApart) {
+    features.insert(features.end(), {*shape.rise, shape.v});
+  } else {
+    features.push_back(vOrFlank(shape, *shape.rise));
+  }
+}
+
+void appendVWithBoth(const VShape& shape, Features& features) {
+  const auto jumpOrV = [&shape](const SQO_basicFeature1D& flank) {
+    return isJump(flank) ? flank : shape.v;
+  };
+  if (shape.isRiseApart && shape.isFallApart) {
+    features.insert(features.end(), {*shape.rise, shape.v, *shape.fall});
+  } else if (shape.isRiseApart) {
+    features.insert(features.end(), {*shape.rise, jumpOrV(*shape.fall)});
+  } else if (shape.isFallApart) {
+    features.insert(features.end(), {jumpOrV(*shape.rise), *shape.fall});
+  } else {
+    features.push_back(vOrEitherFlank(shape));
+  }
+}
+
+/// Decides which of a V and its flanks become features.
+void appendV(const VShape& shape, Features& features) {
+  if (shape.rise && shape.fall) {
+    appendVWithBoth(shape, features);
+  } else if (shape.rise) {
+    appendVWithRise(shape, features);
+  } else if (shape.fall) {
+    appendVWithFall(shape, features);
+  } else {
+    features.push_back(shape.v);
+  }
+}
+
+/// Walks the runs: a rise and the fall after it may make a V, any other run stands for itself.
+void appendShapes(const detail::LvLine& line,
+                  double jumpTh_z,
+                  const SQO_VFeatureParam& param,
+                  Features& features) {
+  for (std::size_t k = 0; k < line.runs.size(); ++k) {
+    const detail::SQO_slopeRun& run = line.runs[k];
+    const bool isRiseThenFall =
+        k + 1 < line.runs.size() && line.total(run) > 0.0 && line.total(line.runs[k + 1]) < 0.0;
+    if (isRiseThenFall && detail::qo_isVFeature(line, run, line.runs[k + 1], param)) {
+      appendV(shapeOf(line, run, line.runs[k + 1], jumpTh_z), features);
+      ++k;
+    } else if (const auto flank = detail::flankOf(line, run, jumpTh_z)) {
+      features.push_back(*flank);
+    }
+  }
+}
+
+bool isOneJump(const SQO_basicFeature1D& a, const SQO_basicFeature1D& b) {
+  return a.featureType == b.featureType && isJump(a) &&
+         kMergeY > std::abs(a.jumpPos.y - b.jumpPos.y);
+}
+
+/// Of neighbouring jumps that are one the last stays, found from the end of the list.
+void mergeJumps(Features& features) {
+  if (features.empty()) {
+    return;
+  }
+  auto kept = features.end() - 1;
+  for (auto f = kept; f != features.begin();) {
+    --f;
+    if (!isOneJump(*f, *kept)) {
+      *--kept = *f;
+    }
+  }
+  features.erase(features.begin(), kept);
+}
+
+}  // namespace
+
+void qo_getLineLVFeature(STesk3DPosition* lineData,
+                         int dataSize,
+                         int lineIdx,
+                         SQO_slopeParam slopeParam,
+                         SQO_VFeatureParam vFeatureParam,
+                         SQO_lineFeature* line_features) {
+  const detail::LvLine line = detail::qo_getLineSlopeRuns(lineData, dataSize, lineIdx, slopeParam);
+  appendShapes(line, slopeParam.jumpTh_z, vFeatureParam, line_features->features);
+  mergeJumps(line_features->features);
+  detail::appendEndings(lineData, lineIdx, line.segments, line_features->endings);
+}

@@ -1,0 +1,56 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
+#include "features/lv_stages.h"
+
+namespace scanline::detail {
+namespace {
+
+/// Slope, in z over y, that the surroundings of a run's largest step must exceed.
+constexpr double kMinSteepness = 2.0;
+
+/// Indices from the end of a data segment within which a slope is the segment running out.
+constexpr int kSegmentMargin = 3;
+
+/// Steepness from the sample before the largest step to the one behind it. Holes serve as well,
+/// and equal y give infinity or no number, which is no steepness.
+bool isSteep(const LvLine& line, const SQO_slopeRun& run) {
+  const STesk3DPoint& p0 = line.point(std::max(run.maxStartIdx - 1, 0));
+  const STesk3DPoint& p1 = line.point(std::min(run.maxEndIdx + 1, line.count - 1));
+  return std::abs((p0.z - p1.z) / (p0.y - p1.y)) > kMinSteepness;
+}
+
+bool isNearSegmentEnd(const LvLine& line, int index) {
+  const auto lastOf = [](const SQO_RUN& segment) { return segment.start + segment.len - 1; };
+  // No segment before this one reaches the margin, and none behind it starts nearer than it ends.
+  const auto segment =
+      std::partition_point(line.segments.begin(), line.segments.end(),
+                           [&](const SQO_RUN& s) { return lastOf(s) <= index - kSegmentMargin; });
+  return segment != line.segments.end() && (std::abs(index - segment->start) < kSegmentMargin ||
+                                            std::abs(index - lastOf(*segment)) < kSegmentMargin);
+}
+
+}  // namespace
+
+std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
+                                          const SQO_slopeRun& run,
+                                          double jumpTh_z) {
+  const double maxStep = line.maxStep(run);
+  if (std::abs(maxStep) > jumpTh_z) {
+    return maxStep > 0.0 ? line.feature(FEATURE_JUMP_RISE, run.maxStartIdx)
+                         : line.feature(FEATURE_JUMP_FALL, run.maxEndIdx);
+  }
+  const double total = line.total(run);
+  if (!(std::abs(total) > jumpTh_z) || !isSteep(line, run)) {
+    return std::nullopt;
+  }
+  const bool rises = total > 0.0;
+  if (isNearSegmentEnd(line, rises ? run.endIdx : run.startIdx)) {
+    return std::nullopt;
+  }
+  return rises ? line.feature(FEATURE_SLOPE_RISE, run.maxEndIdx)
+               : line.feature(FEATURE_SLOPE_FALL, run.maxStartIdx);
+}
+
+}  // namespace scanline::detail

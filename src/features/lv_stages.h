@@ -1,0 +1,72 @@
+#pragma once
+
+#include <optional>
+#include <vector>
+
+#include "feature_records.h"
+#include "line_features.h"
+#include "scan_records.h"
+
+/// The stages of the search for L and V shapes: monotone runs of z, the flank that a run makes, and
+/// the test whether two runs make a V.
+namespace scanline::detail {
+
+/// A stretch of a line along which z goes one way, flat places included. All are indices on the
+/// line.
+struct SQO_slopeRun {
+  int startIdx;     ///< First sample.
+  int endIdx;       ///< Last sample.
+  int maxStartIdx;  ///< First sample of the largest step, the earliest of equal ones.
+  int maxEndIdx;    ///< Second sample of that step.
+};
+
+/// One line as the search sees it.
+struct LvLine {
+  const STesk3DPosition* samples;
+  int count;
+  int lineIdx;
+  std::vector<SQO_slopeRun> runs;
+  std::vector<SQO_RUN> segments;  ///< Data segments, in line order.
+
+  [[nodiscard]] const STesk3DPoint& point(int index) const {
+    return samples[index].pt3D;
+  }
+  /// Growth of z from one sample to another.
+  [[nodiscard]] double growth(int from, int to) const {
+    return point(to).z - point(from).z;
+  }
+  [[nodiscard]] double total(const SQO_slopeRun& run) const {
+    return growth(run.startIdx, run.endIdx);
+  }
+  [[nodiscard]] double maxStep(const SQO_slopeRun& run) const {
+    return growth(run.maxStartIdx, run.maxEndIdx);
+  }
+  [[nodiscard]] SQO_basicFeature1D feature(int type, int index) const {
+    return {type, {lineIdx, index}, point(index), 0.0};
+  }
+};
+
+/// Cuts a line into monotone runs, of which those stay whose z changes by `minSlope_z` or more, and
+/// into data segments, which end at holes wider than `maxGap_y`. Runs go on across both.
+LvLine qo_getLineSlopeRuns(const STesk3DPosition* lineData,
+                           int dataSize,
+                           int lineIdx,
+                           const SQO_slopeParam& param);
+
+/// The L of a run: a jump on the low side of its largest step if that exceeds `jumpTh_z`, else a
+/// slope on the high side of it if the whole run does and is steep enough.
+std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
+                                          const SQO_slopeRun& run,
+                                          double jumpTh_z);
+
+/// The sample from `first` to `last`, hole or not, whose z is nearest to `z`; the earliest among
+/// equals. A record of zeros if there are none.
+STesk3DPosition qo_nearestZPoint(const STesk3DPosition* lineData, int first, int last, double z);
+
+/// Whether a rise and the fall after it stand close enough to be two sides of one thing.
+bool qo_isVFeature(const LvLine& line,
+                   const SQO_slopeRun& rise,
+                   const SQO_slopeRun& fall,
+                   const SQO_VFeatureParam& param);
+
+}  // namespace scanline::detail

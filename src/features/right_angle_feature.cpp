@@ -1,0 +1,52 @@
+#include <vector>
+
+#include "features/right_angle_stages.h"
+#include "line_features.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+using Marks = std::vector<detail::RightAngleMark>;
+
+/// The last sample that is marked like the one at `start` without a break.
+int endOfKind(const Marks& marks, int start) {
+  const int last = static_cast<int>(marks.size()) - 1;
+  int end = start;
+  while (end < last && marks[end + 1].kind == marks[start].kind) {
+    ++end;
+  }
+  return end;
+}
+
+/// Where among samples of one kind the corner stands: on the last sharp one, else in the middle.
+int cornerAmong(const Marks& marks, int start, int end) {
+  for (int i = end; i >= start; --i) {
+    if (marks[i].isSharp) {
+      return i;
+    }
+  }
+  return (start + end) / 2;
+}
+
+}  // namespace
+
+void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
+                                 int dataSize,
+                                 int lineIdx,
+                                 SQO_lineRightAngleParam flatRisePara,
+                                 SQO_lineRightAngleParam riseFlatPara,
+                                 SQO_lineRightAngleParam flatFallPara,
+                                 SQO_lineRightAngleParam fallFlatPara,
+                                 SQO_lineFeature* line_features) {
+  const Marks marks = detail::markRightAngles(
+      lineData, dataSize, {flatRisePara, riseFlatPara, flatFallPara, fallFlatPara});
+  int end = -1;
+  for (int start = 0; start < dataSize; start = end + 1) {
+    end = endOfKind(marks, start);
+    if (const int kind = marks[start].kind; kind != 0) {
+      const int corner = cornerAmong(marks, start, end);
+      line_features->features.push_back({kind, {lineIdx, corner}, lineData[corner].pt3D, 0.0});
+    }
+  }
+}

@@ -1,0 +1,118 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "features/right_angle_stages.h"
+#include "records/sample_rules.h"
+
+namespace scanline::detail {
+namespace {
+
+constexpr RightAngleMark kNoMark = {0, false};
+
+/// The shortest arm of all kinds: what a candidate must have on both sides.
+double shortestArm(const RightAngleKinds& kinds) {
+  return std::min({kinds.flatRise.flatArmLen, kinds.flatRise.steepArmLen, kinds.riseFlat.flatArmLen,
+                   kinds.riseFlat.steepArmLen, kinds.flatFall.flatArmLen,
+                   kinds.flatFall.steepArmLen, kinds.fallFlat.flatArmLen,
+                   kinds.fallFlat.steepArmLen});
+}
+
+/// The widest tolerance of all kinds: what the arms of a candidate must keep to.
+double widestTolerance(const RightAngleKinds& kinds) {
+  return std::max(
+      {kinds.flatRise.armTol, kinds.riseFlat.armTol, kinds.flatFall.armTol, kinds.fallFlat.armTol});
+}
+
+class Marker {
+ public:
+  Marker(const STesk3DPosition* lineData, int dataSize, const RightAngleKinds& kinds)
+      : lineData_(lineData),
+        walker_(lineData, dataSize),
+        kinds_(kinds),
+        minLen_(shortestArm(kinds)),
+        maxTol_(widestTolerance(kinds)) {}
+
+  [[nodiscard]] RightAngleMark markOf(int i) const {
+    const ArmWalk back = walker_.backward(i, minLen_);
+    if (!back.isComplete()) {
+      return kNoMark;
+    }
+    const ArmWalk ahead = walker_.forward(i, minLen_);
+    if (!ahead.isComplete()) {
+      return kNoMark;
+    }
+    if (maxTol_ > back.maxDz && maxTol_ > ahead.maxDy) {
+      return markFlatThenSteep(i, zOf(ahead.stop) > zOf(i));
+    }
+    // Only backward does an arm that ends at once count as straying by 0 instead of -1.0.
+    const double backDy = back.stop == i - 1 ? 0.0 : back.maxDy;
+    if (maxTol_ > backDy && maxTol_ > ahead.maxDz) {
+      return markSteepThenFlat(i, zOf(i) > zOf(back.stop));
+    }
+    return kNoMark;
+  }
+
+ private:
+  [[nodiscard]] double zOf(int i) const {
+    return lineData_[i].pt3D.z;
+  }
+
+  [[nodiscard]] RightAngleMark markFlatThenSteep(int i, bool rises) const {
+    const SQO_lineRightAngleParam& param = rises ? kinds_.flatRise : kinds_.flatFall;
+    const ArmWalk flat = walker_.backward(i, param.flatArmLen);
+    const ArmWalk steep = walker_.forward(i, param.steepArmLen);
+    const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
+    const double steepStray = steep.isComplete() ? steep.maxDy : 0.0;
+    // The tolerance of the rising kind holds for the falling one as well; callers' corners depend
+    // on it.
+    const double armTol = kinds_.flatRise.armTol;
+    if (!(armTol > flatStray && armTol > steepStray)) {
+      return kNoMark;
+    }
+    return {rises ? FEATURE_RIGHT_ANGLE_2 : FEATURE_RIGHT_ANGLE_1, flat.stop == i - 1};
+  }
+
+  [[nodiscard]] RightAngleMark markSteepThenFlat(int i, bool rises) const {
+    const SQO_lineRightAngleParam& param = rises ? kinds_.riseFlat : kinds_.fallFlat;
+    const ArmWalk steep = walker_.backward(i, param.steepArmLen);
+    const ArmWalk flat = walker_.forward(i, param.flatArmLen);
+    const bool isSharp = steep.stop == i - 1;
+    const double steepStray = steep.isComplete() && !isSharp ? steep.maxDy : 0.0;
+    const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
+    if (!(param.armTol > steepStray && param.armTol > flatStray)) {
+      return kNoMark;
+    }
+    return {rises ? FEATURE_RIGHT_ANGLE_4 : FEATURE_RIGHT_ANGLE_3, isSharp};
+  }
+
+  const STesk3DPosition* lineData_;
+  ArmWalker walker_;
+  RightAngleKinds kinds_;
+  double minLen_;
+  double maxTol_;
+};
+
+/// Whether walks from a point can end. Those from one that is no number never do, and would cost
+/// the whole line to find that out.
+bool canEndWalks(const STesk3DPoint& point) {
+  return !std::isnan(point.y) && !std::isnan(point.z);
+}
+
+}  // namespace
+
+std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
+                                            int dataSize,
+                                            const RightAngleKinds& kinds) {
+  std::vector<RightAngleMark> marks(static_cast<std::size_t>(std::max(dataSize, 0)), kNoMark);
+  const Marker marker(lineData, dataSize, kinds);
+  for (int i = 0; i < dataSize; ++i) {
+    const STesk3DPoint& point = lineData[i].pt3D;
+    if (!isNoSample(point.z) && canEndWalks(point)) {
+      marks[i] = marker.markOf(i);
+    }
+  }
+  return marks;
+}
+
+}  // namespace scanline::detail
