@@ -11,4 +11,4 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
   cmake --preset release
   cmake --build --preset release --parallel "$(nproc)" --target trace_features
 ) >&2
-exec "$root/build/release/examples/trace_features" "$@"
+exec "$root/build/release/examples/trace_features/trace_features" "$@"
