@@ -28,7 +28,7 @@ esac
 if [[ ${SCANLINE_SKIP_SETUP-} == 1 ]]; then
   exit 0
 fi
-if ! command -v dpkg-query apt-get >/dev/null; then
+if ! command -v apt-get >/dev/null; then
   fail "no apt-get here: install the like of '${packages[*]}' by hand, then set SCANLINE_SKIP_SETUP=1"
 fi
 
@@ -60,7 +60,7 @@ apt_get() {
 echo "setup.sh: installing ${missing[*]}" >&2
 # The package lists may be missing or out of date; only then are they fetched.
 if ! apt_get install -y --no-install-recommends "${missing[@]}" 2>/dev/null; then
-  apt_get update
+  apt_get update || fail "apt-get update failed; its message is above"
   apt_get install -y --no-install-recommends "${missing[@]}" ||
     fail "apt-get could not install: ${missing[*]}; its message is above"
 fi
