@@ -1,1 +1,167 @@
 #include <gtest/gtest.h>
+
+#include <cmath>
+#include <random>
+#include <utility>
+#include <vector>
+
+#include "builders.h"
+#include "line_features.h"
+
+namespace {
+
+using build::Line;
+
+// Steep from 60 degrees on, flat up to 30; runs break at steps above 5 and join below 3.
+constexpr SQO_cornerParam kParam = {3.0, 5.0, 3.0, 45.0, 60.0, 30.0};
+
+SQO_lineFeature cornersOf(Line line, const SQO_cornerParam& param = kParam, int lineIdx = 7) {
+  SQO_lineFeature result = {};
+  qo_getLineCornerFeature(line.data(), static_cast<int>(line.size()), lineIdx, param, &result);
+  return result;
+}
+
+using Found = std::vector<std::pair<int, int>>;  // type and sample
+
+Found found(const std::vector<SQO_basicFeature1D>& features) {
+  Found result;
+  for (const SQO_basicFeature1D& f : features) {
+    result.emplace_back(f.featureType, f.jumpPos2D.y);
+  }
+  return result;
+}
+
+/// z over y of a plateau of height 20 between two flanks, whose feet stand at 20 and 60.
+double plateau(double y, double flank) {
+  const double rise = std::min((y - 20.0) / flank, (60.0 - y) / flank);
+  return 100.0 + 20.0 * std::max(0.0, std::min(1.0, rise));
+}
+
+TEST(CornerFeature, TypesCornersByTheirArms) {
+  SQO_cornerParam param = kParam;
+  param.minEndingGap_z = 50.0;
+  const auto steep = [](double y) { return plateau(y, 5.0); };
+  const SQO_lineFeature box = cornersOf(build::profileLine(81, 1.0, steep), param);
+  EXPECT_EQ(found(box.features), (Found{{FEATURE_JUMP_RISE, 25}, {FEATURE_JUMP_FALL, 55}}));
+  EXPECT_EQ(box.features[0].jumpPos2D.x, 7);
+  EXPECT_EQ(box.features[0].jumpPos.y, 25.0);
+  EXPECT_EQ(box.features[0].jumpPos.z, 120.0);
+  EXPECT_EQ(box.features[0].featureValue, 0.0);
+
+  const auto roof = [](double y) { return 100.0 - std::abs(y - 40.0); };
+  EXPECT_EQ(found(cornersOf(build::profileLine(81, 1.0, roof), param).features),
+            (Found{{FEATURE_CORNER_OTHER, 40}}));
+}
+
+TEST(CornerFeature, DirectionOfYDoesNotMatter) {
+  std::mt19937 random(1);
+  std::normal_distribution<double> noise(0.0, 0.2);
+  Line line = build::profileLine(
+      400, 0.5, [&](double y) { return 100.0 + 8.0 * std::sin(y) + noise(random); });
+  Line mirrored = line;
+  for (STesk3DPosition& sample : mirrored) {
+    sample.pt3D.y = -sample.pt3D.y;
+  }
+  const Found expected = found(cornersOf(line).features);
+  EXPECT_GT(expected.size(), 10U);
+  EXPECT_EQ(expected, found(cornersOf(mirrored).features));
+}
+
+// Five roofs whose corners measure exactly 90 degrees, `apart` in y. The first has no slopes before
+// it and is none of the maxima.
+Line roofs(int apart) {
+  return build::profileLine(5 * apart + 1, 1.0, [apart](double y) {
+    const double inRoof = std::fmod(y, apart);
+    return 50.0 + std::min(inRoof, apart - inRoof);
+  });
+}
+
+TEST(CornerFeature, PeakThresholdsKeepEquals) {
+  SQO_cornerParam param = kParam;
+  param.scale = 2.0;
+  const auto count = [&](double cornerTh) {
+    param.cornerTh = cornerTh;
+    return cornersOf(roofs(4), param).features.size();
+  };
+  EXPECT_EQ(count(90.0), 4U) << "a measure equal to the threshold passes; equal maxima both stay";
+  EXPECT_EQ(count(90.001), 0U);
+}
+
+// A corner of 45 degrees at y = 20 and one of 90 degrees `apart` further on.
+TEST(CornerFeature, GreaterNeighbourSuppressesUpToTwoScales) {
+  const auto smallBesideGreat = [](double apart) {
+    Line line = build::profileLine(80, 0.5, [apart](double y) {
+      const double small = std::max(0.0, y - 20.0);
+      const double great = std::max(0.0, y - 20.0 - apart);
+      return 100.0 - small + 2.0 * std::max(0.0, small - apart / 2.0) - 2.0 * great;
+    });
+    SQO_cornerParam param = kParam;
+    param.cornerTh = 40.0;
+    return found(cornersOf(line, param).features);
+  };
+  EXPECT_EQ(smallBesideGreat(6.0), (Found{{FEATURE_CORNER_OTHER, 52}})) << "exactly two scales";
+  EXPECT_EQ(smallBesideGreat(6.5), (Found{{FEATURE_CORNER_OTHER, 40}, {FEATURE_CORNER_OTHER, 53}}));
+}
+
+TEST(CornerFeature, Endings) {
+  struct Case {
+    const char* name;
+    Line line;
+    std::vector<std::pair<int, int>> segments;  // first and last sample
+  };
+  const Case cases[] = {
+      {"no samples", {}, {}},
+      {"only holes, 0.0001 is one", build::lineOfZ({0.0, 0.0001, -3.0}), {}},
+      {"one sample", build::lineOfZ({0.0, 10.0, 0.0}), {{1, 1}}},
+      {"a step of exactly the limit", build::lineOfZ({10.0, 15.0}), {{0, 1}}},
+      {"a step above the limit", build::lineOfZ({10.0, 15.5}), {{0, 0}, {1, 1}}},
+      {"a step never rejoins", build::lineOfZ({10.0, 15.5}, 0.0, 0.0), {{0, 0}, {1, 1}}},
+      {"a hole narrower than the gap", build::lineOfZ({10.0, 0.0, 10.0}), {{0, 2}}},
+      {"a hole as wide as the gap", build::lineOfZ({10.0, 0.0, 0.0, 10.0}), {{0, 0}, {3, 3}}},
+      {"a hole with a step of the limit", build::lineOfZ({10.0, 0.0, 15.0}), {{0, 0}, {2, 2}}},
+      {"a chain of holes",
+       build::lineOfZ({10.0, 0.0, 11.0, 12.0, 0.0, 13.0, 0.0, 0.0, 13.0}),
+       {{0, 5}, {8, 8}}},
+  };
+  for (const Case& c : cases) {
+    Found expected;
+    for (const auto& [first, last] : c.segments) {
+      expected.emplace_back(FEATURE_SEG_START, first);
+      expected.emplace_back(FEATURE_SEG_END, last);
+    }
+    const SQO_lineFeature result = cornersOf(c.line);
+    EXPECT_EQ(found(result.endings), expected) << c.name;
+    EXPECT_TRUE(result.features.empty()) << c.name;
+    EXPECT_EQ(result.lineIdx, 7) << c.name;
+  }
+}
+
+TEST(CornerFeature, AppendsAndLeavesTheLineAlone) {
+  Line line = roofs(8);
+  line[3].nPointIdx = -5;
+  SQO_lineFeature result = cornersOf(line);
+  const std::size_t features = result.features.size();
+  const std::size_t endings = result.endings.size();
+  qo_getLineCornerFeature(line.data(), static_cast<int>(line.size()), 8, kParam, &result);
+  qo_getLineCornerFeature(nullptr, 0, 9, kParam, &result);
+  EXPECT_EQ(result.features.size(), 2 * features);
+  EXPECT_EQ(result.endings.size(), 2 * endings);
+  EXPECT_EQ(result.lineIdx, 9);
+  EXPECT_EQ(line[3].nPointIdx, -5);
+}
+
+TEST(CornerFeature, VerticalChordsAndOddScales) {
+  Line wall = build::profileLine(23, 1.0, [](double y) { return y < 10.0 ? 10.0 : 22.0; });
+  for (int i : {10, 11, 12}) {
+    wall[i].pt3D.y = 9.0;
+    wall[i].pt3D.z = 10.0 + 4.0 * (i - 9);
+  }
+  EXPECT_EQ(found(cornersOf(wall).features), (Found{{FEATURE_JUMP_RISE, 12}}));
+  for (double scale : {0.0, -1.0, std::nan(""), 1e300}) {
+    SQO_cornerParam param = kParam;
+    param.scale = scale;
+    EXPECT_TRUE(cornersOf(Line(5, build::sample(0.0, 0.0, 10.0)), param).features.empty()) << scale;
+  }
+}
+
+}  // namespace

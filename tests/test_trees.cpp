@@ -1,1 +1,330 @@
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <functional>
+#include <random>
+#include <tuple>
+#include <vector>
+
+#include "trees.h"
+
+namespace {
+
+using Features = std::vector<SQO_basicFeature1D>;
+using Trees = std::vector<SQO_featureTree>;
+
+constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
+
+SQO_basicFeature1D feature(
+    int line, double y, double z = 10.0, int type = FEATURE_JUMP_RISE, double value = 1.0) {
+  return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
+}
+
+/// One record per line, from lists of features.
+std::vector<SQO_lineFeature> records(const std::vector<Features>& lines) {
+  std::vector<SQO_lineFeature> result;
+  for (const Features& features : lines) {
+    result.push_back({static_cast<int>(result.size()), features, {}});
+  }
+  return result;
+}
+
+Trees grown(const std::vector<Features>& lines,
+            const SQO_treeGrowParam& param = kParam,
+            Trees trees = {}) {
+  std::vector<SQO_lineFeature> lineFeatures = records(lines);
+  qo_getFeatureGrowingTrees(lineFeatures, trees, param);
+  return trees;
+}
+
+std::size_t nodesOfFirst(const Trees& trees) {
+  return trees.empty() ? 0 : trees.front().treeNodes.size();
+}
+
+SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
+  return {state,
+          nodes.front().featureType,
+          nodes.front().jumpPos2D.x,
+          nodes.back().jumpPos2D.x,
+          0.0,
+          {0.0, 0.0},
+          {0.0, 0.0},
+          nodes,
+          -1};
+}
+
+// The rules told once more in the plainest way, as walks over the whole list.
+namespace plain {
+
+bool matches(int tree, int type) {
+  static const std::vector<std::vector<int>> table = {
+      {}, {1, 3}, {2, 4}, {1, 3}, {2, 4}, {3, 4, 5}, {6},  {7},
+      {}, {9},    {10},   {11},   {12},   {13},      {14}, {15}};
+  const bool known = tree >= 0 && tree < static_cast<int>(table.size());
+  return known && std::count(table[tree].begin(), table[tree].end(), type) > 0;
+}
+
+bool stays(const SQO_featureTree& tree, const SQO_treeGrowParam& p) {
+  const auto& nodes = tree.treeNodes;
+  const double len = std::sqrt(std::pow(nodes.front().jumpPos.x - nodes.back().jumpPos.x, 2) +
+                               std::pow(nodes.front().jumpPos.y - nodes.back().jumpPos.y, 2));
+  if (tree.treeType != FEATURE_V) {
+    return len > p.minLTypeTreeLen;
+  }
+  const std::size_t k = nodes.size();
+  return len > p.minVTypeTreeLen &&
+         std::abs(nodes[k / 4].jumpPos.z - nodes[3 * k / 4].jumpPos.z) / len < 0.3;
+}
+
+void place(const SQO_basicFeature1D& f,
+           int line,
+           Trees& trees,
+           const SQO_treeGrowParam& p,
+           bool countsFirst) {
+  for (SQO_featureTree& tree : trees) {
+    const SQO_basicFeature1D& n = tree.treeNodes.back();
+    if (tree.treeState != TREE_CLOSED && f.jumpPos2D.x != n.jumpPos2D.x &&
+        std::abs(f.jumpPos.y - n.jumpPos.y) < p.yDeviation_max &&
+        std::abs(f.jumpPos.z - n.jumpPos.z) < p.zDeviation_max &&
+        (std::abs(f.jumpPos2D.x - n.jumpPos2D.x) < p.maxLineSkipNum ||
+         std::abs(f.jumpPos.x - n.jumpPos.x) < p.maxSkipDistance) &&
+        matches(tree.treeType, f.featureType)) {
+      tree.eLineIdx = line;
+      tree.treeNodes.push_back(f);
+      tree.treeValue += f.featureValue;
+      return;
+    }
+  }
+  trees.push_back(treeOf({f}));
+  trees.back().sLineIdx = trees.back().eLineIdx = line;
+  trees.back().treeValue = countsFirst ? f.featureValue : 0.0;
+}
+
+void close(Trees& trees,
+           const SQO_treeGrowParam& p,
+           const std::function<bool(const SQO_featureTree&)>& closes) {
+  for (int t = static_cast<int>(trees.size()) - 1; t >= 0; --t) {
+    if (trees[t].treeState == TREE_GROWING && closes(trees[t])) {
+      trees[t].treeState = TREE_CLOSED;
+      if (!stays(trees[t], p)) {
+        trees.erase(trees.begin() + t);
+      }
+    }
+  }
+}
+
+void growLine(
+    int line, bool isLast, const Features& features, Trees& trees, const SQO_treeGrowParam& p) {
+  for (const SQO_basicFeature1D& f : features) {
+    place(f, line, trees, p, true);
+  }
+  close(trees, p, [&](const SQO_featureTree& tree) {
+    const int gap = std::abs(line - tree.treeNodes.back().jumpPos2D.x);
+    const int span = tree.eLineIdx - tree.sLineIdx;
+    if (gap < 1 || span < 1) {
+      return false;
+    }
+    const double skipped =
+        std::abs(tree.treeNodes.front().jumpPos.x - tree.treeNodes.back().jumpPos.x) / span * gap;
+    return isLast || (p.maxLineSkipNum > 0 ? gap > p.maxLineSkipNum : skipped > p.maxSkipDistance);
+  });
+}
+
+void growScan(const std::vector<Features>& lines, Trees& trees, const SQO_treeGrowParam& p) {
+  for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
+    for (const SQO_basicFeature1D& f : lines[i]) {
+      place(f, i, trees, p, false);
+    }
+    close(trees, p, [&](const SQO_featureTree& tree) {
+      const int gap = std::abs(i - tree.treeNodes.back().jumpPos2D.x);
+      return (p.maxLineSkipNum > 0 && gap > p.maxLineSkipNum) ||
+             i + 1 == static_cast<int>(lines.size());
+    });
+  }
+}
+
+}  // namespace plain
+
+auto asTuple(const SQO_basicFeature1D& f) {
+  return std::make_tuple(f.featureType, f.jumpPos2D.x, f.jumpPos.x, f.jumpPos.y, f.jumpPos.z,
+                         f.featureValue);
+}
+
+void expectSame(const Trees& expected, const Trees& actual) {
+  ASSERT_EQ(expected.size(), actual.size());
+  for (std::size_t t = 0; t < expected.size(); ++t) {
+    const SQO_featureTree& a = expected[t];
+    const SQO_featureTree& b = actual[t];
+    ASSERT_EQ(std::tie(a.treeState, a.treeType, a.sLineIdx, a.eLineIdx, a.treeValue, a.anchorNode),
+              std::tie(b.treeState, b.treeType, b.sLineIdx, b.eLineIdx, b.treeValue, b.anchorNode));
+    ASSERT_EQ(a.treeNodes.size(), b.treeNodes.size());
+    for (std::size_t n = 0; n < a.treeNodes.size(); ++n) {
+      ASSERT_EQ(asTuple(a.treeNodes[n]), asTuple(b.treeNodes[n]));
+    }
+  }
+}
+
+/// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
+class RandomScan {
+ public:
+  explicit RandomScan(unsigned seed) : random_(seed) {}
+
+  int integer(int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random_);
+  }
+  SQO_basicFeature1D node(int line) {
+    SQO_basicFeature1D f =
+        feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 0.5 * integer(-40, 40),
+                9.5 + 0.5 * integer(0, 8), integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE,
+                0.25 * integer(0, 9));
+    f.jumpPos.x += 0.5 * integer(-1, 1);
+    return f;
+  }
+  std::vector<Features> lines() {
+    std::vector<Features> result(integer(0, 40));
+    for (std::size_t i = 0; i < result.size(); ++i) {
+      for (int k = integer(-2, 12); k > 0; --k) {
+        result[i].push_back(node(static_cast<int>(i)));
+      }
+    }
+    return result;
+  }
+  SQO_treeGrowParam param() {
+    return {0.5 * integer(-1, 12), 0.5 * integer(1, 8),  integer(-1, 4),
+            0.5 * integer(0, 8),   0.5 * integer(-1, 8), 0.5 * integer(-1, 8)};
+  }
+  Trees passedIn() {
+    Trees trees;
+    for (int k = integer(0, 4); k > 0; --k) {
+      trees.push_back(treeOf({node(integer(-3, 3)), node(integer(-3, 3))}, integer(0, 3)));
+    }
+    return trees;
+  }
+
+ private:
+  std::mt19937 random_;
+};
+
+TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
+  for (unsigned seed = 0; seed < 1500; ++seed) {
+    SCOPED_TRACE(seed);
+    RandomScan random(seed);
+    std::vector<Features> lines = random.lines();
+    const SQO_treeGrowParam param = random.param();
+    const Trees passedIn = random.passedIn();
+
+    Trees expected = passedIn;
+    plain::growScan(lines, expected, param);
+    expectSame(expected, grown(lines, param, passedIn));
+    Trees peaks = passedIn;
+    qo_peakFeatureGrowing(lines, peaks, param);
+    expectSame(expected, peaks);
+
+    expected = passedIn;
+    Trees byLine = passedIn;
+    for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
+      const bool isLast = i + 1 == static_cast<int>(lines.size());
+      plain::growLine(i, isLast, lines[i], expected, param);
+      qo_lineFeaturesGrowing(i, isLast, lines[i], byLine, param);
+    }
+    expectSame(expected, byLine);
+
+    Trees corners = passedIn;
+    qo_cornerFeaturesGrowing(lines, corners, param);
+    expected.erase(std::remove_if(expected.begin(), expected.end(),
+                                  [](const auto& t) { return t.sLineIdx == t.eLineIdx; }),
+                   expected.end());
+    expectSame(expected, corners);
+    if (HasFatalFailure()) {
+      return;
+    }
+  }
+}
+
+TEST(TreeGrowing, LimitsAreStrict) {
+  struct Case {
+    const char* name;
+    SQO_basicFeature1D second;
+    bool joins;
+  };
+  SQO_basicFeature1D farInX = feature(3, 0.0);
+  farInX.jumpPos.x = 5.0;
+  SQO_basicFeature1D nearInX = farInX;
+  nearInX.jumpPos.x = 4.75;
+  SQO_basicFeature1D fewLines = feature(2, 0.0);
+  fewLines.jumpPos.x = 100.0;
+  const Case cases[] = {
+      {"y at the limit", feature(1, 2.0), false},
+      {"y below the limit", feature(1, 1.75), true},
+      {"z at the limit", feature(1, 0.0, 13.0), false},
+      {"z below the limit", feature(1, 0.0, 12.75), true},
+      {"as many lines as may be skipped: x decides, at its limit", farInX, false},
+      {"as many lines as may be skipped: x decides, below its limit", nearInX, true},
+      {"fewer lines than may be skipped: x does not count", fewLines, true},
+      {"y is not a number", feature(1, std::nan("")), false},
+  };
+  for (const Case& c : cases) {
+    std::vector<Features> lines(static_cast<std::size_t>(c.second.jumpPos2D.x) + 1);
+    lines.front() = {feature(0, 0.0)};
+    lines.back() = {c.second};
+    SQO_treeGrowParam keepAll = kParam;
+    keepAll.minLTypeTreeLen = -1.0;
+    EXPECT_EQ(nodesOfFirst(grown(lines, keepAll)), c.joins ? 2U : 1U) << c.name;
+  }
+}
+
+TEST(TreeGrowing, OneNodePerLineAndTheEarliestTreeWins) {
+  const Trees trees = grown({{feature(0, 0.0), feature(0, 1.0)},
+                             {feature(1, 0.75), feature(1, 0.0), feature(1, 0.5)},
+                             {feature(2, 0.5)}});
+  ASSERT_EQ(trees.size(), 2U);
+  EXPECT_EQ(trees[0].treeNodes[1].jumpPos.y, 0.75) << "not the nearest tree, but the first";
+  EXPECT_EQ(trees[1].treeNodes[1].jumpPos.y, 0.0);
+  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
+}
+
+TEST(TreeGrowing, LengthDecidesWhatStays) {
+  SQO_treeGrowParam param = kParam;
+  param.minLTypeTreeLen = 2.0;
+  const auto straight = [](int type, int nodes, double drift) {
+    std::vector<Features> lines;
+    for (int i = 0; i < nodes; ++i) {
+      lines.push_back({feature(i, 0.0, 10.0 + drift * i, type)});
+    }
+    return lines;
+  };
+  EXPECT_TRUE(grown(straight(FEATURE_SLOPE_RISE, 3, 0.0), param).empty()) << "exactly the minimum";
+  EXPECT_EQ(grown(straight(FEATURE_SLOPE_RISE, 4, 0.0), param).size(), 1U);
+  EXPECT_EQ(grown(straight(FEATURE_V, 2, 0.25), param).size(), 1U) << "held to the V minimum";
+  EXPECT_TRUE(grown(straight(FEATURE_V, 2, 0.5), param).empty()) << "drifts in height";
+  EXPECT_TRUE(grown(straight(FEATURE_V, 3, 0.5), param).empty());
+  param.minLTypeTreeLen = -1.0;
+  EXPECT_EQ(grown({{feature(0, 0.0)}}, param).size(), 1U) << "one node, length 0";
+}
+
+TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
+  Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
+                 treeOf({feature(0, 0.0)}, TREE_CLOSED)};
+  trees[1].treeNodes.clear();
+  trees[1].xRange = {7.0, 7.0};
+  std::vector<Features> none;
+  qo_peakFeatureGrowing(none, trees, kParam);
+  EXPECT_EQ(trees[0].xRange.min, 1.0);
+  EXPECT_EQ(trees[0].xRange.max, 3.0);
+  EXPECT_EQ(trees[0].yRange.min, -2.0);
+  EXPECT_EQ(trees[0].yRange.max, 9.0);
+  EXPECT_EQ(trees[1].xRange.max, 0.0);
+}
+
+TEST(CornerFeaturesGrowing, RemovesTreesOfOneLineEvenWithoutLines) {
+  Trees trees = {treeOf({feature(2, 0.0)}, TREE_CLOSED),
+                 treeOf({feature(2, 0.0), feature(3, 0.0)})};
+  std::vector<Features> none;
+  qo_cornerFeaturesGrowing(none, trees, kParam);
+  ASSERT_EQ(trees.size(), 1U);
+  EXPECT_EQ(trees[0].eLineIdx, 3);
+}
+
+}  // namespace
