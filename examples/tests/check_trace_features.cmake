@@ -9,10 +9,11 @@ execute_process(COMMAND ${MAKE_BAD_SCANS} ${scans} COMMAND_ERROR_IS_FATAL ANY)
 # Runs the program; wants exit code 0, silence on the standard error stream, and both pictures.
 # Gives the report from the line of the scan's size on in `report`.
 function(trace report)
-  set(out ${FOLDER}/pictures)
+  set(out ${FOLDER}/trace_features_out)
   file(REMOVE_RECURSE ${out})
   execute_process(
-    COMMAND ${PROGRAM} --out ${out} ${ARGN}
+    COMMAND ${PROGRAM} ${ARGN}
+    WORKING_DIRECTORY ${FOLDER}
     RESULT_VARIABLE code
     OUTPUT_VARIABLE text
     ERROR_VARIABLE errors)
@@ -26,14 +27,16 @@ function(trace report)
       message(SEND_ERROR "'${ARGN}' wrote no ${picture} picture")
     endif()
   endforeach()
-  string(REGEX REPLACE "^[^\n]*\n" "" text "${text}")
+  string(FIND "${text}" "\n" end)
+  string(SUBSTRING "${text}" ${end} -1 text)
   set(${report} "${text}" PARENT_SCOPE)
 endfunction()
 
 # Wants the exit code for bad input and one line on the standard error stream that holds `expected`.
 function(turn_down expected)
   execute_process(
-    COMMAND ${PROGRAM} --out ${FOLDER}/pictures ${ARGN}
+    COMMAND ${PROGRAM} ${ARGN}
+    WORKING_DIRECTORY ${FOLDER}
     RESULT_VARIABLE code
     OUTPUT_VARIABLE text
     ERROR_VARIABLE errors)
