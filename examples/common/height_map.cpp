@@ -24,7 +24,9 @@ struct PixelSpan {
 PixelSpan pixelsOf(double centre, double step, const STeskRangeD& range, int pixels) {
   const double perUnit = pixels / (range.max - range.min);
   const double middle = (centre - range.min) * perUnit;
-  const double half = 0.5 * step * perUnit;
+  // A little overlap closes the seams that levelling and slopes open between samples.
+  constexpr double kOverlap = 1.3;
+  const double half = 0.5 * kOverlap * step * perUnit;
   const int first = static_cast<int>(std::clamp(std::round(middle - half), 0.0, pixels - 1.0));
   const int last = static_cast<int>(std::clamp(std::round(middle + half), 0.0, pixels * 1.0));
   return {first, std::max(last, first + 1)};
@@ -53,14 +55,36 @@ Raster rasterise(const Scan& scan, const HeightMapView& view, cv::Size size) {
   return raster;
 }
 
-/// Light that falls in from the top left; flat ground and its noise keep a brightness of 1.
-cv::Mat shadeOf(const cv::Mat& height, const cv::Mat& covered, double unitsPerPixel) {
+/// The heights without their noise: a mean of the covered pixels around each pixel.
+cv::Mat smoothed(const cv::Mat& height, const cv::Mat& covered) {
+  constexpr double kTiny = 1e-6;
   cv::Mat weight;
   covered.convertTo(weight, CV_32F, 1.0 / 255.0);
   cv::Mat smooth = height.mul(weight);
   cv::GaussianBlur(smooth, smooth, {9, 9}, 0.0);
   cv::GaussianBlur(weight, weight, {9, 9}, 0.0);
-  cv::divide(smooth, weight + 1e-6, smooth);
+  cv::divide(smooth, weight + kTiny, smooth);
+  return smooth;
+}
+
+/// Fills holes that are too small to be seen, such as single samples that dropped out.
+void closeSpecks(cv::Mat& height, cv::Mat& covered, const cv::Mat& smooth) {
+  cv::Mat closed;
+  cv::morphologyEx(covered, closed, cv::MORPH_CLOSE, cv::Mat::ones(3, 3, CV_8U));
+  smooth.copyTo(height, closed & ~covered);
+  covered = closed;
+}
+
+/// Takes noise off the heights that is too small to be told apart, and leaves edges alone.
+void calm(cv::Mat& height, const cv::Mat& smooth, const STeskRangeD& z) {
+  constexpr double kShare = 0.01;
+  cv::Mat difference;
+  cv::absdiff(height, smooth, difference);
+  smooth.copyTo(height, difference < kShare * (z.max - z.min));
+}
+
+/// Light that falls in from the top left; flat ground and its noise keep a brightness of 1.
+cv::Mat shadeOf(const cv::Mat& smooth, double unitsPerPixel) {
   cv::Mat slopeX;
   cv::Mat slopeY;
   cv::Sobel(smooth, slopeX, CV_32F, 1, 0, 3, 1.0 / 8.0 / unitsPerPixel);
@@ -136,11 +160,14 @@ HeightMapView viewOf(const Scan& scan, double lineStep, double ptStep) {
 
 cv::Mat paintHeightMap(const Scan& scan, const HeightMapView& view, cv::Size size) {
   const Raster raster = rasterise(scan, view, size);
-  const cv::Mat covered = raster.count > 0.0;
+  cv::Mat covered = raster.count > 0.0;
   cv::Mat height;
   cv::divide(raster.sum, cv::max(raster.count, 1.0), height);
+  const cv::Mat smooth = smoothed(height, covered);
+  closeSpecks(height, covered, smooth);
+  calm(height, smooth, view.z);
   cv::Mat picture = coloursOf(height, view.z);
-  applyShade(picture, shadeOf(height, covered, (view.x.max - view.x.min) / size.width));
+  applyShade(picture, shadeOf(smooth, (view.x.max - view.x.min) / size.width));
   picture.setTo(holeColour(), ~covered);
   return picture;
 }

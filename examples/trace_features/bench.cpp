@@ -9,8 +9,8 @@ namespace {
 // The bench lies in a frame of its own; the sensor sees it turned about x, then about y, around
 // the table's middle.
 constexpr double kRadians = 3.141592653589793 / 180.0;
-constexpr double kRollDegrees = 2.3;
-constexpr double kPitchDegrees = -3.2;
+constexpr double kRollDegrees = 1.4;
+constexpr double kPitchDegrees = -2.6;
 constexpr double kMiddleX = 200.0;
 constexpr double kMiddleY = 150.0;
 constexpr double kMiddleZ = 220.0;
@@ -53,28 +53,36 @@ double wedge(const Pose& pose, double length, double rise, double fall, double h
   return std::max(0.0, height * std::min(1.0 + p.v / rise, 1.0 - p.v / fall));
 }
 
-/// A groove with sloping flanks that crosses the table in a bow.
-double groove(Spot spot) {
-  constexpr double kDepth = 5.0;
-  constexpr double kHalfWidth = 6.5;
-  constexpr double kFlank = 2.0;
-  const double middle = 30.0 + 26.0 * std::sin(spot.u / 400.0 * 180.0 * kRadians);
+double roundBoss(Spot centre, double radius, double height, Spot spot) {
+  return std::hypot(spot.u - centre.u, spot.v - centre.v) < radius ? height : 0.0;
+}
+
+/// A groove with sloping flanks that runs in a bow between two ends.
+double groove(double from, double to, Spot spot) {
+  constexpr double kDepth = 4.0;
+  constexpr double kHalfWidth = 7.0;
+  constexpr double kFlank = 1.6;
+  if (spot.u < from || spot.u > to) {
+    return 0.0;
+  }
+  const double middle = 38.0 + 20.0 * std::sin((spot.u - from) / (to - from) * 180.0 * kRadians);
   const double inwards = kHalfWidth - std::abs(spot.v - middle);
   return -kDepth * std::clamp(inwards / kFlank, 0.0, 1.0);
 }
 
 /// Height of the bench over its table.
 double benchHeight(Spot spot) {
-  const std::array<double, 6> things = {
-      box({{78.0, 222.0}, 24.0}, 92.0, 62.0, 24.0, spot),
-      box({{84.0, 226.0}, 24.0}, 46.0, 30.0, 42.0, spot),
-      box({{208.0, 232.0}, -38.0}, 56.0, 56.0, 33.0, spot),
-      box({{322.0, 240.0}, 9.0}, 96.0, 36.0, 16.0, spot),
-      roundBar({{112.0, 122.0}, -11.0}, 170.0, 4.0, spot),
-      wedge({{300.0, 138.0}, 14.0}, 120.0, 34.0, 13.0, 20.0, spot),
+  const std::array<double, 7> things = {
+      box({{76.0, 222.0}, 24.0}, 92.0, 62.0, 34.0, spot),
+      box({{82.0, 226.0}, 24.0}, 46.0, 30.0, 50.0, spot),
+      box({{208.0, 232.0}, -38.0}, 54.0, 54.0, 42.0, spot),
+      box({{324.0, 236.0}, 17.0}, 90.0, 36.0, 31.0, spot),
+      roundBoss({66.0, 46.0}, 22.0, 36.0, spot),
+      roundBar({{82.0, 124.0}, -11.0}, 120.0, 2.4, spot),
+      wedge({{238.0, 128.0}, 14.0}, 112.0, 32.0, 12.0, 18.0, spot),
   };
   const double height = *std::max_element(things.begin(), things.end());
-  return height > 0.0 ? height : groove(spot);
+  return height > 0.0 ? height : groove(160.0, 384.0, spot);
 }
 
 }  // namespace

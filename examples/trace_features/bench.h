@@ -12,7 +12,7 @@ struct Spot {
 
 /**
  * The solid that the scene shows: a tilted table, 400 x 300 mm, with three boxes, one of them
- * stepped, a round bar, a wedge and a curved groove.
+ * stepped, a round boss, a round bar, a wedge and a curved groove.
  */
 class Bench {
  public:

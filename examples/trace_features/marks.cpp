@@ -16,8 +16,11 @@ void drawSwatch(Canvas& canvas, const LegendEntry& entry, cv::Point2d at) {
   const cv::Point2d middle(at.x + 0.5 * kSwatchWidth, at.y);
   const cv::Point2d end(at.x + kSwatchWidth, at.y);
   switch (entry.swatch) {
-    case Swatch::line:
+    case Swatch::rimmedLine:
       drawRimmedLine(canvas, {at, end}, entry.colour);
+      break;
+    case Swatch::line:
+      canvas.line(at, end, entry.colour, 2.0);
       break;
     case Swatch::marker:
       drawMarker(canvas, middle, entry.colour);

@@ -11,7 +11,7 @@ namespace examples {
 cv::Scalar colourOfType(int featureType);
 
 /// What a legend shows beside a word.
-enum class Swatch { line, marker, dots, segmentEnds };
+enum class Swatch { rimmedLine, line, marker, dots, segmentEnds };
 
 struct LegendEntry {
   Swatch swatch;

@@ -86,14 +86,14 @@ void addCornerOptions(CLI::App& app, Options& options) {
   addAngle(app, "--flat-angle", options.flatAngle, "The other arm of a rise or fall is flatter");
   addLength(app, "--gap-y", options.gapY,
             "Join segments across holes narrower than this (default: the scale)", group);
-  addLength(app, "--gap-z", options.gapZ, "Step in z that ends a segment (default: the scale)",
-            group);
+  addLength(app, "--gap-z", options.gapZ,
+            "Step in z that ends a segment (default: 4 times the scale)", group);
 }
 
 void addGrowOptions(CLI::App& app, Options& options) {
   const std::string group = "Trees";
   addLength(app, "--y-deviation", options.yDeviation,
-            "Limit in y from node to node (default: 4 line distances or the scale, the larger)",
+            "Limit in y from node to node (default: 8 line distances or the scale, the larger)",
             group);
   addLength(app, "--z-deviation", options.zDeviation,
             "Limit in z from node to node (default: the scale)", group);
@@ -117,7 +117,7 @@ void addOptions(CLI::App& app, Options& options) {
 
 TraceParams paramsFor(const Options& options, const SJU_pointCloudPara& cloud) {
   constexpr double kScaleInSamples = 12.0;
-  constexpr double kDeviationInLines = 4.0;
+  constexpr double kDeviationInLines = 8.0;
   constexpr double kLengthInLines = 20.0;
   const double lineStep = cloud.scanLineStep;
   const double scale = options.scale.value_or(kScaleInSamples * cloud.ptStep);
@@ -130,7 +130,7 @@ TraceParams paramsFor(const Options& options, const SJU_pointCloudPara& cloud) {
   params.outlier.outlierTh = options.outlierCount;
   params.smoothWindow = options.smoothWindow;
   params.corner.minEndingGap = options.gapY.value_or(scale);
-  params.corner.minEndingGap_z = options.gapZ.value_or(scale);
+  params.corner.minEndingGap_z = options.gapZ.value_or(4.0 * scale);
   params.corner.scale = scale;
   params.corner.cornerTh = options.cornerAngle;
   params.corner.jumpCornerTh_1 = options.steepAngle;

@@ -22,7 +22,7 @@ struct Options {
   std::optional<double> cutAbove;
 
   std::optional<double> outlierStep;
-  int outlierCount = 6;
+  int outlierCount = 4;
   int smoothWindow = 5;
 
   std::optional<double> scale;

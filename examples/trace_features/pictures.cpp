@@ -20,8 +20,8 @@ void drawTitle(Canvas& canvas, double x, const std::string& title, const std::st
 
 /// As large as fits with the same scale on both axes, unless the scan is very long or wide.
 cv::Size2d mapSize(const HeightMapView& view) {
-  constexpr double kMaxWidth = 780.0;
-  constexpr double kMaxHeight = 620.0;
+  constexpr double kMaxWidth = 740.0;
+  constexpr double kMaxHeight = 600.0;
   constexpr double kMinSide = 160.0;
   const double wide = view.x.max - view.x.min;
   const double high = view.y.max - view.y.min;
@@ -113,7 +113,8 @@ int richestLine(const TraceResult& result) {
       ++nodes[static_cast<std::size_t>(node.jumpPos2D.x)];
     }
   }
-  return static_cast<int>(std::max_element(nodes.begin(), nodes.end()) - nodes.begin());
+  const auto richest = std::max_element(nodes.begin(), nodes.end());
+  return static_cast<int>(*richest > 0 ? richest - nodes.begin() : result.scan.size() / 2);
 }
 
 cv::Mat drawMap(const TraceResult& result,
@@ -136,7 +137,7 @@ cv::Mat drawMap(const TraceResult& result,
             std::to_string(result.edges.size()) + " trees over " +
                 std::to_string(result.scan.size()) + " lines; dashed: line " +
                 std::to_string(markedLine));
-  drawLegend(canvas, typeEntries(Swatch::line), {std::max(right, 620.0), 49.0});
+  drawLegend(canvas, typeEntries(Swatch::rimmedLine), {std::max(right, 620.0), 49.0});
   drawColourBar(canvas, {right + 24.0, place.y + 22.0, 16.0, place.height - 22.0}, view.z,
                 "z [" + unit + "]");
   return canvas.finish();
@@ -148,7 +149,7 @@ cv::Mat drawProfile(const TraceResult& result,
                     const std::string& unit) {
   const Line& line = result.scan[static_cast<std::size_t>(lineIdx)];
   const SQO_lineFeature& features = result.features[static_cast<std::size_t>(lineIdx)];
-  const cv::Scalar rawColour = rgb(190, 196, 206);
+  const cv::Scalar rawColour = rgb(150, 158, 172);
   const cv::Scalar traceColour = rgb(38, 84, 150);
   Canvas canvas(952, 420, ink::kPaper);
   const Plot plot = profilePlot(line, {76.0, 70.0, 852.0, 290.0}, unit);
@@ -167,7 +168,7 @@ cv::Mat drawProfile(const TraceResult& result,
   drawTitle(canvas, 76.0, "Profile of line " + std::to_string(lineIdx),
             std::to_string(features.features.size()) + " corners, " +
                 std::to_string(features.endings.size() / 2) + " segments");
-  std::vector<LegendEntry> entries = {{Swatch::dots, rawColour, "raw"},
+  std::vector<LegendEntry> entries = {{Swatch::dots, rawColour, "levelled"},
                                       {Swatch::line, traceColour, "conditioned"}};
   const std::vector<LegendEntry> types = typeEntries(Swatch::marker);
   entries.insert(entries.end(), types.begin(), types.end());

@@ -7,7 +7,7 @@
 
 namespace examples {
 
-/// The line whose corners went into the most trees.
+/// The line whose corners went into the most trees; without trees the middle one.
 int richestLine(const TraceResult& result);
 
 /// The levelled height map with the trees drawn over it, and the place of one line marked.

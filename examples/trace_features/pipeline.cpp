@@ -10,7 +10,7 @@ namespace {
 
 constexpr double kNoPlane = -1.0;
 
-SQO_planeCalibPara identity() {
+SQO_planeCalibPara unlevelled() {
   return {{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
           kNoPlane,
           {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}};
@@ -21,7 +21,7 @@ SQO_planeCalibPara calibrate(Scan& scan) {
   std::vector<STesk3DLaserLine> lines = pointerForm(scan);
   const SQO_planeCalibPara found =
       qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
-  return found.planeHeight == kNoPlane ? identity() : found;
+  return found.planeHeight == kNoPlane ? unlevelled() : found;
 }
 
 /// Step 2: turns a line into the levelled frame and cuts what lies too high.
@@ -95,10 +95,13 @@ SampleCounts sumOf(const std::vector<SampleCounts>& lines) {
 
 TraceResult traceFeatures(Scan scan, const TraceParams& params, Progress& progress) {
   TraceResult result{};
-  result.calibration = params.level ? calibrate(scan) : identity();
-  result.before = viewPlane(scan, result.calibration);
-  const bool cuts = params.cutAbove > 0.0 && result.before.isFound;
-  result.cutHeight = cuts ? result.before.levelledHeight + params.cutAbove : 0.0;
+  result.calibration = params.level ? calibrate(scan) : unlevelled();
+  result.isLevelled = result.calibration.planeHeight != kNoPlane;
+  if (result.isLevelled) {
+    result.before = viewPlane(scan, result.calibration);
+    const double plane = levelledHeight(scan, result.calibration);
+    result.cutHeight = params.cutAbove > 0.0 ? plane + params.cutAbove : 0.0;
+  }
 
   // The library keeps nothing between calls, so lines may be worked on by any number of threads:
   // each writes to its own line, its own features and its own counts.
@@ -118,7 +121,9 @@ TraceResult traceFeatures(Scan scan, const TraceParams& params, Progress& progre
 
   // A tree takes its nodes line by line, so growing is one thread's work.
   result.edges = fitEdges(growTrees(result.features, params.grow));
-  result.after = viewPlane(scan, params.level ? calibrate(scan) : identity());
+  if (result.isLevelled) {
+    result.after = viewPlane(scan, unlevelled());
+  }
   result.samples = sumOf(counts);
   result.scan = std::move(scan);
   return result;

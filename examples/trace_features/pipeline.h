@@ -31,6 +31,7 @@ struct SampleCounts {
 /// What became of a scan.
 struct TraceResult {
   SQO_planeCalibPara calibration;  ///< Identity when the scan was not levelled.
+  bool isLevelled;
   PlaneView before;
   PlaneView after;
   double cutHeight;  ///< Levelled z beyond which samples were cut; 0: none were.

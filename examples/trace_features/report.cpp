@@ -22,17 +22,13 @@ void printHead(const TraceResult& result, const ReportHead& head) {
 }
 
 std::vector<std::string> planeRow(const char* name, const PlaneView& plane) {
-  if (!plane.isFound) {
-    return {name, "-", "-", "-"};
-  }
-  return {name, fixed(plane.tiltDegrees, 2) + " deg", significant(plane.rise, 4),
-          significant(plane.heightAtMiddle, 6)};
+  return {name, fixed(plane.tiltDegrees, 2) + " deg", fixed(plane.rise, 2), fixed(plane.height, 2)};
 }
 
 void printPlane(const TraceResult& result, const std::string& unit) {
   std::printf("\nReference plane\n");
-  if (!result.before.isFound) {
-    std::printf("  none; the scan was taken as it is\n");
+  if (!result.isLevelled) {
+    std::printf("  none found or asked for: the scan was taken as it is\n");
     return;
   }
   TextTable table;
@@ -40,6 +36,7 @@ void printPlane(const TraceResult& result, const std::string& unit) {
   table.addColumn("tilt", Align::right);
   table.addColumn("rise [" + unit + "]", Align::right);
   table.addColumn("height [" + unit + "]", Align::right);
+  table.addColumn("samples on it", Align::right);
   table.addRow(planeRow("before levelling", result.before));
   table.addRow(planeRow("after levelling", result.after));
   table.print();
@@ -108,6 +105,12 @@ void printTypes(const TraceResult& result) {
   table.print();
 }
 
+/// A tree that goes round a corner, or follows a curve, has no line that fits it well.
+bool isStraight(const TracedEdge& edge) {
+  constexpr double kLargestShare = 0.01;
+  return edge.rmsError < kLargestShare * edge.length;
+}
+
 std::vector<std::string> edgeRow(std::size_t number, const TracedEdge& edge) {
   return {std::to_string(number),
           nameOfType(edge.tree.treeType),
@@ -117,7 +120,8 @@ std::vector<std::string> edgeRow(std::size_t number, const TracedEdge& edge) {
           fixed(edge.direction.x, 3),
           fixed(edge.direction.y, 3),
           fixed(edge.direction.z, 3),
-          significant(edge.rmsError, 3)};
+          significant(edge.rmsError, 3),
+          isStraight(edge) ? "straight" : "bent"};
 }
 
 void printEdges(const TraceResult& result, const std::string& unit) {
@@ -134,6 +138,7 @@ void printEdges(const TraceResult& result, const std::string& unit) {
         std::string("dir y"), std::string("dir z"), "rms [" + unit + "]"}) {
     table.addColumn(header, Align::right);
   }
+  table.addColumn("shape", Align::left);
   const std::size_t shown = std::min(result.edges.size(), kMostEdges);
   for (std::size_t i = 0; i < shown; ++i) {
     table.addRow(edgeRow(i + 1, result.edges[i]));

@@ -18,12 +18,12 @@ constexpr double kPtStep = 0.25;
 
 // Where the light comes from and where the camera sits, as run per rise.
 constexpr double kStandOff = 650.0;
-constexpr double kCameraLean = 0.38;
+constexpr double kCameraLean = 0.3;
 
 constexpr double kNoise = 0.045;
 constexpr double kResolution = 0.001;
-constexpr double kDropouts = 0.008;
-constexpr double kFalseHeights = 0.0012;
+constexpr double kDropouts = 0.003;
+constexpr double kFalseHeights = 0.0015;
 
 double xOf(int line) {
   return kLineStep * line;

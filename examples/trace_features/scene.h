@@ -13,7 +13,7 @@ struct Scene {
 
 /**
  * Scans a workbench that exists only here: a tilted table with three boxes, one of them stepped, a
- * round bar, a wedge and a curved groove.
+ * round boss, a round bar, a wedge and a curved groove.
  *
  * 800 lines of 1200 samples, 0.5 mm and 0.25 mm apart. z is a height over the far end of the
  * measuring range, so the table is the surface of smallest z. A camera beside the laser leaves
