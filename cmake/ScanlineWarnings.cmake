@@ -7,7 +7,7 @@ function(scanline_warnings target)
     target_compile_options(${target} PRIVATE /W4 /permissive-)
   else()
     target_compile_options(
-      ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Wdouble-promotion
-                        -Wold-style-cast -Wnon-virtual-dtor)
+      ${target} PRIVATE -Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow
+                        -Wdouble-promotion -Wold-style-cast -Wnon-virtual-dtor)
   endif()
 endfunction()

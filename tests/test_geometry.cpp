@@ -1,1 +1,224 @@
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "geometry.h"
+
+namespace {
+
+using Values = std::vector<double>;
+using Points = std::vector<STesk3DPoint>;
+using Pixels = std::vector<std::pair<int, int>>;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+
+Values valuesOf(const STesk3DPoint& point) {
+  return {point.x, point.y, point.z};
+}
+
+TEST(LineFormulas, CrossingOfLines) {
+  // x + 2 y - 8 = 0 and 3 x - y - 3 = 0 meet in (2, 3).
+  EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, -8, 3, -1, -3)), Values({2, 3, 0}));
+  EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, 3, 2, 4, 5)), Values({-kInf, -kInf, 0}));
+}
+
+TEST(LineFormulas, AngleDifferenceTurnsOnceAtMost) {
+  const std::vector<Values> cases = {{10, 350, 20},   {350, 10, 20}, {0, 180, 180}, {-90, 90, 180},
+                                     {-170, 170, 20}, {0, 181, 179}, {0, 400, -40}, {400, 0, -40}};
+  for (const Values& v : cases) {
+    EXPECT_EQ(computeAngleDiff(v[0], v[1]), v[2]) << v[0] << " and " << v[1];
+  }
+}
+
+TEST(LineFormulas, MakingLines) {
+  Values line(3);
+  compute2ptLine({1, 3, kNaN}, {4, 8, kNaN}, &line[0], &line[1], &line[2]);
+  EXPECT_EQ(line, Values({5, -3, 4}));
+  compute2ptLine_2(5, 7, 5, 7, &line[0], &line[1], &line[2]);
+  EXPECT_EQ(line, Values({0, 0, 0}));
+  rotateLine45Deg(2, 1, kNaN, 10, 20, &line[0], &line[1], &line[2]);
+  EXPECT_EQ(line, Values({3, -1, -10}));
+}
+
+TEST(LineFormulas, AngleOfALine) {
+  EXPECT_EQ(getLineAngle(0, 5, kNaN), 0.0);
+  EXPECT_EQ(getLineAngle(0, 0, 1), 0.0);
+  EXPECT_EQ(getLineAngle(1, 0, 1), 90.0);
+  EXPECT_DOUBLE_EQ(getLineAngle(1, -1, 0), 135.0);
+  EXPECT_DOUBLE_EQ(getLineAngle(1, 1, 0), 45.0);
+  EXPECT_EQ(getLineAngle(-1e30, 1e-30, 0), 180.0);  // reached by rounding only
+}
+
+TEST(LineFormulas, DistancesAndFeet) {
+  EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
+  EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
+  EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), kInf);
+  // The foot of (3, 1) on y = 2 x + 5, in both forms.
+  for (const auto& foot : {ny_getFootPoint(3, 1, 2, 5), ny_getFootPoint_abc(3, 1, 4, -2, 10)}) {
+    EXPECT_EQ(foot.x, -1.0);
+    EXPECT_EQ(foot.y, 3.0);
+  }
+}
+
+/// The pixels that a line appends to one that is there already.
+Pixels draw(int x0, int y0, int x1, int y1) {
+  std::vector<STesk2DPoint> points = {{7, 7}};
+  drawLine(x0, y0, x1, y1, points);
+  EXPECT_EQ(points.front().x, 7);
+  Pixels pixels;
+  for (std::size_t i = 1; i < points.size(); ++i) {
+    pixels.emplace_back(points[i].x, points[i].y);
+  }
+  return pixels;
+}
+
+TEST(DrawLine, FollowsTheErrorRule) {
+  EXPECT_EQ(draw(0, 0, 4, 2), Pixels({{0, 0}, {1, 0}, {2, 1}, {3, 1}, {4, 2}}));
+  EXPECT_EQ(draw(1, 3, 0, -1), Pixels({{1, 3}, {1, 2}, {1, 1}, {0, 0}, {0, -1}}));
+  constexpr int kMax = std::numeric_limits<int>::max();
+  EXPECT_EQ(draw(kMax, kMax - 1, kMax, kMax), Pixels({{kMax, kMax - 1}, {kMax, kMax}}));
+}
+
+TEST(DrawLine, StaysWithinHalfAPixelOfTheLine) {
+  for (int dx = -12; dx <= 12; ++dx) {
+    for (int dy = -12; dy <= 12; ++dy) {
+      const int longer = std::max(std::abs(dx), std::abs(dy));
+      const Pixels pixels = draw(0, 0, dx, dy);
+      ASSERT_EQ(static_cast<int>(pixels.size()), longer + 1);
+      EXPECT_EQ(pixels.back(), std::make_pair(dx, dy));
+      for (const auto& [x, y] : pixels) {
+        EXPECT_LE(2 * std::abs(x * dy - y * dx), longer);
+      }
+    }
+  }
+}
+
+TEST(LineFitting, RegressesYOnX) {
+  Points points = {{0, 1, kNaN}, {1, 2, 0}, {2, 6, 0}};
+  Values line(2);
+  lineFitting(points, &line[0], &line[1]);
+  EXPECT_EQ(line, Values({2.5, 0.5}));
+  points.clear();
+  lineFitting(points, &line[0], &line[1]);
+  EXPECT_TRUE(std::isnan(line[0]) && std::isnan(line[1]));
+}
+
+TEST(LineFittingAbc, EndPointsChooseTheDirection) {
+  const auto fit = [](Points points) {
+    Values line = {7, 7, 7};
+    lineFitting_abc(points, &line[0], &line[1], &line[2]);
+    return line;
+  };
+  EXPECT_EQ(fit({{1, 1, 0}}), Values({7, 7, 7}));
+  EXPECT_EQ(fit({{0, 1, 0}, {2, 5, 0}, {4, 9, 0}}), Values({1, -0.5, 0.5}));
+  EXPECT_EQ(fit({{2, 5, 0}, {2, -5, 0}}), Values({1, 0, -2}));
+  EXPECT_EQ(fit({{0, 1, 0}, {3, 4, 0}}), Values({1, -1, 1}));             // as far in y as in x
+  EXPECT_EQ(fit({{0, 0, 0}, {1, 4, 0}, {0, 0, 0}}), Values({4, -1, 0}));  // equal ends
+}
+
+TEST(FitCircle, ErrorCountsPointsOutsideOnly) {
+  STesk3DPoint center = {0, 0, 42};
+  double radius = 0;
+  EXPECT_NEAR(fitCircleByLeastSquare({{8, -2, 1}, {3, 3, 2}, {-2, -2, 3}}, center, radius), 0,
+              1e-9);
+  EXPECT_EQ(valuesOf(center), Values({3, -2, 42}));
+  EXPECT_DOUBLE_EQ(radius, 5);
+
+  const Points cross = {{2, 0, 0}, {-2, 0, 0}, {0, 1, 0}, {0, -1, 0}};
+  EXPECT_DOUBLE_EQ(fitCircleByLeastSquare(cross, center, radius), 1.5);
+  EXPECT_DOUBLE_EQ(radius, std::sqrt(2.5));
+}
+
+TEST(FitCircle, DegenerateLists) {
+  STesk3DPoint center = {1, 2, 3};
+  double radius = 4;
+  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 0, 0}}, center, radius), 1.7976931348623157e308);
+  EXPECT_EQ(valuesOf(center), Values({1, 2, 3}));
+  EXPECT_EQ(radius, 4);
+  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 1, 0}, {2, 2, 0}}, center, radius), 0.0);
+  EXPECT_FALSE(std::isfinite(center.x) || std::isfinite(radius));
+}
+
+struct Parabola {
+  double a = 7, b = 7, c = 7, mse = 7, maxError = 7;
+  bool ok;
+  explicit Parabola(const std::vector<cv::Point_<double>>& points)
+      : ok(leastSquareParabolaFitEigen(points, a, b, c, mse, maxError)) {}
+};
+
+TEST(FitParabola, FindsCoefficientsAndErrors) {
+  // x^2 - 2 x + 4 with errors along the third difference, which no parabola takes up.
+  const Parabola fit({{-3, 18}, {-1, 10}, {1, 0}, {3, 8}});
+  EXPECT_TRUE(fit.ok);
+  EXPECT_NEAR(fit.a, 1, 1e-12);
+  EXPECT_NEAR(fit.b, -2, 1e-12);
+  EXPECT_NEAR(fit.c, 4, 1e-12);
+  EXPECT_NEAR(fit.mse, 5, 1e-12);
+  EXPECT_NEAR(fit.maxError, 3, 1e-12);
+}
+
+TEST(FitParabola, DegenerateLists) {
+  const Parabola two({{0, 0}, {1, 1}});
+  EXPECT_FALSE(two.ok);
+  EXPECT_EQ(Values({two.a, two.b, two.c, two.mse, two.maxError}), Values(5, 7.0));
+  EXPECT_NEAR(Parabola({{0, 0}, {1, 1}, {3, 3}}).mse, 0, 1e-20);
+  for (double x : {kNaN, kInf, 1e200}) {
+    const Parabola wild({{0, 0}, {1, 1}, {x, 2}, {3, 3}});
+    EXPECT_TRUE(wild.ok && std::isnan(wild.a) && std::isnan(wild.mse) && wild.maxError == 0.0);
+  }
+}
+
+struct Axis {
+  STesk3DPoint center = {7, 7, 7};
+  STesk3DPoint direction = {7, 7, 7};
+  bool ok;
+  std::string words;
+  explicit Axis(const Points& points) {
+    testing::internal::CaptureStderr();
+    ok = fitLine3DLeastSquares(points, center, direction);
+    words = testing::internal::GetCapturedStderr();
+  }
+};
+
+TEST(FitLine3D, FindsThePrincipalAxis) {
+  // Along (2, -1, 2) through (1, 1, 5), with a small spread across.
+  const Axis axis({{7, -2, 11}, {-5, 4, -1}, {1.1, 1.2, 5}, {0.9, 0.8, 5}});
+  EXPECT_TRUE(axis.ok && axis.words.empty());
+  EXPECT_EQ(valuesOf(axis.center), Values({1, 1, 5}));
+  const STesk3DPoint& d = axis.direction;
+  EXPECT_NEAR(std::abs(2 * d.x - d.y + 2 * d.z), 3, 1e-9);
+
+  const Axis equal({{1, 2, 3}, {1, 2, 3}});
+  EXPECT_TRUE(equal.ok);
+  EXPECT_DOUBLE_EQ(std::hypot(equal.direction.x, equal.direction.y, equal.direction.z), 1);
+}
+
+TEST(FitLine3D, FailuresSayWhyInGbk) {
+  const Axis single({{1, 2, 3}});
+  EXPECT_FALSE(single.ok);
+  EXPECT_EQ(valuesOf(single.center), valuesOf(single.direction));
+  EXPECT_EQ(single.words,
+            "Error: \265\343\274\257\312\375\301\277\261\330\320\353\264\363\323\332"
+            "\265\310\323\332\062\243\241\n");
+  const Axis wild({{1, kNaN, 3}, {1, 2, 5}});
+  EXPECT_FALSE(wild.ok);
+  EXPECT_EQ(wild.center.z, 4);
+  EXPECT_EQ(valuesOf(wild.direction), Values({7, 7, 7}));
+  EXPECT_EQ(wild.words,
+            "Error: \314\330\325\367\326\265\267\326\275\342\312\247\260\334\243\241\n");
+}
+
+TEST(MeanZ, TakesPointsAboveTheLimitOnly) {
+  const auto meanOf = [](Points points) { return computeMeanZ(points); };
+  EXPECT_EQ(meanOf({{0, 0, 0.0001}, {0, 0, -3}, {0, 0, kNaN}}), 0.0);
+  EXPECT_EQ(meanOf({{0, 0, 2}, {0, 0, 0.0001}, {0, 0, 3}}), 2.5);
+}
+
+}  // namespace

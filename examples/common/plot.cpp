@@ -1,0 +1,114 @@
+#include "plot.h"
+
+#include <algorithm>
+#include <cmath>
+#include <opencv2/imgcodecs.hpp>
+#include <utility>
+
+#include "program.h"
+#include "quiet_stderr.h"
+#include "text_table.h"
+
+namespace examples {
+namespace {
+
+constexpr double kTickText = 13.0;
+constexpr double kLabelText = 14.0;
+constexpr double kTickLength = 5.0;
+
+}  // namespace
+
+Plot::Plot(cv::Rect2d place, Axis x, Axis y)
+    : place_(std::move(place)), x_(std::move(x)), y_(std::move(y)) {}
+
+cv::Point2d Plot::at(double x, double y) const {
+  return {place_.x + (x - x_.min) / (x_.max - x_.min) * place_.width,
+          place_.y + (y_.max - y) / (y_.max - y_.min) * place_.height};
+}
+
+void Plot::drawGrid(Canvas& canvas) const {
+  for (const double tick : roundTicks(x_.min, x_.max, static_cast<int>(place_.width / 90))) {
+    canvas.line(at(tick, y_.min), at(tick, y_.max), ink::kGrid, 1.0);
+  }
+  for (const double tick : roundTicks(y_.min, y_.max, static_cast<int>(place_.height / 50))) {
+    canvas.line(at(x_.min, tick), at(x_.max, tick), ink::kGrid, 1.0);
+  }
+}
+
+void Plot::drawAxes(Canvas& canvas) const {
+  const double bottom = place_.y + place_.height;
+  const std::vector<double> xTicks =
+      roundTicks(x_.min, x_.max, static_cast<int>(place_.width / 90));
+  for (const double tick : xTicks) {
+    const cv::Point2d p = at(tick, y_.min);
+    canvas.line(p, {p.x, bottom + kTickLength}, ink::kFrame, 1.0);
+    canvas.text(fixed(tick, tickDecimals(xTicks)), {p.x, bottom + 15.0}, kTickText, ink::kText,
+                Anchor::centre);
+  }
+  const std::vector<double> yTicks =
+      roundTicks(y_.min, y_.max, static_cast<int>(place_.height / 50));
+  double widest = 0.0;
+  for (const double tick : yTicks) {
+    const cv::Point2d p = at(x_.min, tick);
+    const std::string number = fixed(tick, tickDecimals(yTicks));
+    canvas.line(p, {p.x - kTickLength, p.y}, ink::kFrame, 1.0);
+    canvas.text(number, {p.x - 9.0, p.y}, kTickText, ink::kText, Anchor::right);
+    widest = std::max(widest, Canvas::textWidth(number, kTickText));
+  }
+  canvas.strokeRect(place_, ink::kFrame, 1.0);
+  const double middleX = place_.x + 0.5 * place_.width;
+  canvas.text(x_.label, {middleX, bottom + 37.0}, kLabelText, ink::kText, Anchor::centre);
+  const double middleY = place_.y + 0.5 * place_.height;
+  canvas.textUpwards(y_.label, {place_.x - widest - 24.0, middleY}, kLabelText, ink::kText);
+}
+
+std::vector<double> roundTicks(double min, double max, int about) {
+  const double rough = (max - min) / std::max(about, 1);
+  std::vector<double> ticks;
+  if (!(rough > 0.0) || !std::isfinite(rough)) {
+    return ticks;
+  }
+  const double power = std::pow(10.0, std::floor(std::log10(rough)));
+  double step = 10.0 * power;
+  for (const double factor : {5.0, 2.0, 1.0}) {
+    if (factor * power >= rough) {
+      step = factor * power;
+    }
+  }
+  const double slack = 1e-9 * (max - min);
+  constexpr int kAtMost = 100;
+  for (double i = std::ceil((min - slack) / step);
+       i * step <= max + slack && ticks.size() < kAtMost; ++i) {
+    ticks.push_back(i * step);
+  }
+  return ticks;
+}
+
+int tickDecimals(const std::vector<double>& ticks) {
+  if (ticks.size() < 2) {
+    return 1;
+  }
+  const double step = ticks[1] - ticks[0];
+  return std::clamp(static_cast<int>(std::ceil(-std::log10(step) - 1e-6)), 0, 9);
+}
+
+STeskRangeD widened(STeskRangeD range, double share) {
+  const double width = range.max - range.min;
+  const double margin = width > 0.0 ? share * width : 0.5;
+  return {range.min - margin, range.max + margin};
+}
+
+void writePng(const std::string& path, const cv::Mat& picture) {
+  bool written = false;
+  try {
+    const QuietStderr quiet;
+    written = cv::imwrite(path, picture, {cv::IMWRITE_PNG_COMPRESSION, 9});
+  } catch (const cv::Exception&) {
+    written = false;
+  }
+  if (!written) {
+    throw UserError("cannot write '" + path + "'; give a folder that you can write to with --out");
+  }
+}
+
+}  // namespace examples

@@ -1,0 +1,119 @@
+/**
+ * @file
+ * Traces the edges of a scan, from raw lines to straight lines in space.
+ *
+ * The steps with the library's functions are in pipeline.cpp; the rest of the program makes or
+ * reads a scan and shows what came out.
+ */
+
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <opencv2/core/utility.hpp>
+#include <utility>
+
+#include "options.h"
+#include "pictures.h"
+#include "pipeline.h"
+#include "plot.h"
+#include "program.h"
+#include "report.h"
+#include "scene.h"
+#include "text_table.h"
+
+namespace examples {
+namespace {
+
+/// A scan to work on, and what is known about it.
+struct Input {
+  Scan scan;
+  std::string source;
+};
+
+/// The made scene, unless the command line names a file; its unit and cut become the defaults.
+Input loadInput(Options& options) {
+  if (!options.file.path.empty()) {
+    options.unit = options.unit.empty() ? "units" : options.unit;
+    return {readScan(options.file), options.file.path};
+  }
+  Progress progress("Making the scene", kSceneLines);
+  Scene scene = makeScene(progress);
+  options.unit = options.unit.empty() ? "mm" : options.unit;
+  options.cutAbove = options.cutAbove.value_or(60.0);
+  return {std::move(scene.scan),
+          "made scene, table tilted by " + fixed(scene.tiltDegrees, 2) + " deg"};
+}
+
+/// Bounds and spacing of the scan. @throws UserError if it cannot be traced.
+SJU_pointCloudPara measure(Scan& scan) {
+  const SJU_pointCloudPara cloud = ju_getPointCloudPara(scan);
+  if (cloud.zRange.min > cloud.zRange.max) {
+    throw UserError("the scan holds no measurement: no z is above 0; see --z-scale, --z-offset");
+  }
+  if (!(cloud.scanLineStep > 0.0) || !(cloud.ptStep > 0.0)) {
+    throw UserError(
+        "the scan is too small, or x does not grow from line to line and y along the lines; "
+        "see --axes, --pitch-x, --pitch-y");
+  }
+  // The search for the plane counts heights in bins of one unit.
+  constexpr double kLargestRange = 1e6;
+  if (cloud.zRange.max - cloud.zRange.min > kLargestRange) {
+    throw UserError("the heights span more than a million units; see --z-scale");
+  }
+  return cloud;
+}
+
+int chooseLine(const Options& options, const TraceResult& result) {
+  const int lines = static_cast<int>(result.scan.size());
+  if (options.profileLine >= lines) {
+    throw UserError("--line: the scan has lines 0 to " + std::to_string(lines - 1));
+  }
+  return options.profileLine >= 0 ? options.profileLine : richestLine(result);
+}
+
+void prepareFolder(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (!std::filesystem::is_directory(folder, error)) {
+    throw UserError("cannot make the folder '" + folder + "'; give another with --out");
+  }
+}
+
+void traceScan(Options options) {
+  if (options.threads > 0) {
+    cv::setNumThreads(options.threads);
+  }
+  prepareFolder(options.outDir);
+  Input input = loadInput(options);
+  if (!options.saveScan.empty()) {
+    writeScan(options.saveScan, input.scan);
+  }
+  const SJU_pointCloudPara cloud = measure(input.scan);
+  const Scan raw = input.scan;
+
+  Progress progress("Tracing", static_cast<int>(raw.size()));
+  const TraceResult result =
+      traceFeatures(std::move(input.scan), paramsFor(options, cloud), progress);
+
+  const int line = chooseLine(options, result);
+  const std::filesystem::path folder(options.outDir);
+  const std::string map = (folder / "trace_features_map.png").string();
+  const std::string profile = (folder / "trace_features_profile.png").string();
+  writePng(map, drawMap(result, cloud, line, options.unit));
+  const Line levelled = levelledLine(raw[static_cast<std::size_t>(line)], result);
+  writePng(profile, drawProfile(result, levelled, line, options.unit));
+
+  printReport(result, {input.source, options.unit, cloud.scanLineStep, cloud.ptStep});
+  std::printf("\nPictures: %s, %s\n", map.c_str(), profile.c_str());
+}
+
+}  // namespace
+}  // namespace examples
+
+int main(int argc, char** argv) {
+  examples::Options options;
+  CLI::App app("Traces the edges of a laser-line scan: of a file, or of a scene that it makes.",
+               "trace_features");
+  examples::addOptions(app, options);
+  return examples::runProgram(app, argc, argv, [&] { examples::traceScan(options); });
+}

@@ -1,0 +1,66 @@
+#!/usr/bin/env bash
+# Installs what scanline is built with from the packages of Debian or Ubuntu: setup.sh [--dev]
+#
+# Quick when nothing is missing. With --dev also the tools of scripts/lint.sh. Elsewhere install
+# the packages named below by hand and set SCANLINE_SKIP_SETUP=1.
+set -euo pipefail
+
+packages=(
+  g++ cmake ninja-build pkg-config  # to build, and to test the pkg-config file
+  libopencv-dev                     # OpenCV with its CMake package, which libopencv-core-dev lacks
+  libeigen3-dev                     # only inside the library
+  libgtest-dev libbenchmark-dev     # tests and benchmarks
+  libcli11-dev                      # the options of the example programs
+)
+dev_packages=(clang-format-14 clang-tidy-14 doxygen git shellcheck)
+
+fail() {
+  echo "setup.sh: $*" >&2
+  exit 1
+}
+
+case "$#:${1-}" in
+  0:) ;;
+  1:--dev) packages+=("${dev_packages[@]}") ;;
+  *) fail "unknown argument '$*'; the only option is --dev" ;;
+esac
+
+if [[ ${SCANLINE_SKIP_SETUP-} == 1 ]]; then
+  exit 0
+fi
+if ! command -v apt-get >/dev/null; then
+  fail "no apt-get here: install the like of '${packages[*]}' by hand, then set SCANLINE_SKIP_SETUP=1"
+fi
+
+# Names and states of those that dpkg knows; it fails if there is one that it does not know.
+# shellcheck disable=SC2016  # the format's variables are dpkg's
+known=$(dpkg-query -W -f '${Package} ${db:Status-Status}\n' "${packages[@]}" 2>/dev/null || true)
+missing=()
+for package in "${packages[@]}"; do
+  if ! grep -qxF "$package installed" <<<"$known"; then
+    missing+=("$package")
+  fi
+done
+if ((${#missing[@]} == 0)); then
+  exit 0
+fi
+
+as_root=()
+if ((EUID != 0)); then
+  command -v sudo >/dev/null ||
+    fail "these packages are missing: ${missing[*]}; install them as root, there is no sudo here"
+  as_root=(sudo)
+fi
+
+apt_get() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get -qq -o DPkg::Lock::Timeout=300 "$@" >&2
+}
+
+echo "setup.sh: installing ${missing[*]}" >&2
+# The package lists may be missing or out of date; only then are they fetched.
+if ! apt_get install -y --no-install-recommends "${missing[@]}" 2>/dev/null; then
+  apt_get update || fail "apt-get update failed; its message is above"
+  apt_get install -y --no-install-recommends "${missing[@]}" ||
+    fail "apt-get could not install: ${missing[*]}; its message is above"
+fi

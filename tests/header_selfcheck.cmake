@@ -1,0 +1,12 @@
+# Compiles every public header by itself: one generated source each, in one object library.
+file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/include
+     ${PROJECT_SOURCE_DIR}/include/*.h)
+foreach(header IN LISTS headers)
+  set(source ${CMAKE_CURRENT_BINARY_DIR}/header_selfcheck/${header}.cpp)
+  file(CONFIGURE OUTPUT ${source} CONTENT "#include <@header@>\n" @ONLY)
+  list(APPEND header_sources ${source})
+endforeach()
+
+add_library(header_selfcheck OBJECT ${header_sources})
+target_link_libraries(header_selfcheck PRIVATE scanline::scanline)
+scanline_warnings(header_selfcheck)
