@@ -1,1 +1,106 @@
-#include <benchmark/benchmark.h>
+#include "bench_scan.h"
+#include "calibration.h"
+
+namespace {
+
+/// Lies between the blocks of the scene, which the calibration takes for the plane, and its table.
+constexpr double kBetweenSurfaces = 483.0;
+
+/// Cuts nothing of the scene, but is tested on every sample.
+constexpr double kCutHeight = 1000.0;
+
+/// Levelling and its way back by turns, so that the scan stays where it is however long it runs.
+class Turns {
+ public:
+  const double* next() {
+    forth_ = !forth_;
+    return forth_ ? record_.levelMatrix : record_.invLevelMatrix;
+  }
+
+ private:
+  SQO_planeCalibPara record_ = adjustPlaneToXYPlane(0.02, -0.01, -1.0);
+  bool forth_ = false;
+};
+
+void BM_LineDataRT(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  std::vector<STesk3DLaserLine> lines = bench::pointerForm(scan);
+  Turns turns;
+  for (auto _ : state) {
+    const double* matrix = turns.next();
+    for (STesk3DLaserLine& line : lines) {
+      lineDataRT(&line, matrix, kCutHeight);
+    }
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_LineDataRT)->Unit(benchmark::kMillisecond);
+
+void BM_LineDataRT_Vector(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  Turns turns;
+  for (auto _ : state) {
+    const double* matrix = turns.next();
+    for (bench::Line& line : scan) {
+      lineDataRT_vector(line, matrix, kCutHeight);
+    }
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_LineDataRT_Vector)->Unit(benchmark::kMillisecond);
+
+void BM_LineDataRT_RGBD(benchmark::State& state) {
+  std::vector<STeskXYZRGBDPoint> points;
+  points.reserve(bench::kScanSamples);
+  for (const bench::Line& line : bench::sharedScan()) {
+    for (const STesk3DPosition& sample : line) {
+      points.push_back({static_cast<float>(sample.pt3D.x), static_cast<float>(sample.pt3D.y),
+                        static_cast<float>(sample.pt3D.z), 0U});
+    }
+  }
+  Turns turns;
+  for (auto _ : state) {
+    const double* matrix = turns.next();
+    for (int l = 0; l < bench::kLines; ++l) {
+      STeskXYZRGBDLaserLine line = {&points[std::size_t{bench::kSamples} * l], bench::kSamples};
+      lineDataRT_RGBD(&line, matrix, kCutHeight);
+    }
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_LineDataRT_RGBD)->Unit(benchmark::kMillisecond);
+
+void BM_GetPlaneCalibPara(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  std::vector<STesk3DLaserLine> lines = bench::pointerForm(scan);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(qo_getPlaneCalibPara(lines.data(), bench::kLines));
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_GetPlaneCalibPara)->Unit(benchmark::kMillisecond);
+
+/// The plane fit of that calibration by itself, on the points that it selects.
+void BM_CaculateLaserPlane(benchmark::State& state) {
+  std::vector<cv::Point3_<float>> points;
+  for (const bench::Line& line : bench::sharedScan()) {
+    for (const STesk3DPosition& sample : line) {
+      if (sample.pt3D.z > 0.0 && sample.pt3D.z < kBetweenSurfaces) {
+        points.emplace_back(static_cast<float>(sample.pt3D.x), static_cast<float>(sample.pt3D.y),
+                            static_cast<float>(sample.pt3D.z));
+      }
+    }
+  }
+  for (auto _ : state) {
+    std::vector<double> res;
+    teskCaculateLaserPlane(points, res);
+    benchmark::DoNotOptimize(res.data());
+  }
+  bench::countSamples(state, static_cast<std::int64_t>(points.size()));
+}
+BENCHMARK(BM_CaculateLaserPlane)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -1,1 +1,248 @@
 #include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <limits>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "builders.h"
+#include "calibration.h"
+
+namespace {
+
+using Matrix = std::array<double, 9>;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInf = std::numeric_limits<double>::infinity();
+constexpr Matrix kIdentity = {1, 0, 0, 0, 1, 0, 0, 0, 1};
+constexpr Matrix kHalfTurnAboutX = {1, 0, 0, 0, -1, 0, 0, 0, -1};
+constexpr Matrix kHalfTurnAboutY = {-1, 0, 0, 0, 1, 0, 0, 0, -1};
+constexpr Matrix kYToZ = {1, 0, 0, 0, 0, -1, 0, 1, 0};
+
+Matrix toArray(const double (&m)[9]) {
+  Matrix copy;
+  std::copy(m, m + 9, copy.begin());
+  return copy;
+}
+
+void expectPoint(const STesk3DPosition& sample, double x, double y, double z) {
+  EXPECT_EQ(sample.pt3D.x, x);
+  EXPECT_EQ(sample.pt3D.y, y);
+  EXPECT_EQ(sample.pt3D.z, z);
+}
+
+TEST(AdjustPlaneToXYPlane, SpecialDirections) {
+  const std::vector<std::pair<STesk3DPoint, Matrix>> cases = {{{0, 0, -5}, kIdentity},
+                                                              {{0, 0, 0}, kIdentity},
+                                                              {{0, 0, 0.9e-7}, kIdentity},
+                                                              {{0, 0, 1}, kHalfTurnAboutX},
+                                                              {{0, 0.0004, -1}, kIdentity}};
+  for (const auto& [normal, expected] : cases) {
+    const SQO_planeCalibPara record = adjustPlaneToXYPlane(normal.x, normal.y, normal.z);
+    EXPECT_EQ(toArray(record.levelMatrix), expected) << normal.z;
+    EXPECT_EQ(toArray(record.invLevelMatrix), expected) << normal.z;
+  }
+}
+
+TEST(ComputeRTMatrix, OppositeDirectionsTurnAboutAFixedAxis) {
+  STesk3DPoint points[4] = {{1, 0, 0}, {-1, 0, 0}, {1, 1, 0}, {-1, -1, 0}};
+  EXPECT_EQ(toArray(ju_computeRTMatrix(points[0], points[1]).levelMatrix), kHalfTurnAboutY);
+  EXPECT_EQ(toArray(ju_computeRTMatrix(points[2], points[3]).levelMatrix), kHalfTurnAboutX);
+}
+
+TEST(ComputeRTMatrix, TurnsOneDirectionOntoTheOtherAndBack) {
+  STesk3DPoint from = {3, 4, 12};
+  STesk3DPoint to = {-26, 0, 0};
+  const SQO_planeCalibPara record = ju_computeRTMatrix(from, to);
+  build::Line line = {build::sample(3, 4, 12)};
+  lineDataRT_vector(line, record.levelMatrix, 0.0);
+  EXPECT_NEAR(line[0].pt3D.x, -13.0, 1e-12);
+  EXPECT_EQ(record.planeHeight, 0.0);
+  for (int i = 0; i < 9; ++i) {
+    EXPECT_NEAR(record.levelMatrix[i], record.invLevelMatrix[i % 3 * 3 + i / 3], 1e-15);
+  }
+}
+
+TEST(LineDataRT, CutsStrictlyAboveInZAndLeavesNoSamplesAlone) {
+  const build::Line line = {build::sample(1, 5, 0.0001), build::sample(2, std::nextafter(5, 6), 3),
+                            build::sample(3, 9, 0.00009), build::sample(4, -2, 3),
+                            build::sample(5, kNaN, 3)};
+  build::Line vectorForm = line;
+  lineDataRT_vector(vectorForm, kYToZ.data(), 5.0);
+  expectPoint(vectorForm[0], 1, -0.0001, 5);
+  expectPoint(vectorForm[1], 2, -3, 0.0);
+  expectPoint(vectorForm[2], 3, 9, 0.00009);
+  expectPoint(vectorForm[3], 4, -3, -2);
+  EXPECT_TRUE(std::isnan(vectorForm[4].pt3D.z));
+
+  build::Line pointerForm = line;
+  STesk3DLaserLine allButTheLast = {pointerForm.data(), 4, 0};
+  lineDataRT(&allButTheLast, kYToZ.data(), -5.0);
+  expectPoint(pointerForm[1], 2, -3, line[1].pt3D.y);
+  expectPoint(pointerForm[2], 3, 9, 0.00009);
+  EXPECT_EQ(pointerForm[4].pt3D.z, 3);
+  STesk3DLaserLine none = {nullptr, -1, 0};
+  lineDataRT(&none, nullptr, 5.0);
+}
+
+TEST(HCameraLineDataRT, CutsFromTheLimitOnInY) {
+  build::Line line = {build::sample(1, 5, 50), build::sample(2, std::nextafter(5, 4), 50),
+                      build::sample(3, 6, 0)};
+  build::Line uncut = line;
+  HCamera_lineDataRT_vector(line, kIdentity.data(), 5.0);
+  expectPoint(line[0], 1, 5, 0.0);
+  expectPoint(line[1], 2, std::nextafter(5, 4), 50);
+  expectPoint(line[2], 3, 6, 0);
+  HCamera_lineDataRT_vector(uncut, kIdentity.data(), 0.0);
+  expectPoint(uncut[0], 1, 5, 50);
+}
+
+TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
+  Matrix stretch = kIdentity;
+  stretch[8] = 1.0 + 1e-12;
+  // The float next to 0.0001 lies below it.
+  std::vector<STeskXYZRGBDPoint> points = {{1, 2, 100, 0x7FC00001U}, {5, 6, 0.0001F, 9U}};
+  STeskXYZRGBDLaserLine line = {points.data(), 2};
+  lineDataRT_RGBD(&line, kYToZ.data(), 0.0);
+  EXPECT_EQ(points[0].y, -100.0F);
+  EXPECT_EQ(points[0].z, 2.0F);
+  EXPECT_EQ(points[0].nRGB, 0x7FC00001U);
+  EXPECT_EQ(points[1].y, 6.0F);
+  lineDataRT_RGBD(&line, stretch.data(), 2.0);
+  EXPECT_EQ(points[0].z, 0.0F);
+}
+
+TEST(EulerZYX, ConvertsThereAndBack) {
+  const SQO_EulerAngles cases[][2] = {{{10, 20, 30}, {10, 20, 30}},
+                                      {{5, 100, 7}, {-175, 80, -173}},
+                                      {{30, 90, 50}, {0, 90, 20}},
+                                      {{30, -90, 50}, {0, -90, 80}}};
+  for (const auto& [angles, expected] : cases) {
+    double matrix[3][3];
+    eulerToRotationMatrixZYX(angles, matrix);
+    const SQO_EulerAngles back = rotationMatrixToEulerZYX(matrix);
+    EXPECT_NEAR(back.roll, expected.roll, 1e-6);
+    EXPECT_NEAR(back.pitch, expected.pitch, 1e-6);
+    EXPECT_NEAR(back.yaw, expected.yaw, 1e-6);
+  }
+}
+
+TEST(EulerZYX, RollsFirst) {
+  double matrix[3][3];
+  eulerToRotationMatrixZYX({90, 0, 60}, matrix);
+  EXPECT_NEAR(matrix[0][2], std::sqrt(0.75), 1e-15);
+  EXPECT_NEAR(matrix[1][2], -0.5, 1e-15);
+  EXPECT_NEAR(matrix[2][1], 1.0, 1e-15);
+}
+
+TEST(CaculateLaserPlane, AppendsTheCoefficients) {
+  std::vector<double> res = {42.0};
+  teskCaculateLaserPlane({{0, 0, 4}, {1, 0, 6}, {0, 1, 7}, {5, 3, 23}}, res);
+  ASSERT_EQ(res.size(), 5U);
+  const double expected[5] = {42.0, 2.0, 3.0, -1.0, 4.0};
+  for (int i = 0; i < 5; ++i) {
+    EXPECT_NEAR(res[i], expected[i], 1e-12) << i;
+  }
+}
+
+TEST(CaculateLaserPlane, LiesFlatWhereThePointsDetermineNoPlane) {
+  const std::vector<std::vector<cv::Point3_<float>>> singular = {
+      {}, {{0, 0, 1}, {1, 1, 2}, {2, 2, 3}}, {{0, 1, 1}, {0, 2, 5}, {0, 3, 1}, {0, 4, 9}}};
+  for (const auto& points : singular) {
+    std::vector<double> res;
+    teskCaculateLaserPlane(points, res);
+    EXPECT_EQ(res, (std::vector<double>{0.0, 0.0, -1.0, 0.0}));
+  }
+}
+
+SQO_planeCalibPara calibrate(build::Scan scan) {
+  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
+  return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
+}
+
+/// `count` samples of one height, spread evenly over the corners of a square.
+build::Line level(double z, int count) {
+  build::Line line;
+  for (int i = 0; i < count; ++i) {
+    line.push_back(build::sample(i % 2 == 0 ? -10 : 10, i % 4 < 2 ? -10 : 10, z));
+  }
+  return line;
+}
+
+TEST(GetPlaneCalibPara, ChoosesAndBoundsThePeak) {
+  struct Case {
+    std::string situation;
+    std::vector<std::pair<int, int>> binsAndCounts;
+    double planeHeight;
+  };
+  const std::vector<Case> cases = {
+      {"no scan", {}, -1},
+      {"only no-samples", {{-100, 50}, {-105, 50}}, -1},
+      {"one bin", {{0, 1000}}, -1},
+      {"two bins", {{0, 500}, {1, 500}}, -1},
+      {"three bins, all in the window", {{0, 10}, {1, 100}, {2, 10}}, 100},
+      {"window includes its lower end", {{0, 20}, {1, 5}, {2, 100}, {3, 5}, {4, 20}}, 101},
+      {"lower of two flat surfaces is no peak", {{0, 500}, {50, 500}}, 150},
+      {"a tenth of the samples is too weak", {{0, 4}, {20, 100}, {60, 896}}, 160},
+      {"more than a tenth", {{0, 4}, {20, 101}, {60, 895}}, 120},
+      {"no strong peak", {{0, 900}, {30, 100}}, -1},
+      {"valley of half", {{0, 4}, {20, 100}, {31, 98}, {42, 196}, {90, 604}}, 120},
+      {"valley below half", {{0, 4}, {20, 100}, {31, 97}, {42, 196}, {90, 604}}, 142},
+      {"half is an integer", {{0, 4}, {20, 100}, {31, 98}, {42, 197}, {90, 604}}, 120},
+      {"level profile of many bins", {{0, 100}, {11, 100}, {22, 100}}, 111},
+  };
+  for (const Case& c : cases) {
+    build::Scan scan;
+    for (const auto& [bin, count] : c.binsAndCounts) {
+      scan.push_back(level(100.0 + bin, count));
+    }
+    EXPECT_NEAR(calibrate(scan).planeHeight, c.planeHeight, 0.5) << c.situation;
+  }
+  EXPECT_EQ(qo_getPlaneCalibPara(nullptr, -1).planeHeight, -1.0);
+}
+
+TEST(GetPlaneCalibPara, WindowIncludesItsUpperEnd) {
+  for (const double high : {103.0, 103.25}) {
+    build::Scan scan = {level(100, 20), level(101, 4), level(102, 100), level(104, 20)};
+    scan.push_back(build::Line(5, build::sample(10, 0, high)));
+    EXPECT_EQ(calibrate(scan).levelMatrix[2] != 0.0, high == 103.0);
+  }
+}
+
+TEST(GetPlaneCalibPara, HeightsThatAreNotFinite) {
+  const build::Scan surfaces = {level(100, 500), level(150, 500)};
+  build::Scan nanLater = surfaces;
+  nanLater[1].push_back(build::sample(0, 0, kNaN));
+  EXPECT_EQ(calibrate(nanLater).planeHeight, 150.0);
+  for (const double first : {kNaN, kInf}) {
+    build::Scan scan = surfaces;
+    scan[0][0].pt3D.z = first;
+    const SQO_planeCalibPara record = calibrate(scan);
+    EXPECT_EQ(record.planeHeight, -1.0);
+    EXPECT_EQ(toArray(record.levelMatrix), kIdentity);
+    EXPECT_EQ(toArray(record.invLevelMatrix), kIdentity);
+  }
+}
+
+TEST(GetPlaneCalibPara, HeightsTooFarApartForAHistogram) {
+  EXPECT_THROW(calibrate({level(1, 5), level(1e300, 5)}), std::length_error);
+}
+
+TEST(GetPlaneCalibPara, LevelsATiltedPlane) {
+  build::Scan scan =
+      build::surfaceScan(60, 60, [](double x, double y) { return 200 + 0.3 * x - 0.2 * y; });
+  const SQO_planeCalibPara record = calibrate(scan);
+  EXPECT_NEAR(record.planeHeight, 200 / std::sqrt(1.13), 1e-3);
+  for (build::Line& line : scan) {
+    const double x = line[20].pt3D.x;
+    lineDataRT_vector(line, record.levelMatrix, 0.0);
+    EXPECT_NEAR(line[20].pt3D.z, record.planeHeight, 1e-3);
+    lineDataRT_vector(line, record.invLevelMatrix, 0.0);
+    EXPECT_NEAR(line[20].pt3D.x, x, 1e-9);
+  }
+}
+
+}  // namespace

@@ -1,0 +1,118 @@
+#include <Eigen/Core>
+#include <algorithm>
+
+#include "calibration.h"
+#include "calibration/rotation.h"
+#include "records/sample_rules.h"
+
+namespace {
+
+using scanline::detail::isNoSample;
+using scanline::detail::rowTimesPoint;
+
+/// A rotation laid out so that the packed operations that a new x takes give the new y as well.
+class Rotation {
+ public:
+  explicit Rotation(const double* m)
+      : xyOfX_(m[0], m[3]), xyOfY_(m[1], m[4]), xyOfZ_(m[2], m[5]), zRow_{m[6], m[7], m[8]} {}
+
+  [[nodiscard]] STesk3DPoint apply(double x, double y, double z) const {
+    const Eigen::Array2d xy = xyOfX_ * x + xyOfY_ * y + xyOfZ_ * z;
+    return {xy[0], xy[1], rowTimesPoint(zRow_, x, y, z)};
+  }
+
+ private:
+  Eigen::Array2d xyOfX_;
+  Eigen::Array2d xyOfY_;
+  Eigen::Array2d xyOfZ_;
+  double zRow_[3];
+};
+
+/// Nothing is cut with a cut height of 0.0 or below.
+struct CutNothing {
+  [[nodiscard]] static bool cuts(const STesk3DPoint& /*levelled*/) {
+    return false;
+  }
+};
+
+/// Cuts what lies beyond a height in z.
+struct CutAboveZ {
+  double height;
+  [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
+    return levelled.z > height;
+  }
+};
+
+/// Cuts what lies at or beyond the ground, which a ground calibration levels to constant y.
+struct CutFromY {
+  double height;
+  [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
+    return levelled.y >= height;
+  }
+};
+
+STesk3DPoint pointOf(const STesk3DPosition& sample) {
+  return {sample.pt3D.x, sample.pt3D.y, sample.pt3D.z};
+}
+
+STesk3DPoint pointOf(const STeskXYZRGBDPoint& sample) {
+  return {static_cast<double>(sample.x), static_cast<double>(sample.y),
+          static_cast<double>(sample.z)};
+}
+
+void storePoint(STesk3DPosition& sample, double x, double y, double z) {
+  sample.pt3D.x = x;
+  sample.pt3D.y = y;
+  sample.pt3D.z = z;
+}
+
+void storePoint(STeskXYZRGBDPoint& sample, double x, double y, double z) {
+  sample.x = static_cast<float>(x);
+  sample.y = static_cast<float>(y);
+  sample.z = static_cast<float>(z);
+}
+
+template <typename Sample, typename Cut>
+void levelSamples(Sample* samples, int count, const double* matrix, Cut cut) {
+  const Rotation rotation(matrix);
+  Sample discarded = {};
+  for (int i = 0; i < count; ++i) {
+    const STesk3DPoint point = pointOf(samples[i]);
+    // Dropouts come without a pattern: a branch on them costs more than the work that it saves.
+    Sample* const target = isNoSample(point.z) ? &discarded : &samples[i];
+    const STesk3DPoint levelled = rotation.apply(point.x, point.y, point.z);
+    storePoint(*target, levelled.x, levelled.y, cut.cuts(levelled) ? 0.0 : levelled.z);
+  }
+}
+
+template <typename Cut, typename Sample>
+void levelLine(Sample* samples, int count, const double* matrix, double cutHeight) {
+  if (count <= 0) {
+    return;
+  }
+  if (cutHeight > 0.0) {
+    levelSamples(samples, count, matrix, Cut{cutHeight});
+  } else {
+    levelSamples(samples, count, matrix, CutNothing{});
+  }
+}
+
+}  // namespace
+
+void lineDataRT(STesk3DLaserLine* line, const double* matrix, double cutHeight) {
+  levelLine<CutAboveZ>(line->p3DPosition, line->nPositionCnt, matrix, cutHeight);
+}
+
+void lineDataRT_vector(std::vector<STesk3DPosition>& line, const double* matrix, double cutHeight) {
+  levelLine<CutAboveZ>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+}
+
+void HCamera_lineDataRT_vector(std::vector<STesk3DPosition>& line,
+                               const double* matrix,
+                               double cutHeight) {
+  levelLine<CutFromY>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+}
+
+void lineDataRT_RGBD(STeskXYZRGBDLaserLine* line, const double* matrix, double cutHeight) {
+  levelLine<CutAboveZ>(line->pXYZRGBD, line->nPointCnt, matrix, cutHeight);
+}

@@ -1,0 +1,43 @@
+#include "calibration.h"
+#include "calibration/plane_from_points.h"
+#include "calibration/plane_search.h"
+
+namespace {
+
+using scanline::detail::findPlaneWindow;
+using scanline::detail::FitPoints;
+using scanline::detail::HeightRule;
+using scanline::detail::planeFromPoints;
+using scanline::detail::PlaneWindow;
+using scanline::detail::selectFitPoints;
+
+/// What a calibration that finds no plane returns.
+constexpr SQO_planeCalibPara kNoPlane = {
+    {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
+    -1.0,
+    {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
+};
+
+template <typename Scan>
+FitPoints pointsInWindow(const Scan& scan, const PlaneWindow& window) {
+  const STeskRangeD heights = window.heights;
+  return selectFitPoints(scan, window.sampleBudget, [heights](const STesk3DPoint& point) {
+    return heights.min <= point.z && point.z <= heights.max;
+  });
+}
+
+template <typename Scan>
+SQO_planeCalibPara calibrateBySearch(const Scan& scan, HeightRule rule) {
+  const std::optional<PlaneWindow> window = findPlaneWindow(scan);
+  if (!window) {
+    return kNoPlane;
+  }
+  return planeFromPoints(pointsInWindow(scan, *window), rule);
+}
+
+}  // namespace
+
+SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum) {
+  return calibrateBySearch(scanline::detail::PointerScan(lines, lineNum),
+                           scanline::detail::lowestLevelled);
+}

@@ -1,0 +1,78 @@
+#include "calibration/rotation.h"
+
+#include <cmath>
+
+namespace scanline::detail {
+
+namespace {
+
+constexpr double kMinLength = 1e-7;
+constexpr double kParallelDot = 0.9999999;
+
+constexpr Quaternion kIdentity = {1.0, 0.0, 0.0, 0.0};
+constexpr Quaternion kHalfTurnAboutX = {0.0, 1.0, 0.0, 0.0};
+constexpr Quaternion kHalfTurnAboutY = {0.0, 0.0, 1.0, 0.0};
+
+double length(const STesk3DPoint& v) {
+  return std::sqrt(v.x * v.x + v.y * v.y + v.z * v.z);
+}
+
+double dot(const STesk3DPoint& a, const STesk3DPoint& b) {
+  return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+STesk3DPoint cross(const STesk3DPoint& a, const STesk3DPoint& b) {
+  return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// The half turn for opposite directions. Its axis is fixed: a perpendicular one is not looked for.
+Quaternion halfTurn(const STesk3DPoint& unitFrom) {
+  const bool isOnXAxis = std::abs(unitFrom.y) < kMinLength && std::abs(unitFrom.z) < kMinLength;
+  return isOnXAxis ? kHalfTurnAboutY : kHalfTurnAboutX;
+}
+
+Quaternion turnBetween(const STesk3DPoint& unitFrom, const STesk3DPoint& unitTo, double cosine) {
+  const STesk3DPoint axis = cross(unitFrom, unitTo);
+  const double sine = length(axis);
+  if (kMinLength > sine) {
+    return kIdentity;
+  }
+  const double sineOfHalf = std::sqrt((1.0 - cosine) / 2.0);
+  const double cosineOfHalf = std::sqrt((1.0 + cosine) / 2.0);
+  return {cosineOfHalf, axis.x * sineOfHalf / sine, axis.y * sineOfHalf / sine,
+          axis.z * sineOfHalf / sine};
+}
+
+}  // namespace
+
+Quaternion quaternionFromVectors(const STesk3DPoint& from, const STesk3DPoint& to) {
+  const double fromLength = length(from);
+  const double toLength = length(to);
+  if (kMinLength > fromLength || kMinLength > toLength) {
+    return kIdentity;
+  }
+  const STesk3DPoint unitFrom = {from.x / fromLength, from.y / fromLength, from.z / fromLength};
+  const STesk3DPoint unitTo = {to.x / toLength, to.y / toLength, to.z / toLength};
+  const double cosine = dot(unitFrom, unitTo);
+  if (cosine > kParallelDot) {
+    return kIdentity;
+  }
+  if (-kParallelDot > cosine) {
+    return halfTurn(unitFrom);
+  }
+  return turnBetween(unitFrom, unitTo, cosine);
+}
+
+void quaternionToMatrix(const Quaternion& q, double matrix[9]) {
+  matrix[0] = 1.0 - 2.0 * (q.y * q.y + q.z * q.z);
+  matrix[1] = 2.0 * (q.x * q.y - q.w * q.z);
+  matrix[2] = 2.0 * (q.x * q.z + q.w * q.y);
+  matrix[3] = 2.0 * (q.x * q.y + q.w * q.z);
+  matrix[4] = 1.0 - 2.0 * (q.x * q.x + q.z * q.z);
+  matrix[5] = 2.0 * (q.y * q.z - q.w * q.x);
+  matrix[6] = 2.0 * (q.x * q.z - q.w * q.y);
+  matrix[7] = 2.0 * (q.y * q.z + q.w * q.x);
+  matrix[8] = 1.0 - 2.0 * (q.x * q.x + q.y * q.y);
+}
+
+}  // namespace scanline::detail
