@@ -143,18 +143,6 @@ TEST(RemoveOutlier, BlanksShortStretches) {
   }
 }
 
-TEST(RemoveOutlier, VariantsAgreeOnNoisyLine) {
-  for (const double continuity : {0.05, 0.1, 0.2, 4.0}) {
-    Line line = noisyLine(1000);
-    Line filtered;
-    std::vector<int> noise;
-    qo_lineDataRemoveOutlier(line.data(), 1000, {continuity, 3.0}, filtered, noise);
-    EXPECT_FALSE(noise.empty());
-    EXPECT_LT(noise.size(), line.size());
-    expectNoise(line, {continuity, 3.0}, noise);
-  }
-}
-
 TEST(RemoveOutlierPtDist, MeasuresInSpace) {
   // From the first to the last sample 2, 3 and 6: 7 in space.
   Line line = {build::sample(0, 0, 10), build::sample(9, 9, 0), build::sample(2, 3, 16)};

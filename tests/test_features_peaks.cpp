@@ -211,19 +211,6 @@ TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
   }
 }
 
-TEST(LineUpperSemiCircle, StampsRunsFromTwoSamplesOn) {
-  Line line = lineOfZ({0, 4, 4, 0, 0, 4, 0});
-  for (STesk3DPosition& sample : line) {
-    sample.nPointIdx = 50;
-  }
-  std::vector<SQO_featureSemiCircle> found;
-  cv::Mat noLabels;
-  qo_getLineUpperSemiCircleFeature(line.data(), 7, 0, 1.0, {1.0, 0.0, 0.0, 3.0}, found, noLabels);
-  EXPECT_EQ(stampsOf(line), (Indices{50, 0, 1, 50, 50, 50, 50}));
-  qo_getLineUpperSemiCircleFeature(line.data(), 7, 0, 1.0, {1.0, 0.0, 0.0, 3.5}, found, noLabels);
-  EXPECT_EQ(stampsOf(line), (Indices{50, 0, 1, 2, 3, 4, 50})) << "joined";
-}
-
 TEST(LineGloveArcs, FlanksReachDifferently) {
   // Around the summit at 6 the steps are 1.25 long, the next ones on either side 2.24 and steeper.
   Line line = lineOfZ({5, 5, 5, 5, 5, 7, 7.75, 7, 5, 5, 5, 5, 5});

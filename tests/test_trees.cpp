@@ -39,10 +39,6 @@ Trees grown(const std::vector<Features>& lines,
   return trees;
 }
 
-std::size_t nodesOfFirst(const Trees& trees) {
-  return trees.empty() ? 0 : trees.front().treeNodes.size();
-}
-
 SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
   return {state,
           nodes.front().featureType,
@@ -243,38 +239,6 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   }
 }
 
-TEST(TreeGrowing, LimitsAreStrict) {
-  struct Case {
-    const char* name;
-    SQO_basicFeature1D second;
-    bool joins;
-  };
-  SQO_basicFeature1D farInX = feature(3, 0.0);
-  farInX.jumpPos.x = 5.0;
-  SQO_basicFeature1D nearInX = farInX;
-  nearInX.jumpPos.x = 4.75;
-  SQO_basicFeature1D fewLines = feature(2, 0.0);
-  fewLines.jumpPos.x = 100.0;
-  const Case cases[] = {
-      {"y at the limit", feature(1, 2.0), false},
-      {"y below the limit", feature(1, 1.75), true},
-      {"z at the limit", feature(1, 0.0, 13.0), false},
-      {"z below the limit", feature(1, 0.0, 12.75), true},
-      {"as many lines as may be skipped: x decides, at its limit", farInX, false},
-      {"as many lines as may be skipped: x decides, below its limit", nearInX, true},
-      {"fewer lines than may be skipped: x does not count", fewLines, true},
-      {"y is not a number", feature(1, std::nan("")), false},
-  };
-  for (const Case& c : cases) {
-    std::vector<Features> lines(static_cast<std::size_t>(c.second.jumpPos2D.x) + 1);
-    lines.front() = {feature(0, 0.0)};
-    lines.back() = {c.second};
-    SQO_treeGrowParam keepAll = kParam;
-    keepAll.minLTypeTreeLen = -1.0;
-    EXPECT_EQ(nodesOfFirst(grown(lines, keepAll)), c.joins ? 2U : 1U) << c.name;
-  }
-}
-
 TEST(TreeGrowing, OneNodePerLineAndTheEarliestTreeWins) {
   const Trees trees = grown({{feature(0, 0.0), feature(0, 1.0)},
                              {feature(1, 0.75), feature(1, 0.0), feature(1, 0.5)},
@@ -283,25 +247,6 @@ TEST(TreeGrowing, OneNodePerLineAndTheEarliestTreeWins) {
   EXPECT_EQ(trees[0].treeNodes[1].jumpPos.y, 0.75) << "not the nearest tree, but the first";
   EXPECT_EQ(trees[1].treeNodes[1].jumpPos.y, 0.0);
   EXPECT_EQ(trees[0].treeNodes.size(), 3U);
-}
-
-TEST(TreeGrowing, LengthDecidesWhatStays) {
-  SQO_treeGrowParam param = kParam;
-  param.minLTypeTreeLen = 2.0;
-  const auto straight = [](int type, int nodes, double drift) {
-    std::vector<Features> lines;
-    for (int i = 0; i < nodes; ++i) {
-      lines.push_back({feature(i, 0.0, 10.0 + drift * i, type)});
-    }
-    return lines;
-  };
-  EXPECT_TRUE(grown(straight(FEATURE_SLOPE_RISE, 3, 0.0), param).empty()) << "exactly the minimum";
-  EXPECT_EQ(grown(straight(FEATURE_SLOPE_RISE, 4, 0.0), param).size(), 1U);
-  EXPECT_EQ(grown(straight(FEATURE_V, 2, 0.25), param).size(), 1U) << "held to the V minimum";
-  EXPECT_TRUE(grown(straight(FEATURE_V, 2, 0.5), param).empty()) << "drifts in height";
-  EXPECT_TRUE(grown(straight(FEATURE_V, 3, 0.5), param).empty());
-  param.minLTypeTreeLen = -1.0;
-  EXPECT_EQ(grown({{feature(0, 0.0)}}, param).size(), 1U) << "one node, length 0";
 }
 
 TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
