@@ -44,7 +44,7 @@ Findings findCorners(Line& line) {
 
 /// Two grooved parts side by side, of which the labels tell which is which.
 Line twoLabelledParts() {
-  const Corners part = {{0, 100}, {17, 100}, {18, 112}, {30, 112}, {31, 100}, {50, 100}};
+  const Corners part = {{0, 100}, {11, 100}, {12, 112}, {38, 112}, {39, 100}, {50, 100}};
   Corners corners = part;
   for (const ProfilePoint& p : part) {
     corners.push_back({p.y + 60.0, p.z});
@@ -177,7 +177,7 @@ Findings findCornersBelowHeight(Line& line) {
                     {"minEndingGap_z", param.minEndingGap_z}}),
           lineMarks(found),
           {},
-          {{maxZ, "maxZ: what lies below is blanked (grey)"}}};
+          {{maxZ, "maxZ"}}};
 }
 
 /// A channel with steep walls, and a V groove.
@@ -220,7 +220,7 @@ std::vector<Exhibit> cornerExhibits() {
        "Upper edges with ground close by; those of the block on top are too far from it.",
        blockOnPedestal, findContourNearGround},
       {"ju_getLineCornerFeature_PSM",
-       "The floor is blanked first; the table stays one segment in spite of the hole.",
+       "The floor (grey) is blanked first; the table stays one segment in spite of the hole.",
        tableAboveFloor, findCornersBelowHeight},
       {"ju_getLineCorerFeature",
        "Corners at the bottom of a channel, typed by flat and steep arms, and of a groove.",

@@ -6,6 +6,19 @@
 #include "text_table.h"
 
 namespace examples {
+namespace {
+
+/// A number without zeros at its end.
+std::string brief(double value) {
+  std::string text = significant(value, 3);
+  if (text.find('.') != std::string::npos) {
+    text.erase(text.find_last_not_of('0') + 1);
+    text.erase(text.find_last_not_of('.') + 1);
+  }
+  return text;
+}
+
+}  // namespace
 
 std::vector<Mark> pointMarks(const std::vector<SQO_basicFeature1D>& features) {
   std::vector<Mark> marks;
@@ -44,7 +57,7 @@ std::vector<Mark> stretchMarks(const std::vector<SJU_segFeature>& stretches, con
 std::string describe(std::initializer_list<std::pair<const char*, double>> parameters) {
   std::string text;
   for (const auto& [name, value] : parameters) {
-    text += (text.empty() ? "" : ", ") + std::string(name) + " " + significant(value, 3);
+    text += (text.empty() ? "" : ", ") + std::string(name) + " " + brief(value);
   }
   return text;
 }

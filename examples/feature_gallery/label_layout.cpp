@@ -7,7 +7,7 @@
 namespace examples {
 
 cv::Point2d LabelLayout::place(cv::Point2d at, cv::Size2d size) {
-  constexpr double kDown[] = {-18.0, 18.0, -36.0, 36.0, -54.0, 54.0, -72.0, 72.0, 0.0};
+  constexpr double kDown[] = {-19.0, 19.0, -38.0, 38.0, -57.0, 57.0, 0.0};
   const double aside = 0.5 * size.width + 12.0;
   cv::Rect2d best;
   double lowest = std::numeric_limits<double>::infinity();

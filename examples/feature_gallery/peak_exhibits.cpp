@@ -31,10 +31,11 @@ Findings findPeaks(Line& line) {
   return {describe({{"scale", scale}}), pointMarks(peaks), {}, {}};
 }
 
-/// A plate with a rib that has sharp walls, and a soft weld bead.
-Line plateWithBumps() {
-  Line line = alongY({{0, 100}, {24, 100}, {24.2, 98.4}, {29, 98.4}, {29.2, 100}, {100, 100}}, 0.2);
-  addBump(line, 65.0, 3.0, 2.2);
+/// A plate with a slot that has sharp walls, and a soft dent.
+Line plateWithDents() {
+  Line line =
+      alongY({{0, 100}, {28, 100}, {28.2, 101.6}, {33, 101.6}, {33.2, 100}, {100, 100}}, 0.2);
+  addBump(line, 68.0, 3.0, -1.8);
   roughen(line, 0.02);
   return line;
 }
@@ -127,8 +128,8 @@ std::vector<Exhibit> peakExhibits() {
        "Peaks (small z) and valleys (large z) that are the extreme ones within the scale.", hills,
        findPeaks},
       {"qo_getFlatLineLocalPeaks_vector",
-       "Bumps of about 2 mm on a flat plate: a rib with sharp walls and a soft bead.",
-       plateWithBumps, findFlatLinePeaks},
+       "Places of greater z on a flat plate: a slot with sharp walls and a soft dent.",
+       plateWithDents, findFlatLinePeaks},
       {"qo_getLineUpperSemiCircleFeature",
        "Tube tops between holes; the label joins two of them; the last on the line is not told.",
        tubes, findSemiCircles},

@@ -13,9 +13,9 @@ namespace {
 
 constexpr double kLabelText = 13.0;
 const cv::Scalar kTrace = rgb(38, 84, 150);
-const cv::Scalar kGone = rgb(190, 196, 206);
+const cv::Scalar kGone = rgb(187, 187, 204);
 const cv::Scalar kStretch = rgb(255, 120, 40);
-const cv::Scalar kBand = rgb(238, 243, 230);
+const cv::Scalar kBand = rgb(221, 238, 221);
 const cv::Scalar kBandName = rgb(92, 122, 60);
 const cv::Scalar kGuide = rgb(150, 90, 160);
 
@@ -29,14 +29,26 @@ Plot exhibitPlot(const Line& line) {
           {z.max, z.min, "z [mm], sensor at the top"}};
 }
 
+cv::Rect2d rectOf(const Plot& plot, const Band& band) {
+  const double left = plot.at(band.y.min, 0.0).x;
+  const double right = plot.at(band.y.max, 0.0).x;
+  return {left, plot.place().y, right - left, plot.place().height};
+}
+
 void drawBands(Canvas& canvas, const Plot& plot, const std::vector<Band>& bands) {
-  const cv::Rect2d& place = plot.place();
   for (const Band& band : bands) {
-    const double left = plot.at(band.y.min, 0.0).x;
-    const double right = plot.at(band.y.max, 0.0).x;
-    canvas.fillRect({left, place.y, right - left, place.height}, kBand);
-    canvas.text(band.name, {0.5 * (left + right), place.y + place.height - 12.0}, kLabelText,
-                kBandName, Anchor::centre);
+    canvas.fillRect(rectOf(plot, band), kBand);
+  }
+}
+
+/// Names the bands at their lower ends, over the lines of the grid.
+void drawBandNames(Canvas& canvas, const Plot& plot, const std::vector<Band>& bands) {
+  for (const Band& band : bands) {
+    const cv::Rect2d rect = rectOf(plot, band);
+    const cv::Point2d middle(rect.x + 0.5 * rect.width, rect.y + rect.height - 14.0);
+    const double width = Canvas::textWidth(band.name, kLabelText) + 6.0;
+    canvas.fillRect({middle.x - 0.5 * width, middle.y - 9.0, width, 18.0}, kBand);
+    canvas.text(band.name, middle, kLabelText, kBandName, Anchor::centre);
   }
 }
 
@@ -104,17 +116,30 @@ cv::Point2d anchorOf(const Plot& plot, const Line& line, const Mark& mark) {
   return plot.at(y, z);
 }
 
+/// Keeps labels off the profile: off its samples, and off the walls between them.
+void avoidTrace(LabelLayout& layout, const Plot& plot, const Line& line) {
+  constexpr double kApart = 4.0;
+  const STesk3DPosition* before = nullptr;
+  for (const STesk3DPosition& sample : line) {
+    if (isMeasured(sample) && before != nullptr && isMeasured(*before)) {
+      const cv::Point2d from = plot.at(before->pt3D.y, before->pt3D.z);
+      const cv::Point2d way = plot.at(sample.pt3D.y, sample.pt3D.z) - from;
+      const int steps = 1 + static_cast<int>(std::hypot(way.x, way.y) / kApart);
+      for (int i = 0; i <= steps; ++i) {
+        layout.avoid(from + way * (static_cast<double>(i) / steps));
+      }
+    }
+    before = &sample;
+  }
+}
+
 void drawLabels(Canvas& canvas,
                 const Plot& plot,
                 const Line& line,
                 const std::vector<Mark>& marks) {
   constexpr double kFarAway = 26.0;
   LabelLayout layout(plot.place());
-  for (const STesk3DPosition& sample : line) {
-    if (isMeasured(sample)) {
-      layout.avoid(plot.at(sample.pt3D.y, sample.pt3D.z));
-    }
-  }
+  avoidTrace(layout, plot, line);
   for (const Mark& mark : marks) {
     layout.avoid(plot.at(mark.from.y, mark.from.z));
   }
@@ -124,7 +149,7 @@ void drawLabels(Canvas& canvas,
     }
     const cv::Point2d at = anchorOf(plot, line, mark);
     const double width = Canvas::textWidth(mark.label, kLabelText);
-    const cv::Point2d middle = layout.place(at, {width + 6.0, 16.0});
+    const cv::Point2d middle = layout.place(at, {width + 6.0, 18.0});
     if (std::abs(middle.y - at.y) > kFarAway) {
       canvas.line(at, {middle.x, middle.y + (middle.y < at.y ? 9.0 : -9.0)}, ink::kFaint, 1.0);
     }
@@ -154,6 +179,7 @@ cv::Mat drawExhibit(const Exhibit& exhibit,
   const Plot plot = exhibitPlot(given);
   drawBands(canvas, plot, findings.bands);
   plot.drawGrid(canvas);
+  drawBandNames(canvas, plot, findings.bands);
   drawGuides(canvas, plot, findings.guides);
   drawTrace(canvas, plot, given, kGone);
   drawTrace(canvas, plot, left, kTrace);
