@@ -100,7 +100,7 @@ Findings findSemiCircles(Line& line) {
       {}};
 }
 
-/// A cuff between two fingers: one bowl with strong flanks, and a shallow one.
+/// A deep bowl with strong flanks, and a shallow one.
 Line bowls() {
   Line line = alongY({{0, 90}, {110, 90}}, kStep);
   addBump(line, 34.0, 16.0, -26.0);

@@ -171,7 +171,7 @@ Findings findRightAngles(Line& line) {
           {}};
 }
 
-/// A ring with a bead of 9 mm, and one of 3 mm.
+/// A wide and a narrow round bead.
 Line beads() {
   Line line = alongY({{0, 100}, {110, 100}}, kStep);
   addArch(line, 38.0, 13.0, 12.0);
