@@ -61,7 +61,8 @@ void Plot::drawAxes(Canvas& canvas) const {
   canvas.textUpwards(y_.label, {place_.x - widest - 24.0, middleY}, kLabelText, ink::kText);
 }
 
-std::vector<double> roundTicks(double min, double max, int about) {
+std::vector<double> roundTicks(double oneEnd, double otherEnd, int about) {
+  const auto [min, max] = std::minmax(oneEnd, otherEnd);
   const double rough = (max - min) / std::max(about, 1);
   std::vector<double> ticks;
   if (!(rough > 0.0) || !std::isfinite(rough)) {

@@ -17,7 +17,7 @@ const cv::Scalar kGrid = rgb(226, 229, 234);
 const cv::Scalar kFrame = rgb(120, 126, 138);
 }  // namespace ink
 
-/// One axis: what it spans, and what it is called.
+/// One axis: what it spans, and what it is called. With `min` above `max` it runs the other way.
 struct Axis {
   double min;
   double max;
@@ -44,8 +44,8 @@ class Plot {
   Axis y_;
 };
 
-/// Round numbers inside a range, about as many as asked for.
-std::vector<double> roundTicks(double min, double max, int about);
+/// Round numbers inside a range, about as many as asked for; the ends may come in either order.
+std::vector<double> roundTicks(double oneEnd, double otherEnd, int about);
 
 /// Decimals that tell neighbouring ticks apart.
 int tickDecimals(const std::vector<double>& ticks);

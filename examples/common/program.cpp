@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <new>
 #include <opencv2/core.hpp>
 #include <opencv2/core/utils/logger.hpp>
@@ -40,6 +41,14 @@ int runProgram(CLI::App& app, int argc, char** argv, const std::function<void()>
     return complain(app, "image error: " + error.err);
   } catch (const std::exception& error) {
     return complain(app, error.what());
+  }
+}
+
+void prepareFolder(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (!std::filesystem::is_directory(folder, error)) {
+    throw UserError("cannot make the folder '" + folder + "'; give another with --out");
   }
 }
 

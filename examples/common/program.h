@@ -24,6 +24,9 @@ constexpr int kExitBadInput = 2;
  */
 int runProgram(CLI::App& app, int argc, char** argv, const std::function<void()>& body) noexcept;
 
+/// Makes a folder for the pictures. @throws UserError if it cannot be made.
+void prepareFolder(const std::string& folder);
+
 /// A finite number from `min` to `max`, both included.
 CLI::Validator numberIn(double min, double max);
 

@@ -71,14 +71,6 @@ int chooseLine(const Options& options, const TraceResult& result) {
   return options.profileLine >= 0 ? options.profileLine : richestLine(result);
 }
 
-void prepareFolder(const std::string& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (!std::filesystem::is_directory(folder, error)) {
-    throw UserError("cannot make the folder '" + folder + "'; give another with --out");
-  }
-}
-
 void traceScan(Options options) {
   if (options.threads > 0) {
     cv::setNumThreads(options.threads);

@@ -4,19 +4,12 @@
 
 #include "height_map.h"
 #include "marks.h"
-#include "report.h"
+#include "profile.h"
 
 namespace examples {
 namespace {
 
-constexpr double kTitleText = 19.0;
-constexpr double kSubtitleText = 13.0;
 const int kTypes[] = {FEATURE_JUMP_RISE, FEATURE_JUMP_FALL, FEATURE_CORNER_OTHER};
-
-void drawTitle(Canvas& canvas, double x, const std::string& title, const std::string& subtitle) {
-  canvas.text(title, {x, 24.0}, kTitleText, ink::kText, Anchor::left, true);
-  canvas.text(subtitle, {x, 49.0}, kSubtitleText, ink::kFaint);
-}
 
 /// As large as fits with the same scale on both axes, unless the scan is very long or wide.
 cv::Size2d mapSize(const HeightMapView& view) {
@@ -61,36 +54,6 @@ std::vector<LegendEntry> typeEntries(Swatch swatch) {
     entries.push_back({swatch, colourOfType(type), nameOfType(type)});
   }
   return entries;
-}
-
-/// Draws the measured samples, broken wherever a sample is missing.
-void drawTrace(Canvas& canvas, const Plot& plot, const Line& line, const cv::Scalar& colour) {
-  std::vector<cv::Point2d> piece;
-  const auto finishPiece = [&] {
-    if (piece.size() == 1) {
-      canvas.fillCircle(piece.front(), 1.0, colour);
-    } else if (!piece.empty()) {
-      canvas.polyline(piece, colour, 1.5);
-    }
-    piece.clear();
-  };
-  for (const STesk3DPosition& sample : line) {
-    if (isMeasured(sample)) {
-      piece.push_back(plot.at(sample.pt3D.y, sample.pt3D.z));
-    } else {
-      finishPiece();
-    }
-  }
-  finishPiece();
-}
-
-void drawDots(Canvas& canvas, const Plot& plot, const Line& line, const cv::Scalar& colour) {
-  for (const STesk3DPosition& sample : line) {
-    const cv::Point2d p = plot.at(sample.pt3D.y, sample.pt3D.z);
-    if (isMeasured(sample) && plot.place().contains(p)) {
-      canvas.fillCircle(p, 1.4, colour);
-    }
-  }
 }
 
 /// Axes that hold a line; z has room below for the marks of the segment ends.

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <map>
 
+#include "marks.h"
 #include "text_table.h"
 
 namespace examples {
@@ -157,19 +158,6 @@ void printReport(const TraceResult& result, const ReportHead& head) {
   printSamples(result, head.unit);
   printTypes(result);
   printEdges(result, head.unit);
-}
-
-const char* nameOfType(int featureType) {
-  switch (featureType) {
-    case FEATURE_JUMP_RISE:
-      return "jump rise";
-    case FEATURE_JUMP_FALL:
-      return "jump fall";
-    case FEATURE_CORNER_OTHER:
-      return "corner";
-    default:
-      return "other";
-  }
 }
 
 }  // namespace examples

@@ -17,7 +17,4 @@ struct ReportHead {
 /// Prints what was found as a few tables on the standard output.
 void printReport(const TraceResult& result, const ReportHead& head);
 
-/// A feature type in words, as the report and the pictures' legends name it.
-const char* nameOfType(int featureType);
-
 }  // namespace examples

@@ -10,6 +10,9 @@ namespace examples {
 /// The colour of a feature type, the same in all pictures.
 cv::Scalar colourOfType(int featureType);
 
+/// A feature type in words, as reports and legends name it.
+const char* nameOfType(int featureType);
+
 /// What a legend shows beside a word.
 enum class Swatch { rimmedLine, line, marker, dots, segmentEnds };
 

@@ -1,5 +1,8 @@
 #include "marks.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "feature_records.h"
 #include "plot.h"
 
@@ -11,6 +14,34 @@ const cv::Scalar kSegmentEnd = rgb(70, 120, 90);
 
 constexpr double kSwatchWidth = 24.0;
 constexpr double kLegendText = 13.0;
+
+struct TypeInfo {
+  int type;
+  const char* name;
+  cv::Scalar colour;
+};
+
+const TypeInfo& typeOf(int featureType) {
+  static const TypeInfo types[] = {
+      {FEATURE_JUMP_RISE, "jump rise", rgb(255, 72, 48)},
+      {FEATURE_JUMP_FALL, "jump fall", rgb(255, 140, 235)},
+      {FEATURE_SLOPE_RISE, "slope rise", rgb(255, 160, 60)},
+      {FEATURE_SLOPE_FALL, "slope fall", rgb(190, 130, 250)},
+      {FEATURE_V, "V", rgb(80, 220, 120)},
+      {FEATURE_SEG_START, "segment start", rgb(70, 120, 90)},
+      {FEATURE_SEG_END, "segment end", rgb(70, 120, 90)},
+      {FEATURE_RIGHT_ANGLE_1, "right angle 1", rgb(255, 140, 235)},
+      {FEATURE_RIGHT_ANGLE_2, "right angle 2", rgb(255, 160, 60)},
+      {FEATURE_RIGHT_ANGLE_3, "right angle 3", rgb(190, 130, 250)},
+      {FEATURE_RIGHT_ANGLE_4, "right angle 4", rgb(255, 72, 48)},
+      {FEATURE_PEAK, "peak", rgb(255, 205, 40)},
+      {FEATURE_VALLEY, "valley", rgb(70, 200, 240)},
+      {FEATURE_CORNER_OTHER, "corner", rgb(255, 255, 255)},
+      {0, "other", rgb(255, 255, 255)},
+  };
+  return *std::find_if(std::begin(types), std::end(types) - 1,
+                       [=](const TypeInfo& info) { return info.type == featureType; });
+}
 
 void drawSwatch(Canvas& canvas, const LegendEntry& entry, cv::Point2d at) {
   const cv::Point2d middle(at.x + 0.5 * kSwatchWidth, at.y);
@@ -40,14 +71,11 @@ void drawSwatch(Canvas& canvas, const LegendEntry& entry, cv::Point2d at) {
 }  // namespace
 
 cv::Scalar colourOfType(int featureType) {
-  switch (featureType) {
-    case FEATURE_JUMP_RISE:
-      return rgb(255, 72, 48);
-    case FEATURE_JUMP_FALL:
-      return rgb(255, 140, 235);
-    default:
-      return rgb(255, 255, 255);
-  }
+  return typeOf(featureType).colour;
+}
+
+const char* nameOfType(int featureType) {
+  return typeOf(featureType).name;
 }
 
 void drawLegend(Canvas& canvas, const std::vector<LegendEntry>& entries, cv::Point2d right) {
