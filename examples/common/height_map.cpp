@@ -103,7 +103,7 @@ void applyShade(cv::Mat& picture, const cv::Mat& shade) {
   picture.forEach<cv::Vec3b>([&](cv::Vec3b& pixel, const int* at) {
     const float light = shade.at<float>(at[0], at[1]);
     for (int c = 0; c < 3; ++c) {
-      const float value = static_cast<float>(pixel[c]);
+      const auto value = static_cast<float>(pixel[c]);
       const float lit = light > 1.0F ? value + (light - 1.0F) * (255.0F - value) : light * value;
       pixel[c] = cv::saturate_cast<uchar>(lit);
     }
