@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <opencv2/imgcodecs.hpp>
+#include <utility>
 
 #include "program.h"
 #include "quiet_stderr.h"

@@ -6,10 +6,10 @@
  * reads a scan and shows what came out.
  */
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <opencv2/core/utility.hpp>
+#include <string>
 #include <utility>
 
 #include "options.h"

@@ -1,7 +1,9 @@
 #include "report.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
+#include <vector>
 
 #include "text_table.h"
 
