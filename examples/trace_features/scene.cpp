@@ -115,8 +115,9 @@ Line senseLine(const Surface& surface, int line) {
     falseLeft = std::max(falseLeft - 1, 0);
     const bool isLost = isDropout || !isSeen(surface, line, i);
     // A sensor tells heights in steps, in single precision.
-    const double told = static_cast<float>(kResolution * std::round(z / kResolution));
-    samples[static_cast<std::size_t>(i)] = {i, {xOf(line), yOf(i), isLost ? 0.0 : told}};
+    const auto told = static_cast<float>(kResolution * std::round(z / kResolution));
+    samples[static_cast<std::size_t>(i)] = {
+        i, {xOf(line), yOf(i), isLost ? 0.0 : static_cast<double>(told)}};
   }
   return samples;
 }

@@ -54,6 +54,7 @@ LaserPlane fitLaserPlane(const FitPoints& points) {
 
 }  // namespace scanline::detail
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void teskCaculateLaserPlane(std::vector<cv::Point3_<float>> points, std::vector<double>& res) {
   const scanline::detail::LaserPlane plane = scanline::detail::fitLaserPlane(points);
   res.insert(res.end(), {plane.a, plane.b, -1.0, plane.c});

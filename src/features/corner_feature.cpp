@@ -1,6 +1,6 @@
-#include "line_features.h"
 #include "features/corner_stages.h"
 #include "features/line_runs.h"
+#include "line_features.h"
 
 namespace detail = scanline::detail;
 
