@@ -306,7 +306,7 @@ TEST(TreeGrowing, LengthDecidesWhatStays) {
 
 TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
-                 treeOf({feature(0, 0.0)}, TREE_CLOSED)};
+                 treeOf({feature(0, 0.0)})};
   trees[1].treeNodes.clear();
   trees[1].xRange = {7.0, 7.0};
   std::vector<Features> none;

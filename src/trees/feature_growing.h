@@ -72,6 +72,9 @@ std::vector<Outlook> outlooksOf(int lineCount, LineAt lineAt) {
 /// `close(line, isLastLine)` is the closing walk after it.
 template <typename LineAt, typename Close>
 void growScan(int lineCount, LineAt lineAt, Close close, FeatureGrowth& growth) {
+  if (lineCount < 1) {
+    return;  // with nothing to grow, trees passed in may be without nodes
+  }
   const std::vector<Outlook> outlooks = outlooksOf(lineCount, lineAt);
   admitTrees(outlooks.front(), growth);
   for (int i = 0; i < lineCount; ++i) {
