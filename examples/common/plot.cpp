@@ -18,7 +18,8 @@ constexpr double kTickLength = 5.0;
 
 }  // namespace
 
-Plot::Plot(cv::Rect2d place, Axis x, Axis y) : place_(place), x_(std::move(x)), y_(std::move(y)) {}
+Plot::Plot(const cv::Rect2d& place, Axis x, Axis y)
+    : place_(place), x_(std::move(x)), y_(std::move(y)) {}
 
 cv::Point2d Plot::at(double x, double y) const {
   return {place_.x + (x - x_.min) / (x_.max - x_.min) * place_.width,

@@ -27,7 +27,7 @@ struct Axis {
 /// A rectangle on a canvas that shows a stretch of the plane, x to the right and y upwards.
 class Plot {
  public:
-  Plot(cv::Rect2d place, Axis x, Axis y);
+  Plot(const cv::Rect2d& place, Axis x, Axis y);
 
   [[nodiscard]] const cv::Rect2d& place() const {
     return place_;

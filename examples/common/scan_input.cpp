@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <map>
 #include <opencv2/imgcodecs.hpp>
+#include <utility>
 
 #include "program.h"
 #include "quiet_stderr.h"
@@ -22,7 +23,7 @@ const char* const kWanted =
     "range image";
 
 UserError unusable(const std::string& path, const std::string& why) {
-  return UserError("cannot use '" + path + "': " + why);
+  return UserError{"cannot use '" + path + "': " + why};
 }
 
 cv::Mat loadImage(const std::string& path) {
@@ -139,7 +140,7 @@ void addScanFileOptions(CLI::App& app, ScanFileOptions& options) {
       {"auto", AxisOrder::automatic}, {"keep", AxisOrder::keep}, {"swap", AxisOrder::swap}};
   const auto limit = numberIn(-kLargestCoordinate, kLargestCoordinate);
   const std::string group = "Scan file";
-  app.add_option("scan", options.path, std::string("File to trace; ") + kWanted);
+  app.add_option("scan", options.path, std::string("File to trace; ") + kWanted)->type_name("FILE");
   app.add_option("--axes", options.axes, "Exchange x and y: auto, keep or swap (default: auto)")
       ->transform(CLI::CheckedTransformer(orders).description(""))
       ->type_name("ORDER")

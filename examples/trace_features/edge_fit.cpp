@@ -1,5 +1,6 @@
 #include "edge_fit.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 #include <vector>

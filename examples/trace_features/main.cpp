@@ -6,10 +6,10 @@
  * reads a scan and shows what came out.
  */
 
-#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <opencv2/core/utility.hpp>
+#include <string>
 #include <utility>
 
 #include "options.h"
@@ -63,15 +63,34 @@ SJU_pointCloudPara measure(Scan& scan) {
   return cloud;
 }
 
-int chooseLine(const Options& options, const TraceResult& result) {
-  const int lines = static_cast<int>(result.scan.size());
+void checkLine(const Options& options, const Scan& scan) {
+  const int lines = static_cast<int>(scan.size());
   if (options.profileLine >= lines) {
     throw UserError("--line: the scan has lines 0 to " + std::to_string(lines - 1));
   }
-  return options.profileLine >= 0 ? options.profileLine : richestLine(result);
 }
 
-void traceScan(Options options) {
+TraceResult trace(Scan scan, const TraceParams& params) {
+  Progress progress("Tracing", static_cast<int>(scan.size()));
+  return traceFeatures(std::move(scan), params, progress);
+}
+
+/// Writes both pictures into the folder and gives their names.
+std::string writePictures(const TraceResult& result,
+                          const Scan& raw,
+                          const SJU_pointCloudPara& cloud,
+                          const Options& options) {
+  const int line = options.profileLine >= 0 ? options.profileLine : richestLine(result);
+  const std::filesystem::path folder(options.outDir);
+  const std::string map = (folder / "trace_features_map.png").string();
+  const std::string profile = (folder / "trace_features_profile.png").string();
+  const Line levelled = levelledLine(raw[static_cast<std::size_t>(line)], result);
+  writePng(map, drawMap(result, cloud, line, options.unit));
+  writePng(profile, drawProfile(result, levelled, line, options.unit));
+  return map + ", " + profile;
+}
+
+void run(Options options) {
   if (options.threads > 0) {
     cv::setNumThreads(options.threads);
   }
@@ -81,22 +100,13 @@ void traceScan(Options options) {
     writeScan(options.saveScan, input.scan);
   }
   const SJU_pointCloudPara cloud = measure(input.scan);
-  const Scan raw = input.scan;
+  checkLine(options, input.scan);
 
-  Progress progress("Tracing", static_cast<int>(raw.size()));
-  const TraceResult result =
-      traceFeatures(std::move(input.scan), paramsFor(options, cloud), progress);
-
-  const int line = chooseLine(options, result);
-  const std::filesystem::path folder(options.outDir);
-  const std::string map = (folder / "trace_features_map.png").string();
-  const std::string profile = (folder / "trace_features_profile.png").string();
-  writePng(map, drawMap(result, cloud, line, options.unit));
-  const Line levelled = levelledLine(raw[static_cast<std::size_t>(line)], result);
-  writePng(profile, drawProfile(result, levelled, line, options.unit));
+  const TraceResult result = trace(input.scan, paramsFor(options, cloud));
+  const std::string pictures = writePictures(result, input.scan, cloud, options);
 
   printReport(result, {input.source, options.unit, cloud.scanLineStep, cloud.ptStep});
-  std::printf("\nPictures: %s, %s\n", map.c_str(), profile.c_str());
+  std::printf("\nPictures: %s\n", pictures.c_str());
 }
 
 }  // namespace
@@ -107,5 +117,5 @@ int main(int argc, char** argv) {
   CLI::App app("Traces the edges of a laser-line scan: of a file, or of a scene that it makes.",
                "trace_features");
   examples::addOptions(app, options);
-  return examples::runProgram(app, argc, argv, [&] { examples::traceScan(options); });
+  return examples::runProgram(app, argc, argv, [&] { examples::run(options); });
 }

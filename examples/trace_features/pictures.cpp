@@ -1,6 +1,8 @@
 #include "pictures.h"
 
 #include <algorithm>
+#include <cmath>
+#include <vector>
 
 #include "height_map.h"
 #include "marks.h"

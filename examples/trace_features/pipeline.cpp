@@ -1,7 +1,6 @@
 #include "pipeline.h"
 
 #include <algorithm>
-#include <cmath>
 #include <opencv2/core/utility.hpp>
 #include <utility>
 

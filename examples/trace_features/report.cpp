@@ -1,7 +1,9 @@
 #include "report.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <map>
+#include <vector>
 
 #include "marks.h"
 #include "text_table.h"
@@ -23,13 +25,14 @@ void printHead(const TraceResult& result, const ReportHead& head) {
 }
 
 std::vector<std::string> planeRow(const char* name, const PlaneView& plane) {
-  return {name, fixed(plane.tiltDegrees, 2) + " deg", fixed(plane.rise, 2), fixed(plane.height, 2)};
+  return {name, fixed(plane.tiltDegrees, 2) + " deg", fixed(plane.rise, 2), fixed(plane.height, 2),
+          fixed(100.0 * plane.share, 1) + " %"};
 }
 
 void printPlane(const TraceResult& result, const std::string& unit) {
   std::printf("\nReference plane\n");
   if (!result.isLevelled) {
-    std::printf("  none found or asked for: the scan was taken as it is\n");
+    std::printf("  none found or asked for: the scan was taken as it is, and nothing was cut\n");
     return;
   }
   TextTable table;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <opencv2/core/utility.hpp>
 #include <vector>
 
