@@ -17,7 +17,8 @@ inline bool isAboveNoSample(double z) {
   return z > kNoSampleZ;
 }
 
-/// The converse test of other line functions: 0.0001 itself is a hole, what is not a number is none.
+/// The converse test of other line functions: 0.0001 itself is a hole, what is not a number is
+/// none.
 inline bool isHole(double z) {
   return z <= kNoSampleZ;
 }
