@@ -395,7 +395,7 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
                                        std::vector<SQO_basicFeature1D>& peaks);
 
 /**
- * Finds the bumps of a nearly flat line, where single turning points would be noise.
+ * Finds the dents of a nearly flat line, where single turning points would be noise.
  *
  * A jump is a step between neighbouring valid samples (z above 0.0001) by more than `jumpTh_z` in z
  * or half of `peakWidth_y` in y; elsewhere a slope is measured from each sample over `slopeWin_y`
@@ -415,7 +415,7 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * @param lineIdx     index of the line, stored in the features
  * @param slopeWin_y  distance in y over which slopes are measured
  * @param jumpTh_z    step in z that makes a jump, excluded
- * @param peakWidth_y expected width of a bump in y
+ * @param peakWidth_y expected width of a dent in y
  * @param peaks       features of type `FEATURE_PEAK` are appended in line order, `featureValue` 0
  */
 SCANLINE_API void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,

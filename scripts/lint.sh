@@ -33,6 +33,7 @@ check "clang-format" "$format" --dry-run -Werror "${sources[@]}"
 check "shellcheck" shellcheck "${scripts[@]}"
 
 # The build comes first: clang-tidy reads the compile commands of generated files too.
+mkdir -p build
 cmake --preset release >build/lint.log
 check "clang-tidy" run-clang-tidy-14 -quiet -p build/release
 check "documentation" cmake --build --preset release --target docs

@@ -28,7 +28,7 @@ using FlatSteps = std::vector<SQO_flatStep>;
 struct FlatLineLimits {
   double slopeWin_y;   ///< Distance in y over which a slope is measured.
   double jumpTh_z;     ///< Step in z between neighbours that makes a jump.
-  double peakWidth_y;  ///< Width of a bump; a gap of half of it is a jump.
+  double peakWidth_y;  ///< Width of a dent; a gap of half of it is a jump.
 };
 
 /// The steepest step of each monotone stretch of the line, in order.
