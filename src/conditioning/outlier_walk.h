@@ -54,7 +54,7 @@ class OutlierWalk {
   template <typename Blank>
   void take(int i, const STesk3DPoint& point, const SQO_outlierFilterParam& para, Blank&& blank) {
     // A z that is not a number passes: it counts as measured and is continuous with nothing.
-    if (point.z <= kNoSampleZ) {
+    if (isHole(point.z)) {
       return;
     }
     if (stretch_.len > 0 && para.continuityTh > last_.distanceTo(point)) {
