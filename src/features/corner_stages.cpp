@@ -65,23 +65,43 @@ class NeighbourWalk {
   double farSquared_;
 };
 
-SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward) {
-  if (backward == kNone || forward == kNone) {
-    return kNoSlope;
-  }
-  const STesk3DPoint& b = points[backward].pt3D;
-  const STesk3DPoint& p = points[i].pt3D;
-  const STesk3DPoint& f = points[forward].pt3D;
+/// Slopes at point `i` towards its neighbours, either of which may be missing.
+SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, LoneSide loneSide) {
+  const bool both = backward != kNone && forward != kNone;
+  const bool one = backward != kNone || forward != kNone;
   SQO_pointSlope slope = kNoSlope;
+  if (!both && !(one && loneSide == LoneSide::kKept)) {
+    return slope;
+  }
+  const STesk3DPoint& p = points[i].pt3D;
   slope.pntIdx = i;
-  slope.forwardAngle = chordAngle(p, f);
-  slope.backwardAngle = chordAngle(b, p);
-  slope.corner = -(slope.forwardAngle - slope.backwardAngle);
-  slope.forwardDiffZ = f.z - p.z;
-  slope.backwardDiffZ = p.z - b.z;
-  slope.forwardZ = f.z;
-  slope.backwardZ = b.z;
+  if (forward != kNone) {
+    slope.forwardAngle = chordAngle(p, points[forward].pt3D);
+  }
+  if (backward != kNone) {
+    slope.backwardAngle = chordAngle(points[backward].pt3D, p);
+  }
+  if (both) {
+    slope.forwardZ = points[forward].pt3D.z;
+    slope.backwardZ = points[backward].pt3D.z;
+    slope.corner = -(slope.forwardAngle - slope.backwardAngle);
+    slope.forwardDiffZ = slope.forwardZ - p.z;
+    slope.backwardDiffZ = p.z - slope.backwardZ;
+  }
   return slope;
+}
+
+void fillSlopes(const Samples& points,
+                PointRange range,
+                const SlopeSearch& search,
+                Slopes& slopes) {
+  const NeighbourWalk walk(points, search);
+  for (int i = range.first; i <= range.last; ++i) {
+    const int backward = walk.find(i, -1, range.first - 1);
+    const bool wanted = backward != kNone || search.loneSide == LoneSide::kKept;
+    const int forward = wanted ? walk.find(i, 1, range.last + 1) : kNone;
+    slopes[i] = slopeAt(points, i, backward, forward, search.loneSide);
+  }
 }
 
 double measured(const SQO_pointSlope& entry, CornerMeasure measure) {
@@ -119,21 +139,17 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
   return points;
 }
 
-void fillSlopes(const Samples& points,
-                PointRange range,
-                const SlopeSearch& search,
-                Slopes& slopes) {
-  const NeighbourWalk walk(points, search);
-  for (int i = range.first; i <= range.last; ++i) {
-    const int backward = walk.find(i, -1, range.first - 1);
-    const int forward = backward == kNone ? kNone : walk.find(i, 1, range.last + 1);
-    slopes[i] = slopeAt(points, i, backward, forward);
-  }
+Slopes slopePass(const Samples& points, const SlopeSearch& search) {
+  return slopePass(points, {{0, static_cast<int>(points.size()) - 1}}, search);
 }
 
-Slopes slopePass(const Samples& points, const SlopeSearch& search) {
+Slopes slopePass(const Samples& points,
+                 const std::vector<PointRange>& ranges,
+                 const SlopeSearch& search) {
   Slopes slopes(points.size());
-  fillSlopes(points, {0, static_cast<int>(points.size()) - 1}, search, slopes);
+  for (const PointRange& range : ranges) {
+    fillSlopes(points, range, search, slopes);
+  }
   return slopes;
 }
 

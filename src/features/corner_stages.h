@@ -30,14 +30,25 @@ using Slopes = std::vector<SQO_pointSlope>;
 /// Copies of the samples above the no-sample limit, each stamped with its index on the line.
 Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
 
+/// What becomes of a point with a neighbour on one side only.
+enum class LoneSide {
+  kNoSlopes,  ///< It has no slopes.
+  kKept,      ///< It has the angle to that side; the other angle, the corner and the growths are 0.
+};
+
 /// How the slope pass looks for the two neighbours of a point.
 struct SlopeSearch {
-  double scale;     ///< Distance in the y-z plane from which a point serves as neighbour.
-  double farLimit;  ///< A point from here on ends the search without a neighbour.
+  double scale;       ///< Distance in the y-z plane from which a point serves as neighbour.
+  double farLimit;    ///< A point from here on ends the search without a neighbour.
+  LoneSide loneSide;  ///< What becomes of a point with one neighbour.
 
-  /// The search of most extractors, which may run across gaps of any width.
+  /// The search of most extractors: it may run across gaps of any width and wants both sides.
   static SlopeSearch unlimited(double scale) {
-    return {scale, std::numeric_limits<double>::quiet_NaN()};
+    return {scale, std::numeric_limits<double>::quiet_NaN(), LoneSide::kNoSlopes};
+  }
+  /// The same, content with one side.
+  static SlopeSearch oneSided(double scale) {
+    return {scale, std::numeric_limits<double>::quiet_NaN(), LoneSide::kKept};
   }
 };
 
@@ -47,11 +58,14 @@ struct PointRange {
   int last;
 };
 
-/// Fills `slopes` at the points of `range`, whose neighbours are sought inside `range` alone.
-void fillSlopes(const Samples& points, PointRange range, const SlopeSearch& search, Slopes& slopes);
-
-/// The slope pass over all points as one range.
+/// The slope pass: one entry per point. Neighbours may be any points of the list.
 Slopes slopePass(const Samples& points, const SlopeSearch& search);
+
+/// The slope pass range by range, which have to cover the list. Neighbours are sought inside a
+/// point's own range alone.
+Slopes slopePass(const Samples& points,
+                 const std::vector<PointRange>& ranges,
+                 const SlopeSearch& search);
 
 /// Where the corner measure stops growing (`maxima`) or shrinking (`minima`).
 struct CornerExtrema {

@@ -17,6 +17,11 @@ inline bool isAboveNoSample(double z) {
   return z > kNoSampleZ;
 }
 
+/// The converse test of other line functions: 0.0001 itself is a hole, what is not a number is none.
+inline bool isHole(double z) {
+  return z <= kNoSampleZ;
+}
+
 /// A range that has seen no value.
 constexpr STeskRangeD kEmptyRange = {0.0, -1.0};
 

@@ -1,0 +1,50 @@
+#include "features/corner_types.h"
+#include "features/line_runs.h"
+#include "features/stretches.h"
+#include "line_features.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+/// Turns what lies above a height into holes, for this call and for later ones.
+void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
+  for (int i = 0; i < dataSize; ++i) {
+    if (lineData[i].pt3D.z > maxZ) {
+      lineData[i].pt3D.z = 0.0;
+    }
+  }
+}
+
+/// The stretches as runs, numbered from 1. The last has the index of its last sample for a number:
+/// on a line whose only sample is the first that is 0, and the run counts as absorbed.
+std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
+  std::vector<SQO_RUN> runs;
+  runs.reserve(stretches.ranges.size());
+  for (const detail::PointRange& range : stretches.ranges) {
+    runs.push_back(stretches.spanOf(range, static_cast<int>(runs.size()) + 1));
+  }
+  if (!runs.empty()) {
+    runs.back().value = stretches.sampleOf.back();
+  }
+  return runs;
+}
+
+}  // namespace
+
+void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
+                                 int dataSize,
+                                 int lineIdx,
+                                 double maxZ,
+                                 SQO_cornerParam cornerPara,
+                                 SQO_lineFeature* line_features) {
+  line_features->lineIdx = lineIdx;
+  blankAbove(lineData, dataSize, maxZ);
+  const detail::Stretches stretches =
+      detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z);
+  detail::markStretchEnds(stretches, lineData);
+  detail::appendSteepCorners(stretches.points, lineIdx, cornerPara, line_features->features);
+  std::vector<SQO_RUN> runs = asRuns(stretches);
+  detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
+  detail::appendEndings(lineData, lineIdx, runs, line_features->endings);
+}

@@ -1,0 +1,81 @@
+#include <cmath>
+
+#include "features/corner_stages.h"
+#include "features/corner_types.h"
+#include "features/stretches.h"
+#include "line_features.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+/// Corners count only this close in z to the reference height.
+constexpr double kMaxHeightDistance = 10.0;
+
+// The working word of a sample holds its index on the line, above it the type of a corner, above
+// that the marks of stretch ends.
+constexpr int kTypeShift = 16;
+constexpr int kTypeMask = 15;
+constexpr int kStretchEndsShift = 20;
+constexpr int kStartMarkOnly = detail::kStretchStartMark >> kStretchEndsShift;
+constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
+
+/// Marks the corners of a line on its samples.
+void markCorners(const detail::Samples& points,
+                 const detail::Slopes& slopes,
+                 const SQO_cornerParam& param,
+                 STesk3DPosition* lineData) {
+  const detail::CornerExtrema extrema = detail::extremaPass(slopes, detail::ExtremaSign::kAny);
+  const detail::PeakRule rule = {param.cornerTh, detail::twoScalesSquared(param.scale),
+                                 detail::CornerMeasure::kValue};
+  for (const auto& peak : detail::peakPass(extrema.maxima, points, rule)) {
+    lineData[points[peak.pntIdx].nPointIdx].nPointIdx |= detail::typeByFlatArm(peak, param)
+                                                         << kTypeShift;
+  }
+}
+
+/// Type of the feature that a marked sample turns into, 0 for none. A stretch that goes on flat at
+/// its start is typed like a corner with a flat forward arm, at its end like one with a flat
+/// backward arm; a stretch of one sample bears both marks and is neither.
+int typeOfMarked(const STesk3DPosition& sample,
+                 const detail::SQO_pointSlope& slope,
+                 double refZ,
+                 double flat) {
+  const int cornerType = (sample.nPointIdx >> kTypeShift) & kTypeMask;
+  if (cornerType != 0) {
+    return kMaxHeightDistance > std::abs(sample.pt3D.z - refZ) ? cornerType : 0;
+  }
+  const int ends = sample.nPointIdx >> kStretchEndsShift;
+  if (ends == kStartMarkOnly && flat > std::abs(slope.forwardAngle)) {
+    return FEATURE_JUMP_FALL;
+  }
+  if (ends == kEndMarkOnly && flat > std::abs(slope.backwardAngle)) {
+    return FEATURE_JUMP_RISE;
+  }
+  return 0;
+}
+
+}  // namespace
+
+void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
+                                int dataSize,
+                                int lineIdx,
+                                double refZ,
+                                SQO_cornerParam cornerPara,
+                                std::vector<SQO_basicFeature1D>& line_features) {
+  const detail::Stretches stretches =
+      detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
+  detail::markStretchEnds(stretches, lineData);
+  const detail::Slopes slopes = detail::slopePass(stretches.points, stretches.ranges,
+                                                  detail::SlopeSearch::oneSided(cornerPara.scale));
+  markCorners(stretches.points, slopes, cornerPara, lineData);
+
+  // Marks stand on valid samples alone.
+  for (std::size_t point = 0; point < slopes.size(); ++point) {
+    const int i = stretches.sampleOf[point];
+    const int type = typeOfMarked(lineData[i], slopes[point], refZ, cornerPara.jumpCornerTh_1);
+    if (type != 0) {
+      line_features.push_back({type, {lineIdx, i}, lineData[i].pt3D, 0.0});
+    }
+  }
+}

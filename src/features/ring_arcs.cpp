@@ -1,0 +1,88 @@
+#include <algorithm>
+#include <cmath>
+#include <optional>
+
+#include "features/corner_stages.h"
+#include "features/stretches.h"
+#include "line_features.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+/// A run of points that all bend away from the sensor.
+struct Arc {
+  int first;
+  int last;
+  double firstAngle;
+  double lastAngle;
+
+  [[nodiscard]] double turn() const {
+    return std::abs(lastAngle - firstAngle);
+  }
+};
+
+/// An arc that leaves no slopes on either side of it fills its stretch and takes in the two points
+/// at the stretch's ends, which cannot have any.
+detail::PointRange extentOf(const Arc& arc,
+                            const detail::PointRange& stretch,
+                            const detail::Slopes& slopes) {
+  const int before = std::max(arc.first - 1, stretch.first);
+  const int behind = std::min(arc.last + 1, stretch.last);
+  const bool isInside = slopes[before].pntIdx >= 0 || slopes[behind].pntIdx >= 0;
+  return isInside ? detail::PointRange{arc.first, arc.last} : stretch;
+}
+
+double chordOf(const STesk3DPoint& a, const STesk3DPoint& b) {
+  const double dy = a.y - b.y;
+  const double dz = a.z - b.z;
+  return std::sqrt(dy * dy + dz * dz);
+}
+
+/// The arcs of one stretch, in order, each handed to `report`.
+template <typename Report>
+void forEachArc(const detail::PointRange& stretch, const detail::Slopes& slopes, Report report) {
+  std::optional<Arc> open;
+  for (int i = stretch.first; i <= stretch.last; ++i) {
+    const detail::SQO_pointSlope& slope = slopes[i];
+    if (slope.corner < 0.0) {
+      if (!open) {
+        open = Arc{i, i, slope.backwardAngle, 0.0};
+      }
+      open->last = i;
+      open->lastAngle = slope.forwardAngle;
+    } else if (open) {
+      report(*open);
+      open.reset();
+    }
+  }
+}
+
+}  // namespace
+
+void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
+                          int lineIdx,
+                          SQO_cornerParam cornerPara,
+                          STeskRangeD ringArcWidth,
+                          std::vector<SJU_segFeature>& line_ringArcs) {
+  detail::stampIndices(lineData);
+  const detail::Stretches stretches = detail::stretchesByZ(
+      lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
+  const detail::Samples& points = stretches.points;
+  const detail::Slopes slopes =
+      detail::slopePass(points, stretches.ranges, detail::SlopeSearch::unlimited(cornerPara.scale));
+  for (const detail::PointRange& stretch : stretches.ranges) {
+    forEachArc(stretch, slopes, [&](const Arc& arc) {
+      const double chord = chordOf(points[arc.first].pt3D, points[arc.last].pt3D);
+      if (!(arc.turn() > cornerPara.cornerTh && chord >= ringArcWidth.min &&
+            ringArcWidth.max >= chord)) {
+        return;
+      }
+      const detail::PointRange extent = extentOf(arc, stretch, slopes);
+      const STesk3DPosition& first = points[extent.first];
+      const STesk3DPosition& last = points[extent.last];
+      line_ringArcs.push_back(
+          {lineIdx, first.nPointIdx, last.nPointIdx, 0, first.pt3D, last.pt3D, arc.turn()});
+    });
+  }
+}
