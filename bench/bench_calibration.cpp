@@ -83,6 +83,20 @@ void BM_GetPlaneCalibPara(benchmark::State& state) {
 }
 BENCHMARK(BM_GetPlaneCalibPara)->Unit(benchmark::kMillisecond);
 
+/// The calibrations that take the vector form, those included that stamp its samples.
+template <SQO_planeCalibPara (*calibrate)(bench::Scan&)>
+void BM_CalibrateVector(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(calibrate(scan));
+  }
+  bench::countSamples(state);
+}
+BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_getPlaneCalibPara2)->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_getHolePlaneCalibPara)->Unit(benchmark::kMillisecond);
+BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_HCameraVScan_getGroundCalibPara)
+    ->Unit(benchmark::kMillisecond);
+
 /// The plane fit of that calibration by itself, on the points that it selects.
 void BM_CaculateLaserPlane(benchmark::State& state) {
   std::vector<cv::Point3_<float>> points;

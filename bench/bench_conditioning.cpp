@@ -88,4 +88,78 @@ BENCHMARK_CAPTURE(BM_Conditioning_Outliers,
                   kKeepsAll)
     ->Unit(benchmark::kMillisecond);
 
+// One line of a sample more ends the filter after its pass along the lines.
+void BM_Conditioning_NoiseFilter(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  if (state.range(0) == 0) {
+    scan.back().push_back({0, {0.0, 0.0, 0.0}});
+  }
+  int errCode = 0;
+  for (auto _ : state) {
+    ju_noiseFilter(scan, kKeepsAll, &errCode);
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_Conditioning_NoiseFilter)
+    ->ArgName("across")
+    ->Arg(0)
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond);
+
+// The runs are the table and the blocks between the edges: straight pieces but for the noise.
+constexpr SQO_lineSegParam kSegments = {1.0, 5.0, 0.1};
+
+void BM_Conditioning_Intervals(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  std::vector<SQO_RUN> runs;
+  for (auto _ : state) {
+    for (bench::Line& line : scan) {
+      runs.clear();
+      ju_getLineDataIntervals(line, kSegments, runs);
+      benchmark::ClobberMemory();
+    }
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_Conditioning_Intervals)->Unit(benchmark::kMillisecond);
+
+void BM_Conditioning_SurfaceSegments(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  std::vector<SQO_featureSemiCircle> best;
+  std::vector<SQO_featureSemiCircle> others;
+  for (auto _ : state) {
+    for (bench::Line& line : scan) {
+      best.clear();
+      others.clear();
+      ju_surfaceLineSegment(line, 0, {2.0, 50.0}, kSegments, best, others);
+      benchmark::ClobberMemory();
+    }
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_Conditioning_SurfaceSegments)->Unit(benchmark::kMillisecond);
+
+// A million samples on as many treads as the argument says: cut tread by tread.
+void BM_Conditioning_SplitStaircase(benchmark::State& state) {
+  constexpr int kCount = 1000000;
+  const int tread = kCount / static_cast<int>(state.range(0));
+  bench::Line line(kCount);
+  for (int i = 0; i < kCount; ++i) {
+    line[i] = {i, {0.0, 1.0 * i, 10.0 + 4.0 * (i / tread)}};
+  }
+  std::vector<SQO_RUN> pieces;
+  for (auto _ : state) {
+    pieces.clear();
+    split({0, kCount, 0}, line, 0.5, pieces);
+    benchmark::DoNotOptimize(pieces.data());
+  }
+  bench::countSamples(state, kCount);
+}
+BENCHMARK(BM_Conditioning_SplitStaircase)
+    ->ArgName("treads")
+    ->Arg(10)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond);
+
 }  // namespace

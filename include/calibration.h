@@ -146,6 +146,85 @@ SCANLINE_API void eulerToRotationMatrixZYX(const SQO_EulerAngles& angles, double
 SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum);
 
 /**
+ * Finds the reference plane of a scan by the distribution of its heights, its height as a mean.
+ *
+ * As qo_getPlaneCalibPara(), of the same plane and with the same matrices, but for `planeHeight`.
+ *
+ * @param scan  The scan, which is only read.
+ * @return As qo_getPlaneCalibPara(), with the mean instead of the smallest levelled z of the
+ *         plane's samples; -1.0 likewise if there is no plane.
+ * @throws std::length_error, std::bad_alloc  As qo_getPlaneCalibPara().
+ */
+SCANLINE_API SQO_planeCalibPara
+qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan);
+
+/**
+ * Fits the reference plane to the samples of a region that is known to show it.
+ *
+ * A sample is in the region if its x and y are in `xRange` and `yRange`, its z is at least
+ * `zRange.min` and, the odd one, its y is at most `zRange.max`: the upper end of `zRange` is a
+ * second upper limit of y, and z has none. All limits belong to the region. Its samples go through
+ * teskCaculateLaserPlane() and adjustPlaneToXYPlane().
+ *
+ * @param scan  The scan, which is only read.
+ * @param roi   The region.
+ * @return The two matrices, and as `planeHeight` the smallest levelled z of the region's samples.
+ *         Without a sample both matrices are the identity and `planeHeight` is 0.0. There is no
+ *         record that tells a failure.
+ */
+SCANLINE_API SQO_planeCalibPara
+qo_getPlaneCalibPara2_ROI(std::vector<std::vector<STesk3DPosition>>& scan, STesk3DRangeD roi);
+
+/**
+ * Fits the reference plane to the samples of several regions together.
+ *
+ * As qo_getPlaneCalibPara2_ROI(), with the samples that are in at least one of the regions, the
+ * upper end of each `zRange` being a limit of y here too. A sample that is in several counts once.
+ *
+ * @param lines    The scan, which is only read.
+ * @param lineNum  Number of lines; 0 or below is an empty scan.
+ * @param rois     The regions; none at all hold no sample. Not changed.
+ * @return As qo_getPlaneCalibPara2_ROI().
+ */
+SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* lines,
+                                                          int lineNum,
+                                                          std::vector<STesk3DRangeD>& rois);
+
+/**
+ * Fits the reference plane to the lines that no hole in it breaks.
+ *
+ * A line is used if ju_getLineDataIntervals() finds it to be one run, with steps from measured
+ * sample to measured sample below 1.0 in y and in z; of such a line every sample is used, whatever
+ * its height. They go through teskCaculateLaserPlane() and adjustPlaneToXYPlane().
+ *
+ * @param scan  The scan; `nPointIdx` of every sample becomes 0, nothing else is changed.
+ * @return The two matrices, and as `planeHeight` the mean levelled z of the samples used. If no
+ *         line is in one piece both matrices are the identity and `planeHeight` is 0.0; it is
+ *         never a mark that no plane was found.
+ */
+SCANLINE_API SQO_planeCalibPara
+qo_getHolePlaneCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
+
+/**
+ * Finds the ground that scan lines end on, and the rotation that brings it to a constant y.
+ *
+ * The last run of each line (steps below 5.0 in y and 10.0 in z, see ju_getLineDataIntervals()) is
+ * divided into straight pieces by split(), 2.0 from their chords at most. The last piece is ground
+ * if z falls along it at more than 60 degrees to the y axis. A line without a run, or whose last
+ * run gives no piece, has no ground. The plane of all ground samples, by teskCaculateLaserPlane(),
+ * is turned onto (0, 1, 0), or onto (0, -1, 0) if the first leaves the ground at a negative y.
+ * HCamera_lineDataRT_vector() levels and cuts lines with the result.
+ *
+ * @param scan  The scan; `nPointIdx` becomes 1 in the measured samples (z above 0.0001) of the
+ *              ground and 0 in all others. Nothing else is changed.
+ * @return The two matrices, and as `planeHeight` the mean levelled y, not z, of the ground's
+ *         samples. Without ground the rotation is the quarter turn from (0, 0, -1) to (0, 1, 0) and
+ *         `planeHeight` is 0.0; it is never a mark that no ground was found.
+ */
+SCANLINE_API SQO_planeCalibPara
+qo_HCameraVScan_getGroundCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
+
+/**
  * Fits the plane z = a x + b y + c to points by linear least squares in z.
  *
  * The normal equations are solved by the inverse of their matrix. If it is singular, as for no

@@ -2,11 +2,13 @@
 
 /**
  * @file
- * Cleaning of single scan lines: smoothing and the removal of outliers.
+ * Cleaning of scan lines and whole scans (smoothing, removal of outliers), and cutting of lines
+ * into straight pieces.
  */
 
 #include <vector>
 
+#include "feature_records.h"
 #include "scan_records.h"
 #include "scanline_export.h"
 
@@ -16,6 +18,13 @@ struct SQO_outlierFilterParam {
   double continuityTh;
   /// A stretch of fewer measured samples than this is blanked; a count, kept as a double.
   double outlierTh;
+};
+
+/** How a line is cut into runs, and runs into nearly straight pieces. */
+struct SQO_lineSegParam {
+  double segGapTh_y;  ///< Two consecutive samples of a run differ in y by less than this.
+  double segGapTh_z;  ///< The same for z.
+  double maxDist;     ///< A sample's distance from the chord of its piece stays below this.
 };
 
 /**
@@ -120,3 +129,87 @@ SCANLINE_API void qo_lineDataRemoveOutlier_ptDistMethod(STesk3DPosition* lineDat
                                                         SQO_outlierFilterParam outlierPara,
                                                         std::vector<STesk3DPosition>& filteredData,
                                                         std::vector<int>& noisePts);
+
+/**
+ * Removes the outliers of a whole scan in place: along every line, then across the lines.
+ *
+ * The first pass filters each line as ju_vectorDataRemoveOutlier_overwrite() does. The second takes
+ * the samples of equal index of all lines as a line of its own and filters it in the same way, so
+ * that what the first pass blanked is a hole in the second. The columns do not affect each other.
+ *
+ * @param scanLines   The scan, at least one line (not checked); z of the blanked samples becomes
+ *                    0.0, nothing else is changed.
+ * @param outlierPara Limits as in qo_lineDataRemoveOutlier(), used in both directions.
+ * @param errCode     Receives 0, or -1000 if the lines differ in length: then all lines have been
+ *                    filtered along, and nothing across.
+ */
+SCANLINE_API void ju_noiseFilter(std::vector<std::vector<STesk3DPosition>>& scanLines,
+                                 SQO_outlierFilterParam outlierPara,
+                                 int* errCode);
+
+/**
+ * Cuts a line into runs of connected samples, at steps in y or z.
+ *
+ * A measured sample (z above 0.0001; a NaN is none) continues the run of the measured sample before
+ * it if it differs from that by less than `segGapTh_y` in y and less than `segGapTh_z` in z; a
+ * difference of exactly a limit, or a NaN, cuts. Holes do not cut.
+ *
+ * @param lineData    The line; `nPointIdx` of every sample, hole or not, becomes 0.
+ * @param lineSegPara Limits in the unit of the samples; `maxDist` is not used.
+ * @param segs        The runs are appended in line order: `start` is the first sample, `len` the
+ *                    number of indices up to the last measured sample, holes counted. `value` is a
+ *                    label from 1 on in every run but the last; in the last run it is the index of
+ *                    the last measured sample. Nothing is appended if no sample is measured.
+ */
+SCANLINE_API void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
+                                          SQO_lineSegParam lineSegPara,
+                                          std::vector<SQO_RUN>& segs);
+
+/**
+ * Divides a run into nearly straight pieces in the y-z plane by farthest-point division (the
+ * method of Ramer, Douglas and Peucker).
+ *
+ * A piece whose measured samples (z above 0.0001) all lie closer than `maxDist` to the chord of its
+ * ends is straight. Any other is cut at the sample farthest from the chord, the lowest index on a
+ * tie; that sample belongs to both parts. Pieces of fewer than 3 indices, and pieces whose first or
+ * last z is below 0.0001, are dropped. A piece whose ends coincide has no chord and counts as
+ * straight. Each cut measures its whole piece again: cost is linear in the run's length for each
+ * level of cuts, quadratic if the cuts only ever take off an end.
+ *
+ * @param run      The run, by `start` and `len`; must lie on the line (not checked).
+ * @param lineData The line; not changed.
+ * @param maxDist  Limit of the distance, in the unit of the samples; must be above 0 (not checked).
+ * @param segs     The pieces are appended in line order: `run` itself, with its `value`, if it is
+ *                 straight as a whole; otherwise pieces with `value` 0.
+ */
+SCANLINE_API void split(SQO_RUN run,
+                        std::vector<STesk3DPosition>& lineData,
+                        double maxDist,
+                        std::vector<SQO_RUN>& segs);
+
+/**
+ * Finds the straight pieces of a line that have a wanted length, and tells the flattest of each run
+ * from the others.
+ *
+ * The line is cut by ju_getLineDataIntervals() and each run by split(). A piece is a candidate if
+ * the distance in space between its ends is in `lenRange`, both limits included. Its middle is the
+ * sample halfway between the ends or, if that is a hole, the nearest measured one strictly between
+ * them, the higher index first; a piece without one is dropped. The flattest candidate is that of
+ * the lowest |dz / dy| between its ends, the first one on a tie. Ends of equal y make the slope
+ * infinite, or undefined if z is equal too; a first candidate of undefined slope stays the
+ * flattest.
+ *
+ * @param lineData    The line; `nPointIdx` of every sample becomes 0.
+ * @param lineIdx     Index of the line, copied into the results.
+ * @param lenRange    Wanted length of a piece, in the unit of the samples.
+ * @param lineSegPara How the line is cut; `maxDist` must be above 0 (not checked).
+ * @param bestSegs    The flattest candidate of each run that has one is appended.
+ * @param otherSegs   All other candidates are appended in line order. In both lists `segState`,
+ *                    `width` and `height` carry nothing and are 0.
+ */
+SCANLINE_API void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
+                                        int lineIdx,
+                                        STeskRangeD lenRange,
+                                        SQO_lineSegParam lineSegPara,
+                                        std::vector<SQO_featureSemiCircle>& bestSegs,
+                                        std::vector<SQO_featureSemiCircle>& otherSegs);

@@ -12,6 +12,7 @@
  * computeMeanZ() knows the no-sample rule, and none rejects outliers.
  */
 
+#include <opencv2/core/mat.hpp>
 #include <opencv2/core/types.hpp>
 #include <vector>
 
@@ -234,3 +235,46 @@ SCANLINE_API bool fitLine3DLeastSquares(const std::vector<STesk3DPoint>& points,
  * @return The mean, or 0.0 if no point counts.
  */
 SCANLINE_API double computeMeanZ(std::vector<STesk3DPoint>& points);
+
+// Rigid transforms
+
+/**
+ * Estimates the rotation and the translation that map one list of points onto another best in the
+ * least-squares sense (the method of Kabsch).
+ *
+ * `pts2[i]` is close to R `pts1[i]` + T. The rotation is always proper: of a mirror image it is the
+ * best fit without the mirror. Nothing is checked. Fewer than 3 points, or points on one line, give
+ * one of the rotations that fit. Empty lists give centroids and a T of NaN and the identity as R;
+ * coordinates that are not finite give an R of NaN.
+ *
+ * @param pts1    Points to map from; their number counts.
+ * @param pts2    The corresponding points to map to; at least as many, the rest is not looked at.
+ * @param R       Replaced by a new 3 x 3 matrix of `CV_64F`: the rotation.
+ * @param T       Replaced by a new 3 x 1 matrix of `CV_64F`: `center2` - R `center1`.
+ * @param center1 Receives the centroid of `pts1`.
+ * @param center2 Receives the centroid of the points used of `pts2`.
+ */
+SCANLINE_API void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
+                             const std::vector<cv::Point3_<double>>& pts2,
+                             cv::Mat& R,
+                             cv::Mat& T,
+                             cv::Point3_<double>& center1,
+                             cv::Point3_<double>& center2);
+
+/**
+ * Maps a point with a result of caculateRT(): rotates it about the first centroid and shifts that
+ * to the second, R (`pt` - `center1`) + `center2`.
+ *
+ * @param R       The rotation, 3 x 3 of `CV_64F` (not checked); may be part of a larger matrix.
+ * @param T       Not read: the centroids carry the translation.
+ * @param center1 Centroid of the points mapped from.
+ * @param center2 Centroid of the points mapped to.
+ * @param pt      The point.
+ * @param out     Receives the mapped point; may be `pt`.
+ */
+SCANLINE_API void pointRT(const cv::Mat& R,
+                          const cv::Mat& T,
+                          const cv::Point3_<double>& center1,
+                          const cv::Point3_<double>& center2,
+                          const cv::Point3_<double>& pt,
+                          cv::Point3_<double>& out);

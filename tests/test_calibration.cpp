@@ -6,6 +6,7 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <tuple>
 #include <utility>
 
 #include "builders.h"
@@ -242,6 +243,141 @@ TEST(GetPlaneCalibPara, LevelsATiltedPlane) {
     EXPECT_NEAR(line[20].pt3D.z, record.planeHeight, 1e-3);
     lineDataRT_vector(line, record.invLevelMatrix, 0.0);
     EXPECT_NEAR(line[20].pt3D.x, x, 1e-9);
+  }
+}
+
+TEST(GetPlaneCalibPara2, DiffersInTheMeanAlone) {
+  build::Scan scan = build::surfaceScan(60, 60, [](double x, double y) {
+    return 200 + 0.3 * x - 0.2 * y + (static_cast<int>(x + y) % 2 == 0 ? 0.4 : -0.4);
+  });
+  const SQO_planeCalibPara lowest = calibrate(scan);
+  const SQO_planeCalibPara mean = qo_getPlaneCalibPara2(scan);
+  EXPECT_EQ(toArray(mean.levelMatrix), toArray(lowest.levelMatrix));
+  EXPECT_EQ(toArray(mean.invLevelMatrix), toArray(lowest.invLevelMatrix));
+  EXPECT_NEAR(mean.planeHeight, 200 / std::sqrt(1.13), 5e-3);
+  EXPECT_NEAR(mean.planeHeight - lowest.planeHeight, 0.4 / std::sqrt(1.13), 5e-3);
+  build::Scan empty;
+  EXPECT_EQ(qo_getPlaneCalibPara2(empty).planeHeight, -1.0);
+}
+
+TEST(RegionCalibration, LimitsBelongToTheRegion) {
+  // One sample determines no plane: its z is the height if it is selected, which 0.0 denies.
+  const STesk3DRangeD narrow = {{0, 10}, {0, 20}, {5, 15}};
+  const STesk3DRangeD shallow = {{0, 10}, {0, 20}, {-1, 30}};
+  const std::vector<std::tuple<STesk3DPoint, STesk3DRangeD, bool>> cases = {
+      {{0, 0, 5}, narrow, true},      {{10, 15, 5}, narrow, true},
+      {{5, 5, 1e6}, narrow, true},    {{5, 15.5, 9}, narrow, false},
+      {{5, 20, 9}, shallow, true},    {{5, 20.5, 9}, shallow, false},
+      {{-0.5, 5, 9}, narrow, false},  {{10.5, 5, 9}, narrow, false},
+      {{5, -0.5, 9}, narrow, false},  {{5, 5, 4.5}, narrow, false},
+      {{5, kNaN, 9}, narrow, false},  {{5, 5, kNaN}, narrow, false},
+      {{5, 5, 9e-5}, shallow, false}, {{5, 5, 0.0001}, shallow, true}};
+  for (const auto& [point, roi, isSelected] : cases) {
+    build::Scan scan = {{build::sample(point.x, point.y, point.z)}};
+    std::vector<STesk3DRangeD> rois = {roi};
+    const double height = isSelected ? static_cast<double>(static_cast<float>(point.z)) : 0.0;
+    for (const SQO_planeCalibPara& record :
+         {qo_getPlaneCalibPara2_ROI(scan, roi),
+          qo_getPlaneCalibPara_ROIs(build::pointerForm(scan).data(), 1, rois)}) {
+      EXPECT_EQ(record.planeHeight, height) << point.x << " " << point.y << " " << point.z;
+      EXPECT_EQ(toArray(record.invLevelMatrix), kIdentity);
+    }
+  }
+}
+
+TEST(RegionCalibration, SamplesOfOverlappingRegionsCountOnce) {
+  build::Scan scan = build::surfaceScan(
+      30, 30, [](double x, double y) { return 50 + 0.1 * x + 0.01 * y * y + 0.02 * x * y; });
+  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
+  const SQO_planeCalibPara whole = qo_getPlaneCalibPara2_ROI(scan, {{0, 20}, {0, 9}, {0, 99}});
+  std::vector<STesk3DRangeD> rois = {{{8, 20}, {0, 9}, {0, 99}}, {{0, 15}, {0, 9}, {0, 99}}};
+  const SQO_planeCalibPara united = qo_getPlaneCalibPara_ROIs(lines.data(), 30, rois);
+  EXPECT_EQ(toArray(united.levelMatrix), toArray(whole.levelMatrix));
+  EXPECT_EQ(united.planeHeight, whole.planeHeight);
+  EXPECT_EQ(qo_getPlaneCalibPara_ROIs(nullptr, 0, rois).planeHeight, 0.0);
+  rois.clear();
+  EXPECT_EQ(qo_getPlaneCalibPara_ROIs(lines.data(), 30, rois).planeHeight, 0.0);
+}
+
+TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
+  const std::vector<std::pair<build::Line, double>> cases = {
+      {build::lineOfZ({5, 5.75, 5}, 0, 0.5), 5.25},
+      {build::lineOfZ({5, 6, 5}, 0, 0.5), 0},
+      {build::lineOfZ({5, 5, 5}), 0},
+      {build::lineOfZ({5, 0, 5}, 0, 0.25), 5},
+      {build::lineOfZ({5, 0, 5}, 0, 0.5), 0},
+      {build::lineOfZ({0, 0, 0.0001}), 0},
+      {build::lineOfZ({0.0001, 5}), (5.0 + static_cast<double>(0.0001F)) / 2}};
+  for (const auto& [line, height] : cases) {
+    build::Scan scan = {line};
+    scan[0][0].nPointIdx = 7;
+    EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << &line - &cases[0].first;
+    EXPECT_EQ(scan[0][0].nPointIdx, 0);
+  }
+  build::Scan scan = build::surfaceScan(40, 40, [](double x, double y) {
+    return 90 + 0.2 * x + 0.3 * y - (std::hypot(x - 20, y - 20) < 8 ? 30 : 0);
+  });
+  for (build::Line& line : scan) {
+    std::for_each(line.begin(), line.end(), [](STesk3DPosition& s) { s.pt3D.y *= 0.5; });
+  }
+  EXPECT_NEAR(qo_getHolePlaneCalibPara(scan).planeHeight, 90 / std::sqrt(1.4), 1e-3);
+}
+
+/// How many samples of a line are ground, by their marks.
+int groundSamples(const build::Line& line) {
+  build::Scan scan = {line};
+  qo_HCameraVScan_getGroundCalibPara(scan);
+  return static_cast<int>(std::count_if(scan[0].begin(), scan[0].end(),
+                                        [](const auto& sample) { return sample.nPointIdx == 1; }));
+}
+
+TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
+  const std::vector<std::pair<build::Line, int>> cases = {
+      {build::lineOfZ({40, 40, 40, 40, 34, 28, 22}), 4},
+      {build::lineOfZ({9, 9, 9, 15, 21, 27}), 0},
+      {build::lineOfZ({40, 34, 28, 28, 28, 28}), 0},
+      {build::lineOfZ({40, 34, 28, 90, 84}), 0},
+      {build::lineOfZ({40, 34, 28, 0.0001, 22, 0}), 4},
+      {build::lineOfZ({40, 39, 38, 37}), 0},
+      {build::lineOfZ({50, 40, 34, 28}), 3},
+      {build::lineOfZ({0, 0, 0}), 0}};
+  for (const auto& [line, count] : cases) {
+    EXPECT_EQ(groundSamples(line), count) << line[0].pt3D.z << " " << line[1].pt3D.z;
+  }
+  // The limit of the slope itself is no ground, the next slope that a double can tell is.
+  const double limit = std::tan(1.0471975511965976);
+  build::Line line = build::lineOfZ({15.9, 10.6, 5.3, 0.01}, 0, 3.06);
+  const double dy = line[3].pt3D.y + 1e-8;
+  const double end = line[3].pt3D.z;
+  double& z = line[0].pt3D.z;
+  for (z = end + limit * dy * (1 - 1e-14); (z - end) / dy < limit;) {
+    z = std::nextafter(z, kInf);
+  }
+  ASSERT_EQ((z - end) / dy, limit);
+  EXPECT_EQ(groundSamples(line), 0);
+  z = std::nextafter(z, kInf);
+  EXPECT_EQ(groundSamples(line), 4);
+}
+
+TEST(GetGroundCalibPara, BringsTheGroundToAPositiveY) {
+  for (const double yOffset : {0.0, -300.0}) {
+    build::Scan scan = build::surfaceScan(
+        20, 60, [](double x, double y) { return y < 30 ? 400 : 490 + 0.5 * x - 3 * y; });
+    for (build::Line& line : scan) {
+      std::for_each(line.begin(), line.end(), [=](auto& sample) { sample.pt3D.y += yOffset; });
+    }
+    const SQO_planeCalibPara record = qo_HCameraVScan_getGroundCalibPara(scan);
+    EXPECT_NEAR(record.planeHeight, std::abs(490 + 3 * yOffset) / std::sqrt(10.25), 1e-3);
+    EXPECT_EQ(scan[5][20].nPointIdx, 0);
+    EXPECT_EQ(scan[5][59].nPointIdx, 1);
+    lineDataRT_vector(scan[5], record.levelMatrix, 0.0);
+    EXPECT_NEAR(scan[5][59].pt3D.y, record.planeHeight, 1e-3);
+  }
+  build::Scan empty;
+  const SQO_planeCalibPara record = qo_HCameraVScan_getGroundCalibPara(empty);
+  EXPECT_EQ(record.planeHeight, 0.0);
+  for (int i = 0; i < 9; ++i) {
+    EXPECT_NEAR(record.levelMatrix[i], kYToZ[i], 1e-15);
   }
 }
 

@@ -9,6 +9,7 @@
 
 #include "program.h"
 #include "quiet_stderr.h"
+#include "scan_bounds.h"
 
 namespace examples {
 namespace {
@@ -140,7 +141,7 @@ void addScanFileOptions(CLI::App& app, ScanFileOptions& options) {
       {"auto", AxisOrder::automatic}, {"keep", AxisOrder::keep}, {"swap", AxisOrder::swap}};
   const auto limit = numberIn(-kLargestCoordinate, kLargestCoordinate);
   const std::string group = "Scan file";
-  app.add_option("scan", options.path, std::string("File to trace; ") + kWanted)->type_name("FILE");
+  app.add_option("scan", options.path, std::string("File to work on; ") + kWanted)->type_name("FILE");
   app.add_option("--axes", options.axes, "Exchange x and y: auto, keep or swap (default: auto)")
       ->transform(CLI::CheckedTransformer(orders).description(""))
       ->type_name("ORDER")
@@ -186,6 +187,24 @@ Scan readScan(const ScanFileOptions& options) {
     turnDistancesIntoHeights(scan);
   }
   return scan;
+}
+
+SJU_pointCloudPara measureScan(Scan& scan) {
+  const SJU_pointCloudPara cloud = ju_getPointCloudPara(scan);
+  if (cloud.zRange.min > cloud.zRange.max) {
+    throw UserError("the scan holds no measurement: no z is above 0; see --z-scale, --z-offset");
+  }
+  if (!(cloud.scanLineStep > 0.0) || !(cloud.ptStep > 0.0)) {
+    throw UserError(
+        "the scan is too small, or x does not grow from line to line and y along the lines; "
+        "see --axes, --pitch-x, --pitch-y");
+  }
+  // The search for the plane counts heights in bins of one unit.
+  constexpr double kLargestRange = 1e6;
+  if (cloud.zRange.max - cloud.zRange.min > kLargestRange) {
+    throw UserError("the heights span more than a million units; see --z-scale");
+  }
+  return cloud;
 }
 
 void writeScan(const std::string& path, const Scan& scan) {

@@ -35,6 +35,9 @@ void addScanFileOptions(CLI::App& app, ScanFileOptions& options);
  */
 Scan readScan(const ScanFileOptions& options);
 
+/// Bounds and spacing of a scan. @throws UserError if no plane could be looked for in it.
+SJU_pointCloudPara measureScan(Scan& scan);
+
 /// Writes a scan of lines of equal length as a three-channel float TIFF, without loss beyond float.
 /// @throws UserError if the file cannot be written.
 void writeScan(const std::string& path, const Scan& scan);

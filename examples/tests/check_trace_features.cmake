@@ -4,6 +4,7 @@
 set(scans ${FOLDER}/scans)
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${scans})
+include(${CMAKE_CURRENT_LIST_DIR}/turn_down.cmake)
 execute_process(COMMAND ${MAKE_BAD_SCANS} ${scans} COMMAND_ERROR_IS_FATAL ANY)
 
 # Runs the program; wants exit code 0, silence on the standard error stream, and both pictures.
@@ -30,22 +31,6 @@ function(trace report)
   string(FIND "${text}" "\n" end)
   string(SUBSTRING "${text}" ${end} -1 text)
   set(${report} "${text}" PARENT_SCOPE)
-endfunction()
-
-# Wants the exit code for bad input and one line on the standard error stream that holds `expected`.
-function(turn_down expected)
-  execute_process(
-    COMMAND ${PROGRAM} ${ARGN}
-    WORKING_DIRECTORY ${FOLDER}
-    RESULT_VARIABLE code
-    OUTPUT_VARIABLE text
-    ERROR_VARIABLE errors)
-  if(NOT code STREQUAL "2"
-     OR NOT text STREQUAL ""
-     OR NOT errors MATCHES "^trace_features: [^\n]+\n$"
-     OR NOT errors MATCHES "${expected}")
-    message(SEND_ERROR "'${ARGN}' ended with ${code}, not with '${expected}': ${text}${errors}")
-  endif()
 endfunction()
 
 # The scene: the table's tilt of 2.95 degrees is found and gone afterwards, and one thread or many,

@@ -44,25 +44,6 @@ Input loadInput(Options& options) {
           "made scene, table tilted by " + fixed(scene.tiltDegrees, 2) + " deg"};
 }
 
-/// Bounds and spacing of the scan. @throws UserError if it cannot be traced.
-SJU_pointCloudPara measure(Scan& scan) {
-  const SJU_pointCloudPara cloud = ju_getPointCloudPara(scan);
-  if (cloud.zRange.min > cloud.zRange.max) {
-    throw UserError("the scan holds no measurement: no z is above 0; see --z-scale, --z-offset");
-  }
-  if (!(cloud.scanLineStep > 0.0) || !(cloud.ptStep > 0.0)) {
-    throw UserError(
-        "the scan is too small, or x does not grow from line to line and y along the lines; "
-        "see --axes, --pitch-x, --pitch-y");
-  }
-  // The search for the plane counts heights in bins of one unit.
-  constexpr double kLargestRange = 1e6;
-  if (cloud.zRange.max - cloud.zRange.min > kLargestRange) {
-    throw UserError("the heights span more than a million units; see --z-scale");
-  }
-  return cloud;
-}
-
 void checkLine(const Options& options, const Scan& scan) {
   const int lines = static_cast<int>(scan.size());
   if (options.profileLine >= lines) {
@@ -99,7 +80,7 @@ void run(Options options) {
   if (!options.saveScan.empty()) {
     writeScan(options.saveScan, input.scan);
   }
-  const SJU_pointCloudPara cloud = measure(input.scan);
+  const SJU_pointCloudPara cloud = measureScan(input.scan);
   checkLine(options, input.scan);
 
   const TraceResult result = trace(input.scan, paramsFor(options, cloud));

@@ -41,3 +41,7 @@ SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum) {
   return calibrateBySearch(scanline::detail::PointerScan(lines, lineNum),
                            scanline::detail::lowestLevelled);
 }
+
+SQO_planeCalibPara qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan) {
+  return calibrateBySearch(scanline::detail::VectorScan(scan), scanline::detail::meanLevelled);
+}

@@ -7,6 +7,8 @@ namespace scanline::detail {
 
 namespace {
 
+constexpr LevelTarget kConstantZ = {{0.0, 0.0, -1.0}, 2};
+
 /// One levelled coordinate of a fit point, in the precision that the points have themselves.
 double levelledCoordinate(const cv::Point3_<float>& point, const double* row) {
   const double levelled = rowTimesPoint(row, static_cast<double>(point.x),
@@ -24,11 +26,30 @@ double lowestLevelled(const FitPoints& points, const double* row) {
   return range.min;
 }
 
-SQO_planeCalibPara planeFromPoints(const FitPoints& points, HeightRule rule) {
-  const LaserPlane plane = fitLaserPlane(points);
-  SQO_planeCalibPara record = adjustPlaneToXYPlane(plane.a, plane.b, -1.0);
-  record.planeHeight = rule(points, record.levelMatrix + 6);
+double meanLevelled(const FitPoints& points, const double* row) {
+  if (points.empty()) {
+    return 0.0;
+  }
+  double sum = 0.0;
+  for (const cv::Point3_<float>& point : points) {
+    sum += levelledCoordinate(point, row);
+  }
+  return sum / static_cast<double>(points.size());
+}
+
+SQO_planeCalibPara levelPlane(const LaserPlane& plane,
+                              const FitPoints& points,
+                              const LevelTarget& target,
+                              HeightRule rule) {
+  STesk3DPoint normal = {plane.a, plane.b, -1.0};
+  STesk3DPoint direction = target.direction;
+  SQO_planeCalibPara record = ju_computeRTMatrix(normal, direction);
+  record.planeHeight = rule(points, record.levelMatrix + std::ptrdiff_t{3} * target.heightRow);
   return record;
+}
+
+SQO_planeCalibPara planeFromPoints(const FitPoints& points, HeightRule rule) {
+  return levelPlane(fitLaserPlane(points), points, kConstantZ, rule);
 }
 
 }  // namespace scanline::detail

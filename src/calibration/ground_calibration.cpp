@@ -1,0 +1,96 @@
+#include <cmath>
+#include <optional>
+
+#include "calibration.h"
+#include "calibration/plane_from_points.h"
+#include "conditioning.h"
+
+namespace {
+
+using scanline::detail::fitLaserPlane;
+using scanline::detail::FitPoints;
+using scanline::detail::isAboveNoSample;
+using scanline::detail::LaserPlane;
+using scanline::detail::levelPlane;
+using scanline::detail::LevelTarget;
+using scanline::detail::meanLevelled;
+using scanline::detail::toFitPoint;
+
+using Line = std::vector<STesk3DPosition>;
+
+constexpr SQO_lineSegParam kGroundSegments = {5.0, 10.0, 2.0};
+
+/// The ground falls at more than 60 degrees to the y axis.
+constexpr double kGroundAngle = 1.0471975511965976;
+
+/// Keeps the slope of a piece without extent in y finite.
+constexpr double kMinRun = 1e-8;
+
+/// The mark of a ground sample in `nPointIdx`.
+constexpr int kGroundMark = 1;
+
+constexpr LevelTarget kPositiveY = {{0.0, 1.0, 0.0}, 1};
+constexpr LevelTarget kNegativeY = {{0.0, -1.0, 0.0}, 1};
+
+/// Room for the runs and pieces of a line, kept from line to line.
+struct Segments {
+  std::vector<SQO_RUN> runs;
+  std::vector<SQO_RUN> pieces;
+};
+
+/// The straight piece that a line ends on; nothing if its last run has none. Clears `nPointIdx`.
+std::optional<SQO_RUN> lastPiece(Line& line, Segments& room) {
+  room.runs.clear();
+  ju_getLineDataIntervals(line, kGroundSegments, room.runs);
+  if (room.runs.empty()) {
+    return std::nullopt;
+  }
+  room.pieces.clear();
+  split(room.runs.back(), line, kGroundSegments.maxDist, room.pieces);
+  if (room.pieces.empty()) {
+    return std::nullopt;
+  }
+  return room.pieces.back();
+}
+
+bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
+  const double dz = start.z - end.z;
+  const double dy = std::fabs(end.y - start.y) + kMinRun;
+  return dz > 0.0 && dz / dy > std::tan(kGroundAngle);
+}
+
+/// Marks the measured samples of a piece as ground and appends them.
+void takeGround(Line& line, const SQO_RUN& piece, FitPoints& points) {
+  for (int i = piece.start; i < piece.start + piece.len; ++i) {
+    STesk3DPosition& sample = line[i];
+    if (isAboveNoSample(sample.pt3D.z)) {
+      sample.nPointIdx = kGroundMark;
+      points.push_back(toFitPoint(sample.pt3D));
+    }
+  }
+}
+
+FitPoints selectGround(std::vector<Line>& scan) {
+  FitPoints points;
+  Segments room;
+  for (Line& line : scan) {
+    const std::optional<SQO_RUN> piece = lastPiece(line, room);
+    if (piece && fallsSteeply(line[piece->start].pt3D, line[piece->start + piece->len - 1].pt3D)) {
+      takeGround(line, *piece, points);
+    }
+  }
+  return points;
+}
+
+}  // namespace
+
+SQO_planeCalibPara qo_HCameraVScan_getGroundCalibPara(
+    std::vector<std::vector<STesk3DPosition>>& scan) {
+  const FitPoints points = selectGround(scan);
+  const LaserPlane plane = fitLaserPlane(points);
+  const SQO_planeCalibPara record = levelPlane(plane, points, kPositiveY, meanLevelled);
+  if (0.0 > record.planeHeight) {
+    return levelPlane(plane, points, kNegativeY, meanLevelled);
+  }
+  return record;
+}

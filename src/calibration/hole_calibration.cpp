@@ -1,0 +1,44 @@
+#include "calibration.h"
+#include "calibration/plane_from_points.h"
+#include "conditioning.h"
+
+namespace {
+
+using scanline::detail::FitPoints;
+using scanline::detail::isNoSample;
+using scanline::detail::meanLevelled;
+using scanline::detail::planeFromPoints;
+using scanline::detail::toFitPoint;
+
+using Line = std::vector<STesk3DPosition>;
+
+/// Steps that break a line in y and z.
+constexpr SQO_lineSegParam kUnbroken = {1.0, 1.0, 0.0};
+
+void appendMeasured(const Line& line, FitPoints& points) {
+  for (const STesk3DPosition& sample : line) {
+    if (!isNoSample(sample.pt3D.z)) {
+      points.push_back(toFitPoint(sample.pt3D));
+    }
+  }
+}
+
+/// The samples of all lines that run in one piece.
+FitPoints pointsOfUnbrokenLines(std::vector<Line>& scan) {
+  FitPoints points;
+  std::vector<SQO_RUN> runs;
+  for (Line& line : scan) {
+    runs.clear();
+    ju_getLineDataIntervals(line, kUnbroken, runs);
+    if (runs.size() == 1) {
+      appendMeasured(line, points);
+    }
+  }
+  return points;
+}
+
+}  // namespace
+
+SQO_planeCalibPara qo_getHolePlaneCalibPara(std::vector<std::vector<STesk3DPosition>>& scan) {
+  return planeFromPoints(pointsOfUnbrokenLines(scan), meanLevelled);
+}

@@ -1,0 +1,43 @@
+#include <algorithm>
+
+#include "calibration.h"
+#include "calibration/plane_from_points.h"
+
+namespace {
+
+using scanline::detail::FitPoints;
+using scanline::detail::lowestLevelled;
+using scanline::detail::planeFromPoints;
+using scanline::detail::selectFitPoints;
+
+/// The upper end of the z range is a second limit of y: z itself has a lower limit alone.
+bool isInRegion(const STesk3DPoint& point, const STesk3DRangeD& roi) {
+  return point.x >= roi.xRange.min && point.x <= roi.xRange.max && point.y >= roi.yRange.min &&
+         point.y <= roi.yRange.max && point.z >= roi.zRange.min && point.y <= roi.zRange.max;
+}
+
+/// The plane of the samples in any of the regions; each enters once.
+template <typename Scan>
+SQO_planeCalibPara calibrateInRegions(const Scan& scan,
+                                      const STesk3DRangeD* first,
+                                      const STesk3DRangeD* end) {
+  const FitPoints points = selectFitPoints(scan, 0, [=](const STesk3DPoint& point) {
+    return std::any_of(first, end,
+                       [&](const STesk3DRangeD& roi) { return isInRegion(point, roi); });
+  });
+  return planeFromPoints(points, lowestLevelled);
+}
+
+}  // namespace
+
+SQO_planeCalibPara qo_getPlaneCalibPara2_ROI(std::vector<std::vector<STesk3DPosition>>& scan,
+                                             STesk3DRangeD roi) {
+  return calibrateInRegions(scanline::detail::VectorScan(scan), &roi, &roi + 1);
+}
+
+SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* lines,
+                                             int lineNum,
+                                             std::vector<STesk3DRangeD>& rois) {
+  return calibrateInRegions(scanline::detail::PointerScan(lines, lineNum), rois.data(),
+                            rois.data() + rois.size());
+}

@@ -1,0 +1,203 @@
+#include <cmath>
+#include <cstddef>
+#include <vector>
+
+#include "conditioning.h"
+#include "records/sample_rules.h"
+
+namespace {
+
+using scanline::detail::isAboveNoSample;
+using scanline::detail::isNoSample;
+
+bool isContinuous(const STesk3DPoint& last,
+                  const STesk3DPoint& point,
+                  const SQO_lineSegParam& para) {
+  return para.segGapTh_z > std::fabs(point.z - last.z) &&
+         para.segGapTh_y > std::fabs(point.y - last.y);
+}
+
+struct Farthest {
+  double distance;
+  int index;
+};
+
+/// The measured sample that lies farthest from the chord of the samples `start` to `end` in the
+/// y-z plane. The lowest index wins a tie; `start` stands for no sample off the chord.
+Farthest farthestFromChord(const STesk3DPosition* line, int start, int end) {
+  const STesk3DPoint& from = line[start].pt3D;
+  const STesk3DPoint& to = line[end].pt3D;
+  const double dz = to.z - from.z;
+  const double dy = from.y - to.y;
+  const double length = std::sqrt(dz * dz + dy * dy);
+  const double a = dz / length;
+  const double b = dy / length;
+  const double c = (to.y * from.z - from.y * to.z) / length;
+
+  Farthest farthest = {0.0, start};
+  for (int i = start; i <= end; ++i) {
+    const STesk3DPoint& point = line[i].pt3D;
+    const double distance = std::fabs(a * point.y + b * point.z + c);
+    // A chord of no length makes every distance NaN, which is farther than nothing.
+    if (isAboveNoSample(point.z) && distance > farthest.distance) {
+      farthest = {distance, i};
+    }
+  }
+  return farthest;
+}
+
+bool isWithin(const STeskRangeD& range, double value) {
+  return value >= range.min && value <= range.max;
+}
+
+double distanceInSpace(const STesk3DPoint& p, const STesk3DPoint& q) {
+  const double dx = q.x - p.x;
+  const double dy = q.y - p.y;
+  const double dz = q.z - p.z;
+  return std::sqrt(dx * dx + dy * dy + dz * dz);
+}
+
+/// The sample midway between two, or the nearest measured one strictly between them, the higher
+/// side first; -1 if there is none.
+int middleSample(const STesk3DPosition* line, int start, int end) {
+  const int middle = (start + end) / 2;
+  if (!isNoSample(line[middle].pt3D.z)) {
+    return middle;
+  }
+  for (int above = middle + 1, below = middle - 1; above < end; ++above, --below) {
+    if (isAboveNoSample(line[above].pt3D.z)) {
+      return above;
+    }
+    if (below <= start) {
+      break;
+    }
+    if (isAboveNoSample(line[below].pt3D.z)) {
+      return below;
+    }
+  }
+  return -1;
+}
+
+/// Appends the piece as a candidate if its length and its middle allow it.
+void appendCandidate(const STesk3DPosition* line,
+                     int lineIdx,
+                     const SQO_RUN& piece,
+                     const STeskRangeD& lenRange,
+                     std::vector<SQO_featureSemiCircle>& candidates) {
+  const int start = piece.start;
+  const int end = piece.start + piece.len - 1;
+  if (!isWithin(lenRange, distanceInSpace(line[start].pt3D, line[end].pt3D))) {
+    return;
+  }
+  const int middle = middleSample(line, start, end);
+  if (middle >= 0) {
+    candidates.push_back({0, lineIdx, start, end, middle, line[middle].pt3D, 0.0, 0.0});
+  }
+}
+
+double steepness(const STesk3DPosition* line, const SQO_featureSemiCircle& candidate) {
+  const STesk3DPoint& from = line[candidate.startPtIdx].pt3D;
+  const STesk3DPoint& to = line[candidate.endPtIdx].pt3D;
+  return std::fabs((to.z - from.z) / (to.y - from.y));
+}
+
+/// The place of the flattest candidate. The first one stays unless another is strictly flatter,
+/// which none is if the slope of the first is undefined.
+std::size_t flattest(const STesk3DPosition* line,
+                     const std::vector<SQO_featureSemiCircle>& candidates) {
+  std::size_t best = 0;
+  double lowest = steepness(line, candidates.front());
+  for (std::size_t i = 1; i < candidates.size(); ++i) {
+    const double slope = steepness(line, candidates[i]);
+    if (slope < lowest) {
+      lowest = slope;
+      best = i;
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
+                             SQO_lineSegParam lineSegPara,
+                             std::vector<SQO_RUN>& segs) {
+  SQO_RUN run = {0, 0, 1};  // A length of 0 means that no run is open.
+  STesk3DPoint last = {0.0, 0.0, 0.0};
+  const int count = static_cast<int>(lineData.size());
+  for (int i = 0; i < count; ++i) {
+    lineData[i].nPointIdx = 0;
+    const STesk3DPoint& point = lineData[i].pt3D;
+    if (!isAboveNoSample(point.z)) {
+      continue;
+    }
+    if (run.len == 0) {
+      run.start = i;
+    } else if (!isContinuous(last, point, lineSegPara)) {
+      segs.push_back(run);
+      ++run.value;
+      run.start = i;
+    }
+    run.len = i - run.start + 1;
+    last = point;
+  }
+  if (run.len > 0) {
+    // The last run carries its end instead of a label.
+    segs.push_back({run.start, run.len, run.start + run.len - 1});
+  }
+}
+
+void split(SQO_RUN run,
+           std::vector<STesk3DPosition>& lineData,
+           double maxDist,
+           std::vector<SQO_RUN>& segs) {
+  const STesk3DPosition* const line = lineData.data();
+  // A stack of pieces instead of recursion: a long run can be cut thousands of levels deep.
+  std::vector<SQO_RUN> pending = {run};
+  while (!pending.empty()) {
+    const SQO_RUN piece = pending.back();
+    pending.pop_back();
+    const int end = piece.start + piece.len - 1;
+    if (piece.len < 3 || isNoSample(line[piece.start].pt3D.z) || isNoSample(line[end].pt3D.z)) {
+      continue;
+    }
+    const auto [distance, cut] = farthestFromChord(line, piece.start, end);
+    // An end that is farthest off its own chord is there by rounding alone. Cutting at it would
+    // leave the piece as it is, for ever.
+    if (maxDist > distance || cut == piece.start || cut == end) {
+      segs.push_back(piece);
+      continue;
+    }
+    pending.push_back({cut, end - cut + 1, 0});
+    pending.push_back({piece.start, cut - piece.start + 1, 0});
+  }
+}
+
+void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
+                           int lineIdx,
+                           STeskRangeD lenRange,
+                           SQO_lineSegParam lineSegPara,
+                           std::vector<SQO_featureSemiCircle>& bestSegs,
+                           std::vector<SQO_featureSemiCircle>& otherSegs) {
+  std::vector<SQO_RUN> runs;
+  ju_getLineDataIntervals(lineData, lineSegPara, runs);
+  const STesk3DPosition* const line = lineData.data();
+
+  std::vector<SQO_RUN> pieces;
+  std::vector<SQO_featureSemiCircle> candidates;
+  for (const SQO_RUN& run : runs) {
+    pieces.clear();
+    split(run, lineData, lineSegPara.maxDist, pieces);
+    candidates.clear();
+    for (const SQO_RUN& piece : pieces) {
+      appendCandidate(line, lineIdx, piece, lenRange, candidates);
+    }
+    if (candidates.empty()) {
+      continue;
+    }
+    const auto best = candidates.begin() + static_cast<std::ptrdiff_t>(flattest(line, candidates));
+    bestSegs.push_back(*best);
+    otherSegs.insert(otherSegs.end(), candidates.begin(), best);
+    otherSegs.insert(otherSegs.end(), best + 1, candidates.end());
+  }
+}

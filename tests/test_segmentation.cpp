@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "builders.h"
+#include "conditioning.h"
+
+namespace {
+
+using build::Line;
+using build::lineOfZ;
+using Runs = std::vector<SQO_RUN>;
+using Pieces = std::vector<SQO_featureSemiCircle>;
+
+static_assert(sizeof(SQO_lineSegParam) == 24 && offsetof(SQO_lineSegParam, segGapTh_y) == 0 &&
+              offsetof(SQO_lineSegParam, segGapTh_z) == 8);
+
+const double kNaN = std::nan("");
+
+/// Each run as start:len:value.
+std::string text(const Runs& runs) {
+  std::string out;
+  for (const auto& [start, len, value] : runs) {
+    out += std::to_string(start) + ':' + std::to_string(len) + ':' + std::to_string(value) + ' ';
+  }
+  return out;
+}
+
+/// Each piece as start:end:middle.
+std::string text(const Pieces& pieces) {
+  Runs runs;
+  for (const SQO_featureSemiCircle& p : pieces) {
+    EXPECT_TRUE(p.lineIdx == 6 && p.segState == 0 && p.width == 0.0 && p.height == 0.0);
+    EXPECT_EQ(p.midPt.x, 0.75 * p.midPtIdx);
+    runs.push_back({p.startPtIdx, p.endPtIdx, p.midPtIdx});
+  }
+  return text(runs);
+}
+
+TEST(NoiseFilter, FiltersAlongThenAcross) {
+  for (const int uneven : {0, 1}) {
+    // Lines 0 and 7 stand alone across; the pair on line 4 stands alone along, and would part its
+    // columns if it were still there.
+    build::Scan scan = build::surfaceScan(8, 8, [](double x, double y) {
+      return x == 0.0 || x == 7.0 ? 80.0 : x == 4.0 && y < 2.0 ? 50.0 : 10.0;
+    });
+    scan[2].resize(uneven == 0 ? 8U : 9U);
+    int errCode = 1;
+    ju_noiseFilter(scan, {1.0, 4.0}, &errCode);
+    EXPECT_EQ(errCode, -1000 * uneven);
+    for (int k = 0; k < 64; ++k) {
+      const double z = k < 8 || k >= 56 ? 80.0 * uneven : k == 32 || k == 33 ? 0.0 : 10.0;
+      const STesk3DPoint& pt = scan[k / 8][k % 8].pt3D;
+      EXPECT_TRUE(pt.x == k / 8 && pt.y == k % 8 && pt.z == z) << k;
+    }
+  }
+}
+
+struct Case {
+  std::initializer_list<double> z;
+  double limit;
+  const char* runs;
+};
+
+TEST(LineDataIntervals, CutsAtSteps) {
+  const Case cases[] = {
+      {{}, 2.5, ""},
+      {{0, 0.0001, -1, kNaN}, 2.5, ""},
+      {{0, 10, 0, kNaN}, 2.5, "1:1:1 "},
+      {{10, 0, 14.9, 0, 0}, 2.5, "0:3:2 "},
+      {{10, 0, 10}, 2.0, "0:1:1 2:1:2 "},
+      {{10, 15, 15, 9, 0}, 2.5, "0:1:1 1:2:2 3:1:3 "},
+  };
+  for (const Case& c : cases) {
+    Line line = lineOfZ(c.z);
+    std::for_each(line.begin(), line.end(), [](auto& sample) { sample.nPointIdx = 5; });
+    Runs runs = {{9, 9, 9}};
+    ju_getLineDataIntervals(line, {c.limit, 5.0, 0.0}, runs);
+    EXPECT_EQ(text(runs), std::string("9:9:9 ") + c.runs);
+    EXPECT_TRUE(std::all_of(line.begin(), line.end(), [](auto& s) { return s.nPointIdx == 0; }));
+  }
+}
+
+TEST(Split, CutsAtFarthestSample) {
+  const Case cases[] = {
+      {{10, 10}, 1, ""},
+      {{10, 11, 12}, 1, "0:3:7 "},
+      {{0, 11, 12}, 99, ""},
+      {{10, 11, 0}, 99, ""},
+      {{10, 11, 0.0001}, 99, "0:3:7 "},
+      {{10, 0, kNaN, 0.0001, 10}, 1, "0:5:7 "},
+      {{10, 12, 10}, 2, ""},
+      {{10, 11, 12, 11, 12, 11, 10}, 1, "0:3:0 2:5:0 "},
+      {{10, 10, 10, 15, 20, 20, 20}, 0.5, "0:3:0 2:3:0 4:3:0 "},
+  };
+  for (const Case& c : cases) {
+    Line line = lineOfZ(c.z);
+    Runs pieces;
+    split({0, static_cast<int>(line.size()), 7}, line, c.limit, pieces);
+    EXPECT_EQ(text(pieces), c.runs);
+  }
+}
+
+TEST(Split, CutsLongStaircaseInLineOrder) {
+  const int tread = 5000;
+  Line line = build::profileLine(200 * tread, 1.0,
+                                 [=](double y) { return 10.0 + 40.0 * std::floor(y / tread); });
+  for (const double maxDist : {5.0, 1e-300}) {
+    Runs pieces;
+    split({0, 200 * tread, 7}, line, maxDist, pieces);
+    ASSERT_EQ(pieces.size(), 200U);
+    for (int i = 0; i < 200; ++i) {
+      EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;
+    }
+  }
+}
+
+TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
+  const struct {
+    const char* what;
+    std::initializer_list<double> z;
+    STeskRangeD lenRange;
+    const char *best, *others;
+    std::initializer_list<double> y = {0, 1, 2, 3, 4, 5, 6, 7, 8};
+  } cases[] = {
+      {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 "},
+      {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 "},
+      {"two runs", {9, 9, 9, 50, 50, 50, 51, 52, 53}, {0, 9}, "0:2:1 3:5:4 ", "5:8:6 "},
+      {"too long", {10, 10, 10, 10, 10}, {0, 4}, "", ""},
+      {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", ""},
+      {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", ""},
+      {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", ""},
+      {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", ""},
+      {"hollow", {10, 0, 0, 0, 10}, {0, 9}, "", ""},
+      {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", ""},
+      {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", {0, 0, 0, 1, 2}},
+      {"vertical only", {10, 12, 14}, {0, 9}, "0:2:1 ", "", {0, 0, 0}},
+      {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", {0, 0, 0}},
+  };
+  for (const auto& c : cases) {
+    Line line = lineOfZ(c.z);
+    for (std::size_t i = 0; i < line.size(); ++i) {
+      line[i].pt3D.x = 0.75 * static_cast<double>(i);  // Four level samples on: a distance of 5.
+      line[i].pt3D.y = c.y.begin()[i];
+    }
+    Pieces best;
+    Pieces others;
+    ju_surfaceLineSegment(line, 6, c.lenRange, {4.5, 5.0, 0.5}, best, others);
+    EXPECT_EQ(text(best), c.best) << c.what;
+    EXPECT_EQ(text(others), c.others) << c.what;
+  }
+}
+
+}  // namespace
