@@ -15,7 +15,7 @@ constexpr double kDegrees = 180.0 / 3.141592653589793;
 enum class HeightAxis { y = 1, z = 2 };
 
 double levelled(const SQO_planeCalibPara& record, HeightAxis axis, const STesk3DPoint& p) {
-  const double* row = &record.levelMatrix[3 * static_cast<int>(axis)];
+  const double* row = &record.levelMatrix[3 * static_cast<std::size_t>(axis)];
   return row[0] * p.x + row[1] * p.y + row[2] * p.z;
 }
 

@@ -141,7 +141,8 @@ void addScanFileOptions(CLI::App& app, ScanFileOptions& options) {
       {"auto", AxisOrder::automatic}, {"keep", AxisOrder::keep}, {"swap", AxisOrder::swap}};
   const auto limit = numberIn(-kLargestCoordinate, kLargestCoordinate);
   const std::string group = "Scan file";
-  app.add_option("scan", options.path, std::string("File to work on; ") + kWanted)->type_name("FILE");
+  app.add_option("scan", options.path, std::string("File to work on; ") + kWanted)
+      ->type_name("FILE");
   app.add_option("--axes", options.axes, "Exchange x and y: auto, keep or swap (default: auto)")
       ->transform(CLI::CheckedTransformer(orders).description(""))
       ->type_name("ORDER")
