@@ -27,6 +27,7 @@ std::vector<Features> makeFeatures(int edges, int strays) {
 
 std::vector<SQO_lineFeature> asRecords(const std::vector<Features>& lines) {
   std::vector<SQO_lineFeature> records;
+  records.reserve(lines.size());
   for (const Features& features : lines) {
     records.push_back({static_cast<int>(records.size()), features, {}});
   }

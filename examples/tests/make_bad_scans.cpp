@@ -61,12 +61,12 @@ void writeAll(const std::filesystem::path& folder) {
 
   cv::Mat wild;
   range.convertTo(wild, CV_32F);
-  const float infinite = std::numeric_limits<float>::infinity();
-  wild.row(2).setTo(std::numeric_limits<float>::quiet_NaN());
+  const double infinite = std::numeric_limits<double>::infinity();
+  wild.row(2).setTo(std::numeric_limits<double>::quiet_NaN());
   wild.row(4).setTo(infinite);
   wild.row(6).setTo(-infinite);
-  wild.row(8).setTo(std::numeric_limits<float>::max());
-  wild.row(10).setTo(-5.0F);
+  wild.row(8).setTo(static_cast<double>(std::numeric_limits<float>::max()));
+  wild.row(10).setTo(-5.0);
   write("wild.tiff", wild);
 }
 
