@@ -10,6 +10,8 @@
 
 namespace {
 
+using build::Found;
+using build::found;
 using build::Line;
 
 // Steep from 60 degrees on, flat up to 30; runs break at steps above 5 and join below 3.
@@ -18,16 +20,6 @@ constexpr SQO_cornerParam kParam = {3.0, 5.0, 3.0, 45.0, 60.0, 30.0};
 SQO_lineFeature cornersOf(Line line, const SQO_cornerParam& param = kParam, int lineIdx = 7) {
   SQO_lineFeature result = {};
   qo_getLineCornerFeature(line.data(), static_cast<int>(line.size()), lineIdx, param, &result);
-  return result;
-}
-
-using Found = std::vector<std::pair<int, int>>;  // type and sample
-
-Found found(const std::vector<SQO_basicFeature1D>& features) {
-  Found result;
-  for (const SQO_basicFeature1D& f : features) {
-    result.emplace_back(f.featureType, f.jumpPos2D.y);
-  }
   return result;
 }
 

@@ -13,20 +13,13 @@
 
 namespace {
 
+using build::Found;
+using build::found;
 using build::Line;
 using Features = std::vector<SQO_basicFeature1D>;
-using Found = std::vector<std::pair<int, int>>;  // type and sample
 
 constexpr int kStart = 0x100000;
 constexpr int kEnd = 0x200000;
-
-Found found(const Features& features) {
-  Found result;
-  for (const SQO_basicFeature1D& f : features) {
-    result.emplace_back(f.featureType, f.jumpPos2D.y);
-  }
-  return result;
-}
 
 int size(const Line& line) {
   return static_cast<int>(line.size());

@@ -10,6 +10,8 @@
 
 namespace {
 
+using build::Found;
+using build::found;
 using build::Line;
 using build::lineOfZ;
 
@@ -20,16 +22,6 @@ static_assert(sizeof(SQO_VFeatureParam) == 16 && offsetof(SQO_VFeatureParam, max
 static_assert(sizeof(SQO_lineRightAngleParam) == 24);
 static_assert(offsetof(SQO_lineRightAngleParam, steepArmLen) == 8);
 static_assert(offsetof(SQO_lineRightAngleParam, armTol) == 16);
-
-using Found = std::vector<std::pair<int, int>>;  // type and sample
-
-Found found(const std::vector<SQO_basicFeature1D>& features) {
-  Found result;
-  for (const SQO_basicFeature1D& f : features) {
-    result.emplace_back(f.featureType, f.jumpPos2D.y);
-  }
-  return result;
-}
 
 constexpr int kRise = FEATURE_JUMP_RISE;
 constexpr int kFall = FEATURE_JUMP_FALL;

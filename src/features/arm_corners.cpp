@@ -49,11 +49,8 @@ void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                             int lineIdx,
                             SQO_cornerParam cornerPara,
                             std::vector<SQO_basicFeature1D>& line_features) {
-  detail::stampIndices(lineData);
-  const detail::Stretches stretches = detail::stretchesByZ(
-      lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
-  const detail::Slopes slopes = detail::slopePass(stretches.points, stretches.ranges,
-                                                  detail::SlopeSearch::unlimited(cornerPara.scale));
+  const auto [stretches, slopes] =
+      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
   detail::Slopes posPeaks;
   detail::Slopes negPeaks;
   detail::ju_selectCornerPeaks(slopes, stretches.points, cornerPara,

@@ -54,12 +54,14 @@ class GroundSearch {
 
 }  // namespace
 
+// NOLINTBEGIN(performance-unnecessary-value-param): the public signature takes a copy
 void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& lineData,
                                                   std::vector<int> groundMask,
                                                   int lineIdx,
                                                   double groundDist,
                                                   SQO_cornerParam cornerPara,
                                                   std::vector<SQO_basicFeature1D>& line_features) {
+  // NOLINTEND(performance-unnecessary-value-param)
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData.data(), static_cast<int>(lineData.size()),
                             cornerPara.minEndingGap, cornerPara.minEndingGap_z);

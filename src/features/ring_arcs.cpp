@@ -65,20 +65,17 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           SQO_cornerParam cornerPara,
                           STeskRangeD ringArcWidth,
                           std::vector<SJU_segFeature>& line_ringArcs) {
-  detail::stampIndices(lineData);
-  const detail::Stretches stretches = detail::stretchesByZ(
-      lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
-  const detail::Samples& points = stretches.points;
-  const detail::Slopes slopes =
-      detail::slopePass(points, stretches.ranges, detail::SlopeSearch::unlimited(cornerPara.scale));
-  for (const detail::PointRange& stretch : stretches.ranges) {
-    forEachArc(stretch, slopes, [&](const Arc& arc) {
+  const detail::SlopedStretches line =
+      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
+  const detail::Samples& points = line.stretches.points;
+  for (const detail::PointRange& stretch : line.stretches.ranges) {
+    forEachArc(stretch, line.slopes, [&](const Arc& arc) {
       const double chord = chordOf(points[arc.first].pt3D, points[arc.last].pt3D);
       if (!(arc.turn() > cornerPara.cornerTh && chord >= ringArcWidth.min &&
             ringArcWidth.max >= chord)) {
         return;
       }
-      const detail::PointRange extent = extentOf(arc, stretch, slopes);
+      const detail::PointRange extent = extentOf(arc, stretch, line.slopes);
       const STesk3DPosition& first = points[extent.first];
       const STesk3DPosition& last = points[extent.last];
       line_ringArcs.push_back(

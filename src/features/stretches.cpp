@@ -1,6 +1,7 @@
 #include "features/stretches.h"
 
 #include <cmath>
+#include <utility>
 
 namespace scanline::detail {
 
@@ -23,6 +24,13 @@ void stampIndices(std::vector<STesk3DPosition>& lineData) {
   for (STesk3DPosition& sample : lineData) {
     sample.nPointIdx = index++;
   }
+}
+
+SlopedStretches stampAndSlope(std::vector<STesk3DPosition>& lineData, double stepZ, double scale) {
+  stampIndices(lineData);
+  Stretches stretches = stretchesByZ(lineData.data(), static_cast<int>(lineData.size()), stepZ);
+  Slopes slopes = slopePass(stretches.points, stretches.ranges, SlopeSearch::unlimited(scale));
+  return {std::move(stretches), std::move(slopes)};
 }
 
 void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData) {

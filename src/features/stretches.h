@@ -55,6 +55,15 @@ Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double st
 /// Writes every sample's index on the line into its working word.
 void stampIndices(std::vector<STesk3DPosition>& lineData);
 
+/// A line's stretches with the slopes at their points, none of which leaves its stretch.
+struct SlopedStretches {
+  Stretches stretches;
+  Slopes slopes;
+};
+
+/// Stamps a line with its indices, cuts it by steps in z and takes the slopes over `scale`.
+SlopedStretches stampAndSlope(std::vector<STesk3DPosition>& lineData, double stepZ, double scale);
+
 // Marks that line functions leave on the samples at the ends of stretches.
 constexpr int kStretchStartMark = 0x100000;
 constexpr int kStretchEndMark = 0x200000;

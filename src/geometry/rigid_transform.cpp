@@ -107,7 +107,7 @@ void pointRT(const cv::Mat& R,
   const double y = pt.y - center1.y;
   const double z = pt.z - center1.z;
   const auto rotated = [&](int row) {
-    const double* const r = R.ptr<double>(row);
+    const auto* const r = R.ptr<double>(row);
     return r[0] * x + r[1] * y + r[2] * z;
   };
   out = {rotated(0) + center2.x, rotated(1) + center2.y, rotated(2) + center2.z};

@@ -1,11 +1,13 @@
 #pragma once
 
-/// Small builders of samples, lines and scans for the tests.
+/// Small builders of samples, lines and scans for the tests, and a short form of what is found.
 
 #include <functional>
 #include <initializer_list>
+#include <utility>
 #include <vector>
 
+#include "feature_records.h"
 #include "scan_records.h"
 
 namespace build {
@@ -58,6 +60,17 @@ inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
     lines.push_back({line.data(), static_cast<int>(line.size()), 0});
   }
   return lines;
+}
+
+/// Type and sample of each feature.
+using Found = std::vector<std::pair<int, int>>;
+
+inline Found found(const std::vector<SQO_basicFeature1D>& features) {
+  Found result;
+  for (const SQO_basicFeature1D& f : features) {
+    result.emplace_back(f.featureType, f.jumpPos2D.y);
+  }
+  return result;
 }
 
 }  // namespace build
