@@ -66,7 +66,8 @@ TEST(LineLocalPeaks, TurningPointsThatStandOut) {
     Line line = c.line;
     const int count = static_cast<int>(line.size());
     line[0].nPointIdx = 99;
-    Features peaks, valleys;
+    Features peaks;
+    Features valleys;
     qo_getLineLocalPeaks(line.data(), 1, 7, c.scale, valleys, peaks);
     EXPECT_EQ(line[0].nPointIdx, 99) << "too short to be touched";
     qo_getLineLocalPeaks(line.data(), count, 7, c.scale, valleys, peaks);
@@ -77,7 +78,7 @@ TEST(LineLocalPeaks, TurningPointsThatStandOut) {
 }
 
 Line withGap(Line line, int from, double gap) {
-  for (std::size_t i = static_cast<std::size_t>(from); i < line.size(); ++i) {
+  for (auto i = static_cast<std::size_t>(from); i < line.size(); ++i) {
     line[i].pt3D.y += gap;
   }
   return line;

@@ -54,8 +54,9 @@ TEST(NoiseFilter, FiltersAlongThenAcross) {
     EXPECT_EQ(errCode, -1000 * uneven);
     for (int k = 0; k < 64; ++k) {
       const double z = k < 8 || k >= 56 ? 80.0 * uneven : k == 32 || k == 33 ? 0.0 : 10.0;
-      const STesk3DPoint& pt = scan[k / 8][k % 8].pt3D;
-      EXPECT_TRUE(pt.x == k / 8 && pt.y == k % 8 && pt.z == z) << k;
+      const int line = k / 8;
+      const STesk3DPoint& pt = scan[line][k % 8].pt3D;
+      EXPECT_TRUE(pt.x == line && pt.y == k % 8 && pt.z == z) << k;
     }
   }
 }

@@ -22,6 +22,7 @@ std::string brief(double value) {
 
 std::vector<Mark> pointMarks(const std::vector<SQO_basicFeature1D>& features) {
   std::vector<Mark> marks;
+  marks.reserve(features.size());
   for (const SQO_basicFeature1D& f : features) {
     marks.push_back(
         {MarkKind::point, f.featureType, f.jumpPos, f.jumpPos, nameOfType(f.featureType)});
@@ -47,6 +48,7 @@ std::vector<Mark> lineMarks(const SQO_lineFeature& features) {
 
 std::vector<Mark> stretchMarks(const std::vector<SJU_segFeature>& stretches, const char* what) {
   std::vector<Mark> marks;
+  marks.reserve(stretches.size());
   for (const SJU_segFeature& s : stretches) {
     marks.push_back(
         {MarkKind::stretch, 0, s.startPt, s.endPt, std::string(what) + " " + fixed(s.segValue, 1)});

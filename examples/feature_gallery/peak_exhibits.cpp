@@ -88,6 +88,7 @@ Findings findSemiCircles(Line& line) {
   std::vector<SQO_featureSemiCircle> found;
   qo_getLineUpperSemiCircleFeature(line.data(), sizeOf(line), 0, widthUnit, slope, found, labels);
   std::vector<Mark> marks;
+  marks.reserve(found.size());
   for (const SQO_featureSemiCircle& s : found) {
     marks.push_back({MarkKind::stretch, 0, line[static_cast<std::size_t>(s.startPtIdx)].pt3D,
                      line[static_cast<std::size_t>(s.endPtIdx)].pt3D,
