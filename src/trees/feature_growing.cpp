@@ -2,42 +2,53 @@
 
 namespace scanline::detail {
 
-void admitTrees(const Outlook& outlook, FeatureGrowth& growth) {
-  growth.trees.admit([&](const SQO_featureTree& tree) {
-    return outlook.reaches(tree.treeNodes.back(), growth.param);
+bool fitsTree(const SQO_basicFeature1D& feature,
+              const SQO_featureTree& tree,
+              const FeatureGrowth& growth) {
+  return isInReach(feature, tree.treeNodes.back(), growth.param) &&
+         growth.rule.matches(tree.treeType, feature.featureType);
+}
+
+void attach(const SQO_basicFeature1D& feature, int lineIdx, int treeId, FeatureGrowth& growth) {
+  growth.trees.grow(treeId, [&](SQO_featureTree& tree) {
+    tree.eLineIdx = lineIdx;
+    tree.treeNodes.push_back(feature);
+    tree.treeValue += feature.featureValue;
   });
 }
 
 bool qo_featureGrowing(const SQO_basicFeature1D& feature,
                        int lineIdx,
-                       const Outlook& outlook,
+                       const Outlook& ahead,
                        FeatureGrowth& growth) {
-  const int id = growth.trees.firstFitting(feature.jumpPos.y, [&](const SQO_featureTree& tree) {
-    const SQO_basicFeature1D& last = tree.treeNodes.back();
-    if (isInReach(feature, last, growth.param) &&
-        growth.rule.matches(tree.treeType, feature.featureType)) {
-      return Verdict::kFits;
-    }
-    return outlook.reaches(last, growth.param) ? Verdict::kNot : Verdict::kNever;
-  });
-  if (id < 0) {
+  const int treeId = growth.trees.firstFitting(
+      feature, ahead, [&](const SQO_featureTree& tree) { return fitsTree(feature, tree, growth); });
+  if (treeId < 0) {
     return false;
   }
-  growth.trees.grow(id, [&](SQO_featureTree& tree) {
-    tree.eLineIdx = lineIdx;
-    tree.treeNodes.push_back(feature);
-    tree.treeValue += feature.featureValue;
-  });
+  attach(feature, lineIdx, treeId, growth);
   return true;
 }
 
-void growLine(const FeatureLine& line, const Outlook& outlook, FeatureGrowth& growth) {
-  for (const SQO_basicFeature1D& feature : line.features) {
-    if (!qo_featureGrowing(feature, line.lineIdx, outlook, growth)) {
-      const double treeValue = growth.rule.countsFirstValue ? feature.featureValue : 0.0;
-      growth.trees.append(newTree(feature, line.lineIdx, treeValue));
-    }
+void placeFeature(const SQO_basicFeature1D& feature,
+                  int lineIdx,
+                  const Outlook& ahead,
+                  FeatureGrowth& growth) {
+  if (!qo_featureGrowing(feature, lineIdx, ahead, growth)) {
+    const double treeValue = growth.rule.countsFirstValue ? feature.featureValue : 0.0;
+    growth.trees.append(newTree(feature, lineIdx, treeValue));
   }
+}
+
+void closeByLines(int lineIdx, bool isLastLine, FeatureGrowth& growth) {
+  if (!isLastLine && growth.param.maxLineSkipNum <= 0) {
+    return;
+  }
+  closeTrees(
+      [&](const SQO_featureTree& tree) {
+        return isLastLine || liesTooFarBehind(lineIdx, lineOf(tree.treeNodes.back()), growth.param);
+      },
+      growth);
 }
 
 }  // namespace scanline::detail

@@ -1,19 +1,12 @@
 #pragma once
 
-#include <vector>
-
 #include "feature_records.h"
+#include "trees/line_walk.h"
 #include "trees/open_trees.h"
 #include "trees/outlook.h"
 #include "trees/tree_rules.h"
 
 namespace scanline::detail {
-
-/// The features of one line, under the index that the grower knows the line by.
-struct FeatureLine {
-  int lineIdx;
-  const std::vector<SQO_basicFeature1D>& features;
-};
 
 /// What growers of single features differ in.
 struct GrowthRule {
@@ -27,27 +20,47 @@ struct FeatureGrowth {
   FeatureGrowth(std::vector<SQO_featureTree>& list,
                 const SQO_treeGrowParam& growParam,
                 const GrowthRule& growthRule)
-      : trees(list, growParam.yDeviation_max, growthRule.closable),
-        param(growParam),
-        rule(growthRule) {}
+      : trees(list, reachOf(growParam), growthRule.closable), param(growParam), rule(growthRule) {}
 
   OpenTrees<SQO_featureTree> trees;
   SQO_treeGrowParam param;
   GrowthRule rule;
 };
 
-/// Takes over the trees of the list, for the features of `outlook`.
-void admitTrees(const Outlook& outlook, FeatureGrowth& growth);
+using FeatureLine = NodeLine<SQO_basicFeature1D>;
 
-/// The attach test: the first tree of the list that the feature fits takes it. `outlook` covers
-/// this feature and all that come after it.
+/// The attach test: whether a tree takes a feature.
+bool fitsTree(const SQO_basicFeature1D& feature,
+              const SQO_featureTree& tree,
+              const FeatureGrowth& growth);
+
+/// Adds a feature to a tree.
+void attach(const SQO_basicFeature1D& feature, int lineIdx, int treeId, FeatureGrowth& growth);
+
+/// Lets the first tree of the list that a feature fits take it. `ahead` covers this feature and all
+/// that come after it.
 bool qo_featureGrowing(const SQO_basicFeature1D& feature,
                        int lineIdx,
-                       const Outlook& outlook,
+                       const Outlook& ahead,
                        FeatureGrowth& growth);
 
-/// Attaches the features of a line, or lets them start trees.
-void growLine(const FeatureLine& line, const Outlook& outlook, FeatureGrowth& growth);
+/// Attaches a feature, or lets it start a tree.
+void placeFeature(const SQO_basicFeature1D& feature,
+                  int lineIdx,
+                  const Outlook& ahead,
+                  FeatureGrowth& growth);
+
+/// Grows trees from the features of a scan; `close(lineIdx, isLastLine, growth)` is the closing
+/// walk after a line.
+template <typename LineAt, typename Close>
+void growFeatures(int lineCount, LineAt lineAt, Close close, FeatureGrowth& growth) {
+  growScan(
+      lineCount, lineAt,
+      [&](const SQO_basicFeature1D& feature, int lineIdx, const Outlook& ahead) {
+        placeFeature(feature, lineIdx, ahead, growth);
+      },
+      [&](int lineIdx, bool isLastLine) { close(lineIdx, isLastLine, growth); }, growth.trees);
+}
 
 /// Closes the trees that `closes(tree)`, and removes those that are too short.
 template <typename Closes>
@@ -57,32 +70,13 @@ void closeTrees(Closes closes, FeatureGrowth& growth) {
   });
 }
 
-/// The outlook from each line of a scan on.
-template <typename LineAt>
-std::vector<Outlook> outlooksOf(int lineCount, LineAt lineAt) {
-  std::vector<Outlook> outlooks(static_cast<std::size_t>(lineCount) + 1);
-  for (int i = lineCount - 1; i >= 0; --i) {
-    outlooks[i] = outlooks[i + 1];
-    outlooks[i].add(lineAt(i).features);
-  }
-  return outlooks;
+/// The rule of growers that close every tree some time.
+inline GrowthRule scanRule(bool (*matches)(int treeType, int featureType)) {
+  return {matches, [](const SQO_featureTree&) { return true; }, false};
 }
 
-/// Grows trees line by line over a whole scan: `lineAt(i)` gives line i of `lineCount`, and
-/// `close(line, isLastLine)` is the closing walk after it.
-template <typename LineAt, typename Close>
-void growScan(int lineCount, LineAt lineAt, Close close, FeatureGrowth& growth) {
-  if (lineCount < 1) {
-    return;  // with nothing to grow, trees passed in may be without nodes
-  }
-  const std::vector<Outlook> outlooks = outlooksOf(lineCount, lineAt);
-  admitTrees(outlooks.front(), growth);
-  for (int i = 0; i < lineCount; ++i) {
-    const FeatureLine line = lineAt(i);
-    growLine(line, outlooks[i], growth);
-    close(line.lineIdx, i == lineCount - 1);
-  }
-  growth.trees.finish();
-}
+/// The closing walk of these growers: what falls behind by more lines than the limit
+/// closes, and on the last line everything.
+void closeByLines(int lineIdx, bool isLastLine, FeatureGrowth& growth);
 
 }  // namespace scanline::detail

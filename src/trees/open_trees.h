@@ -6,13 +6,10 @@
 
 #include "feature_records.h"
 #include "trees/near_index.h"
+#include "trees/node_place.h"
+#include "trees/outlook.h"
 
 namespace scanline::detail {
-
-/// The y by which a tree is found: that of its last node.
-inline double lastY(const SQO_featureTree& tree) {
-  return tree.treeNodes.back().jumpPos.y;
-}
 
 /**
  * The trees of a caller's list as one call sees them: which can take a feature, which can close.
@@ -24,34 +21,51 @@ inline double lastY(const SQO_featureTree& tree) {
 template <typename Tree>
 class OpenTrees {
  public:
+  using Node = typename decltype(Tree::treeNodes)::value_type;
   using Test = bool (*)(const Tree& tree);
 
-  /// Trees can only take features whose y differs by less than `reachY`, and only growing ones that
-  /// are `closable` ever close.
-  OpenTrees(std::vector<Tree>& trees, double reachY, Test closable)
-      : trees_(trees), index_(reachY), closable_(closable) {}
+  /// Only growing trees that are `closable` ever close.
+  OpenTrees(std::vector<Tree>& trees, const Reach& reach, Test closable)
+      : trees_(trees), reach_(reach), index_(reach.y), closable_(closable) {}
 
-  /// Takes over the trees that the list holds. `takes(tree)` tells which of the open ones can still
-  /// take a feature.
-  template <typename Takes>
-  void admit(Takes takes) {
+  /// Takes over the trees that the list holds, for the features of `ahead`.
+  void admit(const Outlook& ahead) {
     for (int id = 0; id < static_cast<int>(trees_.size()); ++id) {
       const Tree& tree = trees_[id];
       if (tree.treeState == TREE_CLOSED) {
         continue;
       }
-      if (takes(tree)) {
+      if (ahead.reaches(tree.treeNodes.back(), reach_)) {
         index_.insert(id, lastY(tree));
       }
       watchIf(isClosable(tree), id);
     }
   }
 
-  /// Index of the first tree in the list that `judge(tree)` finds fitting for a feature at y, or
-  /// -1.
-  template <typename Judge>
-  int firstFitting(double y, Judge judge) {
-    return index_.firstFitting(y, [&](int id) { return judge(std::as_const(trees_[id])); });
+  /// Index of the first tree in the list that a feature `fits(tree)`, or -1. `ahead` covers this
+  /// feature and all that come after it.
+  template <typename Fits>
+  int firstFitting(const Node& feature, const Outlook& ahead, Fits fits) {
+    return index_.firstFitting(positionOf(feature).y, judge(ahead, fits));
+  }
+
+  /// The trees that a feature `fits(tree)`, in the order of the list.
+  template <typename Fits>
+  void allFitting(const Node& feature, const Outlook& ahead, Fits fits, std::vector<int>& ids) {
+    ids.clear();
+    const auto judgeOne = judge(ahead, fits);
+    index_.firstFitting(positionOf(feature).y, [&](int id) {
+      const Verdict verdict = judgeOne(id);
+      if (verdict == Verdict::kFits) {
+        ids.push_back(id);
+      }
+      return verdict == Verdict::kFits ? Verdict::kNot : verdict;
+    });
+    std::sort(ids.begin(), ids.end());
+  }
+
+  Tree& operator[](int id) {
+    return trees_[id];
   }
 
   /// Appends a tree to the list.
@@ -73,26 +87,28 @@ class OpenTrees {
     watchIf(!wasClosable && isClosable(tree), id);
   }
 
-  /// Closes each closable tree that `closes(tree)` and removes it unless `stays(tree)`.
+  /// Closes each closable tree that `closes(tree)` and removes it unless `stays(tree)`. Where all
+  /// trees are closable, they are met from the last to the first.
   template <typename Closes, typename Stays>
   void closeWhere(Closes closes, Stays stays) {
-    const auto leaves = [&](int id) {
-      Tree& tree = trees_[id];
+    auto kept = watched_.rbegin();
+    for (auto id = watched_.rbegin(); id != watched_.rend(); ++id) {
+      Tree& tree = trees_[*id];
       if (tree.treeState != TREE_GROWING) {
-        return true;
+        continue;
       }
       if (!closes(std::as_const(tree))) {
-        return false;
+        *kept++ = *id;
+        continue;
       }
       tree.treeState = TREE_CLOSED;
-      index_.erase(id, lastY(tree));
-      if (!stays(std::as_const(tree))) {
+      index_.erase(*id, lastY(tree));
+      if (!stays(tree)) {
         tree.treeNodes = {};
-        removed_.push_back(id);
+        removed_.push_back(*id);
       }
-      return true;
-    };
-    watched_.erase(std::remove_if(watched_.begin(), watched_.end(), leaves), watched_.end());
+    }
+    watched_.erase(watched_.begin(), kept.base());
     if (removed_.size() > kSpareRemovals && removed_.size() > trees_.size() / 2) {
       compact();
     }
@@ -105,6 +121,17 @@ class OpenTrees {
 
  private:
   static constexpr std::size_t kSpareRemovals = 64;
+
+  template <typename Fits>
+  auto judge(const Outlook& ahead, Fits& fits) const {
+    return [&](int id) {
+      const Tree& tree = trees_[id];
+      if (fits(tree)) {
+        return Verdict::kFits;
+      }
+      return ahead.reaches(tree.treeNodes.back(), reach_) ? Verdict::kNot : Verdict::kNever;
+    };
+  }
 
   [[nodiscard]] bool isClosable(const Tree& tree) const {
     return tree.treeState == TREE_GROWING && closable_(tree);
@@ -140,6 +167,7 @@ class OpenTrees {
   }
 
   std::vector<Tree>& trees_;
+  Reach reach_;
   NearIndex index_;  // the trees that can take a feature, by the y of their last node
   Test closable_;
   std::vector<int> watched_;  // the trees that a closing walk has to look at

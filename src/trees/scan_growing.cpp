@@ -7,29 +7,21 @@ namespace detail = scanline::detail;
 
 namespace {
 
-constexpr detail::GrowthRule kScanRule = {detail::qo_featureTypeMatch,
-                                          [](const SQO_featureTree&) { return true; }, false};
+using TypeMatch = bool (*)(int treeType, int featureType);
 
-/// Grows trees over all lines; what falls behind by more lines than the limit closes, and on the
-/// last line everything.
+/// Grows trees over all lines of a scan.
 template <typename LineAt>
-void growAndClose(int lineCount,
-                  LineAt lineAt,
-                  std::vector<SQO_featureTree>& trees,
-                  const SQO_treeGrowParam& param) {
-  detail::FeatureGrowth growth(trees, param, kScanRule);
-  const auto close = [&](int lineIdx, bool isLastLine) {
-    if (!isLastLine && param.maxLineSkipNum <= 0) {
-      return;
-    }
-    detail::closeTrees(
-        [&](const SQO_featureTree& tree) {
-          return isLastLine ||
-                 detail::lineGap(lineIdx, tree.treeNodes.back().jumpPos2D.x) > param.maxLineSkipNum;
-        },
-        growth);
-  };
-  detail::growScan(lineCount, lineAt, close, growth);
+void growOver(std::size_t lineCount,
+              LineAt lineAt,
+              TypeMatch matches,
+              std::vector<SQO_featureTree>& trees,
+              const SQO_treeGrowParam& param) {
+  detail::FeatureGrowth growth(trees, param, detail::scanRule(matches));
+  detail::growFeatures(static_cast<int>(lineCount), lineAt, detail::closeByLines, growth);
+}
+
+bool matchesAny(int /*treeType*/, int /*featureType*/) {
+  return true;
 }
 
 }  // namespace
@@ -37,18 +29,32 @@ void growAndClose(int lineCount,
 void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFeatures,
                                std::vector<SQO_featureTree>& trees,
                                SQO_treeGrowParam growParam) {
-  const auto lineAt = [&](int i) {
-    return detail::FeatureLine{lineFeatures[i].lineIdx, lineFeatures[i].features};
+  const auto featuresOf = [&](int i) {
+    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].features);
   };
-  growAndClose(static_cast<int>(lineFeatures.size()), lineAt, trees, growParam);
+  growOver(lineFeatures.size(), featuresOf, detail::qo_featureTypeMatch, trees, growParam);
 }
 
 void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
                            std::vector<SQO_featureTree>& trees,
                            SQO_treeGrowParam growParam) {
-  const auto lineAt = [&](int i) { return detail::FeatureLine{i, lineFeatures[i]}; };
-  growAndClose(static_cast<int>(lineFeatures.size()), lineAt, trees, growParam);
+  const auto featuresOf = [&](int i) { return detail::FeatureLine(i, lineFeatures[i]); };
+  growOver(lineFeatures.size(), featuresOf, detail::qo_featureTypeMatch, trees, growParam);
   for (SQO_featureTree& tree : trees) {
     detail::qo_treeBounds(tree);
   }
+}
+
+void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFeatures,
+                                           std::vector<SQO_featureTree>& trees,
+                                           std::vector<SQO_featureTree>& endingTrees,
+                                           SQO_treeGrowParam growParam) {
+  const auto featuresOf = [&](int i) {
+    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].features);
+  };
+  const auto endingsOf = [&](int i) {
+    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].endings);
+  };
+  growOver(lineFeatures.size(), featuresOf, matchesAny, trees, growParam);
+  growOver(lineFeatures.size(), endingsOf, matchesAny, endingTrees, growParam);
 }

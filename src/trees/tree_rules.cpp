@@ -16,20 +16,33 @@ long long lineGap(int a, int b) {
   return std::llabs(static_cast<long long>(a) - b);
 }
 
-bool isInReach(const SQO_basicFeature1D& feature,
-               const SQO_basicFeature1D& lastNode,
-               const SQO_treeGrowParam& growParam) {
-  const STesk3DPoint& pos = feature.jumpPos;
-  const STesk3DPoint& last = lastNode.jumpPos;
-  if (feature.jumpPos2D.x == lastNode.jumpPos2D.x) {
+double planeDistance(const STesk3DPoint& a, const STesk3DPoint& b) {
+  const double dx = a.x - b.x;
+  const double dy = a.y - b.y;
+  return std::sqrt(dx * dx + dy * dy);
+}
+
+bool isWithinSkip(long long lineGap, double stepX, const SQO_treeGrowParam& growParam) {
+  return lineGap < growParam.maxLineSkipNum || growParam.maxSkipDistance > stepX;
+}
+
+bool liesTooFarBehind(int lineIdx, int lastLine, const SQO_treeGrowParam& growParam) {
+  return growParam.maxLineSkipNum > 0 && lineGap(lineIdx, lastLine) > growParam.maxLineSkipNum;
+}
+
+bool closesByItsStep(int lineIdx,
+                     bool isLastLine,
+                     const TreeSpan& span,
+                     const SQO_treeGrowParam& growParam) {
+  const long long behind = lineGap(lineIdx, span.lastLine);
+  if (behind < 1 || span.lines < 1) {
     return false;
   }
-  if (!(growParam.yDeviation_max > std::abs(pos.y - last.y)) ||
-      !(growParam.zDeviation_max > std::abs(pos.z - last.z))) {
-    return false;
+  if (isLastLine || growParam.maxLineSkipNum > 0) {
+    return isLastLine || behind > growParam.maxLineSkipNum;
   }
-  return lineGap(feature.jumpPos2D.x, lastNode.jumpPos2D.x) < growParam.maxLineSkipNum ||
-         growParam.maxSkipDistance > std::abs(pos.x - last.x);
+  const double skipped = span.x / static_cast<double>(span.lines) * static_cast<double>(behind);
+  return skipped > growParam.maxSkipDistance;
 }
 
 SQO_featureTree newTree(const SQO_basicFeature1D& feature, int lineIdx, double treeValue) {
@@ -40,11 +53,7 @@ SQO_featureTree newTree(const SQO_basicFeature1D& feature, int lineIdx, double t
 bool qo_treeLongEnough(const SQO_featureTree& tree,
                        double minLTypeTreeLen,
                        double minVTypeTreeLen) {
-  const STesk3DPoint& first = tree.treeNodes.front().jumpPos;
-  const STesk3DPoint& last = tree.treeNodes.back().jumpPos;
-  const double dx = first.x - last.x;
-  const double dy = first.y - last.y;
-  const double len = std::sqrt(dx * dx + dy * dy);
+  const double len = lengthOf(tree);
   if (tree.treeType != FEATURE_V) {
     return minLTypeTreeLen < len;
   }

@@ -1,0 +1,132 @@
+#include <cmath>
+
+#include "trees.h"
+#include "trees/feature_growing.h"
+#include "trees/tree_rules.h"
+#include "trees/type_match.h"
+
+namespace detail = scanline::detail;
+
+namespace {
+
+using Features = std::vector<SQO_basicFeature1D>;
+
+/// The features at positions of a scan. On a scan that is walked across its lines x and y change
+/// places, so that the limits of y and x keep their meaning.
+Features featuresAt(const std::vector<SQO_2DValueI>& positions,
+                    const STesk3DLaserLine* lines,
+                    bool isLineFirst,
+                    int type) {
+  Features features;
+  features.reserve(positions.size());
+  for (const SQO_2DValueI& pos : positions) {
+    const int line = isLineFirst ? pos.x : pos.y;
+    const int sample = isLineFirst ? pos.y : pos.x;
+    const STesk3DPoint& at = lines[line].p3DPosition[sample].pt3D;
+    const STesk3DPoint across = {at.y, at.x, at.z};
+    features.push_back({type, {pos.x, pos.y}, isLineFirst ? at : across, 0.0});
+  }
+  return features;
+}
+
+/// The features in runs of one line each. A tree that a walk has left open closes on no other
+/// feature of that line, so one walk after each run does for all its features.
+std::vector<detail::FeatureLine> runsOfLines(const Features& features) {
+  std::vector<detail::FeatureLine> runs;
+  for (const SQO_basicFeature1D& feature : features) {
+    const int line = detail::lineOf(feature);
+    if (runs.empty() || runs.back().lineIdx != line) {
+      runs.emplace_back(line, &feature, 0);
+    }
+    ++runs.back().count;
+  }
+  return runs;
+}
+
+/// Moves a tree's anchor up to the last node that lies far enough behind a feature.
+void moveAnchor(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
+  const int count = static_cast<int>(tree.treeNodes.size());
+  for (int j = tree.anchorNode + 1; j < count; ++j) {
+    if (checkDist > detail::planeDistance(feature.jumpPos, tree.treeNodes[j].jumpPos)) {
+      tree.anchorNode = j - 1;
+      return;
+    }
+  }
+}
+
+/// Whether the way from a tree's anchor to a feature lies within 45 degrees of the x axis. A tree
+/// too short to tell has no anchor yet and takes every feature.
+bool keepsDirection(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
+  const STesk3DPoint& pos = feature.jumpPos;
+  if (tree.anchorNode >= 0) {
+    moveAnchor(feature, checkDist, tree);
+  } else if (detail::planeDistance(pos, tree.treeNodes.front().jumpPos) < checkDist) {
+    return true;
+  } else {
+    tree.anchorNode = 0;
+  }
+  const STesk3DPoint& anchor = tree.treeNodes[tree.anchorNode].jumpPos;
+  const bool isSteep = std::abs(pos.y - anchor.y) / std::abs(pos.x - anchor.x) > 1.0;
+  return !isSteep;
+}
+
+/// The first tree of the list that a feature fits, also by its direction, or -1. The anchors of the
+/// trees before it move all the same.
+int qo_findTreeAngleCheck(const SQO_basicFeature1D& feature,
+                          const detail::Outlook& ahead,
+                          double checkDist,
+                          std::vector<int>& fitting,
+                          detail::FeatureGrowth& growth) {
+  growth.trees.allFitting(
+      feature, ahead,
+      [&](const SQO_featureTree& tree) { return detail::fitsTree(feature, tree, growth); },
+      fitting);
+  for (const int treeId : fitting) {
+    if (keepsDirection(feature, checkDist, growth.trees[treeId])) {
+      return treeId;
+    }
+  }
+  return -1;
+}
+
+}  // namespace
+
+void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
+                              STesk3DLaserLine* laserLines,
+                              bool isLineFirst,
+                              int endingType,
+                              std::vector<SQO_featureTree>& trees,
+                              SQO_treeGrowParam growParam) {
+  const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
+  const std::vector<detail::FeatureLine> lines = runsOfLines(features);
+  detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
+  detail::growFeatures(
+      static_cast<int>(lines.size()), [&](int i) { return lines[i]; }, detail::closeByLines,
+      growth);
+}
+
+void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
+                                         STesk3DLaserLine* laserLines,
+                                         bool isLineFirst,
+                                         int endingType,
+                                         std::vector<SQO_featureTree>& trees,
+                                         SQO_treeGrowParam growParam,
+                                         double angleCheckDist) {
+  const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
+  const std::vector<detail::FeatureLine> lines = runsOfLines(features);
+  detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
+  std::vector<int> fitting;
+  const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
+                         const detail::Outlook& ahead) {
+    const int treeId = qo_findTreeAngleCheck(feature, ahead, angleCheckDist, fitting, growth);
+    if (treeId < 0) {
+      growth.trees.append(detail::newTree(feature, lineIdx, 0.0));
+    } else {
+      detail::attach(feature, lineIdx, treeId, growth);
+    }
+  };
+  detail::growScan(
+      static_cast<int>(lines.size()), [&](int i) { return lines[i]; }, place,
+      [&](int lineIdx, bool isLast) { detail::closeByLines(lineIdx, isLast, growth); },
+      growth.trees);
+}

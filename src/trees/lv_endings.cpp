@@ -1,0 +1,75 @@
+#include "trees/lv_endings.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "trees/tree_rules.h"
+
+namespace scanline::detail {
+namespace {
+
+bool fits(const SQO_basicFeature1D& ending,
+          const SQO_basicFeature1D& node,
+          const SQO_treeGrowParam& param) {
+  return param.yDeviation_max > std::abs(ending.jumpPos.y - node.jumpPos.y) &&
+         param.zDeviation_max > std::abs(ending.jumpPos.z - node.jumpPos.z) &&
+         lineGap(lineOf(ending), lineOf(node)) < param.maxLineSkipNum;
+}
+
+/// Lets a tree take the first ending of a line that fits a node. Null if none does.
+const SQO_basicFeature1D* takeEnding(SQO_lineFeature& line,
+                                     const SQO_basicFeature1D& node,
+                                     int treeType,
+                                     const SQO_treeGrowParam& param) {
+  const auto ending = std::find_if(
+      line.endings.begin(), line.endings.end(),
+      [&](const SQO_basicFeature1D& candidate) { return fits(candidate, node, param); });
+  if (ending == line.endings.end()) {
+    return nullptr;
+  }
+  ending->featureType = treeType;
+  return &*ending;
+}
+
+bool isOutOfReach(const SQO_lineFeature& line,
+                  const SQO_basicFeature1D& node,
+                  const SQO_treeGrowParam& param) {
+  return lineGap(line.lineIdx, lineOf(node)) > param.maxLineSkipNum;
+}
+
+}  // namespace
+
+void qo_backwardEndingGrowing(SQO_featureTree& tree,
+                              std::vector<SQO_lineFeature>& lineFeatures,
+                              const SQO_treeGrowParam& growParam) {
+  std::vector<SQO_basicFeature1D> taken;
+  SQO_basicFeature1D first = tree.treeNodes.front();
+  const int lineCount = static_cast<int>(lineFeatures.size());
+  for (int i = std::min(lineOf(first), lineCount); i > 0; --i) {
+    SQO_lineFeature& line = lineFeatures[i - 1];
+    if (const auto* ending = takeEnding(line, first, tree.treeType, growParam)) {
+      first = *ending;
+      taken.push_back(first);
+    } else if (isOutOfReach(line, first, growParam)) {
+      break;
+    }
+  }
+  tree.treeNodes.insert(tree.treeNodes.begin(), taken.rbegin(), taken.rend());
+}
+
+void qo_forwardEndingGrowing(SQO_featureTree& tree,
+                             std::vector<SQO_lineFeature>& lineFeatures,
+                             const SQO_treeGrowParam& growParam) {
+  const SQO_basicFeature1D start = tree.treeNodes.back();
+  const int lineCount = static_cast<int>(lineFeatures.size());
+  for (int i = std::max(lineOf(start), -1) + 1; i < lineCount; ++i) {
+    SQO_lineFeature& line = lineFeatures[i];
+    if (const auto* ending = takeEnding(line, start, tree.treeType, growParam)) {
+      tree.treeNodes.push_back(*ending);
+    } else if (isOutOfReach(line, tree.treeNodes.back(), growParam)) {
+      break;
+    }
+  }
+}
+
+}  // namespace scanline::detail

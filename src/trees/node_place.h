@@ -1,0 +1,44 @@
+#pragma once
+
+#include "feature_records.h"
+
+/// Where the nodes of each kind of tree lie. All growers link by these two.
+namespace scanline::detail {
+
+/// The line of a node.
+inline int lineOf(const SQO_basicFeature1D& node) {
+  return node.jumpPos2D.x;
+}
+inline int lineOf(const SQO_basicFeatureGap& node) {
+  return node.lineIdx;
+}
+inline int lineOf(const SQO_featureSemiCircle& node) {
+  return node.lineIdx;
+}
+inline int lineOf(const SJU_segFeature& node) {
+  return node.lineIdx;
+}
+
+/// The position of a node: the centre of a gap, and of a segment the end that it starts at.
+inline const STesk3DPoint& positionOf(const SQO_basicFeature1D& node) {
+  return node.jumpPos;
+}
+inline STesk3DPoint positionOf(const SQO_basicFeatureGap& node) {
+  const STesk3DPoint& a = node.gapStart.pt3D;
+  const STesk3DPoint& b = node.gapEnd.pt3D;
+  return {(a.x + b.x) * 0.5, (a.y + b.y) * 0.5, (a.z + b.z) * 0.5};
+}
+inline const STesk3DPoint& positionOf(const SQO_featureSemiCircle& node) {
+  return node.midPt;
+}
+inline const STesk3DPoint& positionOf(const SJU_segFeature& node) {
+  return node.startPt;
+}
+
+/// The y by which a tree is found: that of its last node.
+template <typename Tree>
+double lastY(const Tree& tree) {
+  return positionOf(tree.treeNodes.back()).y;
+}
+
+}  // namespace scanline::detail
