@@ -1,0 +1,313 @@
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <vector>
+
+#include "trees.h"
+
+// The growers of endings, gaps, semi-circles, segments and LV features: where they differ from the
+// growers of single features.
+
+namespace {
+
+using Trees = std::vector<SQO_featureTree>;
+using Ys = std::vector<double>;
+
+constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
+
+SQO_basicFeature1D feature(int line, double y, int type = FEATURE_JUMP_RISE) {
+  return {type, {line, 0}, {static_cast<double>(line), y, 10.0}, 1.0};
+}
+
+template <typename Tree>
+Ys yOf(const Tree& tree) {
+  Ys ys;
+  for (const auto& node : tree.treeNodes) {
+    ys.push_back(node.jumpPos.y);
+  }
+  return ys;
+}
+
+TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
+  std::vector<SQO_lineFeature> lines = {
+      {0, {feature(0, 0.0, FEATURE_V)}, {feature(0, 9.0, FEATURE_SEG_END)}},
+      {1, {feature(1, 0.5, FEATURE_PEAK)}, {feature(1, 0.25, 8), feature(1, 9.0, 0)}}};
+  Trees trees;
+  Trees endingTrees;
+  SQO_treeGrowParam param = kParam;
+  ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
+  ASSERT_EQ(trees.size(), 1U);
+  EXPECT_EQ(yOf(trees[0]), (Ys{0.0, 0.5}));
+  EXPECT_EQ(trees[0].treeType, FEATURE_V);
+  EXPECT_EQ(trees[0].treeState, TREE_CLOSED);
+  ASSERT_EQ(endingTrees.size(), 1U) << "the tree of one node is too short";
+  EXPECT_EQ(yOf(endingTrees[0]), (Ys{9.0, 9.0}));
+
+  param.minVTypeTreeLen = 4.0;
+  trees.clear();
+  ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
+  EXPECT_TRUE(trees.empty()) << "still held to the length of a V tree";
+}
+
+TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
+  std::vector<std::vector<STesk3DPosition>> samples(4);
+  std::vector<STesk3DLaserLine> lines;
+  for (int l = 0; l < 4; ++l) {
+    for (int p = 0; p < 4; ++p) {
+      samples[l].push_back({0, {10.0 * l, 1.0 * p, 5.0}});
+    }
+    lines.push_back({samples[l].data(), 4, 0});
+  }
+  std::vector<SQO_2DValueI> endings;
+  for (int p = 0; p < 3; ++p) {
+    endings.push_back({p, 2, 0, 0.0, 0});
+    endings.push_back({p, 3, 0, 0.0, 0});
+  }
+  Trees trees;
+  qo_getEndingGrowingTrees(endings, lines.data(), false, FEATURE_SEG_START, trees, kParam);
+  ASSERT_EQ(trees.size(), 2U);
+  EXPECT_EQ(yOf(trees[1]), (Ys{30.0, 30.0, 30.0})) << "y is the x of the scan";
+  EXPECT_EQ(trees[1].treeNodes[2].jumpPos.x, 2.0);
+  EXPECT_EQ(trees[1].treeNodes[2].jumpPos2D.y, 3);
+  EXPECT_EQ(trees[1].eLineIdx, 2);
+  EXPECT_EQ(trees[1].treeValue, 0.0);
+
+  trees.clear();
+  SQO_treeGrowParam keepAll = kParam;
+  keepAll.minLTypeTreeLen = -1.0;
+  qo_getEndingGrowingTrees(endings, lines.data(), false, 8, trees, keepAll);
+  EXPECT_EQ(trees.size(), endings.size()) << "a type that matches nothing";
+}
+
+/// Trees of endings with the given y, one per line.
+Trees grownWithAngleCheck(const Ys& ys, const SQO_treeGrowParam& param, double checkDist) {
+  std::vector<STesk3DPosition> samples(ys.size());
+  std::vector<STesk3DLaserLine> lines;
+  std::vector<SQO_2DValueI> endings;
+  for (int l = 0; l < static_cast<int>(ys.size()); ++l) {
+    samples[l] = {0, {static_cast<double>(l), ys[l], 10.0}};
+    lines.push_back({&samples[l], 1, 0});
+    endings.push_back({l, 0, 0, 0.0, 0});
+  }
+  Trees trees;
+  qo_getEndingGrowingTrees_angleCheck(endings, lines.data(), true, FEATURE_SEG_END, trees, param,
+                                      checkDist);
+  return trees;
+}
+
+TEST(EndingGrowing, TurnOffTheAxisByNoMoreThan45Degrees) {
+  SQO_treeGrowParam param = kParam;
+  param.yDeviation_max = 6.0;
+  param.minLTypeTreeLen = -1.0;
+  struct Row {
+    const char* name;
+    Ys ys;
+    double checkDist;
+    Ys first;    // the first tree
+    int anchor;  // its anchor
+  };
+  const Row rows[] = {
+      {"nearer than the distance: no test", {0, 4}, 5.0, {0, 4}, -1},
+      {"at the distance: tested", {0, 4}, std::sqrt(17.0), {0}, 0},
+      {"45 degrees", {0, 1}, 1.0, {0, 1}, 0},
+      {"the anchor follows", {0, 0, 0, 0, 0, 0}, 2.5, {0, 0, 0, 0, 0, 0}, 2},
+      {"it moves though the feature fails", {0, 0, 0, 0, 0, 0, 4}, 4.2, {0, 0, 0, 0, 0, 0}, 4},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    const Trees trees = grownWithAngleCheck(row.ys, param, row.checkDist);
+    ASSERT_FALSE(trees.empty());
+    EXPECT_EQ(yOf(trees[0]), row.first);
+    EXPECT_EQ(trees[0].anchorNode, row.anchor);
+  }
+}
+
+SQO_basicFeatureGap gap(int line, double y, double width = 2.0) {
+  const double x = line;
+  return {
+      line, {0, 0, 0}, {0, {x, y - width / 2, 10.0}}, {0, {x, y + width / 2, 12.0}}, {0, 0, 0, 0}};
+}
+
+TEST(GapGrowing, LinksCentresLineByLine) {
+  std::vector<SQO_gapFeatureTree> trees;
+  std::vector<SQO_basicFeatureGap> gaps;
+  for (int line = 0; line < 3; ++line) {
+    gaps = {gap(line, 0.0, 1.0 + 4.0 * line), gap(line, 1.0)};
+    qo_lineGapsGrowing(line, false, gaps, trees, kParam);
+  }
+  ASSERT_EQ(trees.size(), 2U) << "one gap per line and tree, whatever its width";
+  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
+  EXPECT_EQ(trees[0].treeType, 1);
+  EXPECT_EQ(trees[0].treeState, TREE_GROWING);
+  EXPECT_EQ(trees[1].eLineIdx, 2);
+
+  gaps = {gap(5, 50.0)};
+  qo_lineGapsGrowing(5, false, gaps, trees, kParam);
+  EXPECT_EQ(trees[0].treeState, TREE_GROWING) << "three lines behind are allowed";
+  SQO_treeGrowParam param = kParam;
+  param.minLTypeTreeLen = 2.0;
+  gaps.clear();
+  qo_lineGapsGrowing(6, false, gaps, trees, param);
+  ASSERT_EQ(trees.size(), 1U) << "exactly as long as the minimum is too short";
+  EXPECT_EQ(trees[0].sLineIdx, 5);
+}
+
+SQO_featureSemiCircle semiCircle(int line, double y, int state = 0) {
+  return {state, line, 0, 0, 0, {1.0 * line, y, 10.0}, 1.0, 1.0};
+}
+
+struct SemiCircleScan {
+  std::vector<SQO_semiCircleFeatureTree> trees, longTrees, shortTrees;
+
+  /// Grows by one line and gives the states that its features end with.
+  std::vector<int> grow(int line, int lineCount, std::vector<SQO_featureSemiCircle> features) {
+    qo_getFeatureGrowingTrees_semiCircle(features, line, lineCount, trees, longTrees, shortTrees,
+                                         kParam);
+    std::vector<int> states;
+    for (const SQO_featureSemiCircle& f : features) {
+      states.push_back(f.segState);
+    }
+    return states;
+  }
+};
+
+TEST(SemiCircleGrowing, TakesTheNearestOfRivals) {
+  SemiCircleScan scan;
+  scan.grow(0, 9, {semiCircle(0, 0.0)});
+  const std::vector<int> states =
+      scan.grow(1, 9,
+                {semiCircle(1, -1.5), semiCircle(1, 1.0), semiCircle(1, -1.0, 3),
+                 semiCircle(1, 2.0), semiCircle(1, 0.0)});
+  EXPECT_EQ(states, (std::vector<int>{5, 5, 5, 0, 0})) << "rivals end at the first that is too far";
+  ASSERT_EQ(scan.trees.size(), 3U);
+  EXPECT_EQ(scan.trees[0].treeNodes[1].midPt.y, 1.0) << "the earliest of equals";
+  EXPECT_EQ(scan.trees[0].treeNodes[1].segState, 0);
+  EXPECT_EQ(scan.trees[1].treeNodes[0].midPt.y, 2.0);
+}
+
+TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
+  SemiCircleScan scan;
+  scan.trees.push_back({TREE_CLOSED, 7, 0, 0, {}, 0.0, 0.0, 0, {semiCircle(0, 0.0)}});
+  scan.grow(0, 3, {semiCircle(0, 0.0, 2), semiCircle(0, 20.0), semiCircle(0, 40.0)});
+  scan.grow(1, 3, {semiCircle(1, 0.0), semiCircle(1, 20.0, 1), semiCircle(1, 40.0, 4)});
+  EXPECT_EQ(scan.trees.size(), 6U) << "the end of a tree and the start of another are forced";
+  scan.grow(2, 3, {semiCircle(2, 40.0, 5)});
+  ASSERT_EQ(scan.trees.size(), 1U);
+  EXPECT_EQ(scan.trees[0].treeType, 7) << "trees that were closed before stay";
+  ASSERT_EQ(scan.longTrees.size(), 1U);
+  EXPECT_EQ(scan.longTrees[0].treeNodes.size(), 2U);
+  ASSERT_EQ(scan.shortTrees.size(), 4U);
+  EXPECT_EQ(scan.shortTrees[0].treeNodes[0].midPt.y, 20.0) << "from the last to the first";
+  EXPECT_EQ(scan.shortTrees[3].treeNodes[0].segState, 2);
+}
+
+SJU_segFeature segment(int line, double x, double y0, double y1) {
+  return {line, 0, 0, 0, {x, y0, 10.0}, {x + 1.0, y1, 12.0}, 0.0};
+}
+
+TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
+  std::vector<std::vector<SJU_segFeature>> lines = {
+      {segment(0, 0.0, 0.0, 9.0), segment(0, 0.0, 50.0, 60.0)},
+      {segment(1, 1.0, 1.0, 8.0)},
+      {segment(2, 2.0, 0.0, 6.0), segment(2, 0.0, 1.0, 8.0)},
+      {segment(3, 2.0, 50.0, 60.0)}};
+  std::vector<SJU_segFeatureTree> trees;
+  ju_getSegFeatureGrowingTrees(lines, trees, kParam);
+  ASSERT_EQ(trees.size(), 1U) << "a tree that comes back to its x has no length";
+  EXPECT_EQ(trees[0].treeNodes[0].startPt.y, 50.0);
+
+  trees.clear();
+  lines[2][1].startPt.x = 0.25;
+  lines[2][1].endPt.x = 0.0;
+  SQO_treeGrowParam param = kParam;
+  param.maxLineSkipNum = 0;
+  ju_getSegFeatureGrowingTrees(lines, trees, param);
+  ASSERT_EQ(trees.size(), 2U);
+  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
+  EXPECT_EQ(trees[0].treeValue, 33.0);
+  EXPECT_EQ(trees[0].treeState, TREE_CLOSED);
+  EXPECT_EQ(trees[1].treeState, TREE_GROWING) << "took a node of the last line";
+
+  trees[1].eLineIdx = trees[1].sLineIdx;
+  lines.clear();
+  ju_getSegFeatureGrowingTrees(lines, trees, param);
+  EXPECT_EQ(trees.size(), 1U);
+}
+
+class LVGrowing : public testing::Test {
+ protected:
+  /// `count` lines with the features at y of the given type on lines from `first` to `last`.
+  void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE) {
+    lines_.resize(30);
+    for (int l = 0; l < 30; ++l) {
+      lines_[l].lineIdx = l;
+      if (l >= first && l <= last) {
+        lines_[l].features.push_back(feature(l, y, type));
+      }
+    }
+  }
+  void ending(int line, double y, int type = FEATURE_SEG_START) {
+    lines_[line].endings.push_back(feature(line, y, type));
+  }
+  Trees grow(const SQO_bagParam& bag) {
+    Trees trees;
+    starts_ = ends_ = {{-1, 0, 0, 0.0, 0}};
+    qo_LVFeatureGrowing(lines_, trees, bag, kParam, starts_, ends_);
+    return trees;
+  }
+
+  std::vector<SQO_lineFeature> lines_;
+  std::vector<SQO_2DValueI> starts_, ends_;
+};
+
+TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
+  edge(0.0, 10, 14);
+  lines_[12].features[0].featureType = FEATURE_JUMP_RISE;
+  for (int step = 1; step <= 4; ++step) {
+    ending(10 - step, 1.5 * step);
+    ending(14 + step, 0.5 * step, FEATURE_SEG_END);
+  }
+  ending(9, 1.5);
+  const Trees trees = grow({1.0, 1.0});
+  ASSERT_EQ(trees.size(), 1U);
+  EXPECT_EQ(trees[0].treeType, FEATURE_SLOPE_RISE);
+  EXPECT_EQ(yOf(trees[0]), (Ys{6.0, 4.5, 3.0, 1.5, 0.0, 0.0, 0.0, 0.0, 0.0, 0.5, 1.0}))
+      << "forward, the third ending is three lines away from the reference";
+  EXPECT_EQ(trees[0].sLineIdx, 10);
+  EXPECT_EQ(trees[0].treeNodes[0].featureType, FEATURE_SLOPE_RISE);
+  EXPECT_EQ(lines_[6].endings[0].featureType, FEATURE_SLOPE_RISE);
+  ASSERT_EQ(starts_.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
+  EXPECT_EQ(starts_[1].x, 9);
+  EXPECT_EQ(ends_.size(), 3U);
+  EXPECT_EQ(trees[0].xRange.min, 6.0);
+}
+
+TEST_F(LVGrowing, TakesTheLowestOfEquallyFrequentTypes) {
+  edge(0.0, 0, 3, FEATURE_V);
+  lines_[1].features[0].featureType = lines_[3].features[0].featureType = FEATURE_SLOPE_RISE;
+  EXPECT_EQ(grow({1.0, 1.0})[0].treeType, FEATURE_SLOPE_RISE);
+}
+
+TEST_F(LVGrowing, RemovesShortTreesInsideAnObject) {
+  edge(0.0, 0, 29);
+  edge(10.0, 5, 10);
+  edge(14.0, 5, 10, FEATURE_JUMP_RISE);
+  edge(20.0, 0, 29);
+  edge(30.0, 5, 10);
+  EXPECT_EQ(grow({100.0, 10.0}).size(), 5U) << "half an object long";
+  EXPECT_EQ(grow({20.0 / 1.3, 11.0}).size(), 5U) << "neighbours far enough apart";
+  const Trees trees = grow({16.0, 11.0});
+  ASSERT_EQ(trees.size(), 4U) << "without an upper neighbour, or as a jump, it stays";
+  EXPECT_EQ(trees[1].treeNodes[0].jumpPos.y, 20.0);
+}
+
+TEST_F(LVGrowing, RemovesStubsThatWander) {
+  edge(0.0, 4, 4);
+  for (int l = 5; l < 9; ++l) {
+    lines_[l].features.push_back(feature(l, 0.75 * (l - 4), FEATURE_SLOPE_RISE));
+  }
+  EXPECT_EQ(grow({1.0, 16.0}).size(), 1U) << "a quarter of the object long";
+  EXPECT_EQ(grow({1.0, 17.0}).size(), 0U);
+}
+
+}  // namespace
