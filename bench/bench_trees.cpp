@@ -1,31 +1,47 @@
 #include "bench_scan.h"
 #include "trees.h"
 
-// A feature must cost the same however many edges a line has, and however many trees have closed.
+// A feature must cost the same however many features a line has, and however many trees have closed
+// or, where those of one line never close, have gathered in the list.
 
 namespace {
 
 constexpr SQO_treeGrowParam kGrow = {2.0, 5.0, 5, 4.0, 20.0, 20.0};
-constexpr int kTreeLines = 1000;
+constexpr int kTreeLines = 2000;
 
 using Features = std::vector<SQO_basicFeature1D>;
+using FeatureLines = std::vector<Features>;
 
-/// Edges 10 apart that run straight across the scan; `strays` more features per line lie anywhere.
-std::vector<Features> makeFeatures(int edges, int strays) {
+/// Edges 10 apart that run straight across the scan. Every fifth feature is a stray that lies
+/// anywhere and as a rule starts a tree of its own.
+FeatureLines makeFeatures(int perLine) {
   bench::Noise noise;
-  std::vector<Features> lines(kTreeLines);
+  FeatureLines lines(kTreeLines);
+  const int edges = perLine - perLine / 5;
   for (int l = 0; l < kTreeLines; ++l) {
     const double x = 0.5 * l;
-    for (int k = 0; k < edges + strays; ++k) {
+    for (int k = 0; k < perLine; ++k) {
       const double y = k < edges ? 10.0 * k + noise.next() : 5.0 * edges * (1.0 + noise.next());
-      const int type = k < edges ? FEATURE_JUMP_RISE : FEATURE_CORNER_OTHER;
+      const int type = k < edges ? FEATURE_SLOPE_RISE : FEATURE_CORNER_OTHER;
       lines[l].push_back({type, {l, k}, {x, y, 100.0 + noise.next()}, 1.0});
     }
   }
   return lines;
 }
 
-std::vector<SQO_lineFeature> asRecords(const std::vector<Features>& lines) {
+/// The features of each line in another form.
+template <typename Convert>
+auto converted(const FeatureLines& lines, Convert convert) {
+  std::vector<std::vector<decltype(convert(lines[0][0]))>> result(lines.size());
+  for (std::size_t l = 0; l < lines.size(); ++l) {
+    for (const SQO_basicFeature1D& feature : lines[l]) {
+      result[l].push_back(convert(feature));
+    }
+  }
+  return result;
+}
+
+std::vector<SQO_lineFeature> asRecords(const FeatureLines& lines) {
   std::vector<SQO_lineFeature> records;
   records.reserve(lines.size());
   for (const Features& features : lines) {
@@ -34,71 +50,168 @@ std::vector<SQO_lineFeature> asRecords(const std::vector<Features>& lines) {
   return records;
 }
 
-void countFeatures(benchmark::State& state, int perLine) {
-  bench::countSamples(state, std::int64_t{kTreeLines} * perLine);
+/// Trees that closed long ago, such as those of earlier scans.
+template <typename Tree>
+std::vector<Tree> closedTrees(std::int64_t count) {
+  Tree tree = {};
+  tree.treeState = TREE_CLOSED;
+  tree.treeNodes.resize(1);
+  return {static_cast<std::size_t>(count), tree};
 }
 
-/// Trees that closed long ago, such as those of earlier scans.
-std::vector<SQO_featureTree> closedTrees(std::int64_t count) {
-  const Features nodes = {{FEATURE_JUMP_RISE, {-9, 0}, {-4.5, 0.0, 100.0}, 1.0}};
-  return {static_cast<std::size_t>(count),
-          {TREE_CLOSED, FEATURE_JUMP_RISE, -9, -9, 1.0, {0.0, 0.0}, {0.0, 0.0}, nodes, -1}};
+/// Times `grow(trees)` on a list that holds `closed` trees beforehand.
+template <typename Tree, typename Grow>
+void timeGrowing(benchmark::State& state, Grow grow) {
+  std::vector<Tree> trees;
+  for (auto _ : state) {
+    state.PauseTiming();
+    trees = closedTrees<Tree>(state.range(1));
+    state.ResumeTiming();
+    grow(trees);
+  }
+  bench::countSamples(state, std::int64_t{kTreeLines} * state.range(0));
+}
+
+FeatureLines featuresFor(const benchmark::State& state) {
+  return makeFeatures(static_cast<int>(state.range(0)));
+}
+
+void sizes(benchmark::internal::Benchmark* bench) {
+  bench->ArgNames({"features", "closed"})
+      ->Args({5, 0})
+      ->Args({50, 0})
+      ->Args({500, 0})
+      ->Args({50, 10000})
+      ->Unit(benchmark::kMillisecond);
 }
 
 void BM_Trees_WholeScan(benchmark::State& state) {
-  const int edges = static_cast<int>(state.range(0));
-  std::vector<SQO_lineFeature> lines = asRecords(makeFeatures(edges, edges / 4));
-  std::vector<SQO_featureTree> trees;
-  for (auto _ : state) {
-    state.PauseTiming();
-    trees = closedTrees(state.range(1));
-    state.ResumeTiming();
-    qo_getFeatureGrowingTrees(lines, trees, kGrow);
-  }
-  countFeatures(state, edges + edges / 4);
+  std::vector<SQO_lineFeature> lines = asRecords(featuresFor(state));
+  timeGrowing<SQO_featureTree>(
+      state, [&](auto& trees) { qo_getFeatureGrowingTrees(lines, trees, kGrow); });
 }
-BENCHMARK(BM_Trees_WholeScan)
-    ->ArgNames({"edges", "closed"})
-    ->Args({40, 0})
-    ->Args({100, 0})
-    ->Args({400, 0})
-    ->Args({40, 10000})
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Trees_WholeScan)->Apply(sizes);
 
 /// Strays start trees of one line, which here never close and gather in the list.
 void BM_Trees_Corners(benchmark::State& state) {
-  const int edges = static_cast<int>(state.range(0));
-  std::vector<Features> lines = makeFeatures(edges, edges / 4);
-  std::vector<SQO_featureTree> trees;
-  for (auto _ : state) {
-    state.PauseTiming();
-    trees.clear();
-    state.ResumeTiming();
-    qo_cornerFeaturesGrowing(lines, trees, kGrow);
-  }
-  countFeatures(state, edges + edges / 4);
+  FeatureLines lines = featuresFor(state);
+  timeGrowing<SQO_featureTree>(state,
+                               [&](auto& trees) { qo_cornerFeaturesGrowing(lines, trees, kGrow); });
 }
-BENCHMARK(BM_Trees_Corners)
-    ->ArgName("edges")
-    ->Arg(40)
-    ->Arg(100)
-    ->Arg(400)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Trees_Corners)->Apply(sizes);
 
 void BM_Trees_LineByLine(benchmark::State& state) {
-  const int edges = static_cast<int>(state.range(0));
-  std::vector<Features> lines = makeFeatures(edges, 0);
-  std::vector<SQO_featureTree> trees;
-  for (auto _ : state) {
-    state.PauseTiming();
-    trees.clear();
-    state.ResumeTiming();
+  FeatureLines lines = featuresFor(state);
+  timeGrowing<SQO_featureTree>(state, [&](auto& trees) {
     for (int l = 0; l < kTreeLines; ++l) {
       qo_lineFeaturesGrowing(l, l + 1 == kTreeLines, lines[l], trees, kGrow);
     }
-  }
-  countFeatures(state, edges);
+  });
 }
-BENCHMARK(BM_Trees_LineByLine)->ArgName("edges")->Arg(40)->Arg(400)->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Trees_LineByLine)->Apply(sizes);
+
+void BM_Trees_TypeFree(benchmark::State& state) {
+  std::vector<SQO_lineFeature> lines = asRecords(featuresFor(state));
+  for (SQO_lineFeature& line : lines) {
+    line.endings.swap(line.features);
+  }
+  timeGrowing<SQO_featureTree>(state, [&](auto& endingTrees) {
+    std::vector<SQO_featureTree> trees;
+    ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, kGrow);
+  });
+}
+BENCHMARK(BM_Trees_TypeFree)->Apply(sizes);
+
+/// The features as positions on a scan that holds just these.
+struct EndingScan {
+  explicit EndingScan(const FeatureLines& features)
+      : samples(converted(features, [](const SQO_basicFeature1D& feature) {
+          return STesk3DPosition{0, feature.jumpPos};
+        })) {
+    for (int l = 0; l < kTreeLines; ++l) {
+      const int count = static_cast<int>(samples[l].size());
+      lines.push_back({samples[l].data(), count, 0});
+      for (int k = 0; k < count; ++k) {
+        endings.push_back({l, k, 0, 0.0, 0});
+      }
+    }
+  }
+
+  std::vector<std::vector<STesk3DPosition>> samples;
+  std::vector<STesk3DLaserLine> lines;
+  std::vector<SQO_2DValueI> endings;
+};
+
+void BM_Trees_Endings(benchmark::State& state) {
+  EndingScan scan(featuresFor(state));
+  timeGrowing<SQO_featureTree>(state, [&](auto& trees) {
+    qo_getEndingGrowingTrees(scan.endings, scan.lines.data(), true, FEATURE_SEG_END, trees, kGrow);
+  });
+}
+BENCHMARK(BM_Trees_Endings)->Apply(sizes);
+
+void BM_Trees_EndingsByDirection(benchmark::State& state) {
+  EndingScan scan(featuresFor(state));
+  timeGrowing<SQO_featureTree>(state, [&](auto& trees) {
+    qo_getEndingGrowingTrees_angleCheck(scan.endings, scan.lines.data(), true, FEATURE_SEG_END,
+                                        trees, kGrow, 10.0);
+  });
+}
+BENCHMARK(BM_Trees_EndingsByDirection)->Apply(sizes);
+
+void BM_Trees_Gaps(benchmark::State& state) {
+  auto lines = converted(featuresFor(state), [](const SQO_basicFeature1D& feature) {
+    SQO_basicFeatureGap gap = {feature.jumpPos2D.x, {}, {0, feature.jumpPos}, {}, {}};
+    gap.gapEnd = gap.gapStart;
+    return gap;
+  });
+  timeGrowing<SQO_gapFeatureTree>(state, [&](auto& trees) {
+    for (int l = 0; l < kTreeLines; ++l) {
+      qo_lineGapsGrowing(l, l + 1 == kTreeLines, lines[l], trees, kGrow);
+    }
+  });
+}
+BENCHMARK(BM_Trees_Gaps)->Apply(sizes);
+
+void BM_Trees_SemiCircles(benchmark::State& state) {
+  const auto lines = converted(featuresFor(state), [](const SQO_basicFeature1D& feature) {
+    return SQO_featureSemiCircle{0, feature.jumpPos2D.x, 0, 0, 0, feature.jumpPos, 0.0, 0.0};
+  });
+  timeGrowing<SQO_semiCircleFeatureTree>(state, [&](auto& trees) {
+    auto marked = lines;  // growing marks what it has used
+    std::vector<SQO_semiCircleFeatureTree> longTrees;
+    std::vector<SQO_semiCircleFeatureTree> shortTrees;
+    for (int l = 0; l < kTreeLines; ++l) {
+      qo_getFeatureGrowingTrees_semiCircle(marked[l], l, kTreeLines, trees, longTrees, shortTrees,
+                                           kGrow);
+    }
+  });
+}
+BENCHMARK(BM_Trees_SemiCircles)->Apply(sizes);
+
+void BM_Trees_Segments(benchmark::State& state) {
+  auto lines = converted(featuresFor(state), [](const SQO_basicFeature1D& feature) {
+    return SJU_segFeature{feature.jumpPos2D.x, 0, 0, 0, feature.jumpPos, feature.jumpPos, 0.0};
+  });
+  timeGrowing<SJU_segFeatureTree>(
+      state, [&](auto& trees) { ju_getSegFeatureGrowingTrees(lines, trees, kGrow); });
+}
+BENCHMARK(BM_Trees_Segments)->Apply(sizes);
+
+/// With a start and an end of a segment on every line that no tree reaches.
+void BM_Trees_LV(benchmark::State& state) {
+  std::vector<SQO_lineFeature> lines = asRecords(featuresFor(state));
+  for (SQO_lineFeature& line : lines) {
+    const double x = 0.5 * line.lineIdx;
+    line.endings = {{FEATURE_SEG_START, {line.lineIdx, 0}, {x, -50.0, 100.0}, 0.0},
+                    {FEATURE_SEG_END, {line.lineIdx, 1}, {x, -40.0, 100.0}, 0.0}};
+  }
+  timeGrowing<SQO_featureTree>(state, [&](auto& trees) {
+    std::vector<SQO_2DValueI> starts;
+    std::vector<SQO_2DValueI> ends;
+    qo_LVFeatureGrowing(lines, trees, {300.0, 500.0}, kGrow, starts, ends);
+  });
+}
+BENCHMARK(BM_Trees_LV)->Apply(sizes);
 
 }  // namespace
