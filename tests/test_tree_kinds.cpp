@@ -234,35 +234,34 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
   EXPECT_EQ(trees.size(), 1U);
 }
 
-class LVGrowing : public testing::Test {
- protected:
+struct LVGrowing : testing::Test {
   /// `count` lines with the features at y of the given type on lines from `first` to `last`.
   void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE) {
-    lines_.resize(30);
+    lines.resize(30);
     for (int l = 0; l < 30; ++l) {
-      lines_[l].lineIdx = l;
+      lines[l].lineIdx = l;
       if (l >= first && l <= last) {
-        lines_[l].features.push_back(feature(l, y, type));
+        lines[l].features.push_back(feature(l, y, type));
       }
     }
   }
   void ending(int line, double y, int type = FEATURE_SEG_START) {
-    lines_[line].endings.push_back(feature(line, y, type));
+    lines[line].endings.push_back(feature(line, y, type));
   }
   Trees grow(const SQO_bagParam& bag) {
     Trees trees;
-    starts_ = ends_ = {{-1, 0, 0, 0.0, 0}};
-    qo_LVFeatureGrowing(lines_, trees, bag, kParam, starts_, ends_);
+    starts = ends = {{-1, 0, 0, 0.0, 0}};
+    qo_LVFeatureGrowing(lines, trees, bag, kParam, starts, ends);
     return trees;
   }
 
-  std::vector<SQO_lineFeature> lines_;
-  std::vector<SQO_2DValueI> starts_, ends_;
+  std::vector<SQO_lineFeature> lines;
+  std::vector<SQO_2DValueI> starts, ends;
 };
 
 TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
   edge(0.0, 10, 14);
-  lines_[12].features[0].featureType = FEATURE_JUMP_RISE;
+  lines[12].features[0].featureType = FEATURE_JUMP_RISE;
   for (int step = 1; step <= 4; ++step) {
     ending(10 - step, 1.5 * step);
     ending(14 + step, 0.5 * step, FEATURE_SEG_END);
@@ -275,16 +274,16 @@ TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
       << "forward, the third ending is three lines away from the reference";
   EXPECT_EQ(trees[0].sLineIdx, 10);
   EXPECT_EQ(trees[0].treeNodes[0].featureType, FEATURE_SLOPE_RISE);
-  EXPECT_EQ(lines_[6].endings[0].featureType, FEATURE_SLOPE_RISE);
-  ASSERT_EQ(starts_.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
-  EXPECT_EQ(starts_[1].x, 9);
-  EXPECT_EQ(ends_.size(), 3U);
+  EXPECT_EQ(lines[6].endings[0].featureType, FEATURE_SLOPE_RISE);
+  ASSERT_EQ(starts.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
+  EXPECT_EQ(starts[1].x, 9);
+  EXPECT_EQ(ends.size(), 3U);
   EXPECT_EQ(trees[0].xRange.min, 6.0);
 }
 
 TEST_F(LVGrowing, TakesTheLowestOfEquallyFrequentTypes) {
   edge(0.0, 0, 3, FEATURE_V);
-  lines_[1].features[0].featureType = lines_[3].features[0].featureType = FEATURE_SLOPE_RISE;
+  lines[1].features[0].featureType = lines[3].features[0].featureType = FEATURE_SLOPE_RISE;
   EXPECT_EQ(grow({1.0, 1.0})[0].treeType, FEATURE_SLOPE_RISE);
 }
 
@@ -304,7 +303,7 @@ TEST_F(LVGrowing, RemovesShortTreesInsideAnObject) {
 TEST_F(LVGrowing, RemovesStubsThatWander) {
   edge(0.0, 4, 4);
   for (int l = 5; l < 9; ++l) {
-    lines_[l].features.push_back(feature(l, 0.75 * (l - 4), FEATURE_SLOPE_RISE));
+    lines[l].features.push_back(feature(l, 0.75 * (l - 4), FEATURE_SLOPE_RISE));
   }
   EXPECT_EQ(grow({1.0, 16.0}).size(), 1U) << "a quarter of the object long";
   EXPECT_EQ(grow({1.0, 17.0}).size(), 0U);
