@@ -119,10 +119,12 @@ BENCHMARK(BM_Contours_PickEdge)->Unit(benchmark::kMicrosecond);
 void BM_Contours_Pairing(benchmark::State& state) {
   const std::vector<SQO_contourPtInfo> points = makePoints(10000, 20);
   std::vector<SQO_conotourPair> pairs;
+  pairs.reserve(points.size());
   for (const SQO_contourPtInfo& point : points) {
     pairs.push_back({0, point.edgeId, 1, 0, 0.0, point, points[0]});
   }
   std::vector<SQO_intPair> edgePairs;
+  edgePairs.reserve(state.range(0));
   for (int k = 0; k < state.range(0); ++k) {
     edgePairs.push_back({k + 1, 1, 0});
   }

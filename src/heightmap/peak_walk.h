@@ -127,18 +127,32 @@ inline bool facesWalk(int type, int step) {
 
 constexpr int kMarkType = 8;
 
-/// The record of sample i; a mark stands in for a type that is missing.
+/// The record of sample i, which has a mark in place of a type or the type code `type`.
 template <typename Axis>
-SQO_contourPtInfo contourPointAt(const Axis& axis, int i, int step, int type) {
+SQO_contourPtInfo contourPointAt(const Axis& axis, int i, int step, bool isMarked, int type) {
   const STesk2DPoint at = axis.place(i);
-  const STesk3DPosition& sample = axis.peak.sample(at);
+  const STesk3DPoint& point = axis.peak.sample(at).pt3D;
   const double dist = distanceAt(axis, i);
-  if (type == 0 && axis.peak.useMark && hasMark(sample.nPointIdx)) {
+  if (isMarked) {
     const int label = step < 0 ? Axis::kLowLabel : Axis::kHighLabel;
-    return {at.x, at.y, kMarkType, label, 0, dist, sample.pt3D};
+    return {at.x, at.y, kMarkType, label, 0, dist, point};
   }
   const int sideFlag = facesWalk(type, step) ? 1 : 0;
-  return {at.x, at.y, type, axis.peak.edge(at), sideFlag, dist, sample.pt3D};
+  return {at.x, at.y, type, axis.peak.edge(at), sideFlag, dist, point};
+}
+
+/// Whether sample i lies next to the walk's start or behind it.
+template <typename Axis>
+bool isBesideStart(const Axis& axis, int i, int step) {
+  return step > 0 ? i <= axis.start() + 1 : i >= axis.start() - 1;
+}
+
+/// Two jumps in a row that cannot be of one object. Never so while jumps end a walk.
+template <typename Axis>
+bool areJumpsApart(const SQO_contourPtInfo& previous, const SQO_contourPtInfo& point) {
+  constexpr double kMaxJumpGap = 100.0;
+  return Axis::areJumps(previous.type, point.type) &&
+         std::fabs(previous.scanDist - point.scanDist) > kMaxJumpGap;
 }
 
 /// Whether a walk ends at this sample, be it added or not. Slopes let it go on to what is harder.
@@ -153,32 +167,29 @@ bool isBoundary(const SQO_contourPtInfo& point) {
 /// whether the walk was stopped, which is not how it ends at a boundary.
 template <typename Axis>
 bool walkFromPeak(const Axis& axis, int step, std::vector<SQO_contourPtInfo>& found) {
-  constexpr double kMaxJumpGap = 100.0;
   const PeakView& peak = axis.peak;
   const int last = axis.count() - 1;
   SQO_contourPtInfo previous = {};
   for (int i = axis.start(); i >= 0 && i <= last; i += step) {
     const int flags = peak.sample(axis.place(i)).nPointIdx;
     const int type = typeIn(flags, Axis::kOwnShift);
-    if (type == 0 && i != 0 && i != last && !(peak.useMark && hasMark(flags))) {
+    const bool isMarked = type == 0 && peak.useMark && hasMark(flags);
+    if (type == 0 && !isMarked && i != 0 && i != last) {
       if (isJumpType(typeIn(flags, Axis::kOtherShift)) && !seesTypeAhead(axis, i, step)) {
         return true;
       }
       previous = {};
       continue;
     }
-    const SQO_contourPtInfo point = contourPointAt(axis, i, step, type);
+    const SQO_contourPtInfo point = contourPointAt(axis, i, step, isMarked, type);
     if (point.scanDist > peak.halfSpan) {
       return false;
     }
     if (point.type != 0 && point.edgeId >= 1) {
-      const bool isTooNear = step > 0 ? i <= axis.start() + 1 : i >= axis.start() - 1;
-      if (isTooNear) {
+      if (isBesideStart(axis, i, step)) {
         return false;
       }
-      // Never so while jumps end a walk; kept as the rule for two of them in a row.
-      if (Axis::areJumps(previous.type, point.type) &&
-          std::fabs(previous.scanDist - point.scanDist) > kMaxJumpGap) {
+      if (areJumpsApart<Axis>(previous, point)) {
         return true;
       }
       found.push_back(point);
