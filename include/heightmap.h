@@ -148,7 +148,7 @@ SCANLINE_API void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
  *
  * @param contourPts  the points of all edges; only read. `scanDist` must not be negative. If the
  *                    first edge that is long enough has a mean that is not a number, none stays.
- * @param maxEdgeId   largest label; labels from 0 to this one are not checked for
+ * @param maxEdgeId   largest label; that all labels lie from 0 to this one is not checked
  * @param distTol     tolerance of the mean distance, in the unit of the samples
  * @param outPts      the points of the edges that stay are appended, edge by edge in the order of
  *                    their first points: `x`, `y`, the type as `value`, z as `valueD`, and `tag`

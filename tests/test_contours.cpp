@@ -53,6 +53,10 @@ Outline scanned(const Scene& scene, bool exchanged) {
     scan[at.x][at.y].nPointIdx = types + 256 * spot.mark - 65536;  // the upper bits mean nothing
     edges.at<cv::Vec4i>(at)[0] = label(spot.edge, exchanged);
   }
+  for (int s = 0; s < scene.sections; ++s) {
+    const cv::Point offTheGrid = place(s, 3);  // only the peak's own index tells what is near
+    scan[offTheGrid.x][offTheGrid.y].pt3D = {1e9, 1e9, 0.0};
+  }
   const cv::Point peak = place(scene.sections / 2, 10);
   edges.at<cv::Vec4i>(peak)[3] = scene.peakFlag;
   std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
@@ -112,21 +116,20 @@ TEST(PeakXYScan, WalksToTheFirstBoundaryEachWay) {
               left, "12:3/1 14:4/2! 15:7/1 ");
   expectWalks(
       "other types; no label",
-      {{0, 7, 5, 1}, {0, 6, 15, 4}, {0, 4, 8, 1}, {0, 3, 1, 1}, {0, 14, 2, 0}, {0, 15, 2, 2}},
-      "7:5/1 6:15/4 4:8/1 ", "");
+      {{0, 7, 5, 1}, {0, 6, 15, 4}, {0, 5, 8, 1}, {0, 4, 1, 1}, {0, 14, 2, 0}, {0, 15, 2, 2}},
+      "7:5/1 6:15/4 5:8/1 ", "");
   expectWalks("beside the peak", {{0, 9, 3, 1}, kLeft, {0, 11, 4, 1}, {0, 15, 2, 1}}, "", "");
-  expectWalks("at the half-span", {{0, 1, 1, 4}, {0, 19, 2, 1}}, "1:1/4! ", "19:2/1! ");
   expectWalks("virtual labels; foreign ones",
               {{0, 7, 3, 5}, {0, 6, 3, 1}, {0, 12, 4, 8}, {0, 13, 4, 6}, {0, 14, 2, 1}}, "7:3/5! ",
               "12:4/8! 13:4/6! ");
-  expectWalks("beyond the half-span", {{0, 0, 1, 4}}, "", "");
+  expectWalks("beyond, at the half-span", {{0, 0, 1, 4}, {0, 19, 2, 1}}, "", "19:2/1! ");
   expectWalks("marks", {{0, 6, 0, 0, 0, 1}, {0, 14, 0, 3, 0, 128}}, "6:8/5 ", "14:8/6 ");
   expectWalks("marked types", {{0, 6, 2, 3, 0, 1}, {0, 14, 4, 3, 0, 1}}, "6:2/3 ", "14:4/3! ");
   expectWalks("marks unused", {{0, 6, 0, 3, 0, 1}, kLeft, {0, 14, 0, 3, 0, 1}}, left, "", false);
   expectWalks("types four on", {kLeft, {0, 13, 0, 1, 1}, {0, 17, 6, 1}, {0, 18, 2, 1}}, left,
               "17:6/1 ");
-  expectWalks("types five on", {kLeft, {0, 13, 0, 1, 2}, {0, 18, 2, 1}}, "", "");
-  expectWalks("only marks on", {kLeft, {0, 13, 0, 1, 2}, {0, 14, 0, 1, 0, 1}}, "", "");
+  expectWalks("types five on", {kLeft, {0, 13, 0, 1, 2}, {0, 14, 0, 1, 0, 1}, {0, 18, 2, 1}}, "",
+              "");
   expectWalks("the end ahead", {kLeft, {0, 16, 0, 1, 1}}, "", "");
   expectWalks("other jump at the end", {kLeft, {0, 14, 0, 1, 3}, {0, 19, 0, 1, 1}}, left, "");
   expectWalks("stop below", {{0, 8, 3, 4}, {0, 7, 0, 0, 1}, {0, 15, 2, 3}}, "8:3/4! ", "15:2/3! ");
