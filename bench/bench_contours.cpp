@@ -1,0 +1,146 @@
+#include "bench_scan.h"
+#include "heightmap.h"
+
+// The cost of a scan around a peak must follow the size of the object, not that of the scan; what
+// selects contour points must cost the same per point however many edges there are.
+
+namespace {
+
+using Contours = std::vector<SQO_lineConotours>;
+
+/// A square object in the middle of a scan at unit spacing, with an edge on each of its sides.
+class ObjectScan {
+ public:
+  explicit ObjectScan(int halfSide)
+      : scan_(kSide, bench::Line(kSide)), edges_(kSide, kSide, CV_32SC4) {
+    edges_ = cv::Scalar(0, 0, 0, 1);
+    for (int l = 0; l < kSide; ++l) {
+      for (int i = 0; i < kSide; ++i) {
+        const int along = flankType(i, halfSide);
+        const int across = flankType(l, halfSide);
+        scan_[l][i] = {along + 16 * across, {1.0 * l, 1.0 * i, 500.0}};
+        edges_.at<cv::Vec4i>(i, l)[0] = along != 0 ? along : 2 + across;
+      }
+    }
+    lines_ = bench::pointerForm(scan_);
+    // The peak's value takes half of it away again.
+    bag_.bagWidth = halfSide + 1.0;
+  }
+
+  void scanPeak() {
+    constexpr SQO_2DValueI kPeak = {kSide / 2, kSide / 2, 0, 2.0, 0};
+    for (Contours& contours : contours_) {
+      contours.clear();
+    }
+    qo_peakXYScan(lines_.data(), kSide, edges_, kPeak, {}, bag_, true, contours_[0], contours_[1],
+                  contours_[2], contours_[3], maxEdges_, maxEdges_ + 1, maxEdges_ + 2,
+                  maxEdges_ + 3);
+  }
+
+ private:
+  static constexpr int kSide = 1200;
+
+  static int flankType(int i, int halfSide) {
+    if (i == kSide / 2 - halfSide) {
+      return FEATURE_JUMP_RISE;
+    }
+    return i == kSide / 2 + halfSide ? FEATURE_JUMP_FALL : 0;
+  }
+
+  bench::Scan scan_;
+  std::vector<STesk3DLaserLine> lines_;
+  cv::Mat edges_;
+  SQO_bagParam bag_ = {0.0, 0.0};
+  Contours contours_[4];
+  int maxEdges_[4] = {};
+};
+
+void BM_Contours_PeakScan(benchmark::State& state) {
+  const int halfSide = static_cast<int>(state.range(0));
+  ObjectScan object(halfSide);
+  for (auto _ : state) {
+    object.scanPeak();
+  }
+  // The walks in either direction visit the whole object.
+  bench::countSamples(state, std::int64_t{8} * halfSide * halfSide);
+}
+BENCHMARK(BM_Contours_PeakScan)
+    ->ArgName("half_side")
+    ->Arg(50)
+    ->Arg(200)
+    ->Arg(500)
+    ->Unit(benchmark::kMicrosecond);
+
+/// Points that belong to `edges` edges in turn, at distances that tell the first three apart.
+std::vector<SQO_contourPtInfo> makePoints(std::int64_t count, int edges) {
+  bench::Noise noise;
+  std::vector<SQO_contourPtInfo> points;
+  for (int k = 0; k < count; ++k) {
+    const int edge = k % edges;
+    points.push_back(
+        {k, 0, FEATURE_JUMP_RISE, edge + 1, 1, edge + noise.next(), {0.0, 0.0, 500.0}});
+  }
+  return points;
+}
+
+void BM_Contours_PostProc(benchmark::State& state) {
+  const int edges = static_cast<int>(state.range(1));
+  std::vector<SQO_contourPtInfo> points = makePoints(state.range(0), edges);
+  std::vector<SQO_2DValueI> kept;
+  int verdict = 0;
+  for (auto _ : state) {
+    kept.clear();
+    qo_contourPostProc(points, edges, 10.0, kept, 0, &verdict);
+    benchmark::DoNotOptimize(kept.data());
+  }
+  bench::countSamples(state, state.range(0));
+}
+BENCHMARK(BM_Contours_PostProc)
+    ->ArgNames({"points", "edges"})
+    ->Args({1000, 1})
+    ->Args({1000, 3})
+    ->Args({1000, 100})
+    ->Args({100000, 3})
+    ->Unit(benchmark::kMicrosecond);
+
+void BM_Contours_PickEdge(benchmark::State& state) {
+  Contours contours(1000, {0, makePoints(10, 3)});
+  std::vector<SQO_2DValueI> picked;
+  int verdict = 0;
+  for (auto _ : state) {
+    picked.clear();
+    qo_getContourPts(contours, 1, picked, &verdict);
+    benchmark::DoNotOptimize(picked.data());
+  }
+  bench::countSamples(state, 10000);
+}
+BENCHMARK(BM_Contours_PickEdge)->Unit(benchmark::kMicrosecond);
+
+void BM_Contours_Pairing(benchmark::State& state) {
+  const std::vector<SQO_contourPtInfo> points = makePoints(10000, 20);
+  std::vector<SQO_conotourPair> pairs;
+  pairs.reserve(points.size());
+  for (const SQO_contourPtInfo& point : points) {
+    pairs.push_back({0, point.edgeId, 1, 0, 0.0, point, points[0]});
+  }
+  std::vector<SQO_intPair> edgePairs;
+  edgePairs.reserve(state.range(0));
+  for (int k = 0; k < state.range(0); ++k) {
+    edgePairs.push_back({k + 1, 1, 0});
+  }
+  std::vector<SQO_conotourPair> matched;
+  int verdicts[2] = {};
+  for (auto _ : state) {
+    matched.clear();
+    qo_getPairingContourPts(pairs, edgePairs, matched, {-1.0, 1.0}, true, verdicts, verdicts + 1);
+    benchmark::DoNotOptimize(matched.data());
+  }
+  bench::countSamples(state, static_cast<std::int64_t>(pairs.size()));
+}
+BENCHMARK(BM_Contours_Pairing)
+    ->ArgName("edge_pairs")
+    ->Arg(2)
+    ->Arg(20)
+    ->Unit(benchmark::kMicrosecond);
+
+}  // namespace

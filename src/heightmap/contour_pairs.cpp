@@ -1,0 +1,48 @@
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "heightmap.h"
+
+namespace {
+
+bool isInside(const STesk3DPoint& point, const STeskRangeD& window, bool useX) {
+  const double value = useX ? point.x : point.y;
+  return value > window.min && value < window.max;
+}
+
+bool joinsEdges(const SQO_conotourPair& pair, const std::vector<SQO_intPair>& edgePairs) {
+  return std::any_of(edgePairs.begin(), edgePairs.end(), [&](const SQO_intPair& edges) {
+    return pair.edgeId_1 == edges.first && pair.edgeId_2 == edges.second;
+  });
+}
+
+}  // namespace
+
+void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
+                             std::vector<SQO_intPair>& edgePairs,
+                             std::vector<SQO_conotourPair>& matched,
+                             STeskRangeD window,
+                             bool useX,
+                             int* sideVerdict_1,
+                             int* sideVerdict_2) {
+  *sideVerdict_1 = 0;
+  *sideVerdict_2 = 0;
+  std::size_t facing1 = 0;
+  std::size_t facing2 = 0;
+  for (const SQO_conotourPair& pair : pairs) {
+    if (isInside(pair.contourPt_1.edgePt, window, useX) &&
+        isInside(pair.contourPt_2.edgePt, window, useX) && joinsEdges(pair, edgePairs)) {
+      matched.push_back(pair);
+      facing1 += pair.contourPt_1.sideFlag >= 1 ? 1 : 0;
+      facing2 += pair.contourPt_2.sideFlag >= 1 ? 1 : 0;
+    }
+  }
+  const std::size_t half = matched.size() / 2;
+  if (facing1 > half) {
+    *sideVerdict_1 = 1;
+  }
+  if (facing2 > half) {
+    *sideVerdict_2 = 1;
+  }
+}

@@ -1,0 +1,113 @@
+#include <cstddef>
+#include <vector>
+
+#include "heightmap.h"
+
+namespace {
+
+/// Appends contour points as plain positions, and judges their sides against the whole list.
+class PointList {
+ public:
+  explicit PointList(std::vector<SQO_2DValueI>& points) : points_(points) {}
+
+  void add(const SQO_contourPtInfo& point, int tag) {
+    points_.push_back({point.x, point.y, point.type, point.edgePt.z, tag});
+    facing_ += point.sideFlag >= 1 ? 1 : 0;
+  }
+  [[nodiscard]] bool mostlyFaces() const {
+    return 2 * facing_ > points_.size();
+  }
+
+ private:
+  std::vector<SQO_2DValueI>& points_;
+  std::size_t facing_ = 0;
+};
+
+struct EdgeStat {
+  double meanDist;  ///< Sum of the distances until all points are in.
+  std::size_t ptCount;
+};
+
+/// Per-edge statistics of contour points.
+struct EdgeTable {
+  std::vector<EdgeStat> stats;  ///< By label.
+  std::vector<int> labels;      ///< In the order in which they appear.
+};
+
+EdgeTable sumByEdge(const std::vector<SQO_contourPtInfo>& contourPts, int maxEdgeId) {
+  // Widened so that a label below -1 asks for an impossible table instead of a wrapped one.
+  EdgeTable table = {std::vector<EdgeStat>(static_cast<std::size_t>(maxEdgeId + 1LL)), {}};
+  for (const SQO_contourPtInfo& point : contourPts) {
+    EdgeStat& stat = table.stats[point.edgeId];
+    if (stat.ptCount == 0) {
+      table.labels.push_back(point.edgeId);
+    }
+    stat.meanDist += point.scanDist;
+    ++stat.ptCount;
+  }
+  return table;
+}
+
+/// Turns the sums into means, drops edges of at most `minCount` points, and finds the smallest mean
+/// of the others; without any it stays below 0.0.
+double closestMean(std::size_t minCount, EdgeTable& table) {
+  double best = -1.0;
+  for (const int label : table.labels) {
+    EdgeStat& stat = table.stats[label];
+    if (stat.ptCount <= minCount) {
+      stat.ptCount = 0;
+      continue;
+    }
+    stat.meanDist /= static_cast<double>(stat.ptCount);
+    if (best < 0.0 || best > stat.meanDist) {
+      best = stat.meanDist;
+    }
+  }
+  return best;
+}
+
+}  // namespace
+
+void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
+                      int edgeId,
+                      std::vector<SQO_2DValueI>& contourPts,
+                      int* sideVerdict) {
+  *sideVerdict = 0;
+  PointList points(contourPts);
+  for (const SQO_lineConotours& contour : contours) {
+    for (const SQO_contourPtInfo& point : contour.contourPts) {
+      if (point.edgeId == edgeId) {
+        points.add(point, 0);
+      }
+    }
+  }
+  *sideVerdict = points.mostlyFaces() ? 1 : 0;
+}
+
+void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
+                        int maxEdgeId,
+                        double distTol,
+                        std::vector<SQO_2DValueI>& outPts,
+                        int tag,
+                        int* sideVerdict) {
+  *sideVerdict = 0;
+  if (contourPts.empty()) {
+    return;
+  }
+  EdgeTable table = sumByEdge(contourPts, maxEdgeId);
+  const double best = closestMean(3 * contourPts.size() / 10, table);
+  PointList points(outPts);
+  // A pass per edge is cheap: no more than three can hold over 30 % of the points each.
+  for (const int label : table.labels) {
+    const EdgeStat& stat = table.stats[label];
+    if (stat.ptCount == 0 || !(distTol > stat.meanDist - best)) {
+      continue;
+    }
+    for (const SQO_contourPtInfo& point : contourPts) {
+      if (point.edgeId == label) {
+        points.add(point, tag);
+      }
+    }
+  }
+  *sideVerdict = points.mostlyFaces() ? 1 : 0;
+}
