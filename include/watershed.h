@@ -3,7 +3,8 @@
 /**
  * @file
  * Watershed segmentation of integer images: each pixel takes the label of the basin that it lies
- * in, in ascending order of grey value.
+ * in, in ascending order of grey value. Images can have up to 2^32 pixels, beyond which
+ * std::length_error is thrown.
  *
  * An image comes with a plane of markers, whose starting values take part: above 0 is a label, 0 is
  * none, -1 is a watershed pixel, where basins meet. Neighbours are the eight around a pixel, as far
@@ -41,7 +42,6 @@ struct SJU_waterShedImage {
  *
  * @param image the image, which must be square since rows and columns are crossed. `markers` is
  *              changed in place. Below 3 x 3 pixels no minima are sought.
- * @throw std::length_error for sides beyond 65533, with nothing changed
  */
 SCANLINE_API void watershed(SJU_waterShedImage& image);
 
@@ -69,8 +69,7 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
  * @param maxLevel   highest grey value that is flooded; at -1 only the plateaus are labelled
  * @param startLabel label of the first seed, rising by 1 per seed. Should be above 0: a label
  *                   below is none to the flood, and a label of 0 fills no plateau.
- * @throw std::length_error for a `maxLevel` below -1, after the plateaus are labelled; for images
- *        beyond 65533 x 65533 pixels, with nothing changed
+ * @throw std::length_error for a `maxLevel` below -1, with the plateaus labelled
  */
 SCANLINE_API void ju_seedWatershed(SJU_waterShedImage& image,
                                    std::vector<SQO_2DValueI>& seeds,

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <chrono>
 #include <climits>
+#include <cstddef>
 #include <future>
-#include <map>
 #include <random>
 #include <set>
 #include <stdexcept>
@@ -27,7 +27,7 @@ SJU_waterShedImage imageOf(const Plane& gray, Plane markers = {}) {
 }
 
 Plane flat(int height, int width, int value = 0) {
-  return Plane(height, std::vector<int>(width, value));
+  return {static_cast<std::size_t>(height), std::vector<int>(width, value)};
 }
 
 SQO_2DValueI seedAt(int x, int y) {
@@ -49,13 +49,12 @@ namespace plain {
 
 std::vector<int> labelsAround(const Plane& markers, int r, int c) {
   std::vector<int> labels;
-  for (int y = std::max(r - 1, 0); y <= std::min(r + 1, static_cast<int>(markers.size()) - 1);
-       ++y) {
-    for (int x = std::max(c - 1, 0); x <= std::min(c + 1, static_cast<int>(markers[y].size()) - 1);
-         ++x) {
-      if ((y != r || x != c) && markers[y][x] > 0) {
-        labels.push_back(markers[y][x]);
-      }
+  for (int k = 0; k < 9; ++k) {
+    const int y = r + k / 3 - 1;
+    const int x = c + k % 3 - 1;
+    if (k != 4 && y >= 0 && y < static_cast<int>(markers.size()) && x >= 0 &&
+        x < static_cast<int>(markers[y].size()) && markers[y][x] > 0) {
+      labels.push_back(markers[y][x]);
     }
   }
   return labels;
@@ -74,12 +73,11 @@ void markMinima(const Plane& gray, int side, Plane& markers) {
     return false;
   };
   const auto overwriteNeighbour = [&](int r, int c) {
-    for (const int dc : {-1, 0, 1}) {
-      for (const int dr : {-1, 0, 1}) {
-        if ((dr != 0 || dc != 0) && markers[r + dr][c + dc] > 1) {
-          markers[r + dr][c + dc] = markers[r][c];
-          return true;
-        }
+    for (const int k : {0, 1, 2, 3, 5, 6, 7, 8}) {
+      int& neighbour = markers[r + k % 3 - 1][c + k / 3 - 1];
+      if (neighbour > 1) {
+        neighbour = markers[r][c];
+        return true;
       }
     }
     return false;
@@ -111,41 +109,28 @@ Plane segmented(const Plane& gray, Plane markers) {
   return markers;
 }
 
-/// One walk over a bucket. Returns whether a pixel settled.
-bool walk(std::vector<std::pair<int, int>>& bucket, Plane& markers) {
-  std::vector<std::pair<int, int>> waiting;
-  bool settled = false;
-  for (const auto& [r, c] : bucket) {
-    const std::vector<int> around = labelsAround(markers, r, c);
-    const std::set<int> labels(around.begin(), around.end());
-    if (markers[r][c] > 0) {
-      continue;
-    }
-    if (labels.empty()) {
-      waiting.emplace_back(r, c);
-      continue;
-    }
-    markers[r][c] = labels.size() == 1 ? *labels.begin() : -1;
-    settled = true;
-  }
-  bucket = waiting;
-  return settled;
-}
-
 /// Floods from the markers alone. Pixels that no label can reach are given up.
 Plane flooded(const Plane& gray, Plane markers, int maxLevel) {
-  std::map<int, std::vector<std::pair<int, int>>> buckets;
-  for (int r = 0; r < static_cast<int>(gray.size()); ++r) {
-    for (int c = 0; c < static_cast<int>(gray[r].size()); ++c) {
-      if (gray[r][c] <= maxLevel) {
-        buckets[gray[r][c]].emplace_back(r, c);
+  Plane isSettled = flat(static_cast<int>(gray.size()), static_cast<int>(gray[0].size()));
+  const auto walk = [&](int level) {
+    bool progress = false;
+    for (int r = 0; r < static_cast<int>(gray.size()); ++r) {
+      for (int c = 0; c < static_cast<int>(gray[r].size()); ++c) {
+        const std::vector<int> around = labelsAround(markers, r, c);
+        const std::set<int> labels(around.begin(), around.end());
+        if (gray[r][c] == level && markers[r][c] <= 0 && isSettled[r][c] == 0 && !labels.empty()) {
+          markers[r][c] = labels.size() == 1 ? *labels.begin() : -1;
+          isSettled[r][c] = 1;
+          progress = true;
+        }
       }
     }
-  }
+    return progress;
+  };
   for (bool progress = true; progress;) {
     progress = false;
-    for (auto& [level, bucket] : buckets) {
-      while (walk(bucket, markers)) {
+    for (int level = 0; level <= maxLevel; ++level) {
+      while (walk(level)) {
         progress = true;
       }
     }
@@ -186,7 +171,7 @@ TEST(Watershed, MarksFlatMinimaInTheirPattern) {
 }
 
 TEST(Watershed, CrossesRowsAndColumnsAndCountsEqualLabels) {
-  // (0, 1) is called up by the value at (1, 0), before (1, 1) and with it the corner between.
+  // The value at (1, 0) calls up the marker at (0, 1) first.
   const Plane gray = {{9, 5}, {1, 7}};
   EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {-1, -1}}));
   EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, -1}})), (Plane{{1, 1}, {-1, -1}}));

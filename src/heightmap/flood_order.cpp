@@ -26,19 +26,23 @@ struct Digit {
   }
 };
 
+/// The digits of keys up to `maxKey`, from the lowest up.
 std::vector<Digit> digitsOf(std::uint32_t maxKey) {
-  constexpr unsigned kWhole = 14;  // a key as short as that is one digit
-  constexpr unsigned kBits = 11;
-  if (maxKey >> kWhole == 0) {
-    return {{0, kWhole}};
+  constexpr unsigned kWhole = 14;  // keys as short as that have one digit
+  constexpr unsigned kMost = 11;
+  unsigned bits = 1;
+  while (bits < 32 && maxKey >> bits != 0) {
+    ++bits;
   }
+  const unsigned count = bits <= kWhole ? 1 : (bits + kMost - 1) / kMost;
   std::vector<Digit> digits;
-  for (unsigned shift = 0; shift < 32 && maxKey >> shift != 0; shift += kBits) {
-    digits.push_back({shift, kBits});
+  for (unsigned k = 0; k < count; ++k) {
+    digits.push_back({k * bits / count, (k + 1) * bits / count - k * bits / count});
   }
   return digits;
 }
 
+/// The grey values of a square image as keys.
 class GrayKeys {
  public:
   GrayKeys(const PixelRows& gray, int side) : gray_(gray), side_(side) {

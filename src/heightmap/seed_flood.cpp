@@ -78,6 +78,9 @@ void SeedFlood::walk(const Place* begin, const Place* end) {
     } else if (woken < below_.size() && (begin == end || below_[woken] < *begin)) {
       visit(below_[woken++]);
     } else if (begin != end) {
+      if (end - begin > kFetchAhead) {
+        pixels_.prefetchAround(begin[kFetchAhead]);
+      }
       visit(*begin++);
     } else {
       return;

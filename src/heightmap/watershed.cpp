@@ -17,10 +17,10 @@ using scanline::detail::Place;
 /// it has more, or what it was.
 int flooded(const int* pixel, std::ptrdiff_t stride) {
   int count = 0;
-  int sum = 0;  // the label itself as long as the count is 1
-  const auto look = [&](int label) {
-    count += label > 0 ? 1 : 0;
-    sum = label > 0 ? label : sum;
+  int label = 0;
+  const auto look = [&](int marker) {
+    count += marker > 0 ? 1 : 0;
+    label = marker > 0 ? marker : label;
   };
   for (const int* row : {pixel - stride, pixel + stride}) {
     look(row[-1]);
@@ -32,12 +32,15 @@ int flooded(const int* pixel, std::ptrdiff_t stride) {
   if (count == 0) {
     return *pixel;
   }
-  return count == 1 ? sum : -1;
+  return count == 1 ? label : -1;
 }
 
 void flood(const std::vector<Place>& order, PaddedPlane& labels) {
-  for (const Place place : order) {
-    int* pixel = labels.at(place);
+  for (std::size_t i = 0; i < order.size(); ++i) {
+    if (order.size() - i > scanline::detail::kFetchAhead) {
+      labels.prefetchAround(order[i + scanline::detail::kFetchAhead]);
+    }
+    int* pixel = labels.at(order[i]);
     if (*pixel <= 0) {
       *pixel = flooded(pixel, labels.stride());
     }
