@@ -56,8 +56,8 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
  * different ones, -1 for good. A label is seen at once by the pixels visited after it. Pixels above
  * `maxLevel` keep their marker, which spreads if it is a label; labels that the caller set stay.
  *
- * A pixel is only looked at when a neighbour got a label, so the cost is all but linear in the
- * number of pixels however many walks and sweeps they take.
+ * A pixel that waits is not visited again before a neighbour gets a label, so the cost is all but
+ * linear in the number of pixels, however many walks and sweeps they take.
  *
  * There is no way out for pixels that no label can reach: each connected part of the pixels up to
  * `maxLevel` must hold a seed or a label, or the call does not return.
@@ -67,8 +67,9 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
  * @param seeds      positions (`x` column, `y` row) inside the image, not checked; `value` receives
  *                   the seed's label, the rest stays
  * @param maxLevel   highest grey value that is flooded; at -1 only the plateaus are labelled
- * @param startLabel label of the first seed, rising by 1 per seed. Should be above 0: a label
- *                   below is none to the flood, and a label of 0 fills no plateau.
+ * @param startLabel label of the first seed, rising by 1 per seed; must not leave the range of int.
+ *                   Should be above 0: a label below is none to the flood, and a label of 0
+ *                   fills no plateau.
  * @throw std::length_error for a `maxLevel` below -1, with the plateaus labelled
  */
 SCANLINE_API void ju_seedWatershed(SJU_waterShedImage& image,

@@ -51,9 +51,10 @@ void plantSeeds(std::vector<SQO_2DValueI>& seeds, int startLabel, SJU_waterShedI
 PaddedPlane labelsOf(const SJU_waterShedImage& image) {
   PaddedPlane labels(std::max(image.height, 0), std::max(image.width, 0));
   for (int r = 0; r < image.height; ++r) {
-    const int* markers = image.markers[r].data();
-    std::transform(markers, markers + image.width, labels.row(r),
-                   [](int marker) { return std::max(marker, 0); });
+    int* row = labels.row(r);
+    for (int c = 0; c < image.width; ++c) {
+      row[c] = std::max(image.markers[r][c], 0);
+    }
   }
   return labels;
 }
