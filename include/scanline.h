@@ -14,3 +14,4 @@
 #include "scan_bounds.h"
 #include "scan_records.h"
 #include "trees.h"
+#include "watershed.h"

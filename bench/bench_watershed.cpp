@@ -1,0 +1,327 @@
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <opencv2/imgproc.hpp>
+#include <tuple>
+#include <vector>
+
+#include "bench_scan.h"
+#include "watershed.h"
+
+// The library beside the same steps in their plainest form, and beside OpenCV's watershed, which
+// follows rules of its own and takes 8-bit images with given markers only.
+
+namespace {
+
+using Plane = std::vector<std::vector<int>>;
+using Seeds = std::vector<SQO_2DValueI>;
+
+constexpr int kMaxLevel = 60;
+constexpr int kPitch = 64;  // of the blobs
+
+constexpr std::array<int, 8> kRowSteps = {-1, 0, 1, -1, 1, -1, 0, 1};
+constexpr std::array<int, 8> kColumnSteps = {-1, -1, -1, 0, 0, 1, 1, 1};
+
+SJU_waterShedImage blankImage(int side, int value) {
+  return {side, side, Plane(side, std::vector<int>(side, value)),
+          Plane(side, std::vector<int>(side))};
+}
+
+/// Seeds on a grid, shifted at random by up to a fifth of the pitch.
+Seeds makeSeeds(int side) {
+  bench::Noise noise;
+  Seeds seeds;
+  for (int y = kPitch / 2; y < side; y += kPitch) {
+    for (int x = kPitch / 2; x < side; x += kPitch) {
+      const int dx = static_cast<int>(0.2 * kPitch * noise.next());
+      const int dy = static_cast<int>(0.2 * kPitch * noise.next());
+      seeds.push_back({x + dx, y + dy, 0, 0.0, 0});
+    }
+  }
+  return seeds;
+}
+
+/// A distance map turned upside down: overlapping discs around the seeds, deepest at their centres,
+/// on a ground at level 60.
+SJU_waterShedImage makeBlobs(int side) {
+  constexpr int kRadius = 45;
+  SJU_waterShedImage image = blankImage(side, kMaxLevel);
+  for (const SQO_2DValueI& seed : makeSeeds(side)) {
+    for (int y = std::max(seed.y - kRadius, 0); y < std::min(seed.y + kRadius, side); ++y) {
+      for (int x = std::max(seed.x - kRadius, 0); x < std::min(seed.x + kRadius, side); ++x) {
+        const double inside = kRadius - std::hypot(x - seed.x, y - seed.y);
+        image.gray[y][x] = std::min(image.gray[y][x], kMaxLevel - static_cast<int>(inside));
+      }
+    }
+  }
+  return image;
+}
+
+/// The blobs in fine steps and with noise, as a height map in micrometres would be.
+SJU_waterShedImage makeHeights(int side) {
+  bench::Noise noise;
+  SJU_waterShedImage image = makeBlobs(side);
+  for (std::vector<int>& row : image.gray) {
+    for (int& value : row) {
+      value = 10000 * value + static_cast<int>(5000.0 * noise.next());
+    }
+  }
+  return image;
+}
+
+/// One corridor of level 0 that runs to and fro through walls above all levels, seeded at its end:
+/// each walk over the level gets one pixel on, or one row.
+SJU_waterShedImage makeSnake(int side, Seeds& seeds) {
+  SJU_waterShedImage image = blankImage(side, kMaxLevel + 1);
+  for (int y = 0; y < side; y += 2) {
+    std::fill(image.gray[y].begin(), image.gray[y].end(), 0);
+    if (y + 1 < side) {
+      image.gray[y + 1][y % 4 == 0 ? side - 1 : 0] = 0;
+    }
+  }
+  const int last = (side - 1) / 2 * 2;
+  seeds = {{last % 4 == 0 ? side - 1 : 0, last, 0, 0.0, 0}};
+  image.gray[last][seeds[0].x] = 1;  // or the plateau of the seed would be all of the corridor
+  return image;
+}
+
+/// The rules step by step.
+namespace plain {
+
+bool isMinimum(const SJU_waterShedImage& image, int r, int c) {
+  bool lowest = true;
+  for (int i = std::max(r - 7, 0); i <= std::min(r + 6, image.height - 1); ++i) {
+    for (int j = std::max(c - 7, 0); j <= std::min(c + 6, image.width - 1); ++j) {
+      if (image.gray[i][j] < image.gray[r][c]) {
+        lowest = false;
+        break;
+      }
+    }
+  }
+  return lowest;
+}
+
+void mark(SJU_waterShedImage& image, int r, int c, int& label) {
+  for (int k = 0; k < 8; ++k) {
+    int& neighbour = image.markers[r + kRowSteps[k]][c + kColumnSteps[k]];
+    if (neighbour > 1) {
+      neighbour = image.markers[r][c];
+      return;
+    }
+  }
+  image.markers[r][c] = ++label;
+}
+
+std::vector<int> labelsAround(const SJU_waterShedImage& image, int r, int c) {
+  std::vector<int> labels;
+  for (int k = 0; k < 8; ++k) {
+    const int y = r + kRowSteps[k];
+    const int x = c + kColumnSteps[k];
+    if (y >= 0 && y < image.height && x >= 0 && x < image.width && image.markers[y][x] > 0) {
+      labels.push_back(image.markers[y][x]);
+    }
+  }
+  return labels;
+}
+
+void watershed(SJU_waterShedImage& image) {
+  int label = 1;
+  for (int r = 1; r < image.height - 1; ++r) {
+    for (int c = 1; c < image.width - 1; ++c) {
+      if (image.markers[r][c] != 1 && isMinimum(image, r, c)) {
+        mark(image, r, c, label);
+      }
+    }
+  }
+  std::vector<std::tuple<int, int, int>> order;
+  for (int r = 0; r < image.height; ++r) {
+    for (int c = 0; c < image.width; ++c) {
+      order.emplace_back(image.gray[r][c], c, r);
+    }
+  }
+  std::sort(order.begin(), order.end());
+  for (const auto& [value, a, b] : order) {
+    if (image.markers[a][b] > 0) {
+      continue;
+    }
+    const std::vector<int> labels = labelsAround(image, a, b);
+    if (!labels.empty()) {
+      image.markers[a][b] = labels.size() == 1 ? labels[0] : -1;
+    }
+  }
+}
+
+void fillPlateau(SJU_waterShedImage& image, const SQO_2DValueI& seed) {
+  constexpr std::array<std::array<int, 2>, 4> kSteps = {{{-1, 0}, {0, -1}, {0, 1}, {1, 0}}};
+  std::vector<STesk2DPoint> plateau = {{seed.x, seed.y}};
+  for (std::size_t i = 0; i < plateau.size(); ++i) {
+    const STesk2DPoint p = plateau[i];
+    for (const auto& [dx, dy] : kSteps) {
+      const int x = p.x + dx;
+      const int y = p.y + dy;
+      if (x >= 0 && x < image.width && y >= 0 && y < image.height && image.markers[y][x] == 0 &&
+          image.gray[y][x] == image.gray[seed.y][seed.x]) {
+        image.markers[y][x] = seed.value;
+        plateau.push_back({x, y});
+      }
+    }
+  }
+}
+
+/// One walk over a bucket; returns how many pixels settled.
+int walk(SJU_waterShedImage& image, std::vector<STesk2DPoint>& bucket) {
+  std::vector<STesk2DPoint> waiting;
+  int settled = 0;
+  for (const STesk2DPoint p : bucket) {
+    if (image.markers[p.y][p.x] > 0) {
+      continue;
+    }
+    std::vector<int> labels;
+    for (int k = 0; k < 8; ++k) {
+      const int x = p.x + kColumnSteps[k];
+      const int y = p.y + kRowSteps[k];
+      if (y >= 0 && y < image.height && x >= 0 && x < image.width && image.markers[y][x] > 0 &&
+          std::find(labels.begin(), labels.end(), image.markers[y][x]) == labels.end()) {
+        labels.push_back(image.markers[y][x]);
+      }
+    }
+    if (labels.empty()) {
+      waiting.push_back(p);
+    } else {
+      image.markers[p.y][p.x] = labels.size() == 1 ? labels[0] : -1;
+      ++settled;
+    }
+  }
+  bucket.swap(waiting);
+  return settled;
+}
+
+void seedWatershed(SJU_waterShedImage& image, Seeds& seeds, int maxLevel, int startLabel) {
+  int label = startLabel;
+  for (SQO_2DValueI& seed : seeds) {
+    image.markers[seed.y][seed.x] = seed.value = label++;
+    fillPlateau(image, seed);
+  }
+  std::vector<std::vector<STesk2DPoint>> buckets(maxLevel + 1);
+  for (int y = 0; y < image.height; ++y) {
+    for (int x = 0; x < image.width; ++x) {
+      if (image.gray[y][x] <= maxLevel) {
+        buckets[image.gray[y][x]].push_back({x, y});
+      }
+    }
+  }
+  for (bool unfinished = true; unfinished;) {
+    unfinished = false;
+    for (std::vector<STesk2DPoint>& bucket : buckets) {
+      while (!bucket.empty() && walk(image, bucket) > 0) {
+      }
+      unfinished = unfinished || !bucket.empty();
+    }
+  }
+}
+
+}  // namespace plain
+
+template <typename Make, typename Run>
+void runOn(benchmark::State& state, Make make, Run run) {
+  const int side = static_cast<int>(state.range(0));
+  SJU_waterShedImage image = make(side);
+  const Plane unlabelled = image.markers;
+  for (auto _ : state) {
+    state.PauseTiming();
+    image.markers = unlabelled;
+    state.ResumeTiming();
+    run(image);
+  }
+  bench::countSamples(state, std::int64_t{side} * side);
+}
+
+template <typename Run>
+void runSnake(benchmark::State& state, Run run) {
+  Seeds seeds;
+  runOn(
+      state, [&](int side) { return makeSnake(side, seeds); },
+      [&](SJU_waterShedImage& image) { run(image, seeds, kMaxLevel, 2); });
+}
+
+template <typename Run>
+void runSeeded(benchmark::State& state, Run run) {
+  Seeds seeds = makeSeeds(static_cast<int>(state.range(0)));
+  runOn(state, makeBlobs, [&](SJU_waterShedImage& image) { run(image, seeds, kMaxLevel, 2); });
+}
+
+void BM_Watershed_Blobs(benchmark::State& state) {
+  runOn(state, makeBlobs, watershed);
+}
+
+void BM_Watershed_BlobsPlain(benchmark::State& state) {
+  runOn(state, makeBlobs, plain::watershed);
+}
+
+void BM_Watershed_Heights(benchmark::State& state) {
+  runOn(state, makeHeights, watershed);
+}
+
+void BM_Watershed_HeightsPlain(benchmark::State& state) {
+  runOn(state, makeHeights, plain::watershed);
+}
+
+void BM_SeedWatershed_Blobs(benchmark::State& state) {
+  runSeeded(state, ju_seedWatershed);
+}
+
+void BM_SeedWatershed_BlobsPlain(benchmark::State& state) {
+  runSeeded(state, plain::seedWatershed);
+}
+
+void BM_SeedWatershed_Snake(benchmark::State& state) {
+  runSnake(state, ju_seedWatershed);
+}
+
+void BM_SeedWatershed_SnakePlain(benchmark::State& state) {
+  runSnake(state, plain::seedWatershed);
+}
+
+void BM_Watershed_BlobsOpenCV(benchmark::State& state) {
+  const int side = static_cast<int>(state.range(0));
+  const SJU_waterShedImage blobs = makeBlobs(side);
+  cv::Mat image(side, side, CV_8UC3);
+  for (int r = 0; r < side; ++r) {
+    for (int c = 0; c < side; ++c) {
+      image.at<cv::Vec3b>(r, c) = cv::Vec3b::all(static_cast<unsigned char>(blobs.gray[r][c]));
+    }
+  }
+  cv::Mat markers;
+  for (auto _ : state) {
+    state.PauseTiming();
+    markers = cv::Mat::zeros(side, side, CV_32S);
+    int label = 2;
+    for (const SQO_2DValueI& seed : makeSeeds(side)) {
+      markers.at<int>(seed.y, seed.x) = label++;
+    }
+    state.ResumeTiming();
+    cv::watershed(image, markers);
+  }
+  bench::countSamples(state, std::int64_t{side} * side);
+}
+
+void squares(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("side")->Arg(1024)->Arg(2048)->Unit(benchmark::kMillisecond);
+}
+
+/// Sides that the plain form, whose cost grows with the fourth power, can still do.
+void smallSquares(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("side")->Arg(64)->Arg(128)->Unit(benchmark::kMillisecond);
+}
+
+BENCHMARK(BM_Watershed_Blobs)->Apply(squares);
+BENCHMARK(BM_Watershed_BlobsPlain)->Apply(squares);
+BENCHMARK(BM_Watershed_BlobsOpenCV)->Apply(squares);
+BENCHMARK(BM_Watershed_Heights)->Apply(squares);
+BENCHMARK(BM_Watershed_HeightsPlain)->Apply(squares);
+BENCHMARK(BM_SeedWatershed_Blobs)->Apply(squares);
+BENCHMARK(BM_SeedWatershed_BlobsPlain)->Apply(squares);
+BENCHMARK(BM_SeedWatershed_Snake)->Apply(smallSquares)->Apply(squares);
+BENCHMARK(BM_SeedWatershed_SnakePlain)->Apply(smallSquares);
+
+}  // namespace
