@@ -9,6 +9,7 @@
 #include "conditioning.h"
 #include "feature_records.h"
 #include "geometry.h"
+#include "heightmap.h"
 #include "line_features.h"
 #include "scan_bounds.h"
 #include "scan_records.h"
