@@ -36,6 +36,10 @@ class BlockAxis {
   [[nodiscard]] int count() const {
     return count_;
   }
+  /// One past the last position that is in any block.
+  [[nodiscard]] int reach() const {
+    return count_ > 0 ? block(count_ - 1).limit : 0;
+  }
   [[nodiscard]] BlockSpan block(int i) const {
     const auto start = static_cast<int>(std::int64_t{i} * stride_ / 2);
     const std::int64_t end = std::int64_t{start} + extent_;

@@ -60,7 +60,7 @@ class ChamferPass {
 
  private:
   static constexpr int kRows = 8;
-  static constexpr int kChunk = 16;
+  static constexpr int kChunk = 32;
   using Chunk = std::array<float, kChunk>;
 
   /// Moves the rows `first` to `end` of a group on by a chunk each.
@@ -125,7 +125,12 @@ class ChamferPass {
   void store(int row, int col, int i) {
     const int count = countFrom(col);
     const float* const result = lowest(work_[i], count);
-    std::copy_n(result, count, lowest(row, col, count));
+    float* const pixel = lowest(row, col, count);
+    if (count == kChunk) {
+      std::copy_n(result, kChunk, pixel);  // a few moves; the other is a call
+    } else {
+      std::copy_n(result, count, pixel);
+    }
   }
 
   int rows_;

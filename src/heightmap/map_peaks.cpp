@@ -11,9 +11,9 @@ using detail::BlockSpan;
 /// Finds the highest cell of a block, and the first in column-major order among equals.
 class MapSearch {
  public:
-  explicit MapSearch(const cv::Mat& map) : map_(map), columnMax_(map.cols) {
-    hasOddCell_.reserve(map.rows);
-    for (int r = 0; r < map.rows; ++r) {
+  MapSearch(const cv::Mat& map, int rows, int cols) : map_(map), columnMax_(cols) {
+    hasOddCell_.reserve(rows);
+    for (int r = 0; r < rows; ++r) {
       hasOddCell_.push_back(hasOddCell(map.ptr<float>(r)));
     }
   }
@@ -26,7 +26,7 @@ class MapSearch {
       return;
     }
     const auto* const top = map_.ptr<float>(rows.start);
-    std::copy(top, top + map_.cols, columnMax_.begin());
+    std::copy_n(top, columnMax_.size(), columnMax_.begin());
     for (int r = rows.start + 1; r < rows.limit; ++r) {
       raise(map_.ptr<float>(r));
     }
@@ -52,8 +52,8 @@ class MapSearch {
   /// replaces it, be it lower or not, and a not-a-number is never replaced, so that the outcome
   /// depends on the order in which cells are visited.
   [[nodiscard]] bool hasOddCell(const float* row) const {
-    int odd = 0;
-    for (int c = 0; c < map_.cols; ++c) {
+    int odd = 0;  // without a branch: the rows are read as fast as memory goes
+    for (std::size_t c = 0; c < columnMax_.size(); ++c) {
       odd |= row[c] >= 0.0F ? 0 : 1;
     }
     return odd != 0;
@@ -61,7 +61,8 @@ class MapSearch {
 
   void raise(const float* __restrict row) {
     float* const columnMax = columnMax_.data();
-    for (int c = 0; c < map_.cols; ++c) {
+    const std::size_t cols = columnMax_.size();
+    for (std::size_t c = 0; c < cols; ++c) {
       columnMax[c] = row[c] > columnMax[c] ? row[c] : columnMax[c];
     }
   }
@@ -97,7 +98,8 @@ void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
                                height);
   const detail::BlockAxis columns(distMap.cols, detail::halfBlocks(distMap.cols, width), height,
                                   width);
-  detail::walkBlocks(rows, columns, MapSearch(distMap), [&](const BlockCandidate& peak) {
-    peaks.push_back({peak.inner, peak.outer, 0, peak.value, 0});
-  });
+  detail::walkBlocks(rows, columns, MapSearch(distMap, rows.reach(), columns.reach()),
+                     [&](const BlockCandidate& peak) {
+                       peaks.push_back({peak.inner, peak.outer, 0, peak.value, 0});
+                     });
 }
