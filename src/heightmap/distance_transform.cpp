@@ -94,13 +94,13 @@ class ChamferPass {
     float* const result = lowest(work_[i], count);
     before_[i] = *lowest(row, col - 1, 1);
     if (count == kChunk) {
-      takeFromOtherRows(pixel, result, kChunk);
+      takeSteps(pixel, result, kChunk);  // a known length unrolls
     } else {
-      takeFromOtherRows(pixel, result, count);
+      takeSteps(pixel, result, count);
     }
   }
 
-  inline void takeFromOtherRows(const float* pixel, float* __restrict result, int count) const {
+  void takeSteps(const float* pixel, float* __restrict result, int count) const {
     const float* const rowBefore = pixel - stride_;
     const float* const rowAfter = pixel + stride_;
     for (int k = 0; k < count; ++k) {
@@ -151,7 +151,7 @@ void zeroBorder(cv::Mat& image) {
     std::fill(row, row + image.cols, 0.0F);
   }
   for (int r = 0; r < image.rows; ++r) {
-    float* const row = image.ptr<float>(r);
+    auto* const row = image.ptr<float>(r);
     row[0] = 0.0F;
     row[lastCol] = 0.0F;
   }
@@ -160,13 +160,12 @@ void zeroBorder(cv::Mat& image) {
 }  // namespace
 
 void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
-  cv::Mat work;
-  src.copyTo(work);
-  if (work.rows >= 3 && work.cols >= 2) {
+  src = src.clone();  // the caller's pixels stay as they are
+  if (src.rows >= 3 && src.cols >= 2) {
     const StepCosts costs = stepCosts(distType);
-    ChamferPass<1>(work, costs).run();
-    ChamferPass<-1>(work, costs).run();
+    ChamferPass<1>(src, costs).run();
+    ChamferPass<-1>(src, costs).run();
   }
-  zeroBorder(work);
-  dst = work;
+  zeroBorder(src);
+  dst = src;
 }
