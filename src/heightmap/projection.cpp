@@ -1,9 +1,10 @@
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <opencv2/core/matx.hpp>
 
-#include "geometry.h"
+#include "geometry/raster_line.h"
 #include "heightmap.h"
 #include "records/sample_rules.h"
 
@@ -85,11 +86,9 @@ class Projector {
   }
 
   void link(const STesk2DPoint& from, const STesk2DPoint& to) {
-    link_.clear();
-    drawLine(from.x, from.y, to.x, to.y, link_);
-    for (const STesk2DPoint& pixel : link_) {
-      occupy(pixel);
-    }
+    detail::forEachRasterPoint(from.x, from.y, to.x, to.y, [this](int x, int y) {
+      occupy({x, y});
+    });
   }
 
   PixelAxis columns_;
@@ -98,7 +97,6 @@ class Projector {
   double maxLinkDist_;
   cv::Mat& mask_;
   cv::Mat& backIndexing_;
-  std::vector<STesk2DPoint> link_;  // kept from link to link for its memory
 };
 
 /// Closes the gaps of a row between occupied pixels that are less than `gapLimit` apart.
