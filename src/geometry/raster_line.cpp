@@ -1,32 +1,17 @@
-#include <algorithm>
+#include "geometry/raster_line.h"
+
 #include <cstddef>
-#include <cstdlib>
 
 #include "geometry.h"
 
 void drawLine(int x0, int y0, int x1, int y1, std::vector<STesk2DPoint>& points) {
-  const int dx = std::abs(x1 - x0);
-  const int dy = std::abs(y1 - y0);
-  const int stepX = x0 < x1 ? 1 : -1;
-  const int stepY = y0 < y1 ? 1 : -1;
-  int x = x0;
-  int y = y0;
-  int err = dx - dy;
-  // The longer axis steps in every round, so the number of points is known beforehand, and filling
-  // them in is several times as fast as appending them one by one.
-  std::size_t next = points.size();
-  points.resize(next + static_cast<std::size_t>(std::max(dx, dy)) + 1);
-  points[next] = {x, y};
-  while (++next < points.size()) {
-    const int doubleErr = 2 * err;
-    if (doubleErr > -dy) {
-      err -= dy;
-      x += stepX;
-    }
-    if (doubleErr < dx) {
-      err += dx;
-      y += stepY;
-    }
+  const std::size_t before = points.size();
+  const int steps = std::max(std::abs(x1 - x0), std::abs(y1 - y0));
+  // Filling the points in is several times as fast as appending them one by one.
+  points.resize(before + static_cast<std::size_t>(steps) + 1);
+  std::size_t next = before;
+  scanline::detail::forEachRasterPoint(x0, y0, x1, y1, [&points, next](int x, int y) mutable {
     points[next] = {x, y};
-  }
+    ++next;
+  });
 }
