@@ -96,7 +96,7 @@ SCANLINE_API void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType);
  * block covers.
  *
  * Meant for maps without negative values. A negative best gives way to any cell that follows it, a
- * not-a-number to none; rows that hold one of these cost several times as much.
+ * not-a-number to none; blocks that hold one of these cost several times as much.
  *
  * @param distMap       CV_32F; not written
  * @param[in,out] peaks the peaks are appended, blocks in row-major order: `x` the column, `y` the

@@ -231,4 +231,12 @@ TEST(LocalPeaks, AreAppendedOnce) {
   EXPECT_EQ(text(found), "(1,2) 4, 3 5; (15,5) 2.5, 0 0; (5,9) 1, 0 0; ");
 }
 
+TEST(LocalPeaks, ANegativeBestGivesWayToWhatFollows) {
+  cv::Mat map(6, 6, CV_32F, cv::Scalar(-3.0));
+  map.at<float>(2, 2) = -2.0F;
+  std::vector<SQO_2DValueI> found;
+  qo_getLocalPeaks_distTransform(map, found, {8, 8});
+  EXPECT_EQ(text(found), "(5,5) -3, 0 0; ");
+}
+
 }  // namespace

@@ -41,11 +41,12 @@ inline float smaller(float distance, float candidate) {
 template <int kDirection>
 class ChamferPass {
  public:
-  ChamferPass(cv::Mat& image, const StepCosts& costs)
-      : rows_(image.rows),
-        cols_(image.cols),
-        stride_(static_cast<std::ptrdiff_t>(image.step1()) * kDirection),
-        origin_(kDirection > 0 ? image.ptr<float>(0) : image.ptr<float>(rows_ - 1) + cols_ - 1),
+  /// `from` may be `to`. If it is not, `to` must hold its first column and both outer rows.
+  ChamferPass(const cv::Mat& from, cv::Mat& to, const StepCosts& costs)
+      : rows_(from.rows),
+        cols_(from.cols),
+        from_(plane(from.ptr<float>(), from)),
+        to_(plane(to.ptr<float>(), to)),
         costs_(costs) {}
 
   void run() {
@@ -59,9 +60,31 @@ class ChamferPass {
   }
 
  private:
-  static constexpr int kRows = 8;
+  static constexpr int kRows = 6;
   static constexpr int kChunk = 32;
   using Chunk = std::array<float, kChunk>;
+
+  /// Where the pixels of an image are, seen in the direction of the pass.
+  template <typename Value>
+  struct Plane {
+    Value* origin;
+    std::ptrdiff_t stride;
+
+    /// Pixel of the lowest address of a chunk.
+    [[nodiscard]] Value* lowest(int row, int col, int count) const {
+      Value* const pixel = origin + row * stride;
+      return kDirection > 0 ? pixel + col : pixel - col - (count - 1);
+    }
+  };
+
+  template <typename Value>
+  static Plane<Value> plane(Value* pixels, const cv::Mat& image) {
+    const auto stride = static_cast<std::ptrdiff_t>(image.step1());
+    if (kDirection > 0) {
+      return {pixels, stride};
+    }
+    return {pixels + (image.rows - 1) * stride + image.cols - 1, -stride};
+  }
 
   /// Moves the rows `first` to `end` of a group on by a chunk each.
   void advance(int row, int first, int end, int step) {
@@ -74,12 +97,6 @@ class ChamferPass {
     }
   }
 
-  /// Pixel of the lowest address of a chunk.
-  [[nodiscard]] float* lowest(int row, int col, int count) const {
-    float* pixel = origin_ + row * stride_;
-    return kDirection > 0 ? pixel + col : pixel - col - (count - 1);
-  }
-
   static float* lowest(Chunk& chunk, int count) {
     return kDirection > 0 ? chunk.data() : chunk.data() + kChunk - count;
   }
@@ -90,19 +107,22 @@ class ChamferPass {
 
   void takeFromOtherRows(int row, int col, int i) {
     const int count = countFrom(col);
-    const float* const pixel = lowest(row, col, count);
+    const float* const pixel = from_.lowest(row, col, count);
+    const float* const rowBefore = to_.lowest(row - 1, col, count);
     float* const result = lowest(work_[i], count);
-    before_[i] = *lowest(row, col - 1, 1);
+    before_[i] = *to_.lowest(row, col - 1, 1);
     if (count == kChunk) {
-      takeSteps(pixel, result, kChunk);  // a known length unrolls
+      takeSteps(pixel, rowBefore, result, kChunk);  // a known length unrolls
     } else {
-      takeSteps(pixel, result, count);
+      takeSteps(pixel, rowBefore, result, count);
     }
   }
 
-  void takeSteps(const float* pixel, float* __restrict result, int count) const {
-    const float* const rowBefore = pixel - stride_;
-    const float* const rowAfter = pixel + stride_;
+  void takeSteps(const float* pixel,
+                 const float* rowBefore,
+                 float* __restrict result,
+                 int count) const {
+    const float* const rowAfter = pixel + from_.stride;
     for (int k = 0; k < count; ++k) {
       float distance = pixel[k];
       distance = smaller(distance, rowBefore[k - kDirection] + costs_.diagonal);
@@ -125,7 +145,7 @@ class ChamferPass {
   void store(int row, int col, int i) {
     const int count = countFrom(col);
     const float* const result = lowest(work_[i], count);
-    float* const pixel = lowest(row, col, count);
+    float* const pixel = to_.lowest(row, col, count);
     if (count == kChunk) {
       std::copy_n(result, kChunk, pixel);  // a few moves; the other is a call
     } else {
@@ -135,8 +155,8 @@ class ChamferPass {
 
   int rows_;
   int cols_;
-  std::ptrdiff_t stride_;
-  float* origin_;
+  Plane<const float> from_;
+  Plane<float> to_;
   StepCosts costs_;
   std::array<Chunk, kRows> work_ = {};    // rows that are not under way work on leftovers
   std::array<float, kRows> before_ = {};  // the pixel before each chunk
@@ -159,13 +179,21 @@ void zeroBorder(cv::Mat& image) {
 
 }  // namespace
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
-  src = src.clone();  // the caller's pixels stay as they are
+  cv::Mat distances;
   if (src.rows >= 3 && src.cols >= 2) {
+    // The first pass copies the image by the way.
+    distances.create(src.size(), src.type());
+    src.row(0).copyTo(distances.row(0));
+    src.row(src.rows - 1).copyTo(distances.row(src.rows - 1));
+    src.col(0).copyTo(distances.col(0));
     const StepCosts costs = stepCosts(distType);
-    ChamferPass<1>(src, costs).run();
-    ChamferPass<-1>(src, costs).run();
+    ChamferPass<1>(src, distances, costs).run();
+    ChamferPass<-1>(distances, distances, costs).run();
+  } else {
+    src.copyTo(distances);
   }
-  zeroBorder(src);
-  dst = src;
+  zeroBorder(distances);
+  dst = distances;
 }

@@ -8,38 +8,50 @@ namespace {
 using detail::BlockCandidate;
 using detail::BlockSpan;
 
+/// A negative best gives way to whatever follows it, and what is not a number to nothing: where
+/// such a cell is, the outcome depends on the order in which cells are visited.
+bool isOdd(float cell) {
+  return !(cell >= 0.0F);
+}
+
 /// Finds the highest cell of a block, and the first in column-major order among equals.
 class MapSearch {
  public:
-  MapSearch(const cv::Mat& map, int rows, int cols) : map_(map), columnMax_(cols) {
-    hasOddCell_.reserve(rows);
+  MapSearch(const cv::Mat& map, int rows, int cols)
+      : map_(map), columnMax_(cols), columnIsOdd_(cols) {
+    rowIsOdd_.reserve(rows);
     for (int r = 0; r < rows; ++r) {
-      hasOddCell_.push_back(hasOddCell(map.ptr<float>(r)));
+      rowIsOdd_.push_back(hasOddCell(map.ptr<float>(r)));
     }
   }
 
   /// Takes the columns' maxima within the band, row by row as the map lies in memory.
   void enterBand(const BlockSpan& rows) {
-    const auto flags = hasOddCell_.begin();
-    isOddBand_ = std::find(flags + rows.start, flags + rows.limit, true) != flags + rows.limit;
-    if (isOddBand_) {
-      return;
-    }
     const auto* const top = map_.ptr<float>(rows.start);
     std::copy_n(top, columnMax_.size(), columnMax_.begin());
     for (int r = rows.start + 1; r < rows.limit; ++r) {
       raise(map_.ptr<float>(r));
     }
+    bandIsOdd_ = false;
+    for (int r = rows.start; r < rows.limit; ++r) {
+      if (rowIsOdd_[r]) {
+        markOddColumns(map_.ptr<float>(r));
+      }
+    }
   }
 
+  /// The search leaves out what lies on the border of the columns.
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& rows,
                                                    const BlockSpan& columns) const {
-    if (isOddBand_) {
+    if (bandIsOdd_ && hasOddColumn(columns)) {
       return walk(rows, columns);
     }
     const auto first = columnMax_.begin() + columns.start;
     const auto highest = std::max_element(first, columnMax_.begin() + columns.limit);
     const int c = static_cast<int>(highest - columnMax_.begin());
+    if (columns.isBorder(c)) {
+      return std::nullopt;
+    }
     int r = rows.start;
     while (map_.ptr<float>(r)[c] != *highest) {
       ++r;
@@ -48,15 +60,29 @@ class MapSearch {
   }
 
  private:
-  /// Whether a row has a cell that is negative or not a number. What follows a negative best
-  /// replaces it, be it lower or not, and a not-a-number is never replaced, so that the outcome
-  /// depends on the order in which cells are visited.
   [[nodiscard]] bool hasOddCell(const float* row) const {
     int odd = 0;  // without a branch: the rows are read as fast as memory goes
     for (std::size_t c = 0; c < columnMax_.size(); ++c) {
-      odd |= row[c] >= 0.0F ? 0 : 1;
+      odd |= isOdd(row[c]) ? 1 : 0;
     }
     return odd != 0;
+  }
+
+  [[nodiscard]] bool hasOddColumn(const BlockSpan& columns) const {
+    const auto flags = columnIsOdd_.begin();
+    return std::any_of(flags + columns.start, flags + columns.limit, [](bool odd) { return odd; });
+  }
+
+  void markOddColumns(const float* row) {
+    if (!bandIsOdd_) {
+      std::fill(columnIsOdd_.begin(), columnIsOdd_.end(), false);
+      bandIsOdd_ = true;
+    }
+    for (std::size_t c = 0; c < columnIsOdd_.size(); ++c) {
+      if (isOdd(row[c])) {
+        columnIsOdd_[c] = true;
+      }
+    }
   }
 
   void raise(const float* __restrict row) {
@@ -82,9 +108,10 @@ class MapSearch {
   }
 
   const cv::Mat& map_;
-  std::vector<bool> hasOddCell_;  // by row
-  bool isOddBand_ = false;
-  std::vector<float> columnMax_;
+  std::vector<bool> rowIsOdd_;
+  std::vector<float> columnMax_;   // within the band
+  std::vector<bool> columnIsOdd_;  // within the band, if any is
+  bool bandIsOdd_ = false;
 };
 
 }  // namespace
