@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <cmath>
 #include <functional>
 #include <opencv2/imgproc.hpp>
+#include <utility>
+#include <vector>
 
 #include "bench_scan.h"
 #include "clustering.h"
@@ -17,7 +20,8 @@ using Clusters = std::vector<Points>;
 Points makeGroups(std::int64_t count, std::int64_t groupSize) {
   bench::Noise noise;
   Points points;
-  const double extent = 4.0 * std::sqrt(static_cast<double>(count / groupSize));
+  const double extent =
+      4.0 * std::sqrt(static_cast<double>(count) / static_cast<double>(groupSize));
   double x = 0.0;
   double y = 0.0;
   for (std::int64_t i = 0; i < count; ++i) {
@@ -149,7 +153,7 @@ cv::Mat makePicture(int kind, int side) {
         return std::sin(0.031 * r + 0.7 * std::sin(0.017 * c)) * std::sin(0.043 * c) > 0.2;
       });
     case 2: {
-      // Rings that are opened and shifted into one arm.
+      // Every other ring, each cut open and led over to the next at one corner.
       return draw(side, [side](int r, int c) {
         const int last = side - 3;
         const int ring = std::min({r - 2, c - 2, last - r, last - c});

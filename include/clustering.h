@@ -118,8 +118,8 @@ SCANLINE_API void ju_gridPointClustering_labelling(
  * rows and columns are left alone: a foreground pixel there keeps its 1, belongs to no region and
  * links none. An image of fewer than 3 rows or columns has no region.
  *
- * The cost is linear in the number of pixels, whatever the regions' shapes. Beside the label image
- * an int is kept per run of foreground in a row.
+ * The cost is nearly linear in the number of pixels, whatever the regions' shapes. Beside the label
+ * image there is room for one int per two pixels, of which one per run of foreground is used.
  *
  * @param bwImg        Image of 0 and 1, of one channel and any depth (not checked); may be a part
  *                     of a larger image.

@@ -1,8 +1,10 @@
 #include <algorithm>
 #include <climits>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "clustering.h"
@@ -31,13 +33,7 @@ class RowRuns {
   }
 
   void find(const int* row) {
-    // Comparing neighbours is left to vector instructions, and rows are mostly without a change.
-    changes_[0] = static_cast<unsigned char>(row[1] == kForeground);
-    for (int i = 1; i < inner_; ++i) {
-      changes_[i] =
-          static_cast<unsigned char>((row[i] == kForeground) != (row[i + 1] == kForeground));
-    }
-    changes_[inner_] = static_cast<unsigned char>(row[inner_] == kForeground);
+    markChanges(row, inner_, changes_.data());
     int found = 0;
     for (std::size_t word = 0; word < changes_.size(); word += kWord) {
       if (anyChange(word)) {
@@ -56,6 +52,16 @@ class RowRuns {
   static constexpr std::size_t kWord = sizeof(std::uint64_t);
   static constexpr int kBeyond = INT_MAX;
 
+  /// Apart and without a branch, so that it compiles to vector instructions.
+  static void markChanges(const int* row, int inner, unsigned char* changes) {
+    changes[0] = static_cast<unsigned char>(row[1] == kForeground);
+    for (int i = 1; i < inner; ++i) {
+      changes[i] =
+          static_cast<unsigned char>((row[i] == kForeground) != (row[i + 1] == kForeground));
+    }
+    changes[inner] = static_cast<unsigned char>(row[inner] == kForeground);
+  }
+
   [[nodiscard]] bool anyChange(std::size_t word) const {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &changes_[word], kWord);
@@ -72,6 +78,12 @@ class RowRuns {
 /// their number in the order of the scan.
 class Equivalences {
  public:
+  /// With room for `most` runs, so that none is ever moved. What is not used costs address space
+  /// alone where memory is handed out on first use.
+  explicit Equivalences(std::size_t most) {
+    parents_.reserve(most);
+  }
+
   [[nodiscard]] int size() const {
     return static_cast<int>(parents_.size());
   }
@@ -114,14 +126,15 @@ class Equivalences {
 };
 
 /// Adds the runs of a row, hung on those of the row above, the first of which has the number
-/// `firstAbove`. Runs touch if they are less than `reach` columns apart.
+/// `firstAbove`. `reach` is 1 if runs touch by their corners too, or else 0.
 void linkRow(
     const RowRuns& above, int firstAbove, const RowRuns& row, int reach, Equivalences& regions) {
   const int* up = above.edges();
   int upRun = firstAbove;
-  for (int k = 0; k < row.count(); ++k) {
-    const int begin = row.edges()[2 * k] - reach;
-    const int end = row.edges()[2 * k + 1] + reach;
+  const int* edge = row.edges();
+  for (int k = 0; k < row.count(); ++k, edge += 2) {
+    const int begin = edge[0] - reach;
+    const int end = edge[1] + reach;
     while (up[1] <= begin) {
       up += 2;
       ++upRun;
@@ -141,7 +154,7 @@ void linkRow(
 
 Equivalences linkRuns(const cv::Mat& image, int connectivity) {
   const int reach = connectivity == 8 ? 1 : 0;
-  Equivalences regions;
+  Equivalences regions(image.total() / 2);
   RowRuns above(image.cols);
   RowRuns row(image.cols);
   for (int r = 1; r < image.rows - 1; ++r) {
