@@ -124,8 +124,7 @@ SCANLINE_API void ju_gridPointClustering_labelling(
  * @param bwImg        Image of 0 and 1, of one channel and any depth (not checked); may be a part
  *                     of a larger image.
  * @param labImg       The labels, `CV_32S`: 0 background, 1 foreground on the outer frame, 2 and
- *                     above the regions. Allocated as cv::Mat::convertTo() does, and may be
- * `bwImg`.
+ *                     above the regions. May be `bwImg` itself.
  * @param regions      The regions are appended in the order of their numbers. It should come in
  *                     empty: a record that has come in takes up the region of its `labelID` (the
  *                     last such record, and any number but 2) instead of a new record.
