@@ -6,6 +6,7 @@
  */
 
 #include "calibration.h"
+#include "clustering.h"
 #include "conditioning.h"
 #include "feature_records.h"
 #include "geometry.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "geometry/root_free.h"
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
@@ -10,22 +11,6 @@ namespace {
 
 constexpr int kNone = -1;
 constexpr SQO_pointSlope kNoSlope = {kNone, 0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-
-/// The smallest square whose root reaches `distance`. Roots round monotonically, so comparing
-/// squares with it decides exactly as comparing roots with the distance would.
-double leastSquareReaching(double distance) {
-  if (distance <= 0.0) {
-    return 0.0;
-  }
-  double square = distance * distance;
-  while (square > 0.0 && std::sqrt(std::nextafter(square, 0.0)) >= distance) {
-    square = std::nextafter(square, 0.0);
-  }
-  while (std::sqrt(square) < distance) {
-    square = std::nextafter(square, std::numeric_limits<double>::infinity());
-  }
-  return square;
-}
 
 /// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
 /// y behaves like one with rising y.

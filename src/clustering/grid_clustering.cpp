@@ -1,0 +1,112 @@
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "clustering.h"
+
+namespace {
+
+using Grid = std::vector<std::vector<SQO_featureClusteringInfo>>;
+
+/// A stretch of grid indices, inclusive at both ends.
+struct IndexRange {
+  int first;
+  int last;
+};
+
+/// The part of the window around `centre` that lies on a grid of `count` cells. Wide sums, since
+/// the caller's window may reach anywhere.
+IndexRange windowOnGrid(int centre, int reach, std::size_t count) {
+  const std::int64_t last = static_cast<std::int64_t>(count) - 1;
+  const std::int64_t from = std::int64_t{centre} - reach;
+  const std::int64_t to = std::int64_t{centre} + reach;
+  return {static_cast<int>(std::clamp<std::int64_t>(from, 0, last + 1)),
+          static_cast<int>(std::clamp<std::int64_t>(to, -1, last))};
+}
+
+bool isOpen(const SQO_featureClusteringInfo& info) {
+  return info.featureFlag != 0 && info.clusterID <= 0 && info.queued == 0;
+}
+
+/// Appends the open cells of the window around `cell` that `links(cell, neighbour)`.
+template <typename Links>
+void drawIn(
+    Grid& grid, STesk2DPoint cell, int reach, Links links, std::vector<STesk2DPoint>& queue) {
+  const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
+  const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
+  for (int x = xs.first; x <= xs.last; ++x) {
+    for (int y = ys.first; y <= ys.last; ++y) {
+      SQO_featureClusteringInfo& info = grid[x][y];
+      if (isOpen(info) && links(cell, STesk2DPoint{x, y})) {
+        info.queued = 1;
+        queue.push_back({x, y});
+      }
+    }
+  }
+}
+
+/// Walks the queue while it grows; `widen(cell)` is called for each cell in turn.
+template <typename Links, typename Widen>
+void growCluster(Grid& grid,
+                 int reach,
+                 int clusterID,
+                 std::vector<STesk2DPoint>& queue,
+                 Links links,
+                 Widen widen) {
+  for (std::size_t i = 0; i < queue.size(); ++i) {
+    const STesk2DPoint cell = queue[i];
+    int& ownID = grid[cell.x][cell.y].clusterID;
+    if (ownID == 0) {
+      drawIn(grid, cell, reach, links, queue);
+    }
+    ownID = clusterID;
+    widen(cell);
+  }
+}
+
+template <typename Value>
+void widenBy(Value value, Value& smallest, Value& largest) {
+  smallest = std::min(smallest, value);
+  largest = std::max(largest, value);
+}
+
+}  // namespace
+
+void ju_gridPointClustering(std::vector<std::vector<SQO_featureClusteringInfo>>& featureInfo,
+                            std::vector<std::vector<STesk3DPoint>>& feature3D,
+                            int clusterCheckWin,
+                            SQO_treeGrowParam growParam,
+                            int clusterID,
+                            std::vector<STesk2DPoint>& clusterQueue,
+                            STesk3DRangeD& clusterRoi) {
+  const auto links = [&](STesk2DPoint cell, STesk2DPoint neighbour) {
+    const STesk3DPoint& p = feature3D[cell.x][cell.y];
+    const STesk3DPoint& q = feature3D[neighbour.x][neighbour.y];
+    return growParam.yDeviation_max > std::abs(p.y - q.y) &&
+           growParam.zDeviation_max > std::abs(p.z - q.z) &&
+           growParam.maxSkipDistance > std::abs(p.x - q.x);
+  };
+  const auto widen = [&](STesk2DPoint cell) {
+    const STesk3DPoint& p = feature3D[cell.x][cell.y];
+    widenBy(p.x, clusterRoi.xRange.min, clusterRoi.xRange.max);
+    widenBy(p.y, clusterRoi.yRange.min, clusterRoi.yRange.max);
+    widenBy(p.z, clusterRoi.zRange.min, clusterRoi.zRange.max);
+  };
+  growCluster(featureInfo, clusterCheckWin, clusterID, clusterQueue, links, widen);
+}
+
+void ju_gridPointClustering_labelling(
+    std::vector<std::vector<SQO_featureClusteringInfo>>& featureInfo,
+    std::vector<std::vector<STesk3DPoint>>& /*feature3D*/,
+    int clusterID,
+    std::vector<STesk2DPoint>& clusterQueue,
+    STeskRect& clusterRoi) {
+  const auto links = [](STesk2DPoint, STesk2DPoint) { return true; };
+  const auto widen = [&](STesk2DPoint cell) {
+    widenBy(cell.x, clusterRoi.left, clusterRoi.right);
+    widenBy(cell.y, clusterRoi.top, clusterRoi.bottom);
+  };
+  growCluster(featureInfo, 1, clusterID, clusterQueue, links, widen);
+}

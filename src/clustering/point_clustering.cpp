@@ -1,0 +1,145 @@
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <limits>
+#include <vector>
+
+#include "clustering.h"
+#include "geometry/root_free.h"
+
+namespace {
+
+using Points = std::vector<STesk3DPosition>;
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+
+/// The points that no cluster has taken yet, in order, with their coordinates packed for the
+/// comparison. Points are known by their index in the caller's list.
+class FreePoints {
+ public:
+  /// Points less than the root of `nearSquared` apart are near.
+  FreePoints(const Points& points, double nearSquared)
+      : points_(points), nearSquared_(nearSquared) {
+    index_.reserve(points.size());
+    for (std::size_t i = 0; i < points.size(); ++i) {
+      if (i == 0 || points[i].nPointIdx >= 0) {
+        index_.push_back(i);
+      }
+    }
+    pack();
+  }
+
+  /// Takes the first point, or returns false if none is left.
+  bool takeFirst(std::vector<std::size_t>& taken) {
+    while (first_ < index_.size() && index_[first_] == kTaken) {
+      ++first_;
+    }
+    if (first_ == index_.size()) {
+      return false;
+    }
+    take(first_, taken);
+    return true;
+  }
+
+  /// Takes all points near to `from`.
+  void takeNear(const STesk3DPoint& from, std::vector<std::size_t>& taken) {
+    if (takenCount_ > index_.size() / 4) {
+      pack();
+    }
+    for (std::size_t block = first_ / kBlock * kBlock; block < x_.size(); block += kBlock) {
+      if (!mayHoldNear(from, block)) {
+        continue;
+      }
+      for (std::size_t k = block; k < block + kBlock; ++k) {
+        if (squareTo(from, k) < nearSquared_) {
+          take(k, taken);
+        }
+      }
+    }
+  }
+
+ private:
+  static constexpr std::size_t kBlock = 64;
+  static constexpr std::size_t kTaken = std::numeric_limits<std::size_t>::max();
+
+  [[nodiscard]] double squareTo(const STesk3DPoint& from, std::size_t k) const {
+    const double dx = from.x - x_[k];
+    const double dy = from.y - y_[k];
+    return dx * dx + dy * dy;
+  }
+
+  /// Whether a block may hold a near point: false positives come from NaN alone. Gathers the sign
+  /// bits of what the squares lack, which compiles to vector instructions where counting does not.
+  [[nodiscard]] bool mayHoldNear(const STesk3DPoint& from, std::size_t block) const {
+    std::uint64_t signs = 0;
+    for (std::size_t k = block; k < block + kBlock; ++k) {
+      const double beyond = squareTo(from, k) - nearSquared_;
+      std::uint64_t bits = 0;
+      std::memcpy(&bits, &beyond, sizeof bits);
+      signs |= bits;
+    }
+    return signs >> 63U != 0;
+  }
+
+  /// Until the next packing NaN, which is near to nothing, stands for a point that was taken.
+  void take(std::size_t k, std::vector<std::size_t>& taken) {
+    taken.push_back(index_[k]);
+    index_[k] = kTaken;
+    x_[k] = kNaN;
+    ++takenCount_;
+  }
+
+  /// Closes the gaps that taken points have left, and fills the last block with NaN.
+  void pack() {
+    std::size_t count = 0;
+    for (const std::size_t i : index_) {
+      if (i != kTaken) {
+        index_[count++] = i;
+      }
+    }
+    index_.resize(count);
+    const std::size_t padded = (count + kBlock - 1) / kBlock * kBlock;
+    x_.assign(padded, kNaN);
+    y_.assign(padded, kNaN);
+    for (std::size_t k = 0; k < count; ++k) {
+      x_[k] = points_[index_[k]].pt3D.x;
+      y_[k] = points_[index_[k]].pt3D.y;
+    }
+    first_ = 0;
+    takenCount_ = 0;
+  }
+
+  const Points& points_;
+  double nearSquared_;
+  std::vector<std::size_t> index_;
+  std::vector<double> x_;
+  std::vector<double> y_;
+  std::size_t first_ = 0;  // no point before this place is left
+  std::size_t takenCount_ = 0;
+};
+
+Points copyOf(const Points& points, const std::vector<std::size_t>& members) {
+  Points cluster;
+  cluster.reserve(members.size());
+  for (const std::size_t i : members) {
+    cluster.push_back(points[i]);
+  }
+  return cluster;
+}
+
+}  // namespace
+
+void qo_pointClustering(std::vector<STesk3DPosition>& points,
+                        double clusterDist,
+                        std::vector<std::vector<STesk3DPosition>>& clusters) {
+  FreePoints free(points, scanline::detail::leastSquareReaching(clusterDist));
+  std::vector<std::size_t> members;
+  while (free.takeFirst(members)) {
+    for (std::size_t i = 0; i < members.size(); ++i) {
+      free.takeNear(points[members[i]].pt3D, members);
+    }
+    clusters.push_back(copyOf(points, members));
+    members.clear();
+  }
+  points.clear();
+}

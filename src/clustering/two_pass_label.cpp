@@ -1,0 +1,236 @@
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "clustering.h"
+
+namespace {
+
+constexpr int kForeground = 1;
+constexpr int kFirstLabel = 2;
+
+/// The runs of foreground in one row, without the image's outer columns.
+class RowRuns {
+ public:
+  explicit RowRuns(int cols)
+      : inner_(cols - 2),
+        changes_((static_cast<std::size_t>(inner_) + kWord) / kWord * kWord),
+        edges_(changes_.size() + kWord + 2, kBeyond) {}
+
+  /// Number of runs.
+  [[nodiscard]] int count() const {
+    return count_;
+  }
+
+  /// The column at which each run begins and the one behind its end, in turn; then `kBeyond`.
+  [[nodiscard]] const int* edges() const {
+    return edges_.data();
+  }
+
+  void find(const int* row) {
+    markChanges(row, inner_, changes_.data());
+    int found = 0;
+    for (std::size_t word = 0; word < changes_.size(); word += kWord) {
+      if (anyChange(word)) {
+        for (std::size_t i = word; i < word + kWord; ++i) {
+          edges_[found] = static_cast<int>(i) + 1;
+          found += changes_[i];
+        }
+      }
+    }
+    edges_[found] = kBeyond;
+    edges_[found + 1] = kBeyond;
+    count_ = found / 2;
+  }
+
+ private:
+  static constexpr std::size_t kWord = sizeof(std::uint64_t);
+  static constexpr int kBeyond = INT_MAX;
+
+  /// Apart and without a branch, so that it compiles to vector instructions.
+  static void markChanges(const int* row, int inner, unsigned char* changes) {
+    changes[0] = static_cast<unsigned char>(row[1] == kForeground);
+    for (int i = 1; i < inner; ++i) {
+      changes[i] =
+          static_cast<unsigned char>((row[i] == kForeground) != (row[i + 1] == kForeground));
+    }
+    changes[inner] = static_cast<unsigned char>(row[inner] == kForeground);
+  }
+
+  [[nodiscard]] bool anyChange(std::size_t word) const {
+    std::uint64_t bits = 0;
+    std::memcpy(&bits, &changes_[word], kWord);
+    return bits != 0;
+  }
+
+  int inner_;
+  int count_ = 0;
+  std::vector<unsigned char> changes_;  // 1 where a run begins or has ended, from column 1 on
+  std::vector<int> edges_;
+};
+
+/// Runs that hang together, as trees whose root is the first run of each region. Runs are known by
+/// their number in the order of the scan.
+class Equivalences {
+ public:
+  /// With room for `most` runs, so that none is ever moved. What is not used costs address space
+  /// alone where memory is handed out on first use.
+  explicit Equivalences(std::size_t most) {
+    parents_.reserve(most);
+  }
+
+  [[nodiscard]] int size() const {
+    return static_cast<int>(parents_.size());
+  }
+
+  /// Adds a run that hangs on another.
+  void add(int parent) {
+    parents_.push_back(parent);
+  }
+
+  int root(int run) {
+    // Halving the path on the way up needs no second walk and no stack.
+    while (parents_[run] != run) {
+      parents_[run] = parents_[parents_[run]];
+      run = parents_[run];
+    }
+    return run;
+  }
+
+  /// Joins the region of `root` with that of `run`, and returns the root of both.
+  int join(int root, int run) {
+    const int other = this->root(run);
+    const int first = std::min(root, other);
+    parents_[std::max(root, other)] = first;
+    return first;
+  }
+
+  /// Puts `numberOf()` in the place of each root, in the order of the scan, and of all runs that
+  /// hang on it.
+  template <typename NumberOf>
+  std::vector<int> numbered(NumberOf numberOf) && {
+    for (int run = 0; run < size(); ++run) {
+      // A parent comes before its children, so that it has its number already.
+      parents_[run] = parents_[run] == run ? numberOf() : parents_[parents_[run]];
+    }
+    return std::move(parents_);
+  }
+
+ private:
+  std::vector<int> parents_;
+};
+
+/// Adds the runs of a row, hung on those of the row above, the first of which has the number
+/// `firstAbove`. `reach` is 1 if runs touch by their corners too, or else 0.
+void linkRow(
+    const RowRuns& above, int firstAbove, const RowRuns& row, int reach, Equivalences& regions) {
+  const int* up = above.edges();
+  int upRun = firstAbove;
+  const int* edge = row.edges();
+  for (int k = 0; k < row.count(); ++k, edge += 2) {
+    const int begin = edge[0] - reach;
+    const int end = edge[1] + reach;
+    while (up[1] <= begin) {
+      up += 2;
+      ++upRun;
+    }
+    if (up[0] >= end) {
+      regions.add(regions.size());
+      continue;
+    }
+    int root = regions.root(upRun);
+    while (up[2] < end) {
+      up += 2;
+      root = regions.join(root, ++upRun);
+    }
+    regions.add(root);
+  }
+}
+
+Equivalences linkRuns(const cv::Mat& image, int connectivity) {
+  const int reach = connectivity == 8 ? 1 : 0;
+  Equivalences regions(image.total() / 2);
+  RowRuns above(image.cols);
+  RowRuns row(image.cols);
+  for (int r = 1; r < image.rows - 1; ++r) {
+    row.find(image.ptr<int>(r));
+    linkRow(above, regions.size() - above.count(), row, reach, regions);
+    std::swap(above, row);
+  }
+  return regions;
+}
+
+/// Hands out the regions' records, numbered in the order of asking.
+class RegionRecords {
+ public:
+  explicit RegionRecords(std::vector<SQO_Region>& regions) : regions_(regions) {
+    for (std::size_t i = 0; i < regions.size(); ++i) {
+      earlier_[regions[i].labelID] = static_cast<int>(i);
+    }
+    // Records that have come in are not looked at before there is a new one.
+    earlier_.erase(kFirstLabel);
+  }
+
+  /// Index of the next region's record.
+  int next() {
+    const int label = nextLabel_++;
+    const auto found = earlier_.find(label);
+    if (found != earlier_.end()) {
+      return found->second;
+    }
+    regions_.push_back({{INT_MAX, INT_MIN, INT_MAX, INT_MIN}, 0, label});
+    return static_cast<int>(regions_.size()) - 1;
+  }
+
+ private:
+  std::vector<SQO_Region>& regions_;
+  std::unordered_map<int, int> earlier_;
+  int nextLabel_ = kFirstLabel;
+};
+
+/// Adds pixels `begin` to `end - 1` of row `r` to a region.
+void measure(SQO_Region& region, int r, int begin, int end) {
+  region.roi.left = std::min(region.roi.left, begin);
+  region.roi.right = std::max(region.roi.right, end - 1);
+  region.roi.top = std::min(region.roi.top, r);
+  region.roi.bottom = std::max(region.roi.bottom, r);
+  region.ptCounter += end - begin;
+}
+
+void labelRuns(const std::vector<int>& recordOfRun,
+               std::vector<SQO_Region>& regions,
+               cv::Mat& image) {
+  RowRuns row(image.cols);
+  auto record = recordOfRun.begin();
+  for (int r = 1; r < image.rows - 1; ++r) {
+    int* pixels = image.ptr<int>(r);
+    row.find(pixels);
+    const int* edge = row.edges();
+    for (int k = 0; k < row.count(); ++k, edge += 2, ++record) {
+      SQO_Region& region = regions[*record];
+      measure(region, r, edge[0], edge[1]);
+      std::fill(pixels + edge[0], pixels + edge[1], region.labelID);
+    }
+  }
+}
+
+}  // namespace
+
+void QO_TwoPassLabel(const cv::Mat& bwImg,
+                     cv::Mat& labImg,
+                     std::vector<SQO_Region>& regions,
+                     int connectivity) {
+  bwImg.convertTo(labImg, CV_32S, 1.0, 0.0);
+  if (labImg.rows < 3 || labImg.cols < 3) {
+    return;
+  }
+  RegionRecords records(regions);
+  const std::vector<int> recordOfRun =
+      linkRuns(labImg, connectivity).numbered([&] { return records.next(); });
+  labelRuns(recordOfRun, regions, labImg);
+}
