@@ -79,6 +79,16 @@ TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
   EXPECT_EQ(trees.size(), endings.size()) << "a type that matches nothing";
 }
 
+TEST(EndingGrowing, ClosesTreesAfterEachEnding) {
+  STesk3DPosition samples[2] = {{0, {0.0, 0.0, 10.0}}, {0, {0.0, 30.0, 10.0}}};
+  std::vector<STesk3DLaserLine> lines(4, {samples, 2, 0});
+  std::vector<SQO_2DValueI> endings = {{0, 0, 0, 0, 0}, {3, 1, 0, 0, 0}, {3, 0, 0, 0, 0}};
+  Trees trees;
+  qo_getEndingGrowingTrees(endings, lines.data(), true, FEATURE_SEG_END, trees,
+                           {2.0, 3.0, 2, 5.0, -1.0, -1.0});
+  EXPECT_EQ(trees.size(), 3U) << "the first one is too far behind the second";
+}
+
 /// Trees of endings with the given y, one per line.
 Trees grownWithAngleCheck(const Ys& ys, const SQO_treeGrowParam& param, double checkDist) {
   std::vector<STesk3DPosition> samples(ys.size());

@@ -1,4 +1,5 @@
 #include <cmath>
+#include <optional>
 
 #include "trees.h"
 #include "trees/feature_growing.h"
@@ -29,18 +30,22 @@ Features featuresAt(const std::vector<SQO_2DValueI>& positions,
   return features;
 }
 
-/// The features in runs of one line each. A tree that a walk has left open closes on no other
-/// feature of that line, so one walk after each run does for all its features.
-std::vector<detail::FeatureLine> runsOfLines(const Features& features) {
-  std::vector<detail::FeatureLine> runs;
-  for (const SQO_basicFeature1D& feature : features) {
-    const int line = detail::lineOf(feature);
-    if (runs.empty() || runs.back().lineIdx != line) {
-      runs.emplace_back(line, &feature, 0);
+/// Grows trees from features, each a line of its own, by `place(feature, lineIdx, ahead)`.
+template <typename Place>
+void growEndings(const Features& features, Place place, detail::FeatureGrowth& growth) {
+  const auto featureAt = [&](int i) {
+    return detail::FeatureLine(detail::lineOf(features[i]), &features[i], 1);
+  };
+  std::optional<int> walkedLine;
+  const auto close = [&](int lineIdx, bool isLast) {
+    // Where the ending before was on the same line, every tree has just been looked at or has taken
+    // that ending, so nothing closes but at the very end.
+    if (isLast || walkedLine != lineIdx) {
+      detail::closeByLines(lineIdx, isLast, growth);
     }
-    ++runs.back().count;
-  }
-  return runs;
+    walkedLine = lineIdx;
+  };
+  detail::growScan(static_cast<int>(features.size()), featureAt, place, close, growth.trees);
 }
 
 /// Moves a tree's anchor up to the last node that lies far enough behind a feature.
@@ -98,11 +103,12 @@ void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
                               std::vector<SQO_featureTree>& trees,
                               SQO_treeGrowParam growParam) {
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
-  const std::vector<detail::FeatureLine> lines = runsOfLines(features);
   detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
-  detail::growFeatures(
-      static_cast<int>(lines.size()), [&](int i) { return lines[i]; }, detail::closeByLines,
-      growth);
+  const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
+                         const detail::Outlook& ahead) {
+    detail::placeFeature(feature, lineIdx, ahead, growth);
+  };
+  growEndings(features, place, growth);
 }
 
 void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
@@ -113,7 +119,6 @@ void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                          SQO_treeGrowParam growParam,
                                          double angleCheckDist) {
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
-  const std::vector<detail::FeatureLine> lines = runsOfLines(features);
   detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
   std::vector<int> fitting;
   const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
@@ -125,8 +130,5 @@ void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
       detail::attach(feature, lineIdx, treeId, growth);
     }
   };
-  detail::growScan(
-      static_cast<int>(lines.size()), [&](int i) { return lines[i]; }, place,
-      [&](int lineIdx, bool isLast) { detail::closeByLines(lineIdx, isLast, growth); },
-      growth.trees);
+  growEndings(features, place, growth);
 }
