@@ -55,4 +55,16 @@ class PaddedPlane {
   std::unique_ptr<int[]> values_;
 };
 
+/// Calls `look(value)` for the eight neighbours of a pixel in a padded plane.
+template <typename Look>
+void lookAround(const int* pixel, std::ptrdiff_t stride, Look look) {
+  for (const int* row : {pixel - stride, pixel + stride}) {
+    look(row[-1]);
+    look(row[0]);
+    look(row[1]);
+  }
+  look(pixel[-1]);
+  look(pixel[1]);
+}
+
 }  // namespace scanline::detail

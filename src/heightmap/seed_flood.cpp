@@ -13,13 +13,7 @@ namespace {
 /// What the eight neighbours of a pixel hold.
 struct Surroundings {
   Surroundings(const int* pixel, std::ptrdiff_t stride) {
-    for (const int* row : {pixel - stride, pixel + stride}) {
-      look(row[-1]);
-      look(row[0]);
-      look(row[1]);
-    }
-    look(pixel[-1]);
-    look(pixel[1]);
+    lookAround(pixel, stride, [this](int value) { look(value); });
   }
 
   void look(int value) {

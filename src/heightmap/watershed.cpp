@@ -18,17 +18,10 @@ using scanline::detail::Place;
 int flooded(const int* pixel, std::ptrdiff_t stride) {
   int count = 0;
   int label = 0;
-  const auto look = [&](int marker) {
+  scanline::detail::lookAround(pixel, stride, [&](int marker) {
     count += marker > 0 ? 1 : 0;
     label = marker > 0 ? marker : label;
-  };
-  for (const int* row : {pixel - stride, pixel + stride}) {
-    look(row[-1]);
-    look(row[0]);
-    look(row[1]);
-  }
-  look(pixel[-1]);
-  look(pixel[1]);
+  });
   if (count == 0) {
     return *pixel;
   }
