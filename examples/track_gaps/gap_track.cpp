@@ -130,7 +130,11 @@ std::optional<TruthMatch> matchTruth(const GapTrack& track,
 
 bool isBent(const GapTrack& track) {
   constexpr double kMuchBetter = 2.0;
-  return track.parabola && track.line.deviation.rms > kMuchBetter * track.parabola->deviation.rms;
+  // Below this share of the length both fits are as good as exact.
+  constexpr double kExact = 1e-6;
+  const double off = track.line.deviation.rms;
+  return track.parabola && off > kExact * track.length &&
+         off > kMuchBetter * track.parabola->deviation.rms;
 }
 
 }  // namespace examples

@@ -28,7 +28,9 @@ void addSceneOptions(CLI::App& app, SceneParams& scene) {
       ->capture_default_str()
       ->type_name("NUMBER")
       ->group(group);
-  app.add_option("--noise", scene.noise, "Standard deviation of the noise of z")
+  app.add_option(
+         "--noise", scene.noise,
+         "Standard deviation of the noise of z; above 0.05 raise --scale and --rim-angle too")
       ->check(numberIn(0.0, 100.0))
       ->capture_default_str()
       ->type_name("LENGTH")

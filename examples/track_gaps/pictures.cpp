@@ -56,7 +56,7 @@ STeskRangeD coloursFor(const Scan& heights) {
   };
   const double deep = at(z.size() / 200);
   const double face = at(z.size() / 2);
-  return widened({deep, face + (face - deep)}, 0.0);
+  return widened({deep, face + 1.5 * (face - deep)}, 0.0);
 }
 
 cv::Size2d mapSize(const HeightMapView& view) {
