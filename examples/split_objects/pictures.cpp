@@ -29,7 +29,7 @@ struct Sheet {
 };
 
 cv::Rect2d placeFor(const STeskRangeD& x, const STeskRangeD& y) {
-  constexpr double kMaxWidth = 860.0;
+  constexpr double kMaxWidth = 740.0;
   constexpr double kMaxHeight = 520.0;
   constexpr double kMinSide = 120.0;
   const double wide = x.max - x.min;
@@ -167,9 +167,9 @@ cv::Mat drawOutlines(const SplitResult& result,
   sheet.plot.drawAxes(sheet.canvas);
   drawColourBar(sheet.canvas,
                 {place.x + place.width + 24.0, place.y + 22.0, 16.0, place.height - 22.0}, view.z,
-                "height [" + unit + "]");
+                "[" + unit + "]");
   return finish(sheet, "Objects on the height map",
-                countOf(result.objects.size(), "object") + " found, parted and outlined");
+                countOf(result.objects.size(), "object") + "; colours: height over the belt");
 }
 
 }  // namespace examples

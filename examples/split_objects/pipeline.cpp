@@ -184,7 +184,10 @@ SplitResult splitObjects(Scan& heights, const SplitParams& params, Progress& pro
     result.distances = distancesInside(calm);
     result.peaks = findMiddles(result.distances, params.minWidth / result.grid.scale);
   });
-  steps.run("divide", [&] { result.regions = divide(all.mask, result.distances, result.peaks); });
+  steps.run("divide", [&] {
+    const cv::Mat depths = result.distances - distancesOutside(calm);
+    result.regions = divide(all.mask, depths, result.peaks);
+  });
   steps.run("outline", [&] { result.objects = outlineObjects(result, calm.samples, params); });
   return result;
 }

@@ -10,6 +10,8 @@
 namespace examples {
 namespace {
 
+constexpr int kEuclidean = 0;
+
 /// z as an image, a row per line; `hole` where nothing was measured.
 cv::Mat depthImage(const Scan& scan, float hole) {
   cv::Mat image(static_cast<int>(scan.size()), static_cast<int>(scan.front().size()), CV_32F,
@@ -26,15 +28,18 @@ cv::Mat depthImage(const Scan& scan, float hole) {
   return image;
 }
 
-/// Largest minus smallest z around each sample.
-cv::Mat stepsAround(const Scan& scan, cv::Size reach) {
+cv::Mat windowOf(cv::Size reach) {
+  return cv::Mat::ones(2 * reach.height + 1, 2 * reach.width + 1, CV_8U);
+}
+
+/// The samples, a row per line, that have a step between them and a neighbour.
+cv::Mat stepsIn(const Scan& scan, double stepLimit) {
   constexpr float kFar = 1e9F;
-  const cv::Mat window = cv::Mat::ones(2 * reach.height + 1, 2 * reach.width + 1, CV_8U);
   cv::Mat smallest;
   cv::Mat largest;
-  cv::erode(depthImage(scan, kFar), smallest, window);
-  cv::dilate(depthImage(scan, -kFar), largest, window);
-  return largest - smallest;
+  cv::erode(depthImage(scan, kFar), smallest, windowOf({1, 1}));
+  cv::dilate(depthImage(scan, -kFar), largest, windowOf({1, 1}));
+  return largest - smallest > stepLimit;
 }
 
 /// The lowest distance on the way from one peak straight to the other.
@@ -50,7 +55,7 @@ float lowestBetween(const cv::Mat& distances, const SQO_2DValueI& a, const SQO_2
 
 /// Whether two peaks belong to one object: there is no waist between them.
 bool isOneObject(const cv::Mat& distances, const SQO_2DValueI& high, const SQO_2DValueI& low) {
-  constexpr double kWaist = 0.8;
+  constexpr double kWaist = 0.6;
   return static_cast<double>(lowestBetween(distances, high, low)) > kWaist * low.valueD;
 }
 
@@ -87,11 +92,12 @@ Projection project(Scan& scan, const PixelGrid& grid) {
 }
 
 Scan withoutSteps(const Scan& scan, double stepLimit, cv::Size reach) {
-  const cv::Mat steps = stepsAround(scan, reach);
+  cv::Mat leftOut;
+  cv::dilate(stepsIn(scan, stepLimit), leftOut, windowOf(reach));
   Scan calm = scan;
-  for (int row = 0; row < steps.rows; ++row) {
-    for (int col = 0; col < steps.cols; ++col) {
-      if (static_cast<double>(steps.at<float>(row, col)) > stepLimit) {
+  for (int row = 0; row < leftOut.rows; ++row) {
+    for (int col = 0; col < leftOut.cols; ++col) {
+      if (leftOut.at<uchar>(row, col) != 0) {
         calm[static_cast<std::size_t>(row)][static_cast<std::size_t>(col)].pt3D.z = 0.0;
       }
     }
@@ -100,10 +106,17 @@ Scan withoutSteps(const Scan& scan, double stepLimit, cv::Size reach) {
 }
 
 cv::Mat distancesInside(const Projection& projection) {
-  constexpr int kEuclidean = 0;
   cv::Mat distances;
   qo_distanceTrans(projection.mask, distances, kEuclidean);
   return distances;
+}
+
+cv::Mat distancesOutside(const Projection& projection) {
+  constexpr float kAnyDistance = 1e6F;
+  cv::Mat outside(projection.mask.size(), CV_32F, cv::Scalar(0.0));
+  outside.setTo(kAnyDistance, projection.mask <= 0.0F);
+  qo_distanceTrans(outside, outside, kEuclidean);
+  return outside;
 }
 
 std::vector<SQO_2DValueI> findMiddles(cv::Mat& distances, double minWidth) {

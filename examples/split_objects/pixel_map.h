@@ -31,12 +31,15 @@ struct Projection {
 
 Projection project(Scan& scan, const PixelGrid& grid);
 
-/// The scan without the samples that have a step in z higher than `stepLimit` less than `reach`
-/// samples or lines away.
+/// The scan without the samples that are at most `reach` samples and lines away from a step in z
+/// higher than `stepLimit`.
 Scan withoutSteps(const Scan& scan, double stepLimit, cv::Size reach);
 
-/// How far inside its object each pixel lies, in pixels.
+/// How far inside its object each pixel lies, in pixels; what the scan does not cover is 0.
 cv::Mat distancesInside(const Projection& projection);
+
+/// How far outside of all objects each pixel lies, in pixels; what the scan covers is 0.
+cv::Mat distancesOutside(const Projection& projection);
 
 /// The middles of the objects, one each: peaks of the distances, highest first. An object is at
 /// least `minWidth` pixels wide.

@@ -9,7 +9,24 @@
 namespace examples {
 namespace {
 
-constexpr double kLevelsPerPixel = 4.0;
+/// How depths become grey values.
+struct Levels {
+  double deepest;
+  int highest;
+
+  [[nodiscard]] int of(double depth) const {
+    constexpr double kPerPixel = 4.0;
+    return static_cast<int>(std::lround(kPerPixel * (deepest - depth)));
+  }
+};
+
+Levels levelsFor(const cv::Mat& depths, const cv::Mat& isFlooded) {
+  double shallowest = 0.0;
+  Levels levels = {0.0, 0};
+  cv::minMaxLoc(depths, &shallowest, &levels.deepest, nullptr, nullptr, isFlooded);
+  levels.highest = levels.of(shallowest);
+  return levels;
+}
 
 /// The mask without what is narrower than three pixels. Where two regions meet in a dead end of one
 /// pixel's width, the pixels behind the line between them could be reached by no label.
@@ -43,21 +60,20 @@ cv::Mat reachable(const cv::Mat& open, const std::vector<SQO_2DValueI>& seeds) {
   return reached;
 }
 
-/// What is deep inside an object gets a low level, its rim a high one, and what is not to be
-/// flooded the one above all.
-SJU_waterShedImage levelsOf(const cv::Mat& distances, const cv::Mat& isFlooded, int maxLevel) {
-  const auto width = static_cast<std::size_t>(distances.cols);
-  const auto height = static_cast<std::size_t>(distances.rows);
+/// What is deepest inside an object gets level 0, its rim a high one, and what is not to be flooded
+/// the one above all.
+SJU_waterShedImage levelsOf(const cv::Mat& depths, const cv::Mat& isFlooded, const Levels& levels) {
+  const auto width = static_cast<std::size_t>(depths.cols);
+  const auto height = static_cast<std::size_t>(depths.rows);
   SJU_waterShedImage image = {
-      distances.cols, distances.rows,
-      std::vector<std::vector<int>>(height, std::vector<int>(width, maxLevel + 1)),
+      depths.cols, depths.rows,
+      std::vector<std::vector<int>>(height, std::vector<int>(width, levels.highest + 1)),
       std::vector<std::vector<int>>(height, std::vector<int>(width, 0))};
-  for (int row = 0; row < distances.rows; ++row) {
-    for (int col = 0; col < distances.cols; ++col) {
+  for (int row = 0; row < depths.rows; ++row) {
+    for (int col = 0; col < depths.cols; ++col) {
       if (isFlooded.at<uchar>(row, col) != 0) {
-        const auto distance = static_cast<double>(distances.at<float>(row, col));
         image.gray[static_cast<std::size_t>(row)][static_cast<std::size_t>(col)] =
-            maxLevel - static_cast<int>(std::lround(kLevelsPerPixel * distance));
+            levels.of(static_cast<double>(depths.at<float>(row, col)));
       }
     }
   }
@@ -75,16 +91,14 @@ cv::Mat labelImage(const SJU_waterShedImage& image) {
 
 }  // namespace
 
-Regions divide(const cv::Mat& mask, const cv::Mat& distances, std::vector<SQO_2DValueI>& seeds) {
+Regions divide(const cv::Mat& mask, const cv::Mat& depths, std::vector<SQO_2DValueI>& seeds) {
   // The flood ends only once every pixel up to its last level has been reached. What no seed is
   // connected with, such as an object too small to have one, must therefore lie above that level.
   const cv::Mat isFlooded = reachable(withoutSpurs(mask), seeds);
-  double deepest = 0.0;
-  cv::minMaxLoc(distances, nullptr, &deepest);
-  const int maxLevel = static_cast<int>(std::lround(kLevelsPerPixel * deepest));
-  SJU_waterShedImage image = levelsOf(distances, isFlooded, maxLevel);
+  const Levels levels = levelsFor(depths, isFlooded);
+  SJU_waterShedImage image = levelsOf(depths, isFlooded, levels);
   constexpr int kFirstLabel = 1;
-  ju_seedWatershed(image, seeds, maxLevel, kFirstLabel);
+  ju_seedWatershed(image, seeds, levels.highest, kFirstLabel);
   return {labelImage(image), static_cast<int>(seeds.size())};
 }
 

@@ -14,13 +14,13 @@ struct Regions {
 };
 
 /**
- * Divides what a mask covers among seeds by a watershed, in the order of falling distance.
+ * Divides what a mask covers among seeds by a watershed, from the middles of the objects outwards.
  *
- * @param mask       CV_32F, above 0 where a scan covers the pixel
- * @param distances  CV_32F, how far inside an object a pixel lies; 0 on steps between objects, so
- *                   that they are divided last
- * @param seeds      one per object; `value` receives its label
+ * @param mask    CV_32F, above 0 where a scan covers the pixel
+ * @param depths  CV_32F, how far inside an object a pixel lies; negative on the steps between
+ *                objects, so that they are divided last
+ * @param seeds   one per object; `value` receives its label
  */
-Regions divide(const cv::Mat& mask, const cv::Mat& distances, std::vector<SQO_2DValueI>& seeds);
+Regions divide(const cv::Mat& mask, const cv::Mat& depths, std::vector<SQO_2DValueI>& seeds);
 
 }  // namespace examples
