@@ -110,7 +110,7 @@ std::optional<BeltObject> tryToLay(const std::vector<BeltObject>& laid,
   if (rests) {
     const double onto = between(noise, 12.0, 28.0);
     object.centre -= onto * cv::Point2d(std::cos(direction), std::sin(direction));
-    object.base = 0.9 * (laid[partner].base + laid[partner].thickness);
+    object.base = laid[partner].base + laid[partner].thickness;
   }
   return isOnBelt(object, belt) ? std::optional<BeltObject>(object) : std::nullopt;
 }

@@ -5,6 +5,7 @@
 #include <opencv2/imgproc.hpp>
 
 #include "geometry.h"
+#include "program.h"
 #include "scan_bounds.h"
 
 namespace examples {
@@ -79,6 +80,12 @@ PixelGrid gridFor(const Scan& scan, double lineStep, double ptStep) {
   const double scale = std::max(std::ceil(kSlack * std::max(lineStep, ptStep)), 1.0);
   Scan bounds = scan;
   const STesk3DRangeD box = qo_getScanDataROI_vector(bounds);
+  const double pixels =
+      (box.xRange.max - box.xRange.min) / scale * ((box.yRange.max - box.yRange.min) / scale);
+  constexpr double kMostPixels = 1e8;
+  if (pixels > kMostPixels) {
+    throw UserError("the scan covers too large an area for its spacing; cut it up first");
+  }
   return {box.xRange, box.yRange, scale, kEdge, 2.0 * scale};
 }
 
