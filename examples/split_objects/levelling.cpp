@@ -130,7 +130,9 @@ BeltFrame findBelt(Scan& heights) {
 Scan levelAndCut(const Scan& heights, const BeltFrame& frame, double cutHeight) {
   Scan scan = heights;
   const Raster raster = rasterOf(heights);
-  const double cut = frame.calibration.planeHeight - cutHeight;
+  // A limit of 0 would cut nothing at all.
+  constexpr double kNearest = 1e-3;
+  const double cut = std::max(frame.calibration.planeHeight - cutHeight, kNearest);
   cv::parallel_for_({0, static_cast<int>(scan.size())}, [&](const cv::Range& lines) {
     for (auto l = static_cast<std::size_t>(lines.start); l < static_cast<std::size_t>(lines.end);
          ++l) {

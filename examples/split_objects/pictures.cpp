@@ -29,7 +29,7 @@ struct Sheet {
 };
 
 cv::Rect2d placeFor(const STeskRangeD& x, const STeskRangeD& y) {
-  constexpr double kMaxWidth = 740.0;
+  constexpr double kMaxWidth = 660.0;
   constexpr double kMaxHeight = 520.0;
   constexpr double kMinSide = 120.0;
   const double wide = x.max - x.min;
