@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <opencv2/imgproc.hpp>
 
 #include "height_map.h"
@@ -13,13 +14,12 @@ namespace {
 
 const cv::Scalar kNumber = rgb(255, 255, 255);
 
-/// A colour for an object; neighbouring numbers get colours far apart.
-cv::Scalar colourOf(int label) {
+/// A colour for an object by its place in the list, so that neighbours differ.
+cv::Scalar colourOf(std::size_t number) {
   static const cv::Scalar kColours[] = {rgb(255, 106, 77),  rgb(86, 204, 242),  rgb(255, 205, 66),
                                         rgb(187, 134, 252), rgb(120, 224, 120), rgb(255, 138, 200),
                                         rgb(240, 240, 240), rgb(255, 166, 84)};
-  constexpr int kCount = sizeof(kColours) / sizeof(kColours[0]);
-  return kColours[label % kCount];
+  return kColours[number % std::size(kColours)];
 }
 
 /// A canvas with a plot of the belt, x to the right and y upwards.
@@ -87,7 +87,7 @@ Scan heightsOverBelt(const SplitResult& result) {
   return scan;
 }
 
-void drawOutline(Sheet& sheet, const FoundObject& object) {
+void drawOutline(Sheet& sheet, const FoundObject& object, const cv::Scalar& colour) {
   std::vector<cv::Point2d> points;
   for (const cv::Point2d& p : object.outlinePoints) {
     points.push_back(sheet.plot.at(p.x, p.y));
@@ -95,7 +95,7 @@ void drawOutline(Sheet& sheet, const FoundObject& object) {
   if (!points.empty()) {
     points.push_back(points.front());
   }
-  drawRimmedLine(sheet.canvas, points, colourOf(object.label));
+  drawRimmedLine(sheet.canvas, points, colour);
 }
 
 std::string countOf(std::size_t count, const std::string& what) {
@@ -136,8 +136,8 @@ cv::Mat drawDistances(const SplitResult& result, const std::string& unit) {
 cv::Mat drawRegions(const SplitResult& result, const std::string& unit) {
   cv::Mat colours = ground(result.mask.size());
   colours.setTo(rgb(90, 92, 100), result.mask > 0.0F);
-  for (int label = 1; label <= result.regions.count; ++label) {
-    colours.setTo(colourOf(label), result.regions.labels == label);
+  for (std::size_t i = 0; i < result.objects.size(); ++i) {
+    colours.setTo(colourOf(i), result.regions.labels == result.objects[i].label);
   }
   Sheet sheet = showPixels(colours, result.grid, unit);
   return finish(sheet, "Watershed regions", "grey: where two regions meet, or no object");
@@ -156,8 +156,8 @@ cv::Mat drawOutlines(const SplitResult& result,
   Sheet sheet = makeSheet(x, y, 96.0, unit);
   const cv::Rect2d& place = sheet.plot.place();
   sheet.canvas.paste(paintHeightMap(heights, view, Canvas::innerSize(place)), place.tl());
-  for (const FoundObject& object : result.objects) {
-    drawOutline(sheet, object);
+  for (std::size_t i = 0; i < result.objects.size(); ++i) {
+    drawOutline(sheet, result.objects[i], colourOf(i));
   }
   for (std::size_t i = 0; i < result.objects.size(); ++i) {
     const cv::Point2d centre = result.objects[i].centre;
