@@ -239,16 +239,6 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   }
 }
 
-TEST(TreeGrowing, OneNodePerLineAndTheEarliestTreeWins) {
-  const Trees trees = grown({{feature(0, 0.0), feature(0, 1.0)},
-                             {feature(1, 0.75), feature(1, 0.0), feature(1, 0.5)},
-                             {feature(2, 0.5)}});
-  ASSERT_EQ(trees.size(), 2U);
-  EXPECT_EQ(trees[0].treeNodes[1].jumpPos.y, 0.75) << "not the nearest tree, but the first";
-  EXPECT_EQ(trees[1].treeNodes[1].jumpPos.y, 0.0);
-  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
-}
-
 TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
                  treeOf({feature(0, 0.0)})};
