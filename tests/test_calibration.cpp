@@ -5,7 +5,6 @@
 #include <cmath>
 #include <limits>
 #include <stdexcept>
-#include <string>
 #include <tuple>
 #include <utility>
 
@@ -143,12 +142,8 @@ build::Line level(double z, int count) {
 }
 
 TEST(GetPlaneCalibPara, ChoosesAndBoundsThePeak) {
-  struct Case {
-    std::string situation;
-    std::vector<std::pair<int, int>> binsAndCounts;
-    double planeHeight;
-  };
-  const std::vector<Case> cases = {
+  // The numbers of samples are by bin.
+  const std::tuple<const char*, std::vector<std::pair<int, int>>, double> cases[] = {
       {"no scan", {}, -1},
       {"one bin", {{0, 1000}}, -1},
       {"three bins, all in the window", {{0, 10}, {1, 100}, {2, 10}}, 100},
@@ -160,12 +155,12 @@ TEST(GetPlaneCalibPara, ChoosesAndBoundsThePeak) {
       {"half is an integer", {{0, 4}, {20, 100}, {31, 98}, {42, 197}, {90, 604}}, 120},
       {"level profile of many bins", {{0, 100}, {11, 100}, {22, 100}}, 111},
   };
-  for (const Case& c : cases) {
+  for (const auto& [situation, counts, planeHeight] : cases) {
     build::Scan scan;
-    for (const auto& [bin, count] : c.binsAndCounts) {
+    for (const auto& [bin, count] : counts) {
       scan.push_back(level(100.0 + bin, count));
     }
-    EXPECT_NEAR(calibrate(scan).planeHeight, c.planeHeight, 0.5) << c.situation;
+    EXPECT_NEAR(calibrate(scan).planeHeight, planeHeight, 0.5) << situation;
   }
   EXPECT_EQ(qo_getPlaneCalibPara(nullptr, -1).planeHeight, -1.0);
 }

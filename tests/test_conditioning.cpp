@@ -6,6 +6,7 @@
 #include <random>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "builders.h"
@@ -70,12 +71,8 @@ TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
 }
 
 TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
-  const struct {
-    const char* what;
-    std::initializer_list<double> z;
-    double yTh, zTh;
-    std::initializer_list<double> smoothed;
-  } cases[] = {
+  using Z = std::vector<double>;
+  const std::tuple<const char*, Z, double, double, Z> cases[] = {
       {"steps up and down", {1, 3, 5, 90, 92, 1, 3}, 2, 5, {3, 3, 3, 91, 91, 2, 2}},
       {"exactly the limits", {10, 15}, 1, 5, {12.5, 12.5}},
       {"beyond the limit in z", {10, 15}, 1, 4.9, {10, 15}},
@@ -84,48 +81,44 @@ TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
       {"a hole within the limit", {10, 12, 0, 14, 16}, 2, 14, {11, 12, 0, 14, 15}},
       {"a NaN hole", {10, kNaN, 30}, 2, 5, {20, kNaN, 20}},
   };
-  for (const auto& c : cases) {
-    Line line = lineOfZ(c.z);
+  for (const auto& [what, z, yTh, zTh, smoothed] : cases) {
+    Line line = lineOfZ(z);
     Line out(1);
-    qo_lineSegSmoothing(line, c.yTh, c.zTh, 5, out);
+    qo_lineSegSmoothing(line, yTh, zTh, 5, out);
     out.erase(out.begin());
-    EXPECT_EQ(text(out), text(lineOfZ(c.smoothed))) << c.what;
+    EXPECT_EQ(text(out), text(lineOfZ(smoothed))) << what;
   }
 }
 
 TEST(RemoveOutlier, BlanksShortStretchesInAllForms) {
-  const struct {
-    const char* what;
-    std::initializer_list<double> z;
-    SQO_outlierFilterParam para;
-    std::vector<int> noise;
-  } cases[] = {
-      {"exactly the count limit", {10, 10.5, 50}, {1, 2}, {2}},
-      {"exactly the continuity limit", {10, 11, 10}, {1, 2}, {0, 1, 2}},
-      {"holes do not separate", {10, 0, 0.0001, -3, 10.5}, {1, 2}, {}},
-      {"holes inside go too", {0, 10, -3, 0.0001, 10.5, -3, 50, 50, 50}, {1, 3}, {1, 2, 3, 4}},
-      {"no joining over a gap", {10, 10, 50, 10, 10}, {1, 3}, {0, 1, 2, 3, 4}},
-      {"NaN is measured, alone", {10, 10, kNaN, 10, 10}, {1, 2}, {2}},
-      {"NaN continuity limit", {10, 10}, {kNaN, 2}, {0, 1}},
-      {"NaN count limit", {10, 50}, {1, kNaN}, {}},
-  };
-  for (const auto& c : cases) {
-    Line line = lineOfZ(c.z);
+  const std::tuple<const char*, std::vector<double>, SQO_outlierFilterParam, std::vector<int>>
+      cases[] = {
+          {"exactly the count limit", {10, 10.5, 50}, {1, 2}, {2}},
+          {"exactly the continuity limit", {10, 11, 10}, {1, 2}, {0, 1, 2}},
+          {"holes do not separate", {10, 0, 0.0001, -3, 10.5}, {1, 2}, {}},
+          {"holes inside go too", {0, 10, -3, 0.0001, 10.5, -3, 50, 50, 50}, {1, 3}, {1, 2, 3, 4}},
+          {"no joining over a gap", {10, 10, 50, 10, 10}, {1, 3}, {0, 1, 2, 3, 4}},
+          {"NaN is measured, alone", {10, 10, kNaN, 10, 10}, {1, 2}, {2}},
+          {"NaN continuity limit", {10, 10}, {kNaN, 2}, {0, 1}},
+          {"NaN count limit", {10, 50}, {1, kNaN}, {}},
+      };
+  for (const auto& [what, z, para, noise] : cases) {
+    Line line = lineOfZ(z);
     Line blanked = line;
-    for (const int k : c.noise) {
-      blanked.at(static_cast<std::size_t>(k)).pt3D.z = 0.0;
+    for (const int k : noise) {
+      blanked[k].pt3D.z = 0.0;
     }
     const int size = static_cast<int>(line.size());
     Line filtered(3);
     std::vector<int> listed;
-    qo_lineDataRemoveOutlier(line.data(), size, c.para, filtered, listed);
-    EXPECT_EQ(listed, c.noise) << c.what;
-    EXPECT_EQ(text(filtered), text(blanked)) << c.what;
-    EXPECT_EQ(text(line), text(lineOfZ(c.z))) << c.what;
-    ju_vectorDataRemoveOutlier_overwrite(filtered = line, c.para);
-    EXPECT_EQ(text(filtered), text(blanked)) << c.what;
-    qo_lineDataRemoveOutlier_changeOriginData(line.data(), size, c.para);
-    EXPECT_EQ(text(line), text(blanked)) << c.what;
+    qo_lineDataRemoveOutlier(line.data(), size, para, filtered, listed);
+    EXPECT_EQ(listed, noise) << what;
+    EXPECT_EQ(text(filtered), text(blanked)) << what;
+    EXPECT_EQ(text(line), text(lineOfZ(z))) << what;
+    ju_vectorDataRemoveOutlier_overwrite(filtered = line, para);
+    EXPECT_EQ(text(filtered), text(blanked)) << what;
+    qo_lineDataRemoveOutlier_changeOriginData(line.data(), size, para);
+    EXPECT_EQ(text(line), text(blanked)) << what;
   }
 }
 

@@ -212,31 +212,28 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
 }
 
 TEST(RingArcs, LimitsOfTurnAndChord) {
-  // A bowl between two flat shoulders, and the same without the shoulders.
-  const auto arcsOf = [](bool shoulders, STeskRangeD width, double turn) {
-    Line line = build::profileLine(41, 1.0, [](double y) {
-      const double d = std::min(10.0, std::abs(y - 20.0));
-      return 100.0 + 0.25 * d * d;
-    });
-    if (!shoulders) {
-      line.erase(line.begin() + 31, line.end());
-      line.erase(line.begin(), line.begin() + 10);
-    }
+  // A bowl between two flat shoulders.
+  Line line = build::profileLine(41, 1.0, [](double y) {
+    const double d = std::min(10.0, std::abs(y - 20.0));
+    return 100.0 + 0.25 * d * d;
+  });
+  const auto arcsOf = [&line](STeskRangeD width, double turn) {
     std::vector<SJU_segFeature> arcs;
     ju_getRingArcFeature(line, 5, {0.0, 50.0, 1.5, turn, 0.0, 0.0}, width, arcs);
     return arcs;
   };
-  const auto inside = arcsOf(true, {0.0, 100.0}, 90.0);
+  const auto inside = arcsOf({0.0, 100.0}, 90.0);
   ASSERT_EQ(inside.size(), 1U);
   EXPECT_GT(inside[0].startPtIdx, 10);
   EXPECT_LT(inside[0].endPtIdx, 30);
   const double chord = inside[0].endPt.y - inside[0].startPt.y;
-  EXPECT_EQ(arcsOf(true, {chord, chord}, 90.0).size(), 1U) << "both limits are included";
-  EXPECT_TRUE(arcsOf(true, {0.0, 100.0}, inside[0].segValue).empty()) << "the turn is not";
-  const auto filling = arcsOf(false, {0.0, 100.0}, 90.0);
-  ASSERT_EQ(filling.size(), 1U);
-  EXPECT_EQ(filling[0].startPtIdx, 0);
-  EXPECT_EQ(filling[0].endPtIdx, 20);
+  EXPECT_EQ(arcsOf({chord, chord}, 90.0).size(), 1U) << "both limits are included";
+  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside[0].segValue).empty()) << "the turn is not";
+  line.erase(line.begin() + 31, line.end());
+  line.erase(line.begin(), line.begin() + 10);
+  const auto filling = arcsOf({0.0, 100.0}, 90.0);
+  ASSERT_EQ(filling.size(), 1U) << "without shoulders";
+  EXPECT_EQ(std::make_pair(filling[0].startPtIdx, filling[0].endPtIdx), std::make_pair(0, 20));
 }
 
 }  // namespace

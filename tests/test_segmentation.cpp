@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "builders.h"
@@ -59,7 +59,7 @@ TEST(NoiseFilter, FiltersAlongThenAcross) {
 }
 
 struct Case {
-  std::initializer_list<double> z;
+  std::vector<double> z;
   double limit;
   const char* runs;
 };
@@ -114,35 +114,31 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
 }
 
 TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
-  const struct {
-    const char* what;
-    std::initializer_list<double> z;
-    STeskRangeD lenRange;
-    const char *best, *others;
-    std::initializer_list<double> y = {0, 1, 2, 3, 4, 5, 6, 7, 8};
-  } cases[] = {
-      {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 "},
-      {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 "},
-      {"two runs", {9, 9, 9, 50, 50, 50, 51, 52, 53}, {0, 9}, "0:2:1 3:5:4 ", "5:8:6 "},
-      {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", ""},
-      {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", ""},
-      {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", ""},
-      {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", ""},
-      {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", ""},
-      {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", {0, 0, 0, 1, 2}},
-      {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", {0, 0, 0}},
+  // Up to `wallY` in y the samples stand above each other.
+  using Z = std::vector<double>;
+  const std::tuple<const char*, Z, STeskRangeD, const char*, const char*, double> cases[] = {
+      {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 ", 0.0},
+      {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 ", 0.0},
+      {"two runs", {9, 9, 9, 50, 50, 50, 51, 52, 53}, {0, 9}, "0:2:1 3:5:4 ", "5:8:6 ", 0.0},
+      {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", "", 0.0},
+      {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", "", 0.0},
+      {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", "", 0.0},
+      {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", "", 0.0},
+      {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", "", 0.0},
+      {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", 2.0},
+      {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", 9.0},
   };
-  for (const auto& c : cases) {
-    Line line = lineOfZ(c.z);
-    for (std::size_t i = 0; i < line.size(); ++i) {
-      line[i].pt3D.x = 0.75 * static_cast<double>(i);  // Four level samples on: a distance of 5.
-      line[i].pt3D.y = c.y.begin()[i];
+  for (const auto& [what, z, lenRange, expectedBest, expectedOthers, wallY] : cases) {
+    Line line = lineOfZ(z);
+    for (STesk3DPosition& sample : line) {
+      sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four level samples on: a distance of 5.
+      sample.pt3D.y = std::max(0.0, sample.pt3D.y - wallY);
     }
     Pieces best;
     Pieces others;
-    ju_surfaceLineSegment(line, 6, c.lenRange, {4.5, 5.0, 0.5}, best, others);
-    EXPECT_EQ(text(best), c.best) << c.what;
-    EXPECT_EQ(text(others), c.others) << c.what;
+    ju_surfaceLineSegment(line, 6, lenRange, {4.5, 5.0, 0.5}, best, others);
+    EXPECT_EQ(text(best), expectedBest) << what;
+    EXPECT_EQ(text(others), expectedOthers) << what;
   }
 }
 
