@@ -34,23 +34,19 @@ Bytes offsets(Field Record::*... field) {
 }
 
 TEST(Layout, PlainRecordsHaveFixedSizes) {
-  EXPECT_EQ((plainSizes<STesk3DPoint, STesk2DPoint, STesk2DPointD, STesk3DPosition>()),
-            (Bytes{24, 8, 16, 32}));
-  EXPECT_EQ((plainSizes<STesk3DLaserLine, STeskXYZRGBDPoint, STeskXYZRGBDLaserLine>()),
-            (Bytes{24, 16, 16}));
-  EXPECT_EQ((plainSizes<STeskRangeD, STesk3DRangeD, STeskRect, SQO_2DValueI, SQO_intPair>()),
-            (Bytes{16, 48, 16, 32, 12}));
-  EXPECT_EQ((plainSizes<SQO_RUN, SJU_pointCloudPara, SQO_planeCalibPara, SQO_EulerAngles>()),
-            (Bytes{12, 64, 152, 24}));
-  EXPECT_EQ((plainSizes<SQO_basicFeature1D, SQO_basicFeatureGap, SJU_segFeature>()),
-            (Bytes{48, 128, 72}));
-  EXPECT_EQ((plainSizes<SQO_featureSemiCircle, SQO_treeGrowParam, SQO_bagParam>()),
-            (Bytes{64, 48, 16}));
-  EXPECT_EQ((plainSizes<SQO_cornerParam, SQO_outlierFilterParam, SQO_lineSegParam>()),
-            (Bytes{48, 16, 24}));
-  EXPECT_EQ((plainSizes<SQO_slopeParam, SQO_VFeatureParam, SQO_lineRightAngleParam>()),
-            (Bytes{32, 16, 24}));
-  EXPECT_EQ((plainSizes<SQO_gloveArcParam, SQO_raisedFeatureParam>()), (Bytes{24, 32}));
+  EXPECT_EQ((plainSizes<STesk3DPoint, STesk2DPoint, STesk2DPointD, STesk3DPosition,
+                        STesk3DLaserLine, STeskXYZRGBDPoint, STeskXYZRGBDLaserLine>()),
+            (Bytes{24, 8, 16, 32, 24, 16, 16}));
+  EXPECT_EQ((plainSizes<STeskRangeD, STesk3DRangeD, STeskRect, SQO_2DValueI, SQO_intPair, SQO_RUN,
+                        SJU_pointCloudPara, SQO_planeCalibPara, SQO_EulerAngles>()),
+            (Bytes{16, 48, 16, 32, 12, 12, 64, 152, 24}));
+  EXPECT_EQ((plainSizes<SQO_basicFeature1D, SQO_basicFeatureGap, SJU_segFeature,
+                        SQO_featureSemiCircle, SQO_treeGrowParam, SQO_bagParam>()),
+            (Bytes{48, 128, 72, 64, 48, 16}));
+  EXPECT_EQ((plainSizes<SQO_cornerParam, SQO_outlierFilterParam, SQO_lineSegParam, SQO_slopeParam,
+                        SQO_VFeatureParam, SQO_lineRightAngleParam, SQO_gloveArcParam,
+                        SQO_raisedFeatureParam>()),
+            (Bytes{48, 16, 24, 32, 16, 24, 24, 32}));
   EXPECT_EQ(sizeof(SQO_lineFeature), 56U);
 }
 
