@@ -95,13 +95,9 @@ TEST(ReferenceCorners, StretchesBreakByStepsNotByHoles) {
       {build::lineOfZ({0.0001, -1, std::nan("")}), {0, 0, kStart | kEnd}},
   };
   for (auto [line, marks] : cases) {
-    std::vector<int> stamps;
     Features features;
     qo_getLineCornerFeature_BQ(line.data(), size(line), 0, 10.0, param, features);
-    for (const STesk3DPosition& sample : line) {
-      stamps.push_back(sample.nPointIdx);
-    }
-    EXPECT_EQ(stamps, marks);
+    EXPECT_EQ(build::stampsOf(line), marks);
   }
 }
 

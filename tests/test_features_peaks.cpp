@@ -17,14 +17,6 @@ using Features = std::vector<SQO_basicFeature1D>;
 using Indices = std::vector<int>;
 using Spans = std::vector<std::pair<int, int>>;  // first and last sample
 
-Indices stampsOf(const Line& line) {
-  Indices stamps;
-  for (const STesk3DPosition& sample : line) {
-    stamps.push_back(sample.nPointIdx);
-  }
-  return stamps;
-}
-
 Indices samplesOf(const Features& features, int type) {
   Indices samples;
   for (const SQO_basicFeature1D& f : features) {
@@ -88,7 +80,7 @@ TEST(FlatLineLocalPeaks, JumpsAndPairs) {
   for (const auto& [name, original, places, marks] : cases) {
     Line line = original;
     const Features features = flatPeaksOf(line);
-    EXPECT_EQ(stampsOf(line), marks) << name;
+    EXPECT_EQ(build::stampsOf(line), marks) << name;
     ASSERT_EQ(features.size(), places.size()) << name;
     for (std::size_t k = 0; k < features.size(); ++k) {
       const STesk3DPoint& pos = features[k].jumpPos;

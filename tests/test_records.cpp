@@ -159,12 +159,12 @@ std::pair<double, double> stepsOf(build::Scan scan) {
 
 TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
   using build::sample;
-  // In-line steps 1, 3 and 2, steps between the lines 2 and 5.
-  EXPECT_EQ(stepsOf({{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 0, 1),
+  // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
+  EXPECT_EQ(stepsOf({{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1),
                       sample(0, 9, 0)},
                      {sample(2, 0, 1), sample(9, 7, 0), sample(-4, 3, 1), sample(9, 7, -1),
                       sample(9, 7, 1)}}),
-            std::make_pair(2.0, 3.5));
+            std::make_pair(3.0, 3.5));
   EXPECT_EQ(stepsOf({build::lineOfZ({1, 0, 1, 0, 1})}), std::make_pair(-1.0, -1.0));
 }
 

@@ -61,6 +61,14 @@ inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
   return lines;
 }
 
+inline std::vector<int> stampsOf(const Line& line) {
+  std::vector<int> stamps;
+  for (const STesk3DPosition& sample : line) {
+    stamps.push_back(sample.nPointIdx);
+  }
+  return stamps;
+}
+
 /// Type and sample of each feature.
 using Found = std::vector<std::pair<int, int>>;
 
