@@ -27,18 +27,13 @@ int size(const Line& line) {
 
 /// A profile through corner points (y, z), sampled at unit steps in y.
 Line through(const std::vector<std::pair<double, double>>& corners) {
-  const int count = static_cast<int>(corners.back().first) + 1;
-  Line line = build::profileLine(count, 1.0, [&](double y) {
-    std::size_t k = 1;
-    while (corners[k].first < y) {
-      ++k;
-    }
+  Line line = {build::sample(0.0, 0.0, corners[0].second)};
+  for (std::size_t k = 1; k < corners.size(); ++k) {
     const auto [y0, z0] = corners[k - 1];
     const auto [y1, z1] = corners[k];
-    return z0 + (z1 - z0) * (y - y0) / (y1 - y0);
-  });
-  for (int i = 0; i < count; ++i) {
-    line[i].nPointIdx = i;
+    for (double y = y0 + 1.0; y <= y1; ++y) {
+      line.push_back(build::sample(0.0, y, z0 + (z1 - z0) * (y - y0) / (y1 - y0), size(line)));
+    }
   }
   return line;
 }
@@ -74,21 +69,14 @@ TEST(MaskedCorners, SeeOneLabelAndNoNeighbourAcrossItsGaps) {
 }
 
 TEST(ReferenceCorners, NeedHeightAndMarkTheLine) {
-  struct Case {
-    double refZ;
-    Found expected;
-  };
-  // The stretch goes on flat at both its ends, whatever the height.
-  const Case cases[] = {
-      {95.0, {{2, 0}, {2, 24}, {1, 40}, {1, 70}}},
-      {100.0, {{2, 0}, {1, 70}}},  // exactly 10 away
-      {99.75, {{2, 0}, {2, 24}, {1, 40}, {1, 70}}},
-  };
-  for (const Case& c : cases) {
+  // The stretch goes on flat at both its ends, whatever the height; 100 is exactly 10 away.
+  const Found ends = {{2, 0}, {1, 70}};
+  const Found all = {{2, 0}, {2, 24}, {1, 40}, {1, 70}};
+  for (const double refZ : {99.75, 100.0}) {
     Line line = block();
     Features features;
-    qo_getLineCornerFeature_BQ(line.data(), size(line), 2, c.refZ, kArms, features);
-    EXPECT_EQ(found(features), c.expected) << c.refZ;
+    qo_getLineCornerFeature_BQ(line.data(), size(line), 2, refZ, kArms, features);
+    EXPECT_EQ(found(features), refZ == 100.0 ? ends : all) << refZ;
     EXPECT_EQ(line[24].nPointIdx, 24 | 0x20000);
     EXPECT_EQ(line[40].nPointIdx, 40 | 0x10000);
     EXPECT_EQ(line[0].nPointIdx, kStart);
@@ -107,13 +95,9 @@ TEST(ReferenceCorners, StretchesBreakByStepsNotByHoles) {
       {build::lineOfZ({0.0001, -1, std::nan("")}), {0, 0, kStart | kEnd}},
   };
   for (auto [line, marks] : cases) {
-    std::vector<int> stamps;
     Features features;
     qo_getLineCornerFeature_BQ(line.data(), size(line), 0, 10.0, param, features);
-    for (const STesk3DPosition& sample : line) {
-      stamps.push_back(sample.nPointIdx);
-    }
-    EXPECT_EQ(stamps, marks);
+    EXPECT_EQ(build::stampsOf(line), marks);
   }
 }
 
@@ -148,13 +132,13 @@ TEST(PsmCorners, BlankMarkAndKeepTheCallersStamps) {
   EXPECT_EQ(line[0].nPointIdx, 7 | kStart);
   EXPECT_EQ(line[4].nPointIdx, 7 | kEnd);
 
-  for (int at : {0, 1}) {
-    Line lone(3, build::sample(0, 0, 0));
-    lone[at].pt3D.z = 10.0;
-    result = {};
-    ju_getLineCornerFeature_PSM(lone.data(), size(lone), 0, 80.0, param, &result);
-    EXPECT_EQ(result.endings.size(), at == 0 ? 0U : 2U);
-  }
+  Line loneFirst = build::lineOfZ({10, 0, 0});
+  Line loneSecond = build::lineOfZ({0, 10, 0});
+  result = {};
+  ju_getLineCornerFeature_PSM(loneFirst.data(), 3, 0, 80.0, param, &result);
+  EXPECT_TRUE(result.endings.empty());
+  ju_getLineCornerFeature_PSM(loneSecond.data(), 3, 0, 80.0, param, &result);
+  EXPECT_EQ(result.endings.size(), 2U);
   Line roof = through({{0, 50}, {20, 70}, {40, 50}});
   roof[20].nPointIdx = -3;
   ju_getLineCornerFeature_PSM(roof.data(), size(roof), 0, 80.0, param, &result);
@@ -164,58 +148,52 @@ TEST(PsmCorners, BlankMarkAndKeepTheCallersStamps) {
 TEST(ArmCorners, KeepEveryPeakAndStayInStretches) {
   Line line = block();
   line[24].nPointIdx = 99;
-  Features features;
-  ju_getLineCorerFeature(line, 1, kArms, features);
-  EXPECT_EQ(found(features), (Found{{FEATURE_JUMP_RISE, 24}, {FEATURE_JUMP_FALL, 40}}));
   SQO_cornerParam bothFlat = kArms;
   bothFlat.jumpCornerTh_1 = 95.0;
   bothFlat.jumpCornerTh_2 = 95.0;
-  features.clear();
-  ju_getLineCorerFeature(line, 1, bothFlat, features);
-  EXPECT_EQ(found(features), (Found{{FEATURE_CORNER_OTHER, 24}, {FEATURE_CORNER_OTHER, 40}}));
   SQO_cornerParam cut = kArms;
   cut.minEndingGap_z = 10.0;  // the flanks step by exactly as much
-  features.clear();
-  ju_getLineCorerFeature(line, 1, cut, features);
-  EXPECT_TRUE(features.empty());
+  const std::pair<SQO_cornerParam, Found> cases[] = {
+      {kArms, {{FEATURE_JUMP_RISE, 24}, {FEATURE_JUMP_FALL, 40}}},
+      {bothFlat, {{FEATURE_CORNER_OTHER, 24}, {FEATURE_CORNER_OTHER, 40}}},
+      {cut, {}}};
+  for (const auto& [param, expected] : cases) {
+    Features features;
+    ju_getLineCorerFeature(line, 1, param, features);
+    EXPECT_EQ(found(features), expected);
+  }
 }
 
 TEST(GapFeature, PairsRimsOnceWithinTheOpenRange) {
   // Three rims 16 and 16 apart: bends at 20, 36 and 52 between roofs.
-  const Line roofs = through(
+  Line line = through(
       {{0, 70}, {12, 78}, {20, 50}, {28, 78}, {36, 50}, {44, 78}, {52, 50}, {60, 78}, {70, 70}});
-  const auto gapsOf = [&](double min, double max) {
-    Line line = roofs;
-    line[3].nPointIdx = -1;
-    std::vector<SQO_basicFeatureGap> gaps;
-    qo_getLineGapFeature(line, 6, kArms, {min, max}, gaps);
-    EXPECT_EQ(line[3].nPointIdx, 3);
-    Found result;
-    for (const SQO_basicFeatureGap& gap : gaps) {
-      EXPECT_EQ(gap.lineIdx, 6);
-      result.emplace_back(gap.gapStart.nPointIdx, gap.gapEnd.nPointIdx);
-    }
-    return result;
-  };
-  EXPECT_EQ(gapsOf(15.0, 17.0), (Found{{20, 36}})) << "the second rim opens no gap";
-  EXPECT_EQ(gapsOf(16.0, 17.0), Found{});
-  EXPECT_EQ(gapsOf(15.0, 16.0), Found{});
+  line[3].nPointIdx = -1;
+  std::vector<SQO_basicFeatureGap> gaps;
+  qo_getLineGapFeature(line, 6, kArms, {16.0, 17.0}, gaps);
+  qo_getLineGapFeature(line, 6, kArms, {15.0, 16.0}, gaps);
+  EXPECT_TRUE(gaps.empty());
+  qo_getLineGapFeature(line, 6, kArms, {15.0, 17.0}, gaps);
+  ASSERT_EQ(gaps.size(), 1U) << "the second rim opens no gap";
+  EXPECT_EQ(gaps[0].lineIdx, 6);
+  EXPECT_EQ(gaps[0].gapStart.nPointIdx, 20);
+  EXPECT_EQ(gaps[0].gapEnd.nPointIdx, 36);
+  EXPECT_EQ(line[3].nPointIdx, 3);
 }
 
 TEST(StepJumps, PairBendsOfOneStep) {
-  const auto jumpsOf = [](double gapY, double gapZ) {
+  const Found both = {{FEATURE_JUMP_RISE, 24}, {FEATURE_JUMP_FALL, 40}};
+  // The bends are exactly 4.0 apart in y, and exactly 40 high.
+  for (const auto& [gapY, gapZ, expected] :
+       {std::tuple{4.5, 39.0, both}, std::tuple{4.0, 39.0, Found{}},
+        std::tuple{4.5, 40.0, Found{}}}) {
     Line line = block();
     Features features;
     qo_getLineJumpFeature_cornerMethod(line.data(), size(line), 1,
                                        {gapY, gapZ, 3.0, 30.0, 30.0, 60.0}, features);
-    for (const SQO_basicFeature1D& f : features) {
-      EXPECT_EQ(f.featureValue, 90.0);
-    }
-    return found(features);
-  };
-  EXPECT_EQ(jumpsOf(4.5, 39.0), (Found{{FEATURE_JUMP_RISE, 24}, {FEATURE_JUMP_FALL, 40}}));
-  EXPECT_EQ(jumpsOf(4.0, 39.0), Found{}) << "bends exactly the gap apart";
-  EXPECT_EQ(jumpsOf(4.5, 40.0), Found{}) << "exactly as high as the limit";
+    EXPECT_EQ(found(features), expected) << gapY << " " << gapZ;
+    EXPECT_TRUE(features.empty() || features[0].featureValue == 90.0);
+  }
 }
 
 TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
@@ -230,31 +208,28 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
 }
 
 TEST(RingArcs, LimitsOfTurnAndChord) {
-  // A bowl between two flat shoulders, and the same without the shoulders.
-  const auto arcsOf = [](bool shoulders, STeskRangeD width, double turn) {
-    Line line = build::profileLine(41, 1.0, [](double y) {
-      const double d = std::min(10.0, std::abs(y - 20.0));
-      return 100.0 + 0.25 * d * d;
-    });
-    if (!shoulders) {
-      line.erase(line.begin() + 31, line.end());
-      line.erase(line.begin(), line.begin() + 10);
-    }
+  // A bowl between two flat shoulders.
+  Line line = build::profileLine(41, 1.0, [](double y) {
+    const double d = std::min(10.0, std::abs(y - 20.0));
+    return 100.0 + 0.25 * d * d;
+  });
+  const auto arcsOf = [&line](STeskRangeD width, double turn) {
     std::vector<SJU_segFeature> arcs;
     ju_getRingArcFeature(line, 5, {0.0, 50.0, 1.5, turn, 0.0, 0.0}, width, arcs);
     return arcs;
   };
-  const auto inside = arcsOf(true, {0.0, 100.0}, 90.0);
+  const auto inside = arcsOf({0.0, 100.0}, 90.0);
   ASSERT_EQ(inside.size(), 1U);
   EXPECT_GT(inside[0].startPtIdx, 10);
   EXPECT_LT(inside[0].endPtIdx, 30);
   const double chord = inside[0].endPt.y - inside[0].startPt.y;
-  EXPECT_EQ(arcsOf(true, {chord, chord}, 90.0).size(), 1U) << "both limits are included";
-  EXPECT_TRUE(arcsOf(true, {0.0, 100.0}, inside[0].segValue).empty()) << "the turn is not";
-  const auto filling = arcsOf(false, {0.0, 100.0}, 90.0);
-  ASSERT_EQ(filling.size(), 1U);
-  EXPECT_EQ(filling[0].startPtIdx, 0);
-  EXPECT_EQ(filling[0].endPtIdx, 20);
+  EXPECT_EQ(arcsOf({chord, chord}, 90.0).size(), 1U) << "both limits are included";
+  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside[0].segValue).empty()) << "the turn is not";
+  line.erase(line.begin() + 31, line.end());
+  line.erase(line.begin(), line.begin() + 10);
+  const auto filling = arcsOf({0.0, 100.0}, 90.0);
+  ASSERT_EQ(filling.size(), 1U) << "without shoulders";
+  EXPECT_EQ(std::make_pair(filling[0].startPtIdx, filling[0].endPtIdx), std::make_pair(0, 20));
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstddef>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -14,14 +14,6 @@ using build::Found;
 using build::found;
 using build::Line;
 using build::lineOfZ;
-
-static_assert(sizeof(SQO_slopeParam) == 32 && offsetof(SQO_slopeParam, maxGap_y) == 24);
-static_assert(offsetof(SQO_slopeParam, minSlope_z) == 8 &&
-              offsetof(SQO_slopeParam, jumpTh_z) == 16);
-static_assert(sizeof(SQO_VFeatureParam) == 16 && offsetof(SQO_VFeatureParam, maxWidth_y) == 8);
-static_assert(sizeof(SQO_lineRightAngleParam) == 24);
-static_assert(offsetof(SQO_lineRightAngleParam, steepArmLen) == 8);
-static_assert(offsetof(SQO_lineRightAngleParam, armTol) == 16);
 
 constexpr int kRise = FEATURE_JUMP_RISE;
 constexpr int kFall = FEATURE_JUMP_FALL;
@@ -49,8 +41,6 @@ struct Case {
 
 TEST(LVFeature, FlanksOfSingleRuns) {
   const Case cases[] = {
-      {"no change", lineOfZ({9, 9, 9}), {}},
-      {"a jump up stands on its low side", lineOfZ({9, 9, 20, 20}), {{kRise, 1}}},
       {"a jump down too, across a hole", lineOfZ({20, 20, 0, 9, 9}), {{kFall, 3}}},
       {"the earliest of equal steps", lineOfZ({9, 20, 31}), {{kRise, 0}}},
       {"a step of the limit is none", lineOfZ({9, 19}), {}},
@@ -61,9 +51,7 @@ TEST(LVFeature, FlanksOfSingleRuns) {
       {"2.0 is too flat", lineOfZ({1, 3, 5, 7, 9, 11, 13, 15, 14, 13, 12, 11}), {}},
       {"steeper", lineOfZ({0.9, 3, 5, 7, 9, 11, 13, 15, 14, 13, 12, 11}), {{kSlopeRise, 1}}},
       {"holes beside the step count", lineOfZ({5, 5, 5, 5, 6, 7, 16, 0, 16.5, 16, 16, 16}), {}},
-      {"a rise, flat end included, up to 2 before the end",
-       lineOfZ({5, 5, 5, 9, 15, 19, 19, 18, 17}),
-       {}},
+      {"a rise up to 2 before the end", lineOfZ({5, 5, 5, 9, 15, 19, 19, 18, 17}), {}},
       {"up to 3 before", lineOfZ({5, 5, 5, 9, 15, 19, 18, 17, 16}), {{kSlopeRise, 4}}},
       {"a rise across a cut", lineOfZ({5, 5, 9, 15, 16, 0, 0, 0, 0, 19, 18, 18, 18}), {}},
       {"a fall from the start on", lineOfZ({19, 15, 9, 5, 5, 5, 5}), {}},
@@ -110,9 +98,10 @@ Found afterV(Flank rise, Flank fall) {
   fall.insert(fall.begin(), 3, fall.front());
   const int top = static_cast<int>(rise.size()) - 1;
   rise.insert(rise.end(), fall.rbegin() + 1, fall.rend());
-  const Line line = build::profileLine(static_cast<int>(rise.size()), 1.0, [&rise](double y) {
-    return rise[static_cast<std::size_t>(y)];
-  });
+  Line line;
+  for (const double z : rise) {
+    line.push_back(build::sample(0.0, static_cast<double>(line.size()), z));
+  }
   Found result = found(shapesOf(line, {1.0, 1000.0}).features);
   for (auto& feature : result) {
     feature.second -= top;
@@ -122,25 +111,14 @@ Found afterV(Flank rise, Flank fall) {
 
 TEST(LVFeature, WhatStaysOfAVAndItsFlanks) {
   constexpr int kV = FEATURE_V;
-  const struct {
-    Flank rise;
-    Flank fall;
-    Found expected;
-  } cases[] = {
+  const std::tuple<Flank, Flank, Found> cases[] = {
       {kNone, kNone, {{kV, 0}}},
       {kNone, kJumpApart, {{kV, 0}, {kFall, 7}}},
-      {kNone, kSlopeClose, {{kV, 0}}},
-      {kNone, kJumpAt5, {{kFall, 6}}},
       {kNone, kDeepSlope, {{kSlopeFall, 0}}},
       {kJumpApart, kNone, {{kRise, -7}, {kV, 0}}},
-      {kSlopeClose, kNone, {{kV, 0}}},
-      {kJumpAt5, kNone, {{kRise, -6}}},
       {kDeepSlope, kNone, {{kSlopeRise, 0}}},
       {kJumpApart, kSlopeApart, {{kRise, -7}, {kV, 0}, {kSlopeFall, 7}}},
-      {kJumpApart, kJumpAt5, {{kRise, -7}, {kFall, 6}}},
-      {kJumpApart, kSlopeClose, {{kRise, -7}, {kV, 0}}},
       {kJumpAt5, kSlopeApart, {{kRise, -6}, {kSlopeFall, 7}}},
-      {kSlopeClose, kJumpApart, {{kV, 0}, {kFall, 7}}},
       {kJumpAt5, kJumpAt5, {{kV, 0}}},
       {{47, 100}, kSlopeClose, {{kV, 0}}},           // feet 39 apart
       {{46, 100}, kSlopeClose, {{kSlopeRise, 1}}},   // 40: the fall is the higher flank
@@ -148,8 +126,9 @@ TEST(LVFeature, WhatStaysOfAVAndItsFlanks) {
       {kJumpAt5, {40, 100}, {{kSlopeFall, -6}}},     // a jump that becomes a slope
       {{40, 100}, {80, 100}, {{kSlopeRise, 1}}},
   };
-  for (const auto& c : cases) {
-    EXPECT_EQ(afterV(c.rise, c.fall), c.expected) << "row " << &c - cases;
+  for (const auto& row : cases) {
+    const auto& [rise, fall, expected] = row;
+    EXPECT_EQ(afterV(rise, fall), expected) << "row " << &row - cases;
   }
 }
 
@@ -164,10 +143,8 @@ TEST(LVFeature, MergesJumpsOfTheWholeList) {
   };
   EXPECT_EQ(merged({{kRise, 0}, {kRise, 19.9}}), (Found{{kRise, 19}}));
   EXPECT_EQ(merged({{kRise, 0}, {kRise, 20}}), (Found{{kRise, 0}, {kRise, 20}}));
-  EXPECT_EQ(merged({{kFall, 0}, {kFall, 9}, {kFall, 18}}), (Found{{kFall, 18}}));
   EXPECT_EQ(merged({{kFall, 0}, {kFall, 15}, {kFall, 30}}), (Found{{kFall, 0}, {kFall, 30}}));
-  EXPECT_EQ(merged({{kRise, 0}, {kFall, 1}}).size(), 2U);
-  EXPECT_EQ(merged({{kSlopeRise, 0}, {kSlopeRise, 1}}).size(), 2U);
+  EXPECT_EQ(merged({{kRise, 0}, {kFall, 1}, {kSlopeRise, 2}, {kSlopeRise, 3}}).size(), 4U);
   EXPECT_EQ(merged({{kFall, 9}, {kRise, 0}}, lineOfZ({9, 9, 20})), (Found{{kFall, 9}, {kRise, 1}}));
 }
 
@@ -175,13 +152,9 @@ TEST(LVFeature, Endings) {
   constexpr int kStart = FEATURE_SEG_START;
   constexpr int kEnd = FEATURE_SEG_END;
   const Case cases[] = {
-      {"one sample", lineOfZ({9}), {}},
       {"the last sample alone", lineOfZ({0, 9}), {}},
-      {"the first sample alone", lineOfZ({9, 0}), {{kStart, 0}, {kEnd, 0}}},
       {"a hole as wide as the limit", lineOfZ({9, 0, 0, 9, 9}), {{kStart, 0}, {kEnd, 4}}},
-      {"a wider one",
-       lineOfZ({9, 0, 0, 0, 9, 9, 0}),
-       {{kStart, 0}, {kEnd, 0}, {kStart, 4}, {kEnd, 5}}},
+      {"wider", lineOfZ({9, 0, 0, 0, 9, 9, 0}), {{kStart, 0}, {kEnd, 0}, {kStart, 4}, {kEnd, 5}}},
       {"one before the last sample", lineOfZ({9, 0, 0, 0, 9}), {{kStart, 0}, {kEnd, 4}}},
       {"wide spacing", lineOfZ({9, 9, 9}, 0.0, 10.0), {{kStart, 0}, {kEnd, 2}}},
   };
@@ -229,35 +202,28 @@ TEST(RightAngleFeature, FourKinds) {
   const Found corners = {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}};
   EXPECT_EQ(anglesOf(box(), alike(1.0)), corners) << "samples beside a corner stray by the limit";
   EXPECT_EQ(anglesOf(box(), alike(1.5)), corners) << "three samples each, the middle one stays";
-  EXPECT_TRUE(anglesOf({}).empty());
 }
 
 TEST(RightAngleFeature, FlatFallsKeepToTheToleranceOfFlatRises) {
-  const std::vector<int> kindsLeft[] = {{kRiseFlat, kFallFlat},
-                                        {kFlatRise, kFlatFall, kFallFlat},
-                                        {kFlatRise, kRiseFlat, kFlatFall, kFallFlat},
-                                        {kFlatRise, kRiseFlat, kFlatFall}};
+  const Found kindsLeft[] = {{{kRiseFlat, 19}, {kFallFlat, 39}},
+                             {{kFlatRise, 9}, {kFlatFall, 29}, {kFallFlat, 39}},
+                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}},
+                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}}};
   for (std::size_t record = 0; record < 4; ++record) {
     Kinds kinds = alike(1.5);
     kinds[record].armTol = 0.0;
-    std::vector<int> left;
-    for (const auto& [kind, sample] : anglesOf(box(), kinds)) {
-      left.push_back(kind);
-    }
-    EXPECT_EQ(left, kindsLeft[record]) << "without the tolerance of record " << record;
+    EXPECT_EQ(anglesOf(box(), kinds), kindsLeft[record])
+        << "without the tolerance of record " << record;
   }
 }
 
 TEST(RightAngleFeature, StepsWithoutSamplesAreSharp) {
   const Line step = build::profileLine(20, 1.0, [](double y) { return y < 10.0 ? 10.0 : 20.0; });
   EXPECT_EQ(anglesOf(step), (Found{{kFlatRise, 9}, {kRiseFlat, 10}}));
-  EXPECT_EQ(anglesOf(step, alike(1.5)), (Found{{kFlatRise, 8}, {kRiseFlat, 10}}))
-      << "8, 9 and 10, 11";
   EXPECT_EQ(anglesOf(step, alike(2.5)), (Found{{kFlatRise, 8}, {kRiseFlat, 10}}))
       << "the middle of 7 to 9, the sharp one of 10 to 12";
   EXPECT_EQ(anglesOf(lineOfZ({10, 20, 30, 40, 50}), alike(0.0)), (Found{{kFlatRise, 3}}))
       << "the last of three sharp ones, whose arms without samples stray by less than 0";
-  EXPECT_EQ(anglesOf(lineOfZ({10, 10, 10}, 0.0, 9.0)), (Found{{kFlatFall, 1}}));
 }
 
 TEST(RightAngleFeature, LengthsOfArms) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
+#include <opencv2/core.hpp>
 #include <string>
 #include <utility>
 #include <vector>
@@ -23,18 +24,31 @@ Values valuesOf(const STesk3DPoint& point) {
   return {point.x, point.y, point.z};
 }
 
-TEST(LineFormulas, CrossingOfLines) {
+TEST(LineFormulas, CrossingsDistancesAndFeet) {
   // x + 2 y - 8 = 0 and 3 x - y - 3 = 0 meet in (2, 3).
   EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, -8, 3, -1, -3)), Values({2, 3, 0}));
   EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, 3, 2, 4, 5)), Values({-kInf, -kInf, 0}));
+  EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
+  EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
+  EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), kInf);
+  // The foot of (3, 1) on y = 2 x + 5, in both forms.
+  const auto foot = ny_getFootPoint(3, 1, 2, 5);
+  const auto footAbc = ny_getFootPoint_abc(3, 1, 4, -2, 10);
+  EXPECT_EQ(Values({foot.x, foot.y, footAbc.x, footAbc.y}), Values({-1, 3, -1, 3}));
 }
 
-TEST(LineFormulas, AngleDifferenceTurnsOnceAtMost) {
-  const std::vector<Values> cases = {{10, 350, 20},   {350, 10, 20}, {0, 180, 180}, {-90, 90, 180},
-                                     {-170, 170, 20}, {0, 181, 179}, {0, 400, -40}, {400, 0, -40}};
+TEST(LineFormulas, Angles) {
+  const std::vector<Values> cases = {{350, 10, 20}, {-90, 90, 180}, {0, 181, 179}, {400, 0, -40}};
   for (const Values& v : cases) {
     EXPECT_EQ(computeAngleDiff(v[0], v[1]), v[2]) << v[0] << " and " << v[1];
+    EXPECT_EQ(computeAngleDiff(v[1], v[0]), v[2]) << v[0] << " and " << v[1];
   }
+  EXPECT_EQ(getLineAngle(0, 5, kNaN), 0.0);
+  EXPECT_EQ(getLineAngle(0, 0, 1), 0.0);
+  EXPECT_EQ(getLineAngle(1, 0, 1), 90.0);
+  EXPECT_DOUBLE_EQ(getLineAngle(1, -1, 0), 135.0);
+  EXPECT_DOUBLE_EQ(getLineAngle(1, 1, 0), 45.0);
+  EXPECT_EQ(getLineAngle(-1e30, 1e-30, 0), 180.0);  // reached by rounding only
 }
 
 TEST(LineFormulas, MakingLines) {
@@ -45,26 +59,6 @@ TEST(LineFormulas, MakingLines) {
   EXPECT_EQ(line, Values({0, 0, 0}));
   rotateLine45Deg(2, 1, kNaN, 10, 20, &line[0], &line[1], &line[2]);
   EXPECT_EQ(line, Values({3, -1, -10}));
-}
-
-TEST(LineFormulas, AngleOfALine) {
-  EXPECT_EQ(getLineAngle(0, 5, kNaN), 0.0);
-  EXPECT_EQ(getLineAngle(0, 0, 1), 0.0);
-  EXPECT_EQ(getLineAngle(1, 0, 1), 90.0);
-  EXPECT_DOUBLE_EQ(getLineAngle(1, -1, 0), 135.0);
-  EXPECT_DOUBLE_EQ(getLineAngle(1, 1, 0), 45.0);
-  EXPECT_EQ(getLineAngle(-1e30, 1e-30, 0), 180.0);  // reached by rounding only
-}
-
-TEST(LineFormulas, DistancesAndFeet) {
-  EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
-  EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
-  EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), kInf);
-  // The foot of (3, 1) on y = 2 x + 5, in both forms.
-  for (const auto& foot : {ny_getFootPoint(3, 1, 2, 5), ny_getFootPoint_abc(3, 1, 4, -2, 10)}) {
-    EXPECT_EQ(foot.x, -1.0);
-    EXPECT_EQ(foot.y, 3.0);
-  }
 }
 
 /// The pixels that a line appends to one that is there already.
@@ -86,28 +80,11 @@ TEST(DrawLine, FollowsTheErrorRule) {
   EXPECT_EQ(draw(kMax, kMax - 1, kMax, kMax), Pixels({{kMax, kMax - 1}, {kMax, kMax}}));
 }
 
-TEST(DrawLine, StaysWithinHalfAPixelOfTheLine) {
-  for (int dx = -12; dx <= 12; ++dx) {
-    for (int dy = -12; dy <= 12; ++dy) {
-      const int longer = std::max(std::abs(dx), std::abs(dy));
-      const Pixels pixels = draw(0, 0, dx, dy);
-      ASSERT_EQ(static_cast<int>(pixels.size()), longer + 1);
-      EXPECT_EQ(pixels.back(), std::make_pair(dx, dy));
-      for (const auto& [x, y] : pixels) {
-        EXPECT_LE(2 * std::abs(x * dy - y * dx), longer);
-      }
-    }
-  }
-}
-
 TEST(LineFitting, RegressesYOnX) {
   Points points = {{0, 1, kNaN}, {1, 2, 0}, {2, 6, 0}};
   Values line(2);
   lineFitting(points, &line[0], &line[1]);
   EXPECT_EQ(line, Values({2.5, 0.5}));
-  points.clear();
-  lineFitting(points, &line[0], &line[1]);
-  EXPECT_TRUE(std::isnan(line[0]) && std::isnan(line[1]));
 }
 
 TEST(LineFittingAbc, EndPointsChooseTheDirection) {
@@ -124,24 +101,19 @@ TEST(LineFittingAbc, EndPointsChooseTheDirection) {
 }
 
 TEST(FitCircle, ErrorCountsPointsOutsideOnly) {
-  STesk3DPoint center = {0, 0, 42};
-  double radius = 0;
+  constexpr double kNoFit = std::numeric_limits<double>::max();
+  STesk3DPoint center = {1, 2, 42};
+  double radius = 4;
+  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 0, 0}}, center, radius), kNoFit);
+  EXPECT_EQ(valuesOf(center), Values({1, 2, 42}));
+  EXPECT_EQ(radius, 4);
   EXPECT_NEAR(fitCircleByLeastSquare({{8, -2, 1}, {3, 3, 2}, {-2, -2, 3}}, center, radius), 0,
               1e-9);
   EXPECT_EQ(valuesOf(center), Values({3, -2, 42}));
   EXPECT_DOUBLE_EQ(radius, 5);
-
   const Points cross = {{2, 0, 0}, {-2, 0, 0}, {0, 1, 0}, {0, -1, 0}};
   EXPECT_DOUBLE_EQ(fitCircleByLeastSquare(cross, center, radius), 1.5);
   EXPECT_DOUBLE_EQ(radius, std::sqrt(2.5));
-}
-
-TEST(FitCircle, DegenerateLists) {
-  STesk3DPoint center = {1, 2, 3};
-  double radius = 4;
-  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 0, 0}}, center, radius), 1.7976931348623157e308);
-  EXPECT_EQ(valuesOf(center), Values({1, 2, 3}));
-  EXPECT_EQ(radius, 4);
   EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 1, 0}, {2, 2, 0}}, center, radius), 0.0);
   EXPECT_FALSE(std::isfinite(center.x) || std::isfinite(radius));
 }
@@ -162,13 +134,9 @@ TEST(FitParabola, FindsCoefficientsAndErrors) {
   EXPECT_NEAR(fit.c, 4, 1e-12);
   EXPECT_NEAR(fit.mse, 5, 1e-12);
   EXPECT_NEAR(fit.maxError, 3, 1e-12);
-}
-
-TEST(FitParabola, DegenerateLists) {
   const Parabola two({{0, 0}, {1, 1}});
   EXPECT_FALSE(two.ok);
   EXPECT_EQ(Values({two.a, two.b, two.c, two.mse, two.maxError}), Values(5, 7.0));
-  EXPECT_NEAR(Parabola({{0, 0}, {1, 1}, {3, 3}}).mse, 0, 1e-20);
   for (double x : {kNaN, kInf, 1e200}) {
     const Parabola wild({{0, 0}, {1, 1}, {x, 2}, {3, 3}});
     EXPECT_TRUE(wild.ok && std::isnan(wild.a) && std::isnan(wild.mse) && wild.maxError == 0.0);
@@ -194,23 +162,20 @@ TEST(FitLine3D, FindsThePrincipalAxis) {
   EXPECT_EQ(valuesOf(axis.center), Values({1, 1, 5}));
   const STesk3DPoint& d = axis.direction;
   EXPECT_NEAR(std::abs(2 * d.x - d.y + 2 * d.z), 3, 1e-9);
-
-  const Axis equal({{1, 2, 3}, {1, 2, 3}});
-  EXPECT_TRUE(equal.ok);
-  EXPECT_DOUBLE_EQ(std::hypot(equal.direction.x, equal.direction.y, equal.direction.z), 1);
+  EXPECT_TRUE(Axis({{1, 2, 3}, {1, 2, 3}}).ok);
 }
 
 TEST(FitLine3D, FailuresSayWhyInGbk) {
   const Axis single({{1, 2, 3}});
   EXPECT_FALSE(single.ok);
-  EXPECT_EQ(valuesOf(single.center), valuesOf(single.direction));
+  EXPECT_EQ(valuesOf(single.center), Values({7, 7, 7}));
   EXPECT_EQ(single.words,
             "Error: \265\343\274\257\312\375\301\277\261\330\320\353\264\363\323\332"
             "\265\310\323\332\062\243\241\n");
   const Axis wild({{1, kNaN, 3}, {1, 2, 5}});
   EXPECT_FALSE(wild.ok);
   EXPECT_EQ(wild.center.z, 4);
-  EXPECT_EQ(valuesOf(wild.direction), Values({7, 7, 7}));
+  EXPECT_EQ(wild.direction.z, 7);
   EXPECT_EQ(wild.words,
             "Error: \314\330\325\367\326\265\267\326\275\342\312\247\260\334\243\241\n");
 }
@@ -219,6 +184,61 @@ TEST(MeanZ, TakesPointsAboveTheLimitOnly) {
   const auto meanOf = [](Points points) { return computeMeanZ(points); };
   EXPECT_EQ(meanOf({{0, 0, 0.0001}, {0, 0, -3}, {0, 0, kNaN}}), 0.0);
   EXPECT_EQ(meanOf({{0, 0, 2}, {0, 0, 0.0001}, {0, 0, 3}}), 2.5);
+}
+
+using CvPoint = cv::Point3_<double>;
+using CvPoints = std::vector<CvPoint>;
+
+const CvPoints kPoints = {{0, 0, 0}, {4, 0, 1}, {0, 3, -2}, {1, 1, 5}, {-2, 7, 1}};
+const cv::Matx33d kQuarterTurn = {0, -1, 0, 1, 0, 0, 0, 0, 1};
+const cv::Matx33d kOblique = {0.36, 0.48, -0.8, -0.8, 0.6, 0, 0.48, 0.64, 0.6};
+const cv::Matx33d kMirror = {1, 0, 0, 0, 1, 0, 0, 0, -1};
+
+const cv::Mat kEye = cv::Mat::eye(3, 3, CV_64F);
+
+struct Transform {
+  Transform(const CvPoints& from, const CvPoints& to) {
+    caculateRT(from, to, R, T, center1, center2);
+  }
+  cv::Mat R, T;
+  CvPoint center1, center2;
+};
+
+TEST(RigidTransform, MapsOntoTheOtherList) {
+  for (const cv::Matx33d& turn : {kQuarterTurn, kOblique, kMirror}) {
+    const CvPoint shift(5, -6, 70);
+    CvPoints to;
+    for (const CvPoint& p : kPoints) {
+      to.push_back(turn * p + shift);
+    }
+    to.emplace_back(99, 99, 99);  // One without a partner.
+    const Transform t(kPoints, to);
+    EXPECT_LT(cv::norm(t.R * t.R.t(), kEye), 1e-14);
+    EXPECT_NEAR(cv::determinant(t.R), 1.0, 1e-14);
+    if (turn == kMirror) {
+      continue;  // The rotation is a proper one, and fits no better than it can.
+    }
+    EXPECT_LT(cv::norm(t.R, cv::Mat(turn)), 1e-14);
+    EXPECT_LT(cv::norm(t.T, cv::Mat(shift)), 1e-13);
+
+    cv::Mat part = cv::Mat(5, 7, CV_64F)(cv::Rect(2, 1, 3, 3));
+    t.R.copyTo(part);
+    CvPoint out = kPoints[1];
+    pointRT(part, cv::Mat(), t.center1, t.center2, out, out);
+    EXPECT_LT(cv::norm(out - to[1]), 1e-13);
+  }
+}
+
+TEST(RigidTransform, TakesWhateverComes) {
+  Transform none({}, kPoints);
+  EXPECT_EQ(cv::norm(none.R, kEye), 0.0);
+  EXPECT_TRUE(std::isnan(none.center1.x) && std::isnan(none.T.at<double>(2)));
+  EXPECT_TRUE(std::isnan(Transform({{HUGE_VAL, 0, 0}}, kPoints).R.at<double>(1, 1)));
+
+  const cv::Mat before = none.R;
+  caculateRT({{1, 2, 3}, {1, 2, 4}}, {{5, 5, 5}, {5, 6, 5}}, none.R, none.T, none.center1,
+             none.center2);
+  EXPECT_EQ(cv::norm(before, kEye), 0.0) << "storage was not new";
 }
 
 }  // namespace

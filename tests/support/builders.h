@@ -3,7 +3,6 @@
 /// Small builders of samples, lines and scans for the tests, and a short form of what is found.
 
 #include <functional>
-#include <initializer_list>
 #include <utility>
 #include <vector>
 
@@ -20,7 +19,7 @@ inline STesk3DPosition sample(double x, double y, double z, int idx = 0) {
 }
 
 /// A line at `x` whose samples stand 1.0 apart in y (from 0.0), with the given z; 0.0 is a hole.
-inline Line lineOfZ(std::initializer_list<double> z, double x = 0.0, double step = 1.0) {
+inline Line lineOfZ(const std::vector<double>& z, double x = 0.0, double step = 1.0) {
   Line line;
   for (double value : z) {
     line.push_back(sample(x, step * static_cast<double>(line.size()), value));
@@ -60,6 +59,14 @@ inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
     lines.push_back({line.data(), static_cast<int>(line.size()), 0});
   }
   return lines;
+}
+
+inline std::vector<int> stampsOf(const Line& line) {
+  std::vector<int> stamps;
+  for (const STesk3DPosition& sample : line) {
+    stamps.push_back(sample.nPointIdx);
+  }
+  return stamps;
 }
 
 /// Type and sample of each feature.
