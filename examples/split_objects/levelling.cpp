@@ -117,7 +117,10 @@ BeltFrame findBelt(Scan& heights) {
   BeltFrame frame = {heightOfScanner(heights), qo_getPlaneCalibPara2(heights), 0.0};
   SQO_planeCalibPara& calibration = frame.calibration;
   if (calibration.planeHeight == kNoPlane) {
-    throw UserError("no belt found: no height is shared by more than a tenth of the samples");
+    throw UserError(
+        "no belt found: no height within a few units is shared by more than a tenth of the "
+        "samples; "
+        "see --z-scale, and --z-is-distance if z grows away from the scanner");
   }
   const double upright = calibration.levelMatrix[8];
   frame.tiltDegrees = std::acos(std::clamp(upright, -1.0, 1.0)) * kDegrees;

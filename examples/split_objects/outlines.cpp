@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "feature_records.h"
 
@@ -13,15 +14,20 @@ namespace {
 constexpr int kCrossTypeShift = 4;
 constexpr int kFirstEdgeLabel = 9;
 
-int edgeLabelOf(int objectLabel) {
-  return kFirstEdgeLabel + objectLabel - 1;
+/// The edge of an object. Where a higher neighbour covers its rim that is another edge.
+int edgeLabelOf(int objectLabel, bool isUnder) {
+  return kFirstEdgeLabel + 2 * (objectLabel - 1) + (isUnder ? 1 : 0);
+}
+
+int objectOf(int edgeLabel) {
+  return (edgeLabel - kFirstEdgeLabel) / 2 + 1;
 }
 
 /// The samples of a scan in one of its two directions.
 class Direction {
  public:
-  Direction(Scan& scan, const cv::Mat& labels, bool isAcross)
-      : scan_(scan), labels_(labels), isAcross_(isAcross) {}
+  Direction(Scan& scan, const cv::Mat& labels, cv::Mat& edges, bool isAcross)
+      : scan_(scan), labels_(labels), edges_(edges), isAcross_(isAcross) {}
 
   [[nodiscard]] int tracks() const {
     return isAcross_ ? labels_.rows : labels_.cols;
@@ -42,13 +48,16 @@ class Direction {
     const STesk3DPoint& b = sample(track, k).pt3D;
     return std::abs(isAcross_ ? a.x - b.x : a.y - b.y);
   }
-  void setType(int track, int i, int type) const {
+  void setEnd(int track, int i, int type, bool isUnder) const {
     sample(track, i).nPointIdx |= isAcross_ ? type << kCrossTypeShift : type;
+    int& edge = (isAcross_ ? edges_.at<cv::Vec4i>(track, i) : edges_.at<cv::Vec4i>(i, track))[0];
+    edge = std::max(edge, edgeLabelOf(label(track, i), isUnder));
   }
 
  private:
   Scan& scan_;
   const cv::Mat& labels_;
+  cv::Mat& edges_;
   bool isAcross_;
 };
 
@@ -74,10 +83,10 @@ class EndFinder {
   void markEnd(int track, int i) const {
     if (endsTowards(track, i, -1)) {
       const bool isUnder = isUnderNeighbour(track, i, -1);
-      direction_.setType(track, i, isUnder ? FEATURE_JUMP_FALL : FEATURE_JUMP_RISE);
+      direction_.setEnd(track, i, isUnder ? FEATURE_JUMP_FALL : FEATURE_JUMP_RISE, isUnder);
     } else if (endsTowards(track, i, 1)) {
       const bool isUnder = isUnderNeighbour(track, i, 1);
-      direction_.setType(track, i, isUnder ? FEATURE_JUMP_RISE : FEATURE_JUMP_FALL);
+      direction_.setEnd(track, i, isUnder ? FEATURE_JUMP_RISE : FEATURE_JUMP_FALL, isUnder);
     }
   }
 
@@ -123,20 +132,21 @@ void clearFlags(Scan& scan) {
   }
 }
 
-/// The label of the edge where a sample has a type, and whether it may carry a peak.
-cv::Mat edgeImage(const Scan& scan, const cv::Mat& labels) {
+/// An image without edges in which all samples of objects may carry a peak.
+cv::Mat imageForEdges(const cv::Mat& labels) {
   cv::Mat edges(labels.size(), CV_32SC4, cv::Scalar::all(0));
-  for (int row = 0; row < edges.rows; ++row) {
-    for (int col = 0; col < edges.cols; ++col) {
-      const int label = labels.at<int>(row, col);
-      const int flags =
-          scan[static_cast<std::size_t>(col)][static_cast<std::size_t>(row)].nPointIdx;
-      if (label > 0) {
-        edges.at<cv::Vec4i>(row, col) = {flags != 0 ? edgeLabelOf(label) : 0, 0, 0, 1};
-      }
-    }
-  }
+  edges.setTo(cv::Scalar(0, 0, 0, 1), labels > 0);
   return edges;
+}
+
+/// What the walks to one side met of an object's own edges.
+std::vector<SQO_contourPtInfo> pointsOf(const std::vector<SQO_lineConotours>& walks, int object) {
+  std::vector<SQO_contourPtInfo> points;
+  for (const SQO_lineConotours& walk : walks) {
+    std::copy_if(walk.contourPts.begin(), walk.contourPts.end(), std::back_inserter(points),
+                 [object](const SQO_contourPtInfo& pt) { return objectOf(pt.edgeId) == object; });
+  }
+  return points;
 }
 
 }  // namespace
@@ -158,11 +168,12 @@ cv::Mat labelSamples(const Scan& scan, const PixelGrid& grid, const Regions& reg
 
 cv::Mat markEdges(Scan& scan, const cv::Mat& labels, const EdgeParams& params) {
   clearFlags(scan);
-  const Direction along(scan, labels, false);
-  const Direction across(scan, labels, true);
+  cv::Mat edges = imageForEdges(labels);
+  const Direction along(scan, labels, edges, false);
+  const Direction across(scan, labels, edges, true);
   EndFinder(along, params.gap, params.step, params.reach.width).markEnds();
   EndFinder(across, params.gap, params.step, params.reach.height).markEnds();
-  return edgeImage(scan, labels);
+  return edges;
 }
 
 Outline findOutline(std::vector<STesk3DLaserLine>& lines,
@@ -180,8 +191,12 @@ Outline findOutline(std::vector<STesk3DLaserLine>& lines,
                 &maxEdges[kHighY], &maxEdges[kLowX], &maxEdges[kHighX]);
   Outline outline{};
   for (std::size_t side = 0; side < kSides; ++side) {
+    std::vector<SQO_contourPtInfo> points = pointsOf(walks[side], middle.value);
+    // No edge of the object is farther away than this, so only short ones are dropped.
+    const double anyDistance = reach;
     int isFacing = 0;
-    qo_getContourPts(walks[side], edgeLabelOf(middle.value), outline.points[side], &isFacing);
+    qo_contourPostProc(points, maxEdges[side], anyDistance, outline.points[side], middle.value,
+                       &isFacing);
     outline.isFree[side] = isFacing == 1;
   }
   return outline;
