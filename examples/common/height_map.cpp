@@ -159,6 +159,15 @@ HeightMapView viewOf(const Scan& scan, double lineStep, double ptStep) {
   return view;
 }
 
+cv::Size2d mapSize(const STeskRangeD& x, const STeskRangeD& y, cv::Size2d largest) {
+  constexpr double kMinSide = 160.0;
+  const double wide = x.max - x.min;
+  const double high = y.max - y.min;
+  const double scale = std::min(largest.width / wide, largest.height / high);
+  return {std::max(std::round(scale * wide), kMinSide),
+          std::max(std::round(scale * high), kMinSide)};
+}
+
 cv::Mat paintHeightMap(const Scan& scan, const HeightMapView& view, cv::Size size) {
   const Raster raster = rasterise(scan, view, size);
   cv::Mat covered = raster.count > 0.0;

@@ -19,6 +19,10 @@ struct HeightMapView {
 /// The view that holds all samples; its colours leave out the outermost samples of either end.
 HeightMapView viewOf(const Scan& scan, double lineStep, double ptStep);
 
+/// The size of a map: as large as fits with the same scale on both axes, unless it would be very
+/// long or wide.
+cv::Size2d mapSize(const STeskRangeD& x, const STeskRangeD& y, cv::Size2d largest);
+
 /// The scan as a picture in shaded colours; what no sample covers stays dark.
 cv::Mat paintHeightMap(const Scan& scan, const HeightMapView& view, cv::Size size);
 

@@ -65,4 +65,17 @@ CLI::Validator numberIn(double min, double max) {
   return finite & range;
 }
 
+void addLength(CLI::App& app,
+               const std::string& name,
+               std::optional<double>& value,
+               const std::string& what,
+               const std::string& group) {
+  constexpr double kShortest = 1e-9;
+  constexpr double kLongest = 1e9;
+  app.add_option(name, value, what)
+      ->check(numberIn(kShortest, kLongest))
+      ->type_name("LENGTH")
+      ->group(group);
+}
+
 }  // namespace examples

@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -29,5 +30,12 @@ void prepareFolder(const std::string& folder);
 
 /// A finite number from `min` to `max`, both included.
 CLI::Validator numberIn(double min, double max);
+
+/// Adds a length whose default follows from the scan.
+void addLength(CLI::App& app,
+               const std::string& name,
+               std::optional<double>& value,
+               const std::string& what,
+               const std::string& group);
 
 }  // namespace examples

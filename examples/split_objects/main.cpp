@@ -33,7 +33,8 @@ struct Input {
 
 Input loadInput(const Options& options) {
   const bool isMade = options.file.path.empty();
-  const std::string unit = options.unit.empty() ? (isMade ? "mm" : "units") : options.unit;
+  const std::string unit =
+      options.output.unit.empty() ? (isMade ? "mm" : "units") : options.output.unit;
   if (!isMade) {
     return {readScan(options.file), {options.file.path, unit}, {}};
   }
@@ -63,23 +64,24 @@ void writePictures(const SplitResult& result,
 }
 
 void run(const Options& options) {
-  prepareFolder(options.outDir);
+  prepareFolder(options.output.folder);
   Input input = loadInput(options);
-  if (!options.saveScan.empty()) {
-    writeScan(options.saveScan, input.scan);
+  if (!options.output.saveScan.empty()) {
+    writeScan(options.output.saveScan, input.scan);
   }
   const SplitParams params = paramsFor(options, measureScan(input.scan));
 
   const SplitResult result = split(input.scan, params);
-  writePictures(result, params, input.head.unit, options.outDir);
+  writePictures(result, params, input.head.unit, options.output.folder);
 
   printObjects(result, params, input.head);
   if (!input.truth.empty()) {
     printComparison(compare(input.truth, result.objects), result, input.head.unit);
   }
   printTimes(result);
-  std::printf("\nPictures: %s\n",
-              (std::filesystem::path(options.outDir) / "split_objects_*.png").string().c_str());
+  std::printf(
+      "\nPictures: %s\n",
+      (std::filesystem::path(options.output.folder) / "split_objects_*.png").string().c_str());
 }
 
 }  // namespace

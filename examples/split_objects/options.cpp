@@ -38,13 +38,7 @@ void addSceneOptions(CLI::App& app, SceneOptions& scene) {
 
 void addOptions(CLI::App& app, Options& options) {
   addScanFileOptions(app, options.file);
-  app.add_option("--out", options.outDir, "Folder for the pictures")
-      ->capture_default_str()
-      ->type_name("FOLDER");
-  app.add_option("--save-scan", options.saveScan, "Also write the raw scan as a TIFF of x, y, z")
-      ->type_name("FILE");
-  app.add_option("--unit", options.unit, "Name of the scan's unit of length, for the labels")
-      ->type_name("NAME");
+  addOutputOptions(app, options.output);
   addSceneOptions(app, options.scene);
   addLength(app, "--cut", options.cut, "What lies less than this above the belt belongs to it");
   addLength(app, "--step", options.step, "A step in height that parts two objects");

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+#include "output_options.h"
 #include "pipeline.h"
 #include "scan_input.h"
 #include "scene.h"
@@ -13,9 +14,7 @@ namespace examples {
 struct Options {
   ScanFileOptions file;
   SceneOptions scene;
-  std::string outDir = "split_objects_out";
-  std::string saveScan;
-  std::string unit;
+  OutputOptions output;
   double cut = 15.0;
   double step = 25.0;
   double minWidth = 80.0;

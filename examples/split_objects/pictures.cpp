@@ -28,19 +28,9 @@ struct Sheet {
   Plot plot;
 };
 
-cv::Rect2d placeFor(const STeskRangeD& x, const STeskRangeD& y) {
-  constexpr double kMaxWidth = 660.0;
-  constexpr double kMaxHeight = 520.0;
-  constexpr double kMinSide = 120.0;
-  const double wide = x.max - x.min;
-  const double high = y.max - y.min;
-  const double scale = std::min(kMaxWidth / wide, kMaxHeight / high);
-  return {76.0, 70.0, std::max(std::round(scale * wide), kMinSide),
-          std::max(std::round(scale * high), kMinSide)};
-}
-
 Sheet makeSheet(const STeskRangeD& x, const STeskRangeD& y, double right, const std::string& unit) {
-  const cv::Rect2d place = placeFor(x, y);
+  const cv::Size2d largest(660.0, 520.0);
+  const cv::Rect2d place({76.0, 70.0}, mapSize(x, y, largest));
   return {Canvas(static_cast<int>(std::max(place.x + place.width + right, 560.0)),
                  static_cast<int>(place.y + place.height + 58.0), ink::kPaper),
           Plot(place, {x.min, x.max, "x, from line to line [" + unit + "]"},

@@ -1,24 +1,11 @@
 # Runs the program on its own scans, on files, and on input that it must turn down. Wants PROGRAM,
 # MAKE_BAD_SCANS and FOLDER, a folder to work in.
 
-set(scans ${FOLDER}/scans)
-file(REMOVE_RECURSE ${FOLDER})
-file(MAKE_DIRECTORY ${scans})
-include(${CMAKE_CURRENT_LIST_DIR}/turn_down.cmake)
-execute_process(COMMAND ${MAKE_BAD_SCANS} ${scans} COMMAND_ERROR_IS_FATAL ANY)
+include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
-# Runs the program; wants exit code 0, silence on the standard error stream, and every one of the
-# other arguments matched by its report.
+# Wants every one of the other arguments matched by the report.
 function(calibrate arguments)
-  execute_process(
-    COMMAND ${PROGRAM} ${arguments}
-    WORKING_DIRECTORY ${FOLDER}
-    RESULT_VARIABLE code
-    OUTPUT_VARIABLE text
-    ERROR_VARIABLE errors)
-  if(NOT code STREQUAL "0" OR NOT errors STREQUAL "")
-    message(SEND_ERROR "'${arguments}' ended with ${code}: ${errors}")
-  endif()
+  run(text "" ${arguments})
   foreach(expected IN LISTS ARGN)
     if(NOT text MATCHES "${expected}")
       message(SEND_ERROR "'${arguments}' does not tell '${expected}':\n${text}")

@@ -1,17 +1,9 @@
 # Wants a picture of each extractor that the header declares, a line of text about each, and one
 # line for bad usage. Wants PROGRAM, HEADER and FOLDER, a folder to work in.
 
-file(REMOVE_RECURSE ${FOLDER})
-file(MAKE_DIRECTORY ${FOLDER})
-execute_process(
-  COMMAND ${PROGRAM} --out ${FOLDER}/pictures
-  RESULT_VARIABLE code
-  OUTPUT_VARIABLE text
-  ERROR_VARIABLE errors)
-if(NOT code STREQUAL "0" OR NOT errors STREQUAL "")
-  message(FATAL_ERROR "ended with ${code}: ${text}${errors}")
-endif()
+include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
+run(text "" --out ${FOLDER}/pictures)
 file(STRINGS ${HEADER} declarations REGEX "^SCANLINE_API void ")
 foreach(declaration IN LISTS declarations)
   string(REGEX REPLACE "^SCANLINE_API void ([A-Za-z0-9_]+).*" "\\1" name "${declaration}")
@@ -36,22 +28,6 @@ list(LENGTH pictures written)
 if(NOT written EQUAL declared)
   message(SEND_ERROR "${declared} extractors, ${written} pictures")
 endif()
-
-# Wants the exit code for bad input and one line on the standard error stream that holds `expected`.
-function(turn_down expected)
-  execute_process(
-    COMMAND ${PROGRAM} ${ARGN}
-    WORKING_DIRECTORY ${FOLDER}
-    RESULT_VARIABLE code
-    OUTPUT_VARIABLE text
-    ERROR_VARIABLE errors)
-  if(NOT code STREQUAL "2"
-     OR NOT text STREQUAL ""
-     OR NOT errors MATCHES "^feature_gallery: [^\n]+\n$"
-     OR NOT errors MATCHES "${expected}")
-    message(SEND_ERROR "'${ARGN}' ended with ${code}, not with '${expected}': ${text}${errors}")
-  endif()
-endfunction()
 
 file(WRITE ${FOLDER}/file "")
 turn_down("--nonsense" --nonsense)

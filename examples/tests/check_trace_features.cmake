@@ -1,33 +1,11 @@
 # Runs the program on its own scene, on that scene read back from a file, and on input that it must
 # turn down. Wants PROGRAM, MAKE_BAD_SCANS and FOLDER, a folder to work in.
 
-set(scans ${FOLDER}/scans)
-file(REMOVE_RECURSE ${FOLDER})
-file(MAKE_DIRECTORY ${scans})
-include(${CMAKE_CURRENT_LIST_DIR}/turn_down.cmake)
-execute_process(COMMAND ${MAKE_BAD_SCANS} ${scans} COMMAND_ERROR_IS_FATAL ANY)
+include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
-# Runs the program; wants exit code 0, silence on the standard error stream, and both pictures.
 # Gives the report from the line of the scan's size on in `report`.
 function(trace report)
-  set(out ${FOLDER}/trace_features_out)
-  file(REMOVE_RECURSE ${out})
-  execute_process(
-    COMMAND ${PROGRAM} ${ARGN}
-    WORKING_DIRECTORY ${FOLDER}
-    RESULT_VARIABLE code
-    OUTPUT_VARIABLE text
-    ERROR_VARIABLE errors)
-  if(NOT code STREQUAL "0" OR NOT errors STREQUAL "")
-    message(SEND_ERROR "'${ARGN}' ended with ${code}: ${errors}")
-    return()
-  endif()
-  foreach(picture IN ITEMS map profile)
-    file(READ ${out}/trace_features_${picture}.png magic LIMIT 4 HEX)
-    if(NOT magic STREQUAL "89504e47")
-      message(SEND_ERROR "'${ARGN}' wrote no ${picture} picture")
-    endif()
-  endforeach()
+  run(text "map;profile" ${ARGN})
   string(FIND "${text}" "\n" end)
   string(SUBSTRING "${text}" ${end} -1 text)
   set(${report} "${text}" PARENT_SCOPE)

@@ -6,17 +6,10 @@
 #include <vector>
 
 #include "geometry.h"
+#include "vectors.h"
 
 namespace examples {
 namespace {
-
-STesk3DPoint minus(const STesk3DPoint& a, const STesk3DPoint& b) {
-  return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-double dot(const STesk3DPoint& a, const STesk3DPoint& b) {
-  return a.x * b.x + a.y * b.y + a.z * b.z;
-}
 
 double rmsDistance(const std::vector<STesk3DPoint>& points, const TracedEdge& edge) {
   double sum = 0.0;

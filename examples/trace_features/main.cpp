@@ -33,12 +33,12 @@ struct Input {
 /// The made scene, unless the command line names a file; its unit and cut become the defaults.
 Input loadInput(Options& options) {
   if (!options.file.path.empty()) {
-    options.unit = options.unit.empty() ? "units" : options.unit;
+    options.output.unit = options.output.unit.empty() ? "units" : options.output.unit;
     return {readScan(options.file), options.file.path};
   }
   Progress progress("Making the scene", kSceneLines);
   Scene scene = makeScene(progress);
-  options.unit = options.unit.empty() ? "mm" : options.unit;
+  options.output.unit = options.output.unit.empty() ? "mm" : options.output.unit;
   options.cutAbove = options.cutAbove.value_or(60.0);
   return {std::move(scene.scan),
           "made scene, table tilted by " + fixed(scene.tiltDegrees, 2) + " deg"};
@@ -62,12 +62,12 @@ std::string writePictures(const TraceResult& result,
                           const SJU_pointCloudPara& cloud,
                           const Options& options) {
   const int line = options.profileLine >= 0 ? options.profileLine : richestLine(result);
-  const std::filesystem::path folder(options.outDir);
+  const std::filesystem::path folder(options.output.folder);
   const std::string map = (folder / "trace_features_map.png").string();
   const std::string profile = (folder / "trace_features_profile.png").string();
   const Line levelled = levelledLine(raw[static_cast<std::size_t>(line)], result);
-  writePng(map, drawMap(result, cloud, line, options.unit));
-  writePng(profile, drawProfile(result, levelled, line, options.unit));
+  writePng(map, drawMap(result, cloud, line, options.output.unit));
+  writePng(profile, drawProfile(result, levelled, line, options.output.unit));
   return map + ", " + profile;
 }
 
@@ -75,10 +75,10 @@ void run(Options options) {
   if (options.threads > 0) {
     cv::setNumThreads(options.threads);
   }
-  prepareFolder(options.outDir);
+  prepareFolder(options.output.folder);
   Input input = loadInput(options);
-  if (!options.saveScan.empty()) {
-    writeScan(options.saveScan, input.scan);
+  if (!options.output.saveScan.empty()) {
+    writeScan(options.output.saveScan, input.scan);
   }
   const SJU_pointCloudPara cloud = measureScan(input.scan);
   checkLine(options, input.scan);
@@ -86,7 +86,7 @@ void run(Options options) {
   const TraceResult result = trace(input.scan, paramsFor(options, cloud));
   const std::string pictures = writePictures(result, input.scan, cloud, options);
 
-  printReport(result, {input.source, options.unit, cloud.scanLineStep, cloud.ptStep});
+  printReport(result, {input.source, options.output.unit, cloud.scanLineStep, cloud.ptStep});
   std::printf("\nPictures: %s\n", pictures.c_str());
 }
 

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "output_options.h"
 #include "pipeline.h"
 #include "scan_input.h"
 
@@ -12,9 +13,7 @@ namespace examples {
 /// What the command line says. A length that is not given follows from the scan's spacing.
 struct Options {
   ScanFileOptions file;
-  std::string outDir = "trace_features_out";
-  std::string saveScan;
-  std::string unit;
+  OutputOptions output;
   int profileLine = -1;
   int threads = 0;
 

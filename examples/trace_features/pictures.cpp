@@ -11,19 +11,9 @@
 namespace examples {
 namespace {
 
-const int kTypes[] = {FEATURE_JUMP_RISE, FEATURE_JUMP_FALL, FEATURE_CORNER_OTHER};
+const cv::Size2d kLargestMap(740.0, 600.0);
 
-/// As large as fits with the same scale on both axes, unless the scan is very long or wide.
-cv::Size2d mapSize(const HeightMapView& view) {
-  constexpr double kMaxWidth = 740.0;
-  constexpr double kMaxHeight = 600.0;
-  constexpr double kMinSide = 160.0;
-  const double wide = view.x.max - view.x.min;
-  const double high = view.y.max - view.y.min;
-  const double scale = std::min(kMaxWidth / wide, kMaxHeight / high);
-  return {std::max(std::round(scale * wide), kMinSide),
-          std::max(std::round(scale * high), kMinSide)};
-}
+const int kTypes[] = {FEATURE_JUMP_RISE, FEATURE_JUMP_FALL, FEATURE_CORNER_OTHER};
 
 void drawTrees(Canvas& canvas, const Plot& plot, const TraceResult& result) {
   // The longest come first, and are drawn last so that nothing covers them.
@@ -87,7 +77,7 @@ cv::Mat drawMap(const TraceResult& result,
                 int markedLine,
                 const std::string& unit) {
   const HeightMapView view = viewOf(result.scan, cloud.scanLineStep, cloud.ptStep);
-  const cv::Size2d size = mapSize(view);
+  const cv::Size2d size = mapSize(view.x, view.y, kLargestMap);
   const cv::Rect2d place({76.0, 70.0}, size);
   const double right = place.x + place.width;
   Canvas canvas(static_cast<int>(std::max(right + 96.0, 640.0)),

@@ -6,17 +6,10 @@
 #include <opencv2/core/types.hpp>
 
 #include "geometry.h"
+#include "vectors.h"
 
 namespace examples {
 namespace {
-
-STesk3DPoint minus(const STesk3DPoint& a, const STesk3DPoint& b) {
-  return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-double dot(const STesk3DPoint& a, const STesk3DPoint& b) {
-  return a.x * b.x + a.y * b.y + a.z * b.z;
-}
 
 STesk3DPoint rotated(const double* m, const STesk3DPoint& p) {
   return {m[0] * p.x + m[1] * p.y + m[2] * p.z, m[3] * p.x + m[4] * p.y + m[5] * p.z,

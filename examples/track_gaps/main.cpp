@@ -40,14 +40,14 @@ Input loadInput(const Options& options) {
   if (!options.file.path.empty()) {
     return {readScan(options.file),
             options.file.path,
-            options.unit.empty() ? "units" : options.unit,
+            options.output.unit.empty() ? "units" : options.output.unit,
             {}};
   }
   Progress progress("Making the scene", options.scene.lines);
   Scene scene = makeScene(options.scene, progress);
   return {std::move(scene.scan),
           "made scene, part tilted by " + fixed(scene.tiltDegrees, 2) + " deg",
-          options.unit.empty() ? "mm" : options.unit, std::move(scene.gaps)};
+          options.output.unit.empty() ? "mm" : options.output.unit, std::move(scene.gaps)};
 }
 
 void checkLine(const Options& options, std::size_t lines) {
@@ -87,7 +87,7 @@ std::string writePictures(const Scan& scan,
                           const std::string& unit) {
   const int line =
       options.profileLine >= 0 ? options.profileLine : typicalLine(tracks, scan.size());
-  const std::filesystem::path folder(options.outDir);
+  const std::filesystem::path folder(options.output.folder);
   const std::string map = (folder / "track_gaps_map.png").string();
   const std::string profile = (folder / "track_gaps_profile.png").string();
   writePng(map, drawMap(scan, tracks, cloud, line, unit));
@@ -109,11 +109,11 @@ ReportHead headOf(const Input& input,
 }
 
 void run(const Options& options) {
-  prepareFolder(options.outDir);
+  prepareFolder(options.output.folder);
   Input input = loadInput(options);
   Scan& scan = input.scan;
-  if (!options.saveScan.empty()) {
-    writeScan(options.saveScan, scan);
+  if (!options.output.saveScan.empty()) {
+    writeScan(options.output.saveScan, scan);
   }
   const SJU_pointCloudPara cloud = measureScan(scan);
   const GapParams params = paramsFor(options, cloud);

@@ -8,20 +8,6 @@
 namespace examples {
 namespace {
 
-constexpr double kLongest = 1e9;
-
-/// Adds a length whose default follows from the scan.
-void addLength(CLI::App& app,
-               const std::string& name,
-               std::optional<double>& value,
-               const std::string& what,
-               const std::string& group) {
-  app.add_option(name, value, what)
-      ->check(numberIn(1e-9, kLongest))
-      ->type_name("LENGTH")
-      ->group(group);
-}
-
 void addSceneOptions(CLI::App& app, SceneParams& scene) {
   const std::string group = "Made scene";
   app.add_option("--seed", scene.seed, "Seed of noise and dropouts")
@@ -43,13 +29,7 @@ void addSceneOptions(CLI::App& app, SceneParams& scene) {
 }
 
 void addGeneralOptions(CLI::App& app, Options& options) {
-  app.add_option("--out", options.outDir, "Folder for the pictures")
-      ->capture_default_str()
-      ->type_name("FOLDER");
-  app.add_option("--save-scan", options.saveScan, "Also write the raw scan as a TIFF of x, y, z")
-      ->type_name("FILE");
-  app.add_option("--unit", options.unit, "Name of the scan's unit of length, for the labels")
-      ->type_name("NAME");
+  addOutputOptions(app, options.output);
   app.add_option("--line", options.profileLine, "Line of the profile plot (default: one of most)")
       ->check(CLI::Range(0, 100'000'000))
       ->type_name("INDEX");

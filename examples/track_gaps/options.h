@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "output_options.h"
 #include "pipeline.h"
 #include "scan_input.h"
 #include "scene.h"
@@ -15,9 +16,7 @@ namespace examples {
 struct Options {
   ScanFileOptions file;
   SceneParams scene = {400, 0.015, 1};
-  std::string outDir = "track_gaps_out";
-  std::string saveScan;
-  std::string unit;
+  OutputOptions output;
   int profileLine = -1;
   bool noLevel = false;
 

@@ -14,6 +14,8 @@
 namespace examples {
 namespace {
 
+const cv::Size2d kLargestMap(740.0, 600.0);
+
 const cv::Scalar kCentre = rgb(255, 84, 60);
 const cv::Scalar kRims = rgb(255, 255, 255);
 const cv::Scalar kBridged = rgb(90, 170, 255);
@@ -57,17 +59,6 @@ STeskRangeD coloursFor(const Scan& heights) {
   const double deep = at(z.size() / 200);
   const double face = at(z.size() / 2);
   return widened({deep, face + 1.5 * (face - deep)}, 0.0);
-}
-
-cv::Size2d mapSize(const HeightMapView& view) {
-  constexpr double kMaxWidth = 740.0;
-  constexpr double kMaxHeight = 600.0;
-  constexpr double kMinSide = 160.0;
-  const double wide = view.x.max - view.x.min;
-  const double high = view.y.max - view.y.min;
-  const double scale = std::min(kMaxWidth / wide, kMaxHeight / high);
-  return {std::max(std::round(scale * wide), kMinSide),
-          std::max(std::round(scale * high), kMinSide)};
 }
 
 /// Draws a tree piece by piece: its rims and centre where it was seen, a link where it was bridged.
@@ -199,7 +190,7 @@ cv::Mat drawMap(const Scan& scan,
   const Scan heights = heightsOf(scan);
   HeightMapView view = viewOf(heights, cloud.scanLineStep, cloud.ptStep);
   view.z = coloursFor(heights);
-  const cv::Rect2d place({76.0, 70.0}, mapSize(view));
+  const cv::Rect2d place({76.0, 70.0}, mapSize(view.x, view.y, kLargestMap));
   const double right = place.x + place.width;
   Canvas canvas(static_cast<int>(std::max(right + 96.0, 640.0)),
                 static_cast<int>(place.y + place.height + 58.0), ink::kPaper);
