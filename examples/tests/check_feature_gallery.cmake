@@ -1,10 +1,14 @@
-# Wants a picture of each extractor that the header declares, a line of text about each, and one
-# line for bad usage. Wants PROGRAM, HEADER and FOLDER, a folder to work in.
+# Wants a picture of each extractor that the headers declare, a line of text about each, and one
+# line for bad usage. Wants PROGRAM, INCLUDE and FOLDER, a folder to work in.
 
 include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
 run(text "" --out ${FOLDER}/pictures)
-file(STRINGS ${HEADER} declarations REGEX "^SCANLINE_API void ")
+set(declarations "")
+foreach(header IN ITEMS line_corners line_peaks line_shapes)
+  file(STRINGS ${INCLUDE}/${header}.h declared REGEX "^SCANLINE_API void ")
+  list(APPEND declarations "${declared}")
+endforeach()
 foreach(declaration IN LISTS declarations)
   string(REGEX REPLACE "^SCANLINE_API void ([A-Za-z0-9_]+).*" "\\1" name "${declaration}")
   list(APPEND names ${name})
