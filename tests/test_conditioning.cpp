@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -17,20 +16,11 @@ namespace {
 
 using build::Line;
 using build::lineOfZ;
+using build::text;
 using Runs = std::vector<SQO_RUN>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
 
 const double kNaN = std::nan("");
-
-/// Every bit of a line but the sign of its NaN, to compare and to read.
-std::string text(const Line& line) {
-  std::ostringstream out;
-  for (const auto& [idx, pt] : line) {
-    out << std::hexfloat << idx << ": " << pt.x << ' ' << pt.y << ' '
-        << (std::isnan(pt.z) ? kNaN : pt.z) << '\n';
-  }
-  return out.str();
-}
 
 /// Steps, noise, infinities, samples right at the limit and holes of every kind.
 Line noisyLine(int count) {

@@ -2,7 +2,10 @@
 
 /// Small builders of samples, lines and scans for the tests, and a short form of what is found.
 
+#include <cmath>
 #include <functional>
+#include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -67,6 +70,17 @@ inline std::vector<int> stampsOf(const Line& line) {
     stamps.push_back(sample.nPointIdx);
   }
   return stamps;
+}
+
+/// Every bit of a line but the sign of its NaN, to compare and to read.
+inline std::string text(const Line& line) {
+  const auto bits = [](double value) { return std::isnan(value) ? std::nan("") : value; };
+  std::ostringstream out;
+  for (const auto& [idx, pt] : line) {
+    out << std::hexfloat << idx << ": " << bits(pt.x) << ' ' << bits(pt.y) << ' ' << bits(pt.z)
+        << '\n';
+  }
+  return out.str();
 }
 
 /// Type and sample of each feature.
