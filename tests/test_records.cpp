@@ -55,13 +55,6 @@ TEST(Layout, FieldsStandInOrder) {
   using Calib = SQO_planeCalibPara;
   EXPECT_EQ(offsets(&Calib::levelMatrix, &Calib::planeHeight, &Calib::invLevelMatrix),
             (Bytes{0, 72, 80}));
-  using Rect = STeskRect;
-  EXPECT_EQ(offsets(&Rect::left, &Rect::right, &Rect::top, &Rect::bottom), (Bytes{0, 4, 8, 12}));
-  using Value = SQO_2DValueI;
-  EXPECT_EQ(offsets(&Value::x, &Value::y, &Value::value, &Value::valueD, &Value::tag),
-            (Bytes{0, 4, 8, 16, 24}));
-  using Pair = SQO_intPair;
-  EXPECT_EQ(offsets(&Pair::first, &Pair::second, &Pair::third), (Bytes{0, 4, 8}));
   using Gap = SQO_basicFeatureGap;
   EXPECT_EQ(offsets(&Gap::lineIdx, &Gap::reserved1, &Gap::gapStart, &Gap::gapEnd, &Gap::reserved2),
             (Bytes{0, 8, 32, 64, 96}));

@@ -23,15 +23,8 @@ SQO_basicFeature1D feature(
 }
 
 SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
-  return {state,
-          nodes.front().featureType,
-          nodes.front().jumpPos2D.x,
-          nodes.back().jumpPos2D.x,
-          0.0,
-          {0.0, 0.0},
-          {0.0, 0.0},
-          nodes,
-          -1};
+  const auto& [type, first, pos, value] = nodes.front();
+  return {state, type, first.x, nodes.back().jumpPos2D.x, 0.0, {}, {}, nodes, -1};
 }
 
 // The rules told once more in the plainest way, as walks over the whole list.
@@ -133,12 +126,11 @@ std::string text(const Trees& trees) {
 }
 
 /// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
-class RandomScan {
- public:
-  explicit RandomScan(unsigned seed) : random_(seed) {}
+struct RandomScan {
+  std::mt19937 random;
 
   int integer(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random_);
+    return std::uniform_int_distribution<int>(low, high)(random);
   }
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
@@ -168,15 +160,12 @@ class RandomScan {
     }
     return trees;
   }
-
- private:
-  std::mt19937 random_;
 };
 
 TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random(seed);
+    RandomScan random = {std::mt19937(seed)};
     std::vector<Features> lines = random.lines();
     const SQO_treeGrowParam param = random.param();
     const Trees passedIn = random.passedIn();
