@@ -98,10 +98,7 @@ Found afterV(Flank rise, Flank fall) {
   fall.insert(fall.begin(), 3, fall.front());
   const int top = static_cast<int>(rise.size()) - 1;
   rise.insert(rise.end(), fall.rbegin() + 1, fall.rend());
-  Line line;
-  for (const double z : rise) {
-    line.push_back(build::sample(0.0, static_cast<double>(line.size()), z));
-  }
+  const Line line = lineOfZ(rise);
   Found result = found(shapesOf(line, {1.0, 1000.0}).features);
   for (auto& feature : result) {
     feature.second -= top;
@@ -198,22 +195,19 @@ Line box(int samples = 50) {
   return line;
 }
 
-TEST(RightAngleFeature, FourKinds) {
+TEST(RightAngleFeature, FourKindsAndTheirTolerances) {
   const Found corners = {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}};
   EXPECT_EQ(anglesOf(box(), alike(1.0)), corners) << "samples beside a corner stray by the limit";
   EXPECT_EQ(anglesOf(box(), alike(1.5)), corners) << "three samples each, the middle one stays";
-}
-
-TEST(RightAngleFeature, FlatFallsKeepToTheToleranceOfFlatRises) {
-  const Found kindsLeft[] = {{{kRiseFlat, 19}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kFlatFall, 29}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}}};
+  // What is left without the tolerance of each record: flat falls keep to that of flat rises.
+  const Found kindsLeft[] = {{corners[1], corners[3]},
+                             {corners[0], corners[2], corners[3]},
+                             corners,
+                             {corners[0], corners[1], corners[2]}};
   for (std::size_t record = 0; record < 4; ++record) {
     Kinds kinds = alike(1.5);
     kinds[record].armTol = 0.0;
-    EXPECT_EQ(anglesOf(box(), kinds), kindsLeft[record])
-        << "without the tolerance of record " << record;
+    EXPECT_EQ(anglesOf(box(), kinds), kindsLeft[record]) << record;
   }
 }
 
@@ -226,7 +220,7 @@ TEST(RightAngleFeature, StepsWithoutSamplesAreSharp) {
       << "the last of three sharp ones, whose arms without samples stray by less than 0";
 }
 
-TEST(RightAngleFeature, LengthsOfArms) {
+TEST(RightAngleFeature, SamplesOfArms) {
   Line line = box(15);
   line.erase(line.begin(), line.begin() + 5);
   EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 4}}));
@@ -241,12 +235,10 @@ TEST(RightAngleFeature, LengthsOfArms) {
   EXPECT_TRUE(anglesOf(line, kinds).empty()) << "sample 5 strays by the limit";
   kinds[0].flatArmLen = 100.0;
   EXPECT_EQ(anglesOf(line, kinds), (Found{{kFlatRise, 9}})) << "the arm runs out";
-}
 
-TEST(RightAngleFeature, SmallestSampleIsAStartButNoNeighbour) {
-  Line line = box(15);
+  line = box(15);
   line[8].pt3D.z = 0.0001;
-  EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 8}}));
+  EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 8}})) << "the smallest sample is no neighbour";
 }
 
 }  // namespace

@@ -155,20 +155,16 @@ Plane randomPlane(int height, int width, int low, int high, int percent = 100) {
   return plane;
 }
 
-TEST(Watershed, MarksFlatMinimaInTheirPattern) {
+TEST(Watershed, SmallImages) {
   const int w = -1;
-  EXPECT_EQ(segmented(imageOf(flat(2, 2))), flat(2, 2));
   EXPECT_EQ(segmented(imageOf({})), Plane{});
+  EXPECT_EQ(segmented(imageOf(flat(2, 2))), flat(2, 2));
   EXPECT_EQ(segmented(imageOf(flat(3, 3))), (Plane{{2, w, 2}, {w, 2, w}, {2, w, 2}}));
-  // Each label is wiped by the pixel after it.
-  EXPECT_EQ(segmented(imageOf(flat(4, 4))), flat(4, 4));
-}
-
-TEST(Watershed, CrossesRowsAndColumnsAndCountsEqualLabels) {
-  // The value at (1, 0) calls up the marker at (0, 1) first.
+  EXPECT_EQ(segmented(imageOf(flat(4, 4))), flat(4, 4)) << "each label is wiped by the next pixel";
+  // The value at (1, 0) calls up the marker at (0, 1) first; equal labels count one by one.
   const Plane gray = {{9, 5}, {1, 7}};
-  EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {-1, -1}}));
-  EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, -1}})), (Plane{{1, 1}, {-1, -1}}));
+  EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {w, w}}));
+  EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, w}})), (Plane{{1, 1}, {w, w}}));
 }
 
 TEST(Watershed, FollowsTheRulesOnRandomImages) {
