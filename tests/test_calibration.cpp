@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "builders.h"
 #include "calibration.h"
@@ -19,8 +19,6 @@ using build::surfaceScan;
 using build::text;
 using Matrix = std::array<double, 9>;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr Matrix kIdentity = {1, 0, 0, 0, 1, 0, 0, 0, 1};
 constexpr Matrix kHalfTurnAboutX = {1, 0, 0, 0, -1, 0, 0, 0, -1};
 constexpr Matrix kHalfTurnAboutY = {-1, 0, 0, 0, 1, 0, 0, 0, -1};
@@ -54,16 +52,16 @@ TEST(ComputeRTMatrix, TurnsOneDirectionOntoTheOther) {
 TEST(LineDataRT, CutsStrictlyAboveInZAndLeavesNoSamplesAlone) {
   const double above = std::nextafter(5, 6);
   const build::Line line = {sample(1, 5, 0.0001), sample(2, above, 3), sample(3, 9, 0.00009),
-                            sample(4, kNaN, 3)};
+                            sample(4, NAN, 3)};
   build::Line vectorForm = line;
   lineDataRT_vector(vectorForm, kYToZ.data(), 5.0);
   EXPECT_EQ(text(vectorForm), text({sample(1, -0.0001, 5), sample(2, -3, 0), sample(3, 9, 0.00009),
-                                    sample(kNaN, kNaN, kNaN)}));
+                                    sample(NAN, NAN, NAN)}));
   build::Line pointerForm = line;
   STesk3DLaserLine allButTheLast = {pointerForm.data(), 3, 0};
   lineDataRT(&allButTheLast, kYToZ.data(), -5.0);
   EXPECT_EQ(text(pointerForm), text({sample(1, -0.0001, 5), sample(2, -3, above),
-                                     sample(3, 9, 0.00009), sample(4, kNaN, 3)}));
+                                     sample(3, 9, 0.00009), sample(4, NAN, 3)}));
 }
 
 TEST(HCameraLineDataRT, CutsFromTheLimitOnInY) {
@@ -168,9 +166,9 @@ TEST(GetPlaneCalibPara, WindowIncludesItsUpperEnd) {
 }
 
 TEST(GetPlaneCalibPara, HeightsWithoutAHistogram) {
-  for (const double first : {kNaN, kInf}) {
+  for (const double first : std::vector<double>{NAN, HUGE_VAL}) {
     build::Scan scan = {level(100, 500), level(150, 500)};
-    scan[1].push_back(sample(0, 0, kNaN));
+    scan[1].push_back(sample(0, 0, NAN));
     EXPECT_EQ(calibrate(scan).planeHeight, 150.0) << "passed over later";
     scan[0][0].pt3D.z = first;
     const SQO_planeCalibPara record = calibrate(scan);
@@ -210,7 +208,7 @@ TEST(RegionCalibration, LimitsBelongToTheRegion) {
       {{5, 20, 9}, shallow, true},    {{5, 20.5, 9}, shallow, false},
       {{-0.5, 5, 9}, narrow, false},  {{10.5, 5, 9}, narrow, false},
       {{5, -0.5, 9}, narrow, false},  {{5, 5, 4.5}, narrow, false},
-      {{5, kNaN, 9}, narrow, false},  {{5, 5, kNaN}, narrow, false},
+      {{5, NAN, 9}, narrow, false},   {{5, 5, NAN}, narrow, false},
       {{5, 5, 9e-5}, shallow, false}, {{5, 5, 0.0001}, shallow, true}};
   for (const auto& [point, roi, isSelected] : cases) {
     build::Scan scan = {{sample(point.x, point.y, point.z)}};

@@ -4,7 +4,6 @@
 #include <array>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <opencv2/core.hpp>
 
 #include "builders.h"
@@ -12,16 +11,13 @@
 
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
-
 /// A map of small whole numbers, with odd ones among them if asked for.
 cv::Mat randomMap(cv::RNG& random, int rows, int cols, bool odd) {
   cv::Mat map(rows, cols, CV_32F);
   for (float& cell : cv::Mat_<float>(map)) {
     cell = static_cast<float>(random.uniform(0, 10));
     if (odd && random.uniform(0, 20) == 0) {
-      cell = random.uniform(0, 2) == 0 ? kNaN : -1.5F;
+      cell = random.uniform(0, 2) == 0 ? NAN : -1.5F;
     }
   }
   return map;
@@ -82,11 +78,11 @@ TEST(Projection, LinksSamplesOfALineThatAreClose) {
 }
 
 TEST(Projection, JoinsPixelsOfARowBelowTheLimit) {
-  const std::vector<float> row = {0.00011F, 0.0001F, 2.0F, 0.0F, kNaN, 1.0F};
+  const std::vector<float> row = {0.00011F, 0.0001F, 2.0F, 0.0F, NAN, 1.0F};
   const std::string none = "............";
   const std::string both = "....-.--....";
   for (const auto& [maxLinkDist, expected] : std::vector<std::pair<double, std::string>>{
-           {-kInf, none}, {2.9, none}, {3.0, "....-......."}, {4.0, both}, {kInf, both}}) {
+           {-HUGE_VAL, none}, {2.9, none}, {3.0, "....-......."}, {4.0, both}, {HUGE_VAL, both}}) {
     Images images;
     std::copy(row.begin(), row.end(), images.mask.ptr<float>(1) + 3);
     EXPECT_EQ(images.project({}, 1.0, 0, maxLinkDist), none) << "without a line";

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -13,8 +13,6 @@
 #include "scanline.h"
 
 namespace {
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 using Bytes = std::vector<std::size_t>;
 
@@ -140,7 +138,7 @@ TEST(Bounds, KeepTheFirstOfValuesThatAreNotLess) {
   using build::sample;
   EXPECT_EQ(boundsOf({{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}), "-0..-0 0..0 1..1 ");
   // What is not a number stays if it comes first, and is passed over later.
-  EXPECT_EQ(boundsOf({{sample(kNaN, 1, 5), sample(2, kNaN, kNaN), sample(3, 0, 6)}}),
+  EXPECT_EQ(boundsOf({{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}),
             "nan..nan 0..1 5..6 ");
 }
 

@@ -1,7 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <utility>
+#include <sstream>
+#include <string>
 #include <vector>
 
 #include "builders.h"
@@ -12,25 +13,25 @@
 
 namespace {
 
+using build::feature;
+using build::sample;
 using Trees = std::vector<SQO_featureTree>;
-using Ys = std::vector<double>;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
 
-SQO_basicFeature1D feature(int line, double y, int type = FEATURE_JUMP_RISE) {
-  return {type, {line, 0}, {static_cast<double>(line), y, 10.0}, 1.0};
-}
-
-/// The y of the nodes of each tree.
-std::vector<Ys> ysOf(const Trees& trees) {
-  std::vector<Ys> all;
-  for (const SQO_featureTree& tree : trees) {
-    all.emplace_back();
-    for (const SQO_basicFeature1D& node : tree.treeNodes) {
-      all.back().push_back(node.jumpPos.y);
+/// Each tree as "state first-last line: y of its nodes; ".
+template <typename Tree, typename Node = SQO_basicFeature1D>
+std::string told(const std::vector<Tree>& trees,
+                 STesk3DPoint Node::*point = &SQO_basicFeature1D::jumpPos) {
+  std::ostringstream out;
+  for (const Tree& tree : trees) {
+    out << tree.treeState << ' ' << tree.sLineIdx << '-' << tree.eLineIdx << ':';
+    for (const Node& node : tree.treeNodes) {
+      out << ' ' << (node.*point).y;
     }
+    out << "; ";
   }
-  return all;
+  return out.str();
 }
 
 TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
@@ -41,9 +42,9 @@ TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
   Trees endingTrees;
   SQO_treeGrowParam param = kParam;
   ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
-  ASSERT_EQ(ysOf(trees), (std::vector<Ys>{{0.0, 0.5}}));
+  ASSERT_EQ(told(trees), "2 0-1: 0 0.5; ");
   EXPECT_EQ(trees[0].treeType, FEATURE_V);
-  EXPECT_EQ(ysOf(endingTrees), (std::vector<Ys>{{9.0, 9.0}})) << "a single node is too short";
+  EXPECT_EQ(told(endingTrees), "2 0-1: 9 9; ") << "a single node is too short";
 
   param.minVTypeTreeLen = 4.0;
   trees.clear();
@@ -61,10 +62,9 @@ TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
   }
   Trees trees;
   qo_getEndingGrowingTrees(endings, lines.data(), false, FEATURE_SEG_START, trees, kParam);
-  ASSERT_EQ(ysOf(trees), (std::vector<Ys>{{0, 0, 0}, {3, 3, 3}})) << "y is the x of the scan";
+  ASSERT_EQ(told(trees), "2 0-2: 0 0 0; 2 0-2: 3 3 3; ") << "y is the x of the scan";
   EXPECT_EQ(trees[1].treeNodes[2].jumpPos.x, 2.0);
   EXPECT_EQ(trees[1].treeNodes[2].jumpPos2D.y, 3);
-  EXPECT_EQ(trees[1].eLineIdx, 2);
   EXPECT_EQ(trees[1].treeValue, 0.0);
 
   trees.clear();
@@ -84,36 +84,31 @@ TEST(EndingGrowing, ClosesTreesAfterEachEnding) {
 }
 
 TEST(EndingGrowing, TurnOffTheAxisByNoMoreThan45Degrees) {
-  using TreeAndAnchor = std::pair<Ys, int>;
-  // The first of the trees that endings with the given y, one per line, grow to.
-  const auto first = [](const Ys& ys, double checkDist) -> TreeAndAnchor {
+  // The trees that endings with the given y, one per line, grow to, and the first one's anchor.
+  const auto grown = [](const std::vector<double>& ys, double checkDist) {
     build::Scan scan;
     std::vector<SQO_2DValueI> endings;
     for (const double y : ys) {
       const auto line = static_cast<int>(scan.size());
-      scan.push_back({build::sample(line, y, 10.0)});
+      scan.push_back({sample(line, y, 10.0)});
       endings.push_back({line, 0, 0, 0.0, 0});
     }
     Trees trees;
     qo_getEndingGrowingTrees_angleCheck(endings, build::pointerForm(scan).data(), true,
                                         FEATURE_SEG_END, trees, {6.0, 3.0, 3, 5.0, -1.0, 0.5},
                                         checkDist);
-    return {ysOf(trees).at(0), trees[0].anchorNode};
+    return told(trees) + std::to_string(trees.at(0).anchorNode);
   };
-  EXPECT_EQ(first({0, 4}, 5.0), TreeAndAnchor({0, 4}, -1)) << "nearer than the distance: no test";
-  EXPECT_EQ(first({0, 4}, std::sqrt(17.0)), TreeAndAnchor({0}, 0)) << "at the distance";
-  EXPECT_EQ(first({0, 1}, 1.0), TreeAndAnchor({0, 1}, 0)) << "45 degrees";
-  EXPECT_EQ(first({0, 0, 0, 0, 0, 0}, 2.5), TreeAndAnchor({0, 0, 0, 0, 0, 0}, 2));
-  EXPECT_EQ(first({0, 0, 0, 0, 0, 0, 4}, 4.2), TreeAndAnchor({0, 0, 0, 0, 0, 0}, 4))
+  EXPECT_EQ(grown({0, 4}, 5.0), "2 0-1: 0 4; -1") << "nearer than the distance: no test";
+  EXPECT_EQ(grown({0, 4}, std::sqrt(17.0)), "2 0-0: 0; 2 1-1: 4; 0") << "at the distance";
+  EXPECT_EQ(grown({0, 1}, 1.0), "2 0-1: 0 1; 0") << "45 degrees";
+  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0}, 2.5), "2 0-5: 0 0 0 0 0 0; 2");
+  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0, 4}, 4.2), "2 0-5: 0 0 0 0 0 0; 2 6-6: 4; 4")
       << "the anchor moves though the feature fails";
 }
 
 SQO_basicFeatureGap gap(int line, double y, double width = 2.0) {
-  return {line,
-          {},
-          build::sample(line, y - width / 2, 10.0),
-          build::sample(line, y + width / 2, 12.0),
-          {}};
+  return {line, {}, sample(line, y - width / 2, 10.0), sample(line, y + width / 2, 12.0), {}};
 }
 
 TEST(GapGrowing, LinksCentresLineByLine) {
@@ -167,10 +162,9 @@ TEST(SemiCircleGrowing, TakesTheNearestOfRivals) {
                 {semiCircle(1, -1.5), semiCircle(1, 1.0), semiCircle(1, -1.0, 3),
                  semiCircle(1, 2.0), semiCircle(1, 0.0)});
   EXPECT_EQ(states, (std::vector<int>{5, 5, 5, 0, 0})) << "rivals end at the first that is too far";
-  ASSERT_EQ(scan.trees.size(), 3U);
-  EXPECT_EQ(scan.trees[0].treeNodes[1].midPt.y, 1.0) << "the earliest of equals";
+  EXPECT_EQ(told(scan.trees, &SQO_featureSemiCircle::midPt), "1 0-1: 0 1; 1 1-1: 2; 1 1-1: 0; ")
+      << "the earliest of equals";
   EXPECT_EQ(scan.trees[0].treeNodes[1].segState, 0);
-  EXPECT_EQ(scan.trees[1].treeNodes[0].midPt.y, 2.0);
 }
 
 TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
@@ -182,10 +176,10 @@ TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
   scan.grow(2, 3, {semiCircle(2, 40.0, 5)});
   ASSERT_EQ(scan.trees.size(), 1U);
   EXPECT_EQ(scan.trees[0].treeType, 7) << "trees that were closed before stay";
-  ASSERT_EQ(scan.longTrees.size(), 1U);
-  EXPECT_EQ(scan.longTrees[0].treeNodes.size(), 2U);
-  ASSERT_EQ(scan.shortTrees.size(), 4U);
-  EXPECT_EQ(scan.shortTrees[0].treeNodes[0].midPt.y, 20.0) << "from the last to the first";
+  EXPECT_EQ(told(scan.longTrees, &SQO_featureSemiCircle::midPt), "2 0-1: 40 40; ");
+  ASSERT_EQ(told(scan.shortTrees, &SQO_featureSemiCircle::midPt),
+            "2 1-1: 20; 2 1-1: 0; 2 0-0: 20; 2 0-0: 0; ")
+      << "from the last to the first";
   EXPECT_EQ(scan.shortTrees[3].treeNodes[0].segState, 2);
 }
 
@@ -201,8 +195,8 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
       {segment(3, 2.0, 50.0, 60.0)}};
   std::vector<SJU_segFeatureTree> trees;
   ju_getSegFeatureGrowingTrees(lines, trees, kParam);
-  ASSERT_EQ(trees.size(), 1U) << "a tree that comes back to its x has no length";
-  EXPECT_EQ(trees[0].treeNodes[0].startPt.y, 50.0);
+  EXPECT_EQ(told(trees, &SJU_segFeature::startPt), "1 0-3: 50 50; ")
+      << "a tree that comes back to its x has no length";
 
   trees.clear();
   lines[2][1].startPt.x = 0.25;
@@ -210,11 +204,9 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
   SQO_treeGrowParam param = kParam;
   param.maxLineSkipNum = 0;
   ju_getSegFeatureGrowingTrees(lines, trees, param);
-  ASSERT_EQ(trees.size(), 2U);
-  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
+  ASSERT_EQ(told(trees, &SJU_segFeature::startPt), "2 0-2: 0 1 1; 1 0-3: 50 50; ")
+      << "the second took a node of the last line";
   EXPECT_EQ(trees[0].treeValue, 33.0);
-  EXPECT_EQ(trees[0].treeState, TREE_CLOSED);
-  EXPECT_EQ(trees[1].treeState, TREE_GROWING) << "took a node of the last line";
 
   trees[1].eLineIdx = trees[1].sLineIdx;
   lines.clear();
@@ -256,9 +248,8 @@ TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
   }
   ending(9, 1.5);
   const Trees trees = grow({1.0, 1.0});
-  ASSERT_EQ(ysOf(trees), (std::vector<Ys>{{6.0, 4.5, 3.0, 1.5, 0.0, 0.0, 0.0, 0.0, 0.0, 0.5, 1.0}}))
+  ASSERT_EQ(told(trees), "2 10-14: 6 4.5 3 1.5 0 0 0 0 0 0.5 1; ")
       << "forward, the third ending is three lines away from the reference";
-  EXPECT_EQ(trees[0].sLineIdx, 10);
   EXPECT_EQ(lines[6].endings[0].featureType, FEATURE_SLOPE_RISE);
   ASSERT_EQ(starts.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
   EXPECT_EQ(starts[1].x, 9);

@@ -8,19 +8,16 @@
 #include <string>
 #include <vector>
 
+#include "builders.h"
 #include "trees.h"
 
 namespace {
 
+using build::feature;
 using Features = std::vector<SQO_basicFeature1D>;
 using Trees = std::vector<SQO_featureTree>;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
-
-SQO_basicFeature1D feature(
-    int line, double y, double z = 10.0, int type = FEATURE_JUMP_RISE, double value = 1.0) {
-  return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
-}
 
 SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
   const auto& [type, first, pos, value] = nodes.front();
@@ -135,7 +132,7 @@ struct RandomScan {
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
         feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 0.5 * integer(-40, 40),
-                9.5 + 0.5 * integer(0, 8), integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE,
+                integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
                 0.25 * integer(0, 9));
     f.jumpPos.x += 0.5 * integer(-1, 1);
     return f;

@@ -83,6 +83,12 @@ inline std::string text(const Line& line) {
   return out.str();
 }
 
+/// A feature on a line at x = `line`.
+inline SQO_basicFeature1D feature(
+    int line, double y, int type = FEATURE_JUMP_RISE, double z = 10.0, double value = 1.0) {
+  return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
+}
+
 /// Type and sample of each feature.
 using Found = std::vector<std::pair<int, int>>;
 
