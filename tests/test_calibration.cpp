@@ -13,6 +13,7 @@
 
 namespace {
 
+using build::expectNear;
 using build::lineOfZ;
 using build::sample;
 using build::surfaceScan;
@@ -92,9 +93,7 @@ TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
 TEST(EulerZYX, RollsFirstAndConvertsBack) {
   double matrix[3][3];
   eulerToRotationMatrixZYX({90, 0, 60}, matrix);
-  EXPECT_NEAR(matrix[0][2], std::sqrt(0.75), 1e-15);
-  EXPECT_NEAR(matrix[1][2], -0.5, 1e-15);
-  EXPECT_NEAR(matrix[2][1], 1.0, 1e-15);
+  expectNear({matrix[0][2], matrix[1][2], matrix[2][1]}, {std::sqrt(0.75), -0.5, 1}, 1e-15);
   const SQO_EulerAngles cases[][2] = {{{10, 20, 30}, {10, 20, 30}},
                                       {{5, 100, 7}, {-175, 80, -173}},
                                       {{30, 90, 50}, {0, 90, 20}},
@@ -102,9 +101,7 @@ TEST(EulerZYX, RollsFirstAndConvertsBack) {
   for (const auto& [angles, expected] : cases) {
     eulerToRotationMatrixZYX(angles, matrix);
     const auto [roll, pitch, yaw] = rotationMatrixToEulerZYX(matrix);
-    EXPECT_NEAR(roll, expected.roll, 1e-6);
-    EXPECT_NEAR(pitch, expected.pitch, 1e-6);
-    EXPECT_NEAR(yaw, expected.yaw, 1e-6);
+    expectNear({roll, pitch, yaw}, {expected.roll, expected.pitch, expected.yaw}, 1e-6);
   }
 }
 
@@ -112,11 +109,7 @@ TEST(CaculateLaserPlane, AppendsThePlaneOrAFlatOne) {
   std::vector<double> res = {42.0};
   teskCaculateLaserPlane({{0, 0, 4}, {1, 0, 6}, {0, 1, 7}, {5, 3, 23}}, res);
   teskCaculateLaserPlane({{0, 1, 1}, {0, 2, 5}, {0, 3, 1}, {0, 4, 9}}, res);
-  const std::vector<double> expected = {42, 2, 3, -1, 4, 0, 0, -1, 0};
-  ASSERT_EQ(res.size(), expected.size());
-  for (std::size_t i = 0; i < res.size(); ++i) {
-    EXPECT_NEAR(res[i], expected[i], 1e-12) << i;
-  }
+  expectNear(res, {42, 2, 3, -1, 4, 0, 0, -1, 0}, 1e-12);
 }
 
 SQO_planeCalibPara calibrate(build::Scan scan) {

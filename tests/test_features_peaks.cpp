@@ -120,24 +120,9 @@ TEST(FlatLineLocalPeaks, LoneSlopesNeedRoomOnBothSides) {
   }
 }
 
-/// What is found on bumps of three samples at 0, 5 and 10, with two holes between each and the
-/// next. `labels` are those of the four holes. The third bump has a hole of exactly 0.0001 before
-/// it.
-std::vector<SQO_featureSemiCircle> bumpsFound(const Indices& labels,
-                                              double widthUnit,
-                                              double maxGap) {
-  Line line = lineOfZ({5, 4, 5, 0, 0, 6, 3, 6, 0, 0.0001, 5, 4, 5});
-  cv::Mat image(13, 9, CV_32SC1, cv::Scalar(1));
-  for (int k = 0; k < 4; ++k) {
-    image.at<int>(Indices{3, 4, 8, 9}[k], 7) = labels[k];
-  }
-  std::vector<SQO_featureSemiCircle> found;
-  qo_getLineUpperSemiCircleFeature(line.data(), 13, 7, widthUnit, {1.0, 0.0, 0.0, maxGap}, found,
-                                   image);
-  return found;
-}
-
 TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
+  // Bumps of three samples, with two labelled holes between each and the next; one is just 0.0001.
+  Line line = lineOfZ({5, 4, 5, 0, 0, 6, 3, 6, 0, 0.0001, 5, 4, 5});
   using Stretch = std::tuple<int, int, int, double>;  // first, last and middle sample, height
   const Stretch first = {0, 2, 1, 4.0};
   const Stretch second = {5, 7, 6, 3.0};
@@ -151,13 +136,20 @@ TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
       {"one run across all holes", {0, 0, 0, 0}, 9.0, 3.5, {}},
   };
   for (const auto& [name, labels, widthUnit, maxGap, expected] : cases) {
-    std::vector<Stretch> found;
-    for (const SQO_featureSemiCircle& f : bumpsFound(labels, widthUnit, maxGap)) {
-      found.emplace_back(f.startPtIdx, f.endPtIdx, f.midPtIdx, f.height);
+    cv::Mat image(13, 9, CV_32SC1, cv::Scalar(1));
+    for (int k = 0; k < 4; ++k) {
+      image.at<int>(Indices{3, 4, 8, 9}[k], 7) = labels[k];
+    }
+    std::vector<SQO_featureSemiCircle> found;
+    qo_getLineUpperSemiCircleFeature(line.data(), 13, 7, widthUnit, {1.0, 0.0, 0.0, maxGap}, found,
+                                     image);
+    std::vector<Stretch> stretches;
+    for (const SQO_featureSemiCircle& f : found) {
+      stretches.emplace_back(f.startPtIdx, f.endPtIdx, f.midPtIdx, f.height);
       EXPECT_TRUE(f.segState == 0 && f.lineIdx == 7 && f.midPt.y == f.midPtIdx) << name;
       EXPECT_EQ(f.width, f.endPtIdx - f.startPtIdx) << name;
     }
-    EXPECT_EQ(found, expected) << name;
+    EXPECT_EQ(stretches, expected) << name;
   }
 }
 

@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "builders.h"
 #include "geometry.h"
 
 namespace {
@@ -125,11 +126,7 @@ TEST(FitParabola, FindsCoefficientsAndErrors) {
   // x^2 - 2 x + 4 with errors along the third difference, which no parabola takes up.
   const Parabola fit({{-3, 18}, {-1, 10}, {1, 0}, {3, 8}});
   EXPECT_TRUE(fit.ok);
-  EXPECT_NEAR(fit.a, 1, 1e-12);
-  EXPECT_NEAR(fit.b, -2, 1e-12);
-  EXPECT_NEAR(fit.c, 4, 1e-12);
-  EXPECT_NEAR(fit.mse, 5, 1e-12);
-  EXPECT_NEAR(fit.maxError, 3, 1e-12);
+  build::expectNear({fit.a, fit.b, fit.c, fit.mse, fit.maxError}, {1, -2, 4, 5, 3}, 1e-12);
   const Parabola two({{0, 0}, {1, 1}});
   EXPECT_FALSE(two.ok);
   EXPECT_EQ(Values({two.a, two.b, two.c, two.mse, two.maxError}), Values(5, 7.0));

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 /// Small builders of samples, lines and scans for the tests, and a short form of what is found.
 
 #include <cmath>
+#include <cstddef>
 #include <functional>
 #include <sstream>
 #include <string>
@@ -87,6 +90,15 @@ inline std::string text(const Line& line) {
 inline SQO_basicFeature1D feature(
     int line, double y, int type = FEATURE_JUMP_RISE, double z = 10.0, double value = 1.0) {
   return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
+}
+
+inline void expectNear(const std::vector<double>& values,
+                       const std::vector<double>& expected,
+                       double tolerance) {
+  ASSERT_EQ(values.size(), expected.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    EXPECT_NEAR(values[i], expected[i], tolerance) << i;
+  }
 }
 
 /// Type and sample of each feature.
