@@ -165,11 +165,7 @@ TEST(NoiseFilter, FiltersAlongThenAcross) {
   EXPECT_EQ(uneven[0][0].pt3D.z, 80.0) << "across, nothing is filtered";
 }
 
-struct Case {
-  std::vector<double> z;
-  double limit;
-  const char* runs;
-};
+using Case = std::tuple<std::vector<double>, double, const char*>;  // z, limit and runs
 
 TEST(LineDataIntervals, CutsAtSteps) {
   const Case cases[] = {
@@ -179,12 +175,12 @@ TEST(LineDataIntervals, CutsAtSteps) {
       {{10, 0, 14.9, 0, 0}, 2.5, "0:3:2 "},
       {{10, 15, 15, 9, 0}, 2.5, "0:1:1 1:2:2 3:1:3 "},
   };
-  for (const Case& c : cases) {
-    Line line = lineOfZ(c.z);
+  for (const auto& [z, limit, expected] : cases) {
+    Line line = lineOfZ(z);
     std::for_each(line.begin(), line.end(), [](auto& sample) { sample.nPointIdx = 5; });
     Runs runs = {{9, 9, 9}};
-    ju_getLineDataIntervals(line, {c.limit, 5.0, 0.0}, runs);
-    EXPECT_EQ(text(runs), std::string("9:9:9 ") + c.runs);
+    ju_getLineDataIntervals(line, {limit, 5.0, 0.0}, runs);
+    EXPECT_EQ(text(runs), std::string("9:9:9 ") + expected);
     EXPECT_EQ(build::stampsOf(line), std::vector<int>(line.size(), 0));
   }
 }
@@ -200,11 +196,11 @@ TEST(Split, CutsAtFarthestSample) {
       {{10, 11, 12, 11, 12, 11, 10}, 1, "0:3:0 2:5:0 "},
       {{10, 10, 10, 15, 20, 20, 20}, 0.5, "0:3:0 2:3:0 4:3:0 "},
   };
-  for (const Case& c : cases) {
-    Line line = lineOfZ(c.z);
+  for (const auto& [z, limit, expected] : cases) {
+    Line line = lineOfZ(z);
     Runs pieces;
-    split({0, static_cast<int>(line.size()), 7}, line, c.limit, pieces);
-    EXPECT_EQ(text(pieces), c.runs);
+    split({0, static_cast<int>(line.size()), 7}, line, limit, pieces);
+    EXPECT_EQ(text(pieces), expected);
   }
 }
 

@@ -33,11 +33,7 @@ SQO_lineFeature shapesOf(Line line,
   return result;
 }
 
-struct Case {
-  const char* name;
-  Line line;
-  Found expected;
-};
+using Case = std::tuple<const char*, Line, Found>;
 
 TEST(LVFeature, FlanksOfSingleRuns) {
   const Case cases[] = {
@@ -56,8 +52,8 @@ TEST(LVFeature, FlanksOfSingleRuns) {
       {"a rise across a cut", lineOfZ({5, 5, 9, 15, 16, 0, 0, 0, 0, 19, 18, 18, 18}), {}},
       {"a fall from the start on", lineOfZ({19, 15, 9, 5, 5, 5, 5}), {}},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(found(shapesOf(c.line).features), c.expected) << c.name;
+  for (const auto& [name, line, expected] : cases) {
+    EXPECT_EQ(found(shapesOf(line).features), expected) << name;
   }
   const SQO_slopeParam lowLimit = {0.0, 5.0, 4.0, 3.0};
   EXPECT_EQ(shapesOf(lineOfZ({9, 14}), kNoV, lowLimit).features.size(), 1U) << "smallest slope";
@@ -155,8 +151,8 @@ TEST(LVFeature, Endings) {
       {"one before the last sample", lineOfZ({9, 0, 0, 0, 9}), {{kStart, 0}, {kEnd, 4}}},
       {"wide spacing", lineOfZ({9, 9, 9}, 0.0, 10.0), {{kStart, 0}, {kEnd, 2}}},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(found(shapesOf(c.line).endings), c.expected) << c.name;
+  for (const auto& [name, line, expected] : cases) {
+    EXPECT_EQ(found(shapesOf(line).endings), expected) << name;
   }
 }
 
