@@ -122,7 +122,7 @@ TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
   const Stretch joined = {0, 7, 2, 3.0};  // 2 and 5 are as near to the middle, which is a hole
   const std::tuple<const char*, Indices, double, double, std::vector<Stretch>> cases[] = {
       {"labels that differ", {1, 2, -1, -1}, 1.0, 1.5, {first, second}},
-      {"first two joined", {4, 4, 0, 0}, 1.0, 1.5, {joined}},
+      {"first two joined", {1, 1, 0, 0}, 1.0, 1.5, {joined}},
       {"0.0001 counts inside", {0, 0, 4, 4}, 1.0, 1.5, {first, {5, 12, 9, 0.0001}}},
       {"as wide as the limit", {0, 0, 0, 0}, 0.5, 1.5, {}},
       {"holes as wide as the gap", {0, 0, 0, 0}, 1.0, 3.0, {first, second}},
