@@ -241,7 +241,7 @@ TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
   for (const auto& [line, height] : cases) {
     build::Scan scan = {line};
     scan[0][0].nPointIdx = 7;
-    EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << &line - &cases[0].first;
+    EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << text(line);
     EXPECT_EQ(scan[0][0].nPointIdx, 0);
   }
   build::Scan tilted = {lineOfZ({5, 5.75, 5}, 0, 0.5), lineOfZ({7, 7.75, 7}, 1, 0.5)};

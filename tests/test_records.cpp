@@ -14,6 +14,7 @@
 
 namespace {
 
+using build::sample;
 using Bytes = std::vector<std::size_t>;
 
 template <typename... Record>
@@ -125,7 +126,6 @@ std::string boundsOf(build::Scan scan) {
 }
 
 TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
-  using build::sample;
   const std::string empty = "0..-1 0..-1 0..-1 ";
   EXPECT_EQ(boundsOf({{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}), empty);
   EXPECT_EQ(boundsOf({{sample(7, -2, 0.0001)}}), "7..7 -2..-2 0.0001..0.0001 ");
@@ -135,7 +135,6 @@ TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
 }
 
 TEST(Bounds, KeepTheFirstOfValuesThatAreNotLess) {
-  using build::sample;
   EXPECT_EQ(boundsOf({{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}), "-0..-0 0..0 1..1 ");
   // What is not a number stays if it comes first, and is passed over later.
   EXPECT_EQ(boundsOf({{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}),
@@ -149,7 +148,6 @@ std::pair<double, double> stepsOf(build::Scan scan) {
 }
 
 TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
-  using build::sample;
   // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
   EXPECT_EQ(stepsOf({{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1),
                       sample(0, 9, 0)},
@@ -160,7 +158,7 @@ TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
 }
 
 TEST(CloudPara, SampleAtTheLimitHasNeighboursButIsNone) {
-  const build::Line before = {build::sample(0, 0, 1), build::sample(9, 1, 0.0001)};
+  const build::Line before = {sample(0, 0, 1), sample(9, 1, 0.0001)};
   const build::Line line = build::lineOfZ({0.0001, 1}, 4.0);
   EXPECT_EQ(stepsOf({line}), std::make_pair(-1.0, -1.0));
   EXPECT_EQ(stepsOf({before, line}), std::make_pair(1.0, 4.0));

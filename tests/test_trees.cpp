@@ -192,25 +192,20 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   }
 }
 
-TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
+TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
+                 treeOf({feature(2, 0.0), feature(3, 0.0)}), treeOf({feature(2, 0.0)}, TREE_CLOSED),
                  treeOf({feature(0, 0.0)})};
-  trees[1].treeNodes.clear();
-  trees[1].xRange = {7.0, 7.0};
+  trees[3].treeNodes.clear();
+  trees[3].xRange = {7.0, 7.0};
   std::vector<Features> none;
   qo_peakFeatureGrowing(none, trees, kParam);
   EXPECT_TRUE(trees[0].xRange.min == 1.0 && trees[0].xRange.max == 3.0);
   EXPECT_TRUE(trees[0].yRange.min == -2.0 && trees[0].yRange.max == 9.0);
-  EXPECT_EQ(trees[1].xRange.max, 0.0);
-}
-
-TEST(CornerFeaturesGrowing, RemovesTreesOfOneLineEvenWithoutLines) {
-  Trees trees = {treeOf({feature(2, 0.0)}, TREE_CLOSED),
-                 treeOf({feature(2, 0.0), feature(3, 0.0)})};
-  std::vector<Features> none;
+  EXPECT_EQ(trees[3].xRange.max, 0.0);
   qo_cornerFeaturesGrowing(none, trees, kParam);
-  ASSERT_EQ(trees.size(), 1U);
-  EXPECT_EQ(trees[0].eLineIdx, 3);
+  ASSERT_EQ(trees.size(), 2U) << "those of a single line go";
+  EXPECT_EQ(trees[1].eLineIdx, 3);
 }
 
 }  // namespace
