@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <opencv2/core.hpp>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "builders.h"
@@ -15,7 +15,6 @@ namespace {
 
 using Values = std::vector<double>;
 using Points = std::vector<STesk3DPoint>;
-using Pixels = std::vector<std::pair<int, int>>;
 
 Values valuesOf(const STesk3DPoint& point) {
   return {point.x, point.y, point.z};
@@ -58,23 +57,16 @@ TEST(LineFormulas, MakingLines) {
   EXPECT_EQ(line, Values({3, -1, -10}));
 }
 
-/// The pixels that a line appends to one that is there already.
-Pixels draw(int x0, int y0, int x1, int y1) {
-  std::vector<STesk2DPoint> points = {{7, 7}};
-  drawLine(x0, y0, x1, y1, points);
-  EXPECT_EQ(points.front().x, 7);
-  Pixels pixels;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    pixels.emplace_back(points[i].x, points[i].y);
-  }
-  return pixels;
-}
-
-TEST(DrawLine, FollowsTheErrorRule) {
-  EXPECT_EQ(draw(0, 0, 4, 2), Pixels({{0, 0}, {1, 0}, {2, 1}, {3, 1}, {4, 2}}));
-  EXPECT_EQ(draw(1, 3, 0, -1), Pixels({{1, 3}, {1, 2}, {1, 1}, {0, 0}, {0, -1}}));
-  constexpr int kMax = std::numeric_limits<int>::max();
-  EXPECT_EQ(draw(kMax, kMax - 1, kMax, kMax), Pixels({{kMax, kMax - 1}, {kMax, kMax}}));
+TEST(DrawLine, AppendsByTheErrorRule) {
+  const auto drawn = [](int x0, int y0, int x1, int y1) {
+    std::vector<STesk2DPoint> points = {{7, 7}};
+    drawLine(x0, y0, x1, y1, points);
+    return build::text(points);
+  };
+  EXPECT_EQ(drawn(0, 0, 4, 2), "7,7 0,0 1,0 2,1 3,1 4,2 ");
+  EXPECT_EQ(drawn(1, 3, 0, -1), "7,7 1,3 1,2 1,1 0,0 0,-1 ");
+  EXPECT_EQ(drawn(INT_MAX, INT_MAX - 1, INT_MAX, INT_MAX),
+            "7,7 2147483647,2147483646 2147483647,2147483647 ");
 }
 
 TEST(LineFitting, RegressesYOnX) {

@@ -92,6 +92,15 @@ inline SQO_basicFeature1D feature(
   return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
 }
 
+/// The positions as "x,y ".
+inline std::string text(const std::vector<STesk2DPoint>& positions) {
+  std::string out;
+  for (const STesk2DPoint& at : positions) {
+    out += std::to_string(at.x) + ',' + std::to_string(at.y) + ' ';
+  }
+  return out;
+}
+
 inline void expectNear(const std::vector<double>& values,
                        const std::vector<double>& expected,
                        double tolerance) {
