@@ -3,20 +3,23 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <limits>
 #include <stdexcept>
 #include <tuple>
 #include <utility>
+#include <vector>
 
 #include "builders.h"
 #include "calibration.h"
 
 namespace {
 
+using build::expectNear;
+using build::lineOfZ;
+using build::sample;
+using build::surfaceScan;
+using build::text;
 using Matrix = std::array<double, 9>;
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 constexpr Matrix kIdentity = {1, 0, 0, 0, 1, 0, 0, 0, 1};
 constexpr Matrix kHalfTurnAboutX = {1, 0, 0, 0, -1, 0, 0, 0, -1};
 constexpr Matrix kHalfTurnAboutY = {-1, 0, 0, 0, 1, 0, 0, 0, -1};
@@ -26,12 +29,6 @@ Matrix toArray(const double (&m)[9]) {
   Matrix copy;
   std::copy(m, m + 9, copy.begin());
   return copy;
-}
-
-void expectPoint(const STesk3DPosition& sample, double x, double y, double z) {
-  EXPECT_EQ(sample.pt3D.x, x);
-  EXPECT_EQ(sample.pt3D.y, y);
-  EXPECT_EQ(sample.pt3D.z, z);
 }
 
 TEST(ComputeRTMatrix, NearlyParallelDirections) {
@@ -47,39 +44,35 @@ TEST(ComputeRTMatrix, TurnsOneDirectionOntoTheOther) {
   STesk3DPoint from = {3, 4, 12};
   STesk3DPoint to = {-26, 0, 0};
   const SQO_planeCalibPara record = ju_computeRTMatrix(from, to);
-  build::Line line = {build::sample(3, 4, 12)};
+  build::Line line = {sample(3, 4, 12)};
   lineDataRT_vector(line, record.levelMatrix, 0.0);
   EXPECT_NEAR(line[0].pt3D.x, -13.0, 1e-12);
   EXPECT_EQ(record.planeHeight, 0.0);
 }
 
 TEST(LineDataRT, CutsStrictlyAboveInZAndLeavesNoSamplesAlone) {
-  const build::Line line = {build::sample(1, 5, 0.0001), build::sample(2, std::nextafter(5, 6), 3),
-                            build::sample(3, 9, 0.00009), build::sample(4, kNaN, 3)};
+  const double above = std::nextafter(5, 6);
+  const build::Line line = {sample(1, 5, 0.0001), sample(2, above, 3), sample(3, 9, 0.00009),
+                            sample(4, NAN, 3)};
   build::Line vectorForm = line;
   lineDataRT_vector(vectorForm, kYToZ.data(), 5.0);
-  expectPoint(vectorForm[0], 1, -0.0001, 5);
-  expectPoint(vectorForm[1], 2, -3, 0.0);
-  expectPoint(vectorForm[2], 3, 9, 0.00009);
-  EXPECT_TRUE(std::isnan(vectorForm[3].pt3D.z));
-
+  EXPECT_EQ(text(vectorForm), text({sample(1, -0.0001, 5), sample(2, -3, 0), sample(3, 9, 0.00009),
+                                    sample(NAN, NAN, NAN)}));
   build::Line pointerForm = line;
   STesk3DLaserLine allButTheLast = {pointerForm.data(), 3, 0};
   lineDataRT(&allButTheLast, kYToZ.data(), -5.0);
-  expectPoint(pointerForm[1], 2, -3, line[1].pt3D.y);
-  EXPECT_EQ(pointerForm[3].pt3D.z, 3);
+  EXPECT_EQ(text(pointerForm), text({sample(1, -0.0001, 5), sample(2, -3, above),
+                                     sample(3, 9, 0.00009), sample(4, NAN, 3)}));
 }
 
 TEST(HCameraLineDataRT, CutsFromTheLimitOnInY) {
-  build::Line line = {build::sample(1, 5, 50), build::sample(2, std::nextafter(5, 4), 50),
-                      build::sample(3, 6, 0)};
-  build::Line uncut = line;
-  HCamera_lineDataRT_vector(line, kIdentity.data(), 5.0);
-  expectPoint(line[0], 1, 5, 0.0);
-  expectPoint(line[1], 2, std::nextafter(5, 4), 50);
-  expectPoint(line[2], 3, 6, 0);
-  HCamera_lineDataRT_vector(uncut, kIdentity.data(), 0.0);
-  expectPoint(uncut[0], 1, 5, 50);
+  const double below = std::nextafter(5, 4);
+  const build::Line line = {sample(1, 5, 50), sample(2, below, 50), sample(3, 6, 0)};
+  build::Line cut = line;
+  HCamera_lineDataRT_vector(cut, kIdentity.data(), 5.0);
+  EXPECT_EQ(text(cut), text({sample(1, 5, 0), sample(2, below, 50), sample(3, 6, 0)}));
+  HCamera_lineDataRT_vector(cut = line, kIdentity.data(), 0.0);
+  EXPECT_EQ(text(cut), text(line));
 }
 
 TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
@@ -100,19 +93,15 @@ TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
 TEST(EulerZYX, RollsFirstAndConvertsBack) {
   double matrix[3][3];
   eulerToRotationMatrixZYX({90, 0, 60}, matrix);
-  EXPECT_NEAR(matrix[0][2], std::sqrt(0.75), 1e-15);
-  EXPECT_NEAR(matrix[1][2], -0.5, 1e-15);
-  EXPECT_NEAR(matrix[2][1], 1.0, 1e-15);
+  expectNear({matrix[0][2], matrix[1][2], matrix[2][1]}, {std::sqrt(0.75), -0.5, 1}, 1e-15);
   const SQO_EulerAngles cases[][2] = {{{10, 20, 30}, {10, 20, 30}},
                                       {{5, 100, 7}, {-175, 80, -173}},
                                       {{30, 90, 50}, {0, 90, 20}},
                                       {{30, -90, 50}, {0, -90, 80}}};
   for (const auto& [angles, expected] : cases) {
     eulerToRotationMatrixZYX(angles, matrix);
-    const SQO_EulerAngles back = rotationMatrixToEulerZYX(matrix);
-    EXPECT_NEAR(back.roll, expected.roll, 1e-6);
-    EXPECT_NEAR(back.pitch, expected.pitch, 1e-6);
-    EXPECT_NEAR(back.yaw, expected.yaw, 1e-6);
+    const auto [roll, pitch, yaw] = rotationMatrixToEulerZYX(matrix);
+    expectNear({roll, pitch, yaw}, {expected.roll, expected.pitch, expected.yaw}, 1e-6);
   }
 }
 
@@ -120,11 +109,7 @@ TEST(CaculateLaserPlane, AppendsThePlaneOrAFlatOne) {
   std::vector<double> res = {42.0};
   teskCaculateLaserPlane({{0, 0, 4}, {1, 0, 6}, {0, 1, 7}, {5, 3, 23}}, res);
   teskCaculateLaserPlane({{0, 1, 1}, {0, 2, 5}, {0, 3, 1}, {0, 4, 9}}, res);
-  const std::vector<double> expected = {42, 2, 3, -1, 4, 0, 0, -1, 0};
-  ASSERT_EQ(res.size(), expected.size());
-  for (std::size_t i = 0; i < res.size(); ++i) {
-    EXPECT_NEAR(res[i], expected[i], 1e-12) << i;
-  }
+  expectNear(res, {42, 2, 3, -1, 4, 0, 0, -1, 0}, 1e-12);
 }
 
 SQO_planeCalibPara calibrate(build::Scan scan) {
@@ -136,7 +121,7 @@ SQO_planeCalibPara calibrate(build::Scan scan) {
 build::Line level(double z, int count) {
   build::Line line;
   for (int i = 0; i < count; ++i) {
-    line.push_back(build::sample(i % 2 == 0 ? -10 : 10, i % 4 < 2 ? -10 : 10, z));
+    line.push_back(sample(i % 2 == 0 ? -10 : 10, i % 4 < 2 ? -10 : 10, z));
   }
   return line;
 }
@@ -168,29 +153,26 @@ TEST(GetPlaneCalibPara, ChoosesAndBoundsThePeak) {
 TEST(GetPlaneCalibPara, WindowIncludesItsUpperEnd) {
   for (const double high : {103.0, 103.25}) {
     build::Scan scan = {level(100, 20), level(101, 4), level(102, 100), level(104, 20)};
-    scan.push_back(build::Line(5, build::sample(10, 0, high)));
+    scan.push_back(build::Line(5, sample(10, 0, high)));
     EXPECT_EQ(calibrate(scan).levelMatrix[2] != 0.0, high == 103.0);
   }
 }
 
-TEST(GetPlaneCalibPara, HeightsThatAreNotFinite) {
-  for (const double first : {kNaN, kInf}) {
+TEST(GetPlaneCalibPara, HeightsWithoutAHistogram) {
+  for (const double first : std::vector<double>{NAN, HUGE_VAL}) {
     build::Scan scan = {level(100, 500), level(150, 500)};
-    scan[1].push_back(build::sample(0, 0, kNaN));
+    scan[1].push_back(sample(0, 0, NAN));
     EXPECT_EQ(calibrate(scan).planeHeight, 150.0) << "passed over later";
     scan[0][0].pt3D.z = first;
     const SQO_planeCalibPara record = calibrate(scan);
     EXPECT_EQ(record.planeHeight, -1.0);
     EXPECT_EQ(toArray(record.levelMatrix), kIdentity);
   }
-}
-
-TEST(GetPlaneCalibPara, HeightsTooFarApartForAHistogram) {
-  EXPECT_THROW(calibrate({level(1, 5), level(1e300, 5)}), std::length_error);
+  EXPECT_THROW(calibrate({level(1, 5), level(1e300, 5)}), std::length_error) << "too far apart";
 }
 
 TEST(GetPlaneCalibPara, FormsLevelATiltedPlaneToTheLowestOrTheMean) {
-  build::Scan scan = build::surfaceScan(60, 60, [](double x, double y) {
+  build::Scan scan = surfaceScan(60, 60, [](double x, double y) {
     return 200 + 0.3 * x - 0.2 * y + (static_cast<int>(x + y) % 2 == 0 ? 0.4 : -0.4);
   });
   const SQO_planeCalibPara lowest = calibrate(scan);
@@ -219,10 +201,10 @@ TEST(RegionCalibration, LimitsBelongToTheRegion) {
       {{5, 20, 9}, shallow, true},    {{5, 20.5, 9}, shallow, false},
       {{-0.5, 5, 9}, narrow, false},  {{10.5, 5, 9}, narrow, false},
       {{5, -0.5, 9}, narrow, false},  {{5, 5, 4.5}, narrow, false},
-      {{5, kNaN, 9}, narrow, false},  {{5, 5, kNaN}, narrow, false},
+      {{5, NAN, 9}, narrow, false},   {{5, 5, NAN}, narrow, false},
       {{5, 5, 9e-5}, shallow, false}, {{5, 5, 0.0001}, shallow, true}};
   for (const auto& [point, roi, isSelected] : cases) {
-    build::Scan scan = {{build::sample(point.x, point.y, point.z)}};
+    build::Scan scan = {{sample(point.x, point.y, point.z)}};
     std::vector<STesk3DRangeD> rois = {roi};
     const double height = isSelected ? static_cast<double>(static_cast<float>(point.z)) : 0.0;
     for (const SQO_planeCalibPara& record :
@@ -235,7 +217,7 @@ TEST(RegionCalibration, LimitsBelongToTheRegion) {
 }
 
 TEST(RegionCalibration, SamplesOfOverlappingRegionsCountOnce) {
-  build::Scan scan = build::surfaceScan(
+  build::Scan scan = surfaceScan(
       30, 30, [](double x, double y) { return 50 + 0.1 * x + 0.01 * y * y + 0.02 * x * y; });
   std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
   const SQO_planeCalibPara whole = qo_getPlaneCalibPara2_ROI(scan, {{0, 20}, {0, 9}, {0, 99}});
@@ -249,47 +231,45 @@ TEST(RegionCalibration, SamplesOfOverlappingRegionsCountOnce) {
 
 TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
   const std::vector<std::pair<build::Line, double>> cases = {
-      {build::lineOfZ({5, 5.75, 5}, 0, 0.5), 5.25},
-      {build::lineOfZ({5, 6, 5}, 0, 0.5), 0},
-      {build::lineOfZ({5, 5, 5}), 0},
-      {build::lineOfZ({5, 0, 5}, 0, 0.25), 5},
-      {build::lineOfZ({5, 0, 5}, 0, 0.5), 0},
-      {build::lineOfZ({0, 0, 0.0001}), 0},
-      {build::lineOfZ({0.0001, 5}), (5.0 + static_cast<double>(0.0001F)) / 2}};
+      {lineOfZ({5, 5.75, 5}, 0, 0.5), 5.25},
+      {lineOfZ({5, 6, 5}, 0, 0.5), 0},
+      {lineOfZ({5, 5, 5}), 0},
+      {lineOfZ({5, 0, 5}, 0, 0.25), 5},
+      {lineOfZ({5, 0, 5}, 0, 0.5), 0},
+      {lineOfZ({0, 0, 0.0001}), 0},
+      {lineOfZ({0.0001, 5}), (5.0 + static_cast<double>(0.0001F)) / 2}};
   for (const auto& [line, height] : cases) {
     build::Scan scan = {line};
     scan[0][0].nPointIdx = 7;
-    EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << &line - &cases[0].first;
+    EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << text(line);
     EXPECT_EQ(scan[0][0].nPointIdx, 0);
   }
-  build::Scan tilted = {build::lineOfZ({5, 5.75, 5}, 0, 0.5), build::lineOfZ({7, 7.75, 7}, 1, 0.5)};
+  build::Scan tilted = {lineOfZ({5, 5.75, 5}, 0, 0.5), lineOfZ({7, 7.75, 7}, 1, 0.5)};
   EXPECT_NEAR(qo_getHolePlaneCalibPara(tilted).planeHeight, 5.25 / std::sqrt(5.0), 1e-3);
 }
 
 TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
   const std::vector<std::pair<build::Line, int>> cases = {
-      {build::lineOfZ({40, 40, 40, 40, 34, 28, 22}), 4},
-      {build::lineOfZ({9, 9, 9, 15, 21, 27}), 0},
-      {build::lineOfZ({40, 34, 28, 28, 28, 28}), 0},
-      {build::lineOfZ({40, 34, 28, 90, 84}), 0},
-      {build::lineOfZ({40, 34, 28, 0.0001, 22, 0}), 4},
-      {build::lineOfZ({40, 39, 38, 37}), 0},
-      {build::lineOfZ({50, 40, 34, 28}), 3},
-      {build::lineOfZ({0, 0, 0}), 0}};
+      {lineOfZ({40, 40, 40, 40, 34, 28, 22}), 4},
+      {lineOfZ({9, 9, 9, 15, 21, 27}), 0},
+      {lineOfZ({40, 34, 28, 28, 28, 28}), 0},
+      {lineOfZ({40, 34, 28, 90, 84}), 0},
+      {lineOfZ({40, 34, 28, 0.0001, 22, 0}), 4},
+      {lineOfZ({40, 39, 38, 37}), 0},
+      {lineOfZ({50, 40, 34, 28}), 3},
+      {lineOfZ({0, 0, 0}), 0}};
   for (const auto& [line, groundSamples] : cases) {
     build::Scan scan = {line};
     qo_HCameraVScan_getGroundCalibPara(scan);
-    int marked = 0;
-    for (const STesk3DPosition& sample : scan[0]) {
-      marked += sample.nPointIdx;
-    }
-    EXPECT_EQ(marked, groundSamples) << line[0].pt3D.z << " " << line[1].pt3D.z;
+    const std::vector<int> marks = build::stampsOf(scan[0]);
+    EXPECT_EQ(std::count(marks.begin(), marks.end(), 1), groundSamples)
+        << line[0].pt3D.z << " " << line[1].pt3D.z;
   }
 }
 
 TEST(GetGroundCalibPara, BringsTheGroundToAPositiveY) {
   for (const double yOffset : {0.0, -300.0}) {
-    build::Scan scan = build::surfaceScan(
+    build::Scan scan = surfaceScan(
         20, 60, [](double x, double y) { return y < 30 ? 400 : 490 + 0.5 * x - 3 * y; });
     for (build::Line& line : scan) {
       std::for_each(line.begin(), line.end(), [=](auto& sample) { sample.pt3D.y += yOffset; });

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <random>
-#include <sstream>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -17,25 +16,14 @@ namespace {
 
 using build::Line;
 using build::lineOfZ;
+using build::text;
 using Runs = std::vector<SQO_RUN>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
-
-const double kNaN = std::nan("");
-
-/// Every bit of a line but the sign of its NaN, to compare and to read.
-std::string text(const Line& line) {
-  std::ostringstream out;
-  for (const auto& [idx, pt] : line) {
-    out << std::hexfloat << idx << ": " << pt.x << ' ' << pt.y << ' '
-        << (std::isnan(pt.z) ? kNaN : pt.z) << '\n';
-  }
-  return out.str();
-}
 
 /// Steps, noise, infinities, samples right at the limit and holes of every kind.
 Line noisyLine(int count) {
   std::mt19937 random(7);
-  const double odd[] = {-0.0, -7.0, 0.0001, kNaN, -HUGE_VAL, HUGE_VAL, 0.000101};
+  const double odd[] = {-0.0, -7.0, 0.0001, NAN, -HUGE_VAL, HUGE_VAL, 0.000101};
   Line line;
   for (int i = 0; i < count; ++i) {
     const double noise = static_cast<double>(random()) / 4294967296.0;
@@ -82,7 +70,7 @@ TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
       {"beyond the limit in y", {10, 15}, 0.9, 5, {10, 15}},
       {"a hole is a step", {10, 12, 0, 14, 16}, 2, 5, {11, 11, 0, 15, 15}},
       {"a hole within the limit", {10, 12, 0, 14, 16}, 2, 14, {11, 12, 0, 14, 15}},
-      {"a NaN hole", {10, kNaN, 30}, 2, 5, {20, kNaN, 20}},
+      {"a NaN hole", {10, NAN, 30}, 2, 5, {20, NAN, 20}},
   };
   for (const auto& [what, z, yTh, zTh, smoothed] : cases) {
     Line line = lineOfZ(z);
@@ -101,9 +89,9 @@ TEST(RemoveOutlier, BlanksShortStretchesInAllForms) {
           {"holes do not separate", {10, 0, 0.0001, -3, 10.5}, {1, 2}, {}},
           {"holes inside go too", {0, 10, -3, 0.0001, 10.5, -3, 50, 50, 50}, {1, 3}, {1, 2, 3, 4}},
           {"no joining over a gap", {10, 10, 50, 10, 10}, {1, 3}, {0, 1, 2, 3, 4}},
-          {"NaN is measured, alone", {10, 10, kNaN, 10, 10}, {1, 2}, {2}},
-          {"NaN continuity limit", {10, 10}, {kNaN, 2}, {0, 1}},
-          {"NaN count limit", {10, 50}, {1, kNaN}, {}},
+          {"NaN is measured, alone", {10, 10, NAN, 10, 10}, {1, 2}, {2}},
+          {"NaN continuity limit", {10, 10}, {NAN, 2}, {0, 1}},
+          {"NaN count limit", {10, 50}, {1, NAN}, {}},
       };
   for (const auto& [what, z, para, noise] : cases) {
     Line line = lineOfZ(z);
@@ -177,26 +165,23 @@ TEST(NoiseFilter, FiltersAlongThenAcross) {
   EXPECT_EQ(uneven[0][0].pt3D.z, 80.0) << "across, nothing is filtered";
 }
 
-struct Case {
-  std::vector<double> z;
-  double limit;
-  const char* runs;
-};
+using Case = std::tuple<std::vector<double>, double, const char*>;  // z, limit and runs
 
 TEST(LineDataIntervals, CutsAtSteps) {
   const Case cases[] = {
       {{}, 2.5, ""},
-      {{0, 0.0001, -1, kNaN}, 2.5, ""},
-      {{0, 10, 0, kNaN}, 2.5, "1:1:1 "},
+      {{0, 0.0001, -1, NAN}, 2.5, ""},
+      {{0, 10, 0, NAN}, 2.5, "1:1:1 "},
       {{10, 0, 14.9, 0, 0}, 2.5, "0:3:2 "},
+      {{10, 0, 14.9, 0, 0}, 2, "0:1:1 2:1:2 "},
       {{10, 15, 15, 9, 0}, 2.5, "0:1:1 1:2:2 3:1:3 "},
   };
-  for (const Case& c : cases) {
-    Line line = lineOfZ(c.z);
+  for (const auto& [z, limit, expected] : cases) {
+    Line line = lineOfZ(z);
     std::for_each(line.begin(), line.end(), [](auto& sample) { sample.nPointIdx = 5; });
     Runs runs = {{9, 9, 9}};
-    ju_getLineDataIntervals(line, {c.limit, 5.0, 0.0}, runs);
-    EXPECT_EQ(text(runs), std::string("9:9:9 ") + c.runs);
+    ju_getLineDataIntervals(line, {limit, 5.0, 0.0}, runs);
+    EXPECT_EQ(text(runs), std::string("9:9:9 ") + expected);
     EXPECT_EQ(build::stampsOf(line), std::vector<int>(line.size(), 0));
   }
 }
@@ -207,16 +192,16 @@ TEST(Split, CutsAtFarthestSample) {
       {{0, 11, 12}, 99, ""},
       {{10, 11, 0}, 99, ""},
       {{10, 11, 0.0001}, 99, "0:3:7 "},
-      {{10, 0, kNaN, 0.0001, 10}, 1, "0:5:7 "},
+      {{10, 0, NAN, 0.0001, 10}, 1, "0:5:7 "},
       {{10, 12, 10}, 2, ""},
       {{10, 11, 12, 11, 12, 11, 10}, 1, "0:3:0 2:5:0 "},
       {{10, 10, 10, 15, 20, 20, 20}, 0.5, "0:3:0 2:3:0 4:3:0 "},
   };
-  for (const Case& c : cases) {
-    Line line = lineOfZ(c.z);
+  for (const auto& [z, limit, expected] : cases) {
+    Line line = lineOfZ(z);
     Runs pieces;
-    split({0, static_cast<int>(line.size()), 7}, line, c.limit, pieces);
-    EXPECT_EQ(text(pieces), c.runs);
+    split({0, static_cast<int>(line.size()), 7}, line, limit, pieces);
+    EXPECT_EQ(text(pieces), expected);
   }
 }
 

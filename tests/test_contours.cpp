@@ -136,14 +136,14 @@ TEST(PeakXYScan, WalksToTheFirstBoundaryEachWay) {
 }
 
 TEST(PeakXYScan, TakesSectionsNearThePeakInOrderAroundWhatTheListsHold) {
-  Scene scene = {7, {{1, 6, 3, 1}}};
+  Scene scene = {7, {{1, 0, 3, 1}}, 11.0};
   for (const int s : {0, 1, 2, 3, 4, 6}) {
     scene.spots.push_back({s, 15, 2, s + 10});
   }
   const std::string upTo4 = "0> 15:2/10! 1> 15:2/11! 2> 15:2/12! 3> 15:2/13! 99> 4> 15:2/14! ";
-  expectOutline(scene, "1> 6:3/1! 99> ", upTo4 + "6> 15:2/16! ");
+  expectOutline(scene, "1> 0:3/1! 99> ", upTo4 + "6> 15:2/16! ");
   scene.spots.push_back({5, 13, 0, 0, 1});
-  expectOutline(scene, "1> 6:3/1! 99> ", upTo4);
+  expectOutline(scene, "1> 0:3/1! 99> ", upTo4);
 
   scene = {7, {{0, 12, 2, 9}, {1, 12, 2, 3}, {5, 12, 2, 2}, {6, 12, 2, 9}}, 3.0};
   expectOutline(scene, "99> ", "1> 12:2/3! 99> 5> 12:2/2! ");

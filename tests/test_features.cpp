@@ -59,9 +59,16 @@ SQO_cornerParam roofParam(double cornerTh) {
   return param;
 }
 
-TEST(CornerFeature, PeakThresholdKeepsEquals) {
-  EXPECT_EQ(cornersOf(roofs(), roofParam(90.0)).features.size(), 4U) << "equal maxima both stay";
-  EXPECT_TRUE(cornersOf(roofs(), roofParam(90.001)).features.empty());
+TEST(CornerFeature, PeakThresholdKeepsEqualsAndResultsAreAppended) {
+  Line line = roofs();
+  line[3].nPointIdx = -5;
+  SQO_lineFeature result = cornersOf(line, roofParam(90.0));
+  EXPECT_EQ(result.features.size(), 4U) << "equal maxima both stay";
+  EXPECT_TRUE(cornersOf(line, roofParam(90.001)).features.empty());
+  qo_getLineCornerFeature(line.data(), 21, 8, roofParam(90.0), &result);
+  EXPECT_TRUE(result.features.size() == 8U && result.endings.size() == 4U);
+  EXPECT_EQ(result.lineIdx, 8);
+  EXPECT_EQ(line[3].nPointIdx, -5);
 }
 
 // A corner of 45 degrees at y = 20 and one of 90 degrees `apart` further on.
@@ -104,17 +111,6 @@ TEST(CornerFeature, Endings) {
     EXPECT_TRUE(result.features.empty()) << name;
     EXPECT_EQ(result.lineIdx, 7) << name;
   }
-}
-
-TEST(CornerFeature, AppendsAndLeavesTheLineAlone) {
-  Line line = roofs();
-  line[3].nPointIdx = -5;
-  SQO_lineFeature result = cornersOf(line, roofParam(90.0));
-  qo_getLineCornerFeature(line.data(), 21, 8, roofParam(90.0), &result);
-  EXPECT_EQ(result.features.size(), 8U);
-  EXPECT_EQ(result.endings.size(), 4U);
-  EXPECT_EQ(result.lineIdx, 8);
-  EXPECT_EQ(line[3].nPointIdx, -5);
 }
 
 TEST(CornerFeature, OddScales) {

@@ -51,13 +51,6 @@ TEST(LineLocalPeaks, TurningPointsThatStandOut) {
   }
 }
 
-Line withGap(Line line, int from, double gap) {
-  for (auto i = static_cast<std::size_t>(from); i < line.size(); ++i) {
-    line[i].pt3D.y += gap;
-  }
-  return line;
-}
-
 // Slopes over 2.0, jumps above 1.0 in z or 2.0 in y, pairs below 4.0, side views over 6.0.
 Features flatPeaksOf(Line& line) {
   Features features;
@@ -72,8 +65,8 @@ TEST(FlatLineLocalPeaks, JumpsAndPairs) {
       {"pair on a hole", lineOfZ({5, 7, 0, 7, 5}), {{2, 5}}, {16, 0, 13, 0, 16}},
       {"pair 3.0 apart", lineOfZ({5, 7, 7, 7, 7, 5}), {{2.5, 5}}, {16, 0, 13, 0, 0, 16}},
       {"4.0", lineOfZ({5, 7, 7, 7, 7, 7, 5}), {{0.5, 6}, {5.5, 6}}, {13, 16, 0, 0, 0, 13, 16}},
-      {"a gap of the limit", withGap(lineOfZ({5, 5, 5, 5}), 2, 1.0), {}, {0, 0, 0, 0}},
-      {"a gap above it", withGap(lineOfZ({5, 5, 5, 5}), 2, 1.5), {{2.25, 5}}, {0, 13, 16, 0}},
+      {"gaps of the limit", lineOfZ({5, 5, 5, 5}, 0.0, 2.0), {}, {0, 0, 0, 0}},
+      {"a gap above it", lineOfZ({5, 5}, 0.0, 2.5), {{1.25, 5}}, {13, 16}},
       {"rise with slopes", lineOfZ({5, 7, 7.75, 8.5, 7.75, 7}), {{2.5, 6}}, {16, 0, 13, 0, 0, 16}},
       {"slopes", lineOfZ({5, 5.75, 6.5, 5.75, 5}), {{2, 5}}, {0, 0, 13, 0, 0}},
   };
@@ -120,44 +113,36 @@ TEST(FlatLineLocalPeaks, LoneSlopesNeedRoomOnBothSides) {
   }
 }
 
-/// What is found on bumps of three samples at 0, 5 and 10, with two holes between each and the
-/// next. `labels` are those of the four holes. The third bump has a hole of exactly 0.0001 before
-/// it.
-std::vector<SQO_featureSemiCircle> bumpsFound(const Indices& labels,
-                                              double widthUnit,
-                                              double maxGap) {
-  Line line = lineOfZ({5, 4, 5, 0, 0, 6, 3, 6, 0, 0.0001, 5, 4, 5});
-  cv::Mat image(13, 9, CV_32SC1, cv::Scalar(1));
-  for (int k = 0; k < 4; ++k) {
-    image.at<int>(Indices{3, 4, 8, 9}[k], 7) = labels[k];
-  }
-  std::vector<SQO_featureSemiCircle> found;
-  qo_getLineUpperSemiCircleFeature(line.data(), 13, 7, widthUnit, {1.0, 0.0, 0.0, maxGap}, found,
-                                   image);
-  return found;
-}
-
 TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
+  // Bumps of three samples, with two labelled holes between each and the next; one is just 0.0001.
+  Line line = lineOfZ({5, 4, 5, 0, 0, 6, 3, 6, 0, 0.0001, 5, 4, 5});
   using Stretch = std::tuple<int, int, int, double>;  // first, last and middle sample, height
   const Stretch first = {0, 2, 1, 4.0};
   const Stretch second = {5, 7, 6, 3.0};
   const Stretch joined = {0, 7, 2, 3.0};  // 2 and 5 are as near to the middle, which is a hole
   const std::tuple<const char*, Indices, double, double, std::vector<Stretch>> cases[] = {
       {"labels that differ", {1, 2, -1, -1}, 1.0, 1.5, {first, second}},
-      {"first two joined", {4, 4, 0, 0}, 1.0, 1.5, {joined}},
+      {"first two joined", {1, 1, 0, 0}, 1.0, 1.5, {joined}},
       {"0.0001 counts inside", {0, 0, 4, 4}, 1.0, 1.5, {first, {5, 12, 9, 0.0001}}},
       {"as wide as the limit", {0, 0, 0, 0}, 0.5, 1.5, {}},
       {"holes as wide as the gap", {0, 0, 0, 0}, 1.0, 3.0, {first, second}},
       {"one run across all holes", {0, 0, 0, 0}, 9.0, 3.5, {}},
   };
   for (const auto& [name, labels, widthUnit, maxGap, expected] : cases) {
-    std::vector<Stretch> found;
-    for (const SQO_featureSemiCircle& f : bumpsFound(labels, widthUnit, maxGap)) {
-      found.emplace_back(f.startPtIdx, f.endPtIdx, f.midPtIdx, f.height);
+    cv::Mat image(13, 9, CV_32SC1, cv::Scalar(1));
+    for (int k = 0; k < 4; ++k) {
+      image.at<int>(Indices{3, 4, 8, 9}[k], 7) = labels[k];
+    }
+    std::vector<SQO_featureSemiCircle> found;
+    qo_getLineUpperSemiCircleFeature(line.data(), 13, 7, widthUnit, {1.0, 0.0, 0.0, maxGap}, found,
+                                     image);
+    std::vector<Stretch> stretches;
+    for (const SQO_featureSemiCircle& f : found) {
+      stretches.emplace_back(f.startPtIdx, f.endPtIdx, f.midPtIdx, f.height);
       EXPECT_TRUE(f.segState == 0 && f.lineIdx == 7 && f.midPt.y == f.midPtIdx) << name;
       EXPECT_EQ(f.width, f.endPtIdx - f.startPtIdx) << name;
     }
-    EXPECT_EQ(found, expected) << name;
+    EXPECT_EQ(stretches, expected) << name;
   }
 }
 

@@ -33,11 +33,7 @@ SQO_lineFeature shapesOf(Line line,
   return result;
 }
 
-struct Case {
-  const char* name;
-  Line line;
-  Found expected;
-};
+using Case = std::tuple<const char*, Line, Found>;
 
 TEST(LVFeature, FlanksOfSingleRuns) {
   const Case cases[] = {
@@ -56,8 +52,8 @@ TEST(LVFeature, FlanksOfSingleRuns) {
       {"a rise across a cut", lineOfZ({5, 5, 9, 15, 16, 0, 0, 0, 0, 19, 18, 18, 18}), {}},
       {"a fall from the start on", lineOfZ({19, 15, 9, 5, 5, 5, 5}), {}},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(found(shapesOf(c.line).features), c.expected) << c.name;
+  for (const auto& [name, line, expected] : cases) {
+    EXPECT_EQ(found(shapesOf(line).features), expected) << name;
   }
   const SQO_slopeParam lowLimit = {0.0, 5.0, 4.0, 3.0};
   EXPECT_EQ(shapesOf(lineOfZ({9, 14}), kNoV, lowLimit).features.size(), 1U) << "smallest slope";
@@ -98,10 +94,7 @@ Found afterV(Flank rise, Flank fall) {
   fall.insert(fall.begin(), 3, fall.front());
   const int top = static_cast<int>(rise.size()) - 1;
   rise.insert(rise.end(), fall.rbegin() + 1, fall.rend());
-  Line line;
-  for (const double z : rise) {
-    line.push_back(build::sample(0.0, static_cast<double>(line.size()), z));
-  }
+  const Line line = lineOfZ(rise);
   Found result = found(shapesOf(line, {1.0, 1000.0}).features);
   for (auto& feature : result) {
     feature.second -= top;
@@ -158,8 +151,8 @@ TEST(LVFeature, Endings) {
       {"one before the last sample", lineOfZ({9, 0, 0, 0, 9}), {{kStart, 0}, {kEnd, 4}}},
       {"wide spacing", lineOfZ({9, 9, 9}, 0.0, 10.0), {{kStart, 0}, {kEnd, 2}}},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(found(shapesOf(c.line).endings), c.expected) << c.name;
+  for (const auto& [name, line, expected] : cases) {
+    EXPECT_EQ(found(shapesOf(line).endings), expected) << name;
   }
 }
 
@@ -198,22 +191,19 @@ Line box(int samples = 50) {
   return line;
 }
 
-TEST(RightAngleFeature, FourKinds) {
+TEST(RightAngleFeature, FourKindsAndTheirTolerances) {
   const Found corners = {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}};
   EXPECT_EQ(anglesOf(box(), alike(1.0)), corners) << "samples beside a corner stray by the limit";
   EXPECT_EQ(anglesOf(box(), alike(1.5)), corners) << "three samples each, the middle one stays";
-}
-
-TEST(RightAngleFeature, FlatFallsKeepToTheToleranceOfFlatRises) {
-  const Found kindsLeft[] = {{{kRiseFlat, 19}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kFlatFall, 29}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}, {kFallFlat, 39}},
-                             {{kFlatRise, 9}, {kRiseFlat, 19}, {kFlatFall, 29}}};
+  // What is left without the tolerance of each record: flat falls keep to that of flat rises.
+  const Found kindsLeft[] = {{corners[1], corners[3]},
+                             {corners[0], corners[2], corners[3]},
+                             corners,
+                             {corners[0], corners[1], corners[2]}};
   for (std::size_t record = 0; record < 4; ++record) {
     Kinds kinds = alike(1.5);
     kinds[record].armTol = 0.0;
-    EXPECT_EQ(anglesOf(box(), kinds), kindsLeft[record])
-        << "without the tolerance of record " << record;
+    EXPECT_EQ(anglesOf(box(), kinds), kindsLeft[record]) << record;
   }
 }
 
@@ -226,7 +216,7 @@ TEST(RightAngleFeature, StepsWithoutSamplesAreSharp) {
       << "the last of three sharp ones, whose arms without samples stray by less than 0";
 }
 
-TEST(RightAngleFeature, LengthsOfArms) {
+TEST(RightAngleFeature, SamplesOfArms) {
   Line line = box(15);
   line.erase(line.begin(), line.begin() + 5);
   EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 4}}));
@@ -241,12 +231,10 @@ TEST(RightAngleFeature, LengthsOfArms) {
   EXPECT_TRUE(anglesOf(line, kinds).empty()) << "sample 5 strays by the limit";
   kinds[0].flatArmLen = 100.0;
   EXPECT_EQ(anglesOf(line, kinds), (Found{{kFlatRise, 9}})) << "the arm runs out";
-}
 
-TEST(RightAngleFeature, SmallestSampleIsAStartButNoNeighbour) {
-  Line line = box(15);
+  line = box(15);
   line[8].pt3D.z = 0.0001;
-  EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 8}}));
+  EXPECT_EQ(anglesOf(line), (Found{{kFlatRise, 8}})) << "the smallest sample is no neighbour";
 }
 
 }  // namespace

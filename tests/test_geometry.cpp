@@ -1,24 +1,20 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <cstdlib>
 #include <limits>
 #include <opencv2/core.hpp>
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "builders.h"
 #include "geometry.h"
 
 namespace {
 
 using Values = std::vector<double>;
 using Points = std::vector<STesk3DPoint>;
-using Pixels = std::vector<std::pair<int, int>>;
-
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInf = std::numeric_limits<double>::infinity();
 
 Values valuesOf(const STesk3DPoint& point) {
   return {point.x, point.y, point.z};
@@ -27,10 +23,10 @@ Values valuesOf(const STesk3DPoint& point) {
 TEST(LineFormulas, CrossingsDistancesAndFeet) {
   // x + 2 y - 8 = 0 and 3 x - y - 3 = 0 meet in (2, 3).
   EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, -8, 3, -1, -3)), Values({2, 3, 0}));
-  EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, 3, 2, 4, 5)), Values({-kInf, -kInf, 0}));
+  EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, 3, 2, 4, 5)), Values({-HUGE_VAL, -HUGE_VAL, 0}));
   EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
   EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
-  EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), kInf);
+  EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), HUGE_VAL);
   // The foot of (3, 1) on y = 2 x + 5, in both forms.
   const auto foot = ny_getFootPoint(3, 1, 2, 5);
   const auto footAbc = ny_getFootPoint_abc(3, 1, 4, -2, 10);
@@ -43,7 +39,7 @@ TEST(LineFormulas, Angles) {
     EXPECT_EQ(computeAngleDiff(v[0], v[1]), v[2]) << v[0] << " and " << v[1];
     EXPECT_EQ(computeAngleDiff(v[1], v[0]), v[2]) << v[0] << " and " << v[1];
   }
-  EXPECT_EQ(getLineAngle(0, 5, kNaN), 0.0);
+  EXPECT_EQ(getLineAngle(0, 5, NAN), 0.0);
   EXPECT_EQ(getLineAngle(0, 0, 1), 0.0);
   EXPECT_EQ(getLineAngle(1, 0, 1), 90.0);
   EXPECT_DOUBLE_EQ(getLineAngle(1, -1, 0), 135.0);
@@ -53,35 +49,28 @@ TEST(LineFormulas, Angles) {
 
 TEST(LineFormulas, MakingLines) {
   Values line(3);
-  compute2ptLine({1, 3, kNaN}, {4, 8, kNaN}, &line[0], &line[1], &line[2]);
+  compute2ptLine({1, 3, NAN}, {4, 8, NAN}, &line[0], &line[1], &line[2]);
   EXPECT_EQ(line, Values({5, -3, 4}));
   compute2ptLine_2(5, 7, 5, 7, &line[0], &line[1], &line[2]);
   EXPECT_EQ(line, Values({0, 0, 0}));
-  rotateLine45Deg(2, 1, kNaN, 10, 20, &line[0], &line[1], &line[2]);
+  rotateLine45Deg(2, 1, NAN, 10, 20, &line[0], &line[1], &line[2]);
   EXPECT_EQ(line, Values({3, -1, -10}));
 }
 
-/// The pixels that a line appends to one that is there already.
-Pixels draw(int x0, int y0, int x1, int y1) {
-  std::vector<STesk2DPoint> points = {{7, 7}};
-  drawLine(x0, y0, x1, y1, points);
-  EXPECT_EQ(points.front().x, 7);
-  Pixels pixels;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    pixels.emplace_back(points[i].x, points[i].y);
-  }
-  return pixels;
-}
-
-TEST(DrawLine, FollowsTheErrorRule) {
-  EXPECT_EQ(draw(0, 0, 4, 2), Pixels({{0, 0}, {1, 0}, {2, 1}, {3, 1}, {4, 2}}));
-  EXPECT_EQ(draw(1, 3, 0, -1), Pixels({{1, 3}, {1, 2}, {1, 1}, {0, 0}, {0, -1}}));
-  constexpr int kMax = std::numeric_limits<int>::max();
-  EXPECT_EQ(draw(kMax, kMax - 1, kMax, kMax), Pixels({{kMax, kMax - 1}, {kMax, kMax}}));
+TEST(DrawLine, AppendsByTheErrorRule) {
+  const auto drawn = [](int x0, int y0, int x1, int y1) {
+    std::vector<STesk2DPoint> points = {{7, 7}};
+    drawLine(x0, y0, x1, y1, points);
+    return build::text(points);
+  };
+  EXPECT_EQ(drawn(0, 0, 4, 2), "7,7 0,0 1,0 2,1 3,1 4,2 ");
+  EXPECT_EQ(drawn(1, 3, 0, -1), "7,7 1,3 1,2 1,1 0,0 0,-1 ");
+  EXPECT_EQ(drawn(INT_MAX, INT_MAX - 1, INT_MAX, INT_MAX),
+            "7,7 2147483647,2147483646 2147483647,2147483647 ");
 }
 
 TEST(LineFitting, RegressesYOnX) {
-  Points points = {{0, 1, kNaN}, {1, 2, 0}, {2, 6, 0}};
+  Points points = {{0, 1, NAN}, {1, 2, 0}, {2, 6, 0}};
   Values line(2);
   lineFitting(points, &line[0], &line[1]);
   EXPECT_EQ(line, Values({2.5, 0.5}));
@@ -129,15 +118,11 @@ TEST(FitParabola, FindsCoefficientsAndErrors) {
   // x^2 - 2 x + 4 with errors along the third difference, which no parabola takes up.
   const Parabola fit({{-3, 18}, {-1, 10}, {1, 0}, {3, 8}});
   EXPECT_TRUE(fit.ok);
-  EXPECT_NEAR(fit.a, 1, 1e-12);
-  EXPECT_NEAR(fit.b, -2, 1e-12);
-  EXPECT_NEAR(fit.c, 4, 1e-12);
-  EXPECT_NEAR(fit.mse, 5, 1e-12);
-  EXPECT_NEAR(fit.maxError, 3, 1e-12);
+  build::expectNear({fit.a, fit.b, fit.c, fit.mse, fit.maxError}, {1, -2, 4, 5, 3}, 1e-12);
   const Parabola two({{0, 0}, {1, 1}});
   EXPECT_FALSE(two.ok);
   EXPECT_EQ(Values({two.a, two.b, two.c, two.mse, two.maxError}), Values(5, 7.0));
-  for (double x : {kNaN, kInf, 1e200}) {
+  for (const double x : Values{NAN, HUGE_VAL, 1e200}) {
     const Parabola wild({{0, 0}, {1, 1}, {x, 2}, {3, 3}});
     EXPECT_TRUE(wild.ok && std::isnan(wild.a) && std::isnan(wild.mse) && wild.maxError == 0.0);
   }
@@ -172,7 +157,7 @@ TEST(FitLine3D, FailuresSayWhyInGbk) {
   EXPECT_EQ(single.words,
             "Error: \265\343\274\257\312\375\301\277\261\330\320\353\264\363\323\332"
             "\265\310\323\332\062\243\241\n");
-  const Axis wild({{1, kNaN, 3}, {1, 2, 5}});
+  const Axis wild({{1, NAN, 3}, {1, 2, 5}});
   EXPECT_FALSE(wild.ok);
   EXPECT_EQ(wild.center.z, 4);
   EXPECT_EQ(wild.direction.z, 7);
@@ -182,7 +167,7 @@ TEST(FitLine3D, FailuresSayWhyInGbk) {
 
 TEST(MeanZ, TakesPointsAboveTheLimitOnly) {
   const auto meanOf = [](Points points) { return computeMeanZ(points); };
-  EXPECT_EQ(meanOf({{0, 0, 0.0001}, {0, 0, -3}, {0, 0, kNaN}}), 0.0);
+  EXPECT_EQ(meanOf({{0, 0, 0.0001}, {0, 0, -3}, {0, 0, NAN}}), 0.0);
   EXPECT_EQ(meanOf({{0, 0, 2}, {0, 0, 0.0001}, {0, 0, 3}}), 2.5);
 }
 

@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <sstream>
 #include <string>
 #include <type_traits>
@@ -14,8 +14,7 @@
 
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
+using build::sample;
 using Bytes = std::vector<std::size_t>;
 
 template <typename... Record>
@@ -55,13 +54,6 @@ TEST(Layout, FieldsStandInOrder) {
   using Calib = SQO_planeCalibPara;
   EXPECT_EQ(offsets(&Calib::levelMatrix, &Calib::planeHeight, &Calib::invLevelMatrix),
             (Bytes{0, 72, 80}));
-  using Rect = STeskRect;
-  EXPECT_EQ(offsets(&Rect::left, &Rect::right, &Rect::top, &Rect::bottom), (Bytes{0, 4, 8, 12}));
-  using Value = SQO_2DValueI;
-  EXPECT_EQ(offsets(&Value::x, &Value::y, &Value::value, &Value::valueD, &Value::tag),
-            (Bytes{0, 4, 8, 16, 24}));
-  using Pair = SQO_intPair;
-  EXPECT_EQ(offsets(&Pair::first, &Pair::second, &Pair::third), (Bytes{0, 4, 8}));
   using Gap = SQO_basicFeatureGap;
   EXPECT_EQ(offsets(&Gap::lineIdx, &Gap::reserved1, &Gap::gapStart, &Gap::gapEnd, &Gap::reserved2),
             (Bytes{0, 8, 32, 64, 96}));
@@ -134,7 +126,6 @@ std::string boundsOf(build::Scan scan) {
 }
 
 TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
-  using build::sample;
   const std::string empty = "0..-1 0..-1 0..-1 ";
   EXPECT_EQ(boundsOf({{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}), empty);
   EXPECT_EQ(boundsOf({{sample(7, -2, 0.0001)}}), "7..7 -2..-2 0.0001..0.0001 ");
@@ -144,10 +135,9 @@ TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
 }
 
 TEST(Bounds, KeepTheFirstOfValuesThatAreNotLess) {
-  using build::sample;
   EXPECT_EQ(boundsOf({{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}), "-0..-0 0..0 1..1 ");
   // What is not a number stays if it comes first, and is passed over later.
-  EXPECT_EQ(boundsOf({{sample(kNaN, 1, 5), sample(2, kNaN, kNaN), sample(3, 0, 6)}}),
+  EXPECT_EQ(boundsOf({{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}),
             "nan..nan 0..1 5..6 ");
 }
 
@@ -158,7 +148,6 @@ std::pair<double, double> stepsOf(build::Scan scan) {
 }
 
 TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
-  using build::sample;
   // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
   EXPECT_EQ(stepsOf({{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1),
                       sample(0, 9, 0)},
@@ -169,7 +158,7 @@ TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
 }
 
 TEST(CloudPara, SampleAtTheLimitHasNeighboursButIsNone) {
-  const build::Line before = {build::sample(0, 0, 1), build::sample(9, 1, 0.0001)};
+  const build::Line before = {sample(0, 0, 1), sample(9, 1, 0.0001)};
   const build::Line line = build::lineOfZ({0.0001, 1}, 4.0);
   EXPECT_EQ(stepsOf({line}), std::make_pair(-1.0, -1.0));
   EXPECT_EQ(stepsOf({before, line}), std::make_pair(1.0, 4.0));

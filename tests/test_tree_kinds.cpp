@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <sstream>
+#include <string>
 #include <vector>
 
+#include "builders.h"
 #include "trees.h"
 
 // The growers of endings, gaps, semi-circles, segments and LV features: where they differ from the
@@ -10,22 +13,25 @@
 
 namespace {
 
+using build::feature;
+using build::sample;
 using Trees = std::vector<SQO_featureTree>;
-using Ys = std::vector<double>;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
 
-SQO_basicFeature1D feature(int line, double y, int type = FEATURE_JUMP_RISE) {
-  return {type, {line, 0}, {static_cast<double>(line), y, 10.0}, 1.0};
-}
-
-template <typename Tree>
-Ys yOf(const Tree& tree) {
-  Ys ys;
-  for (const auto& node : tree.treeNodes) {
-    ys.push_back(node.jumpPos.y);
+/// Each tree as "state first-last line: y of its nodes; ".
+template <typename Tree, typename Node = SQO_basicFeature1D>
+std::string told(const std::vector<Tree>& trees,
+                 STesk3DPoint Node::*point = &SQO_basicFeature1D::jumpPos) {
+  std::ostringstream out;
+  for (const Tree& tree : trees) {
+    out << tree.treeState << ' ' << tree.sLineIdx << '-' << tree.eLineIdx << ':';
+    for (const Node& node : tree.treeNodes) {
+      out << ' ' << (node.*point).y;
+    }
+    out << "; ";
   }
-  return ys;
+  return out.str();
 }
 
 TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
@@ -36,12 +42,9 @@ TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
   Trees endingTrees;
   SQO_treeGrowParam param = kParam;
   ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
-  ASSERT_EQ(trees.size(), 1U);
-  EXPECT_EQ(yOf(trees[0]), (Ys{0.0, 0.5}));
+  ASSERT_EQ(told(trees), "2 0-1: 0 0.5; ");
   EXPECT_EQ(trees[0].treeType, FEATURE_V);
-  EXPECT_EQ(trees[0].treeState, TREE_CLOSED);
-  ASSERT_EQ(endingTrees.size(), 1U) << "the tree of one node is too short";
-  EXPECT_EQ(yOf(endingTrees[0]), (Ys{9.0, 9.0}));
+  EXPECT_EQ(told(endingTrees), "2 0-1: 9 9; ") << "a single node is too short";
 
   param.minVTypeTreeLen = 4.0;
   trees.clear();
@@ -50,26 +53,18 @@ TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
 }
 
 TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
-  std::vector<std::vector<STesk3DPosition>> samples(4);
-  std::vector<STesk3DLaserLine> lines;
-  for (int l = 0; l < 4; ++l) {
-    for (int p = 0; p < 4; ++p) {
-      samples[l].push_back({0, {10.0 * l, 1.0 * p, 5.0}});
-    }
-    lines.push_back({samples[l].data(), 4, 0});
-  }
+  build::Scan scan = build::surfaceScan(4, 4, [](double x, double y) { return 10.0 * x + y; });
+  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
   std::vector<SQO_2DValueI> endings;
-  for (int p = 0; p < 3; ++p) {
-    endings.push_back({p, 2, 0, 0.0, 0});
-    endings.push_back({p, 3, 0, 0.0, 0});
+  for (int sample = 0; sample < 3; ++sample) {
+    endings.push_back({sample, 0, 0, 0.0, 0});
+    endings.push_back({sample, 3, 0, 0.0, 0});
   }
   Trees trees;
   qo_getEndingGrowingTrees(endings, lines.data(), false, FEATURE_SEG_START, trees, kParam);
-  ASSERT_EQ(trees.size(), 2U);
-  EXPECT_EQ(yOf(trees[1]), (Ys{30.0, 30.0, 30.0})) << "y is the x of the scan";
+  ASSERT_EQ(told(trees), "2 0-2: 0 0 0; 2 0-2: 3 3 3; ") << "y is the x of the scan";
   EXPECT_EQ(trees[1].treeNodes[2].jumpPos.x, 2.0);
   EXPECT_EQ(trees[1].treeNodes[2].jumpPos2D.y, 3);
-  EXPECT_EQ(trees[1].eLineIdx, 2);
   EXPECT_EQ(trees[1].treeValue, 0.0);
 
   trees.clear();
@@ -80,62 +75,40 @@ TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
 }
 
 TEST(EndingGrowing, ClosesTreesAfterEachEnding) {
-  STesk3DPosition samples[2] = {{0, {0.0, 0.0, 10.0}}, {0, {0.0, 30.0, 10.0}}};
-  std::vector<STesk3DLaserLine> lines(4, {samples, 2, 0});
+  build::Scan scan(4, build::lineOfZ({10, 10}, 0.0, 30.0));
   std::vector<SQO_2DValueI> endings = {{0, 0, 0, 0, 0}, {3, 1, 0, 0, 0}, {3, 0, 0, 0, 0}};
   Trees trees;
-  qo_getEndingGrowingTrees(endings, lines.data(), true, FEATURE_SEG_END, trees,
+  qo_getEndingGrowingTrees(endings, build::pointerForm(scan).data(), true, FEATURE_SEG_END, trees,
                            {2.0, 3.0, 2, 5.0, -1.0, -1.0});
   EXPECT_EQ(trees.size(), 3U) << "the first one is too far behind the second";
 }
 
-/// Trees of endings with the given y, one per line.
-Trees grownWithAngleCheck(const Ys& ys, const SQO_treeGrowParam& param, double checkDist) {
-  std::vector<STesk3DPosition> samples(ys.size());
-  std::vector<STesk3DLaserLine> lines;
-  std::vector<SQO_2DValueI> endings;
-  for (int l = 0; l < static_cast<int>(ys.size()); ++l) {
-    samples[l] = {0, {static_cast<double>(l), ys[l], 10.0}};
-    lines.push_back({&samples[l], 1, 0});
-    endings.push_back({l, 0, 0, 0.0, 0});
-  }
-  Trees trees;
-  qo_getEndingGrowingTrees_angleCheck(endings, lines.data(), true, FEATURE_SEG_END, trees, param,
-                                      checkDist);
-  return trees;
-}
-
 TEST(EndingGrowing, TurnOffTheAxisByNoMoreThan45Degrees) {
-  SQO_treeGrowParam param = kParam;
-  param.yDeviation_max = 6.0;
-  param.minLTypeTreeLen = -1.0;
-  struct Row {
-    const char* name;
-    Ys ys;
-    double checkDist;
-    Ys first;    // the first tree
-    int anchor;  // its anchor
+  // The trees that endings with the given y, one per line, grow to, and the first one's anchor.
+  const auto grown = [](const std::vector<double>& ys, double checkDist) {
+    build::Scan scan;
+    std::vector<SQO_2DValueI> endings;
+    for (const double y : ys) {
+      const auto line = static_cast<int>(scan.size());
+      scan.push_back({sample(line, y, 10.0)});
+      endings.push_back({line, 0, 0, 0.0, 0});
+    }
+    Trees trees;
+    qo_getEndingGrowingTrees_angleCheck(endings, build::pointerForm(scan).data(), true,
+                                        FEATURE_SEG_END, trees, {6.0, 3.0, 3, 5.0, -1.0, 0.5},
+                                        checkDist);
+    return told(trees) + std::to_string(trees.at(0).anchorNode);
   };
-  const Row rows[] = {
-      {"nearer than the distance: no test", {0, 4}, 5.0, {0, 4}, -1},
-      {"at the distance: tested", {0, 4}, std::sqrt(17.0), {0}, 0},
-      {"45 degrees", {0, 1}, 1.0, {0, 1}, 0},
-      {"the anchor follows", {0, 0, 0, 0, 0, 0}, 2.5, {0, 0, 0, 0, 0, 0}, 2},
-      {"it moves though the feature fails", {0, 0, 0, 0, 0, 0, 4}, 4.2, {0, 0, 0, 0, 0, 0}, 4},
-  };
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.name);
-    const Trees trees = grownWithAngleCheck(row.ys, param, row.checkDist);
-    ASSERT_FALSE(trees.empty());
-    EXPECT_EQ(yOf(trees[0]), row.first);
-    EXPECT_EQ(trees[0].anchorNode, row.anchor);
-  }
+  EXPECT_EQ(grown({0, 4}, 5.0), "2 0-1: 0 4; -1") << "nearer than the distance: no test";
+  EXPECT_EQ(grown({0, 4}, std::sqrt(17.0)), "2 0-0: 0; 2 1-1: 4; 0") << "at the distance";
+  EXPECT_EQ(grown({0, 1}, 1.0), "2 0-1: 0 1; 0") << "45 degrees";
+  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0}, 2.5), "2 0-5: 0 0 0 0 0 0; 2");
+  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0, 4}, 4.2), "2 0-5: 0 0 0 0 0 0; 2 6-6: 4; 4")
+      << "the anchor moves though the feature fails";
 }
 
 SQO_basicFeatureGap gap(int line, double y, double width = 2.0) {
-  const double x = line;
-  return {
-      line, {0, 0, 0}, {0, {x, y - width / 2, 10.0}}, {0, {x, y + width / 2, 12.0}}, {0, 0, 0, 0}};
+  return {line, {}, sample(line, y - width / 2, 10.0), sample(line, y + width / 2, 12.0), {}};
 }
 
 TEST(GapGrowing, LinksCentresLineByLine) {
@@ -189,10 +162,9 @@ TEST(SemiCircleGrowing, TakesTheNearestOfRivals) {
                 {semiCircle(1, -1.5), semiCircle(1, 1.0), semiCircle(1, -1.0, 3),
                  semiCircle(1, 2.0), semiCircle(1, 0.0)});
   EXPECT_EQ(states, (std::vector<int>{5, 5, 5, 0, 0})) << "rivals end at the first that is too far";
-  ASSERT_EQ(scan.trees.size(), 3U);
-  EXPECT_EQ(scan.trees[0].treeNodes[1].midPt.y, 1.0) << "the earliest of equals";
+  EXPECT_EQ(told(scan.trees, &SQO_featureSemiCircle::midPt), "1 0-1: 0 1; 1 1-1: 2; 1 1-1: 0; ")
+      << "the earliest of equals";
   EXPECT_EQ(scan.trees[0].treeNodes[1].segState, 0);
-  EXPECT_EQ(scan.trees[1].treeNodes[0].midPt.y, 2.0);
 }
 
 TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
@@ -204,10 +176,10 @@ TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
   scan.grow(2, 3, {semiCircle(2, 40.0, 5)});
   ASSERT_EQ(scan.trees.size(), 1U);
   EXPECT_EQ(scan.trees[0].treeType, 7) << "trees that were closed before stay";
-  ASSERT_EQ(scan.longTrees.size(), 1U);
-  EXPECT_EQ(scan.longTrees[0].treeNodes.size(), 2U);
-  ASSERT_EQ(scan.shortTrees.size(), 4U);
-  EXPECT_EQ(scan.shortTrees[0].treeNodes[0].midPt.y, 20.0) << "from the last to the first";
+  EXPECT_EQ(told(scan.longTrees, &SQO_featureSemiCircle::midPt), "2 0-1: 40 40; ");
+  ASSERT_EQ(told(scan.shortTrees, &SQO_featureSemiCircle::midPt),
+            "2 1-1: 20; 2 1-1: 0; 2 0-0: 20; 2 0-0: 0; ")
+      << "from the last to the first";
   EXPECT_EQ(scan.shortTrees[3].treeNodes[0].segState, 2);
 }
 
@@ -223,8 +195,8 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
       {segment(3, 2.0, 50.0, 60.0)}};
   std::vector<SJU_segFeatureTree> trees;
   ju_getSegFeatureGrowingTrees(lines, trees, kParam);
-  ASSERT_EQ(trees.size(), 1U) << "a tree that comes back to its x has no length";
-  EXPECT_EQ(trees[0].treeNodes[0].startPt.y, 50.0);
+  EXPECT_EQ(told(trees, &SJU_segFeature::startPt), "1 0-3: 50 50; ")
+      << "a tree that comes back to its x has no length";
 
   trees.clear();
   lines[2][1].startPt.x = 0.25;
@@ -232,11 +204,9 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
   SQO_treeGrowParam param = kParam;
   param.maxLineSkipNum = 0;
   ju_getSegFeatureGrowingTrees(lines, trees, param);
-  ASSERT_EQ(trees.size(), 2U);
-  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
+  ASSERT_EQ(told(trees, &SJU_segFeature::startPt), "2 0-2: 0 1 1; 1 0-3: 50 50; ")
+      << "the second took a node of the last line";
   EXPECT_EQ(trees[0].treeValue, 33.0);
-  EXPECT_EQ(trees[0].treeState, TREE_CLOSED);
-  EXPECT_EQ(trees[1].treeState, TREE_GROWING) << "took a node of the last line";
 
   trees[1].eLineIdx = trees[1].sLineIdx;
   lines.clear();
@@ -245,13 +215,13 @@ TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
 }
 
 struct LVGrowing : testing::Test {
-  /// `count` lines with the features at y of the given type on lines from `first` to `last`.
-  void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE) {
+  /// A feature at y, and at `slope` more from line to line, on each line from `first` to `last`.
+  void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE, double slope = 0.0) {
     lines.resize(30);
     for (int l = 0; l < 30; ++l) {
       lines[l].lineIdx = l;
       if (l >= first && l <= last) {
-        lines[l].features.push_back(feature(l, y, type));
+        lines[l].features.push_back(feature(l, y + slope * (l - first), type));
       }
     }
   }
@@ -278,12 +248,8 @@ TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
   }
   ending(9, 1.5);
   const Trees trees = grow({1.0, 1.0});
-  ASSERT_EQ(trees.size(), 1U);
-  EXPECT_EQ(trees[0].treeType, FEATURE_SLOPE_RISE);
-  EXPECT_EQ(yOf(trees[0]), (Ys{6.0, 4.5, 3.0, 1.5, 0.0, 0.0, 0.0, 0.0, 0.0, 0.5, 1.0}))
+  ASSERT_EQ(told(trees), "2 10-14: 6 4.5 3 1.5 0 0 0 0 0 0.5 1; ")
       << "forward, the third ending is three lines away from the reference";
-  EXPECT_EQ(trees[0].sLineIdx, 10);
-  EXPECT_EQ(trees[0].treeNodes[0].featureType, FEATURE_SLOPE_RISE);
   EXPECT_EQ(lines[6].endings[0].featureType, FEATURE_SLOPE_RISE);
   ASSERT_EQ(starts.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
   EXPECT_EQ(starts[1].x, 9);
@@ -311,10 +277,7 @@ TEST_F(LVGrowing, RemovesShortTreesInsideAnObject) {
 }
 
 TEST_F(LVGrowing, RemovesStubsThatWander) {
-  edge(0.0, 4, 4);
-  for (int l = 5; l < 9; ++l) {
-    lines[l].features.push_back(feature(l, 0.75 * (l - 4), FEATURE_SLOPE_RISE));
-  }
+  edge(0.0, 4, 8, FEATURE_SLOPE_RISE, 0.75);
   EXPECT_EQ(grow({1.0, 16.0}).size(), 1U) << "a quarter of the object long";
   EXPECT_EQ(grow({1.0, 17.0}).size(), 0U);
 }

@@ -8,30 +8,20 @@
 #include <string>
 #include <vector>
 
+#include "builders.h"
 #include "trees.h"
 
 namespace {
 
+using build::feature;
 using Features = std::vector<SQO_basicFeature1D>;
 using Trees = std::vector<SQO_featureTree>;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
 
-SQO_basicFeature1D feature(
-    int line, double y, double z = 10.0, int type = FEATURE_JUMP_RISE, double value = 1.0) {
-  return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
-}
-
 SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
-  return {state,
-          nodes.front().featureType,
-          nodes.front().jumpPos2D.x,
-          nodes.back().jumpPos2D.x,
-          0.0,
-          {0.0, 0.0},
-          {0.0, 0.0},
-          nodes,
-          -1};
+  const auto& [type, first, pos, value] = nodes.front();
+  return {state, type, first.x, nodes.back().jumpPos2D.x, 0.0, {}, {}, nodes, -1};
 }
 
 // The rules told once more in the plainest way, as walks over the whole list.
@@ -133,17 +123,16 @@ std::string text(const Trees& trees) {
 }
 
 /// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
-class RandomScan {
- public:
-  explicit RandomScan(unsigned seed) : random_(seed) {}
+struct RandomScan {
+  std::mt19937 random;
 
   int integer(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random_);
+    return std::uniform_int_distribution<int>(low, high)(random);
   }
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
         feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 0.5 * integer(-40, 40),
-                9.5 + 0.5 * integer(0, 8), integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE,
+                integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
                 0.25 * integer(0, 9));
     f.jumpPos.x += 0.5 * integer(-1, 1);
     return f;
@@ -168,15 +157,12 @@ class RandomScan {
     }
     return trees;
   }
-
- private:
-  std::mt19937 random_;
 };
 
 TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random(seed);
+    RandomScan random = {std::mt19937(seed)};
     std::vector<Features> lines = random.lines();
     const SQO_treeGrowParam param = random.param();
     const Trees passedIn = random.passedIn();
@@ -206,25 +192,20 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   }
 }
 
-TEST(PeakFeatureGrowing, FillsBoundsOfAllTreesEvenWithoutLines) {
+TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
+                 treeOf({feature(2, 0.0), feature(3, 0.0)}), treeOf({feature(2, 0.0)}, TREE_CLOSED),
                  treeOf({feature(0, 0.0)})};
-  trees[1].treeNodes.clear();
-  trees[1].xRange = {7.0, 7.0};
+  trees[3].treeNodes.clear();
+  trees[3].xRange = {7.0, 7.0};
   std::vector<Features> none;
   qo_peakFeatureGrowing(none, trees, kParam);
   EXPECT_TRUE(trees[0].xRange.min == 1.0 && trees[0].xRange.max == 3.0);
   EXPECT_TRUE(trees[0].yRange.min == -2.0 && trees[0].yRange.max == 9.0);
-  EXPECT_EQ(trees[1].xRange.max, 0.0);
-}
-
-TEST(CornerFeaturesGrowing, RemovesTreesOfOneLineEvenWithoutLines) {
-  Trees trees = {treeOf({feature(2, 0.0)}, TREE_CLOSED),
-                 treeOf({feature(2, 0.0), feature(3, 0.0)})};
-  std::vector<Features> none;
+  EXPECT_EQ(trees[3].xRange.max, 0.0);
   qo_cornerFeaturesGrowing(none, trees, kParam);
-  ASSERT_EQ(trees.size(), 1U);
-  EXPECT_EQ(trees[0].eLineIdx, 3);
+  ASSERT_EQ(trees.size(), 2U) << "those of a single line go";
+  EXPECT_EQ(trees[1].eLineIdx, 3);
 }
 
 }  // namespace

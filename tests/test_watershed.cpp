@@ -62,15 +62,14 @@ std::vector<int> labelsAround(const Plane& markers, int r, int c) {
 
 void markMinima(const Plane& gray, int side, Plane& markers) {
   int label = 1;
-  const auto undercut = [&](int r, int c) {
+  const auto isLowest = [&](int r, int c) {
+    int lowest = gray[r][c];
     for (int i = std::max(r - 7, 0); i <= std::min(r + 6, side - 1); ++i) {
       for (int j = std::max(c - 7, 0); j <= std::min(c + 6, side - 1); ++j) {
-        if (gray[i][j] < gray[r][c]) {
-          return true;
-        }
+        lowest = std::min(lowest, gray[i][j]);
       }
     }
-    return false;
+    return gray[r][c] == lowest;
   };
   const auto overwriteNeighbour = [&](int r, int c) {
     for (const int k : {0, 1, 2, 3, 5, 6, 7, 8}) {
@@ -84,7 +83,7 @@ void markMinima(const Plane& gray, int side, Plane& markers) {
   };
   for (int r = 1; r < side - 1; ++r) {
     for (int c = 1; c < side - 1; ++c) {
-      if (markers[r][c] != 1 && !undercut(r, c) && !overwriteNeighbour(r, c)) {
+      if (markers[r][c] != 1 && isLowest(r, c) && !overwriteNeighbour(r, c)) {
         markers[r][c] = ++label;
       }
     }
@@ -140,52 +139,42 @@ Plane flooded(const Plane& gray, Plane markers, int maxLevel) {
 
 }  // namespace plain
 
-/// Random images with few or many values and with markers of all kinds.
-class Images {
- public:
-  int between(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random_);
-  }
-
-  Plane plane(int height, int width, int low, int high, int percent = 100) {
-    Plane plane = flat(height, width);
-    for (std::vector<int>& row : plane) {
-      for (int& value : row) {
-        value = between(1, 100) <= percent ? between(low, high) : 0;
-      }
-    }
-    return plane;
-  }
-
- private:
-  std::mt19937 random_{5};
-};
-
-TEST(Watershed, MarksFlatMinimaInTheirPattern) {
-  const int w = -1;
-  EXPECT_EQ(segmented(imageOf(flat(2, 2))), flat(2, 2));
-  EXPECT_EQ(segmented(imageOf({})), Plane{});
-  EXPECT_EQ(segmented(imageOf(flat(3, 3))), (Plane{{2, w, 2}, {w, 2, w}, {2, w, 2}}));
-  // Each label is wiped by the pixel after it.
-  EXPECT_EQ(segmented(imageOf(flat(4, 4))), flat(4, 4));
+int randomBetween(int low, int high) {
+  static std::mt19937 random(5);
+  return std::uniform_int_distribution<int>(low, high)(random);
 }
 
-TEST(Watershed, CrossesRowsAndColumnsAndCountsEqualLabels) {
-  // The value at (1, 0) calls up the marker at (0, 1) first.
+/// Random values at `percent` of the pixels, and zeros elsewhere.
+Plane randomPlane(int height, int width, int low, int high, int percent = 100) {
+  Plane plane = flat(height, width);
+  for (std::vector<int>& row : plane) {
+    for (int& value : row) {
+      value = randomBetween(1, 100) <= percent ? randomBetween(low, high) : 0;
+    }
+  }
+  return plane;
+}
+
+TEST(Watershed, SmallImages) {
+  const int w = -1;
+  EXPECT_EQ(segmented(imageOf({})), Plane{});
+  EXPECT_EQ(segmented(imageOf(flat(2, 2))), flat(2, 2));
+  EXPECT_EQ(segmented(imageOf(flat(3, 3))), (Plane{{2, w, 2}, {w, 2, w}, {2, w, 2}}));
+  EXPECT_EQ(segmented(imageOf(flat(4, 4))), flat(4, 4)) << "each label is wiped by the next pixel";
+  // The value at (1, 0) calls up the marker at (0, 1) first; equal labels count one by one.
   const Plane gray = {{9, 5}, {1, 7}};
-  EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {-1, -1}}));
-  EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, -1}})), (Plane{{1, 1}, {-1, -1}}));
+  EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {w, w}}));
+  EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, w}})), (Plane{{1, 1}, {w, w}}));
 }
 
 TEST(Watershed, FollowsTheRulesOnRandomImages) {
-  Images images;
   const std::vector<std::pair<int, int>> ranges = {
       {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX}};
   for (int i = 0; i < 400; ++i) {
-    const int side = images.between(1, 24);
+    const int side = randomBetween(1, 24);
     const auto [low, high] = ranges[i % 4];
-    const Plane gray = images.plane(side, side, low, high);
-    const Plane markers = images.plane(side, side, -1, 4, i % 3 * 10);
+    const Plane gray = randomPlane(side, side, low, high);
+    const Plane markers = randomPlane(side, side, -1, 4, i % 3 * 10);
     SJU_waterShedImage image = imageOf(gray, markers);
     watershed(image);
     ASSERT_EQ(image.markers, plain::segmented(gray, markers)) << "image " << i;
@@ -219,30 +208,25 @@ TEST(SeedWatershed, SettlesByDistinctLabels) {
 }
 
 TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
-  Images images;
   int settled = 0;
   for (int i = 0; i < 1500; ++i) {
-    const int height = images.between(1, 16);
-    const int width = images.between(1, 16);
-    const int maxLevel = images.between(0, 9);
-    Plane gray = images.plane(height, width, 0, images.between(1, i % 5 == 0 ? 3000 : 12));
-    const Plane markers = images.plane(height, width, -2, i % 4 + 1, images.between(1, 20));
+    const int height = randomBetween(1, 16);
+    const int width = randomBetween(1, 16);
+    const int maxLevel = randomBetween(0, 9);
+    const int scale = randomBetween(0, 1) == 0 ? 1 : 400000;
+    Plane gray = randomPlane(height, width, 0, randomBetween(1, i % 5 == 0 ? 3000 : 12));
+    const Plane markers = randomPlane(height, width, -2, i % 4 + 1, randomBetween(1, 20));
     const Plane expected = plain::flooded(gray, markers, maxLevel);
     for (int r = 0; r < height; ++r) {
       for (int c = 0; c < width; ++c) {
         const bool isLost = expected[r][c] <= 0 && plain::labelsAround(expected, r, c).empty();
-        gray[r][c] = isLost ? 5000 : gray[r][c];  // or the call would not return
+        // A pixel out of reach must lie too high, or the call would not return. Only the order of
+        // the levels matters, not how far they lie apart.
+        gray[r][c] = (isLost ? 5000 : gray[r][c]) * scale;
         settled += expected[r][c] != markers[r][c] ? 1 : 0;
       }
     }
-    ASSERT_EQ(flooded(imageOf(gray, markers), {}, maxLevel), expected) << "image " << i;
-    // Only the order of the levels matters, not how far they lie apart.
-    for (std::vector<int>& row : gray) {
-      for (int& value : row) {
-        value *= 400000;
-      }
-    }
-    ASSERT_EQ(flooded(imageOf(gray, markers), {}, maxLevel * 400000), expected) << "image " << i;
+    ASSERT_EQ(flooded(imageOf(gray, markers), {}, maxLevel * scale), expected) << "image " << i;
   }
   EXPECT_GT(settled, 10000);
 }
@@ -250,12 +234,9 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
 TEST(SeedWatershed, WaitsForPixelsOutOfReach) {
   static SJU_waterShedImage image = imageOf({{0, 9, 0}});
   static Seeds seeds = {seedAt(0, 0)};
-  std::promise<void> returned;
-  const std::future<void> wait = returned.get_future();
-  std::thread([returned = std::move(returned)]() mutable {
-    ju_seedWatershed(image, seeds, 8, 2);
-    returned.set_value();
-  }).detach();
+  std::packaged_task<void()> call([] { ju_seedWatershed(image, seeds, 8, 2); });
+  const std::future<void> wait = call.get_future();
+  std::thread(std::move(call)).detach();
   EXPECT_EQ(wait.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
 }
 

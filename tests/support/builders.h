@@ -1,8 +1,14 @@
 #pragma once
 
+#include <gtest/gtest.h>
+
 /// Small builders of samples, lines and scans for the tests, and a short form of what is found.
 
+#include <cmath>
+#include <cstddef>
 #include <functional>
+#include <sstream>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -67,6 +73,41 @@ inline std::vector<int> stampsOf(const Line& line) {
     stamps.push_back(sample.nPointIdx);
   }
   return stamps;
+}
+
+/// Every bit of a line but the sign of its NaN, to compare and to read.
+inline std::string text(const Line& line) {
+  const auto bits = [](double value) { return std::isnan(value) ? std::nan("") : value; };
+  std::ostringstream out;
+  for (const auto& [idx, pt] : line) {
+    out << std::hexfloat << idx << ": " << bits(pt.x) << ' ' << bits(pt.y) << ' ' << bits(pt.z)
+        << '\n';
+  }
+  return out.str();
+}
+
+/// A feature on a line at x = `line`.
+inline SQO_basicFeature1D feature(
+    int line, double y, int type = FEATURE_JUMP_RISE, double z = 10.0, double value = 1.0) {
+  return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
+}
+
+/// The positions as "x,y ".
+inline std::string text(const std::vector<STesk2DPoint>& positions) {
+  std::string out;
+  for (const STesk2DPoint& at : positions) {
+    out += std::to_string(at.x) + ',' + std::to_string(at.y) + ' ';
+  }
+  return out;
+}
+
+inline void expectNear(const std::vector<double>& values,
+                       const std::vector<double>& expected,
+                       double tolerance) {
+  ASSERT_EQ(values.size(), expected.size());
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    EXPECT_NEAR(values[i], expected[i], tolerance) << i;
+  }
 }
 
 /// Type and sample of each feature.
