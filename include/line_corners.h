@@ -178,8 +178,9 @@ SCANLINE_API void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
  *
  * A rim is a strongly negative bend: a minimum of the corner measure of at least `cornerTh` in
  * magnitude with no greater one within one `scale` in y. Slopes stay inside stretches, which steps
- * in z of `minEndingGap_z` or more cut. So of two rims closer than `scale` in y only the stronger one
- * stays: `scale` must be smaller than the gaps looked for. A rim that ends a gap starts no other.
+ * in z of `minEndingGap_z` or more cut. So of two rims closer than `scale` in y only the stronger
+ * one stays: `scale` must be smaller than the gaps looked for. A rim that ends a gap starts no
+ * other.
  *
  * @param lineData   the samples of the line; `nPointIdx` of each becomes its index
  * @param lineIdx    index of the line, stored in the gaps

@@ -164,15 +164,18 @@ TEST(ArmCorners, KeepEveryPeakAndStayInStretches) {
 }
 
 TEST(GapFeature, PairsRimsOnceWithinTheOpenRange) {
-  // Three rims 16 and 16 apart: bends at 20, 36 and 52 between roofs.
+  // Three rims 16 apart in y and 12 in x: bends at 20, 36 and 52 between roofs.
   Line line = through(
       {{0, 70}, {12, 78}, {20, 50}, {28, 78}, {36, 50}, {44, 78}, {52, 50}, {60, 78}, {70, 70}});
   line[3].nPointIdx = -1;
+  for (STesk3DPosition& sample : line) {
+    sample.pt3D.x = 0.75 * sample.pt3D.y;
+  }
   std::vector<SQO_basicFeatureGap> gaps;
-  qo_getLineGapFeature(line, 6, kArms, {16.0, 17.0}, gaps);
-  qo_getLineGapFeature(line, 6, kArms, {15.0, 16.0}, gaps);
+  qo_getLineGapFeature(line, 6, kArms, {20.0, 21.0}, gaps);
+  qo_getLineGapFeature(line, 6, kArms, {19.0, 20.0}, gaps);
   EXPECT_TRUE(gaps.empty());
-  qo_getLineGapFeature(line, 6, kArms, {15.0, 17.0}, gaps);
+  qo_getLineGapFeature(line, 6, kArms, {19.0, 21.0}, gaps);
   ASSERT_EQ(gaps.size(), 1U) << "the second rim opens no gap";
   EXPECT_TRUE(gaps[0].gapStart.nPointIdx == 20 && gaps[0].gapEnd.nPointIdx == 36);
   EXPECT_EQ(gaps[0].lineIdx, 6);

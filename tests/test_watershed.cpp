@@ -183,11 +183,11 @@ TEST(Watershed, FollowsTheRulesOnRandomImages) {
 }
 
 TEST(SeedWatershed, FillsPlateausBeforeTheFlood) {
-  SJU_waterShedImage image = imageOf({{4, 4, 0, 4}, {0, 4, 0, 4}}, {{0, 0, 0, 0}, {0, -1, 0, 9}});
+  SJU_waterShedImage image = imageOf({{4, 4, 0, 4}, {0, 4, 0, 4}}, {{0, 0, 0, 0}, {0, -1, 0, 0}});
   Seeds seeds = {seedAt(0, 0), seedAt(1, 0), seedAt(3, 0)};
   ju_seedWatershed(image, seeds, -1, 5);
   // A marker stops the fill; the second seed finds its plateau taken, and keeps its own pixel.
-  EXPECT_EQ(image.markers, (Plane{{5, 6, 0, 7}, {0, -1, 0, 9}}));
+  EXPECT_EQ(image.markers, (Plane{{5, 6, 0, 7}, {0, -1, 0, 7}}));
   EXPECT_EQ(seeds[1].value, 6);
   EXPECT_EQ(seeds[1].tag, 3);
 
