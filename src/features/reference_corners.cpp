@@ -70,10 +70,12 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                                   detail::SlopeSearch::oneSided(cornerPara.scale));
   markCorners(stretches.points, slopes, cornerPara, lineData);
 
-  // Marks stand on valid samples alone.
-  for (std::size_t point = 0; point < slopes.size(); ++point) {
-    const int i = stretches.sampleOf[point];
-    const int type = typeOfMarked(lineData[i], slopes[point], refZ, cornerPara.jumpCornerTh_1);
+  std::size_t point = 0;
+  for (int i = 0; i < dataSize; ++i) {
+    // A hole has no slope; it bears marks only if the caller left them there.
+    const bool isPoint = point < slopes.size() && stretches.sampleOf[point] == i;
+    const detail::SQO_pointSlope slope = isPoint ? slopes[point++] : detail::SQO_pointSlope{};
+    const int type = typeOfMarked(lineData[i], slope, refZ, cornerPara.jumpCornerTh_1);
     if (type != 0) {
       line_features.push_back({type, {lineIdx, i}, lineData[i].pt3D, 0.0});
     }
