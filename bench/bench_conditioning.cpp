@@ -146,7 +146,8 @@ void BM_Conditioning_SplitStaircase(benchmark::State& state) {
   const int tread = kCount / static_cast<int>(state.range(0));
   bench::Line line(kCount);
   for (int i = 0; i < kCount; ++i) {
-    line[i] = {i, {0.0, 1.0 * i, 10.0 + 4.0 * (i / tread)}};
+    const int steps = i / tread;
+    line[i] = {i, {0.0, 1.0 * i, 10.0 + 4.0 * steps}};
   }
   std::vector<SQO_RUN> pieces;
   for (auto _ : state) {

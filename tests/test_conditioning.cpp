@@ -27,7 +27,8 @@ Line noisyLine(int count) {
   Line line;
   for (int i = 0; i < count; ++i) {
     const double noise = static_cast<double>(random()) / 4294967296.0;
-    const double z = random() % 8 == 0 ? odd[random() % 7] : 100.0 + i / 20 * 5 + noise / 3.0;
+    const int steps = i / 20;
+    const double z = random() % 8 == 0 ? odd[random() % 7] : 100.0 + 5.0 * steps + noise / 3.0;
     line.push_back(build::sample(0.1 * noise, 0.2 * i, z, 3 * i));
   }
   return line;

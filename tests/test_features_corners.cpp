@@ -31,8 +31,9 @@ Line through(const std::vector<std::pair<double, double>>& corners) {
   for (std::size_t k = 1; k < corners.size(); ++k) {
     const auto [y0, z0] = corners[k - 1];
     const auto [y1, z1] = corners[k];
-    for (double y = y0 + 1.0; y <= y1; ++y) {
-      line.push_back(build::sample(0.0, y, z0 + (z1 - z0) * (y - y0) / (y1 - y0), size(line)));
+    for (int step = 1; step <= y1 - y0; ++step) {
+      const double z = z0 + (z1 - z0) * step / (y1 - y0);
+      line.push_back(build::sample(0.0, y0 + step, z, size(line)));
     }
   }
   return line;

@@ -94,8 +94,7 @@ std::optional<BeltObject> tryToLay(const std::vector<BeltObject>& laid,
                                    Noise& noise) {
   BeltObject object = makeObject(noise);
   object.centre = {between(noise, 0.0, belt.width), between(noise, 0.0, belt.height)};
-  const std::size_t partner =
-      static_cast<std::size_t>(noise.unit() * static_cast<double>(laid.size()));
+  const auto partner = static_cast<std::size_t>(noise.unit() * static_cast<double>(laid.size()));
   const double direction = between(noise, 0.0, 2.0 * kPi);
   const bool touches = !laid.empty() && noise.chance(0.75);
   const bool rests = touches && object.kind == ObjectKind::bag && noise.chance(0.35);
