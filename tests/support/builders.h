@@ -1,8 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 /// Small builders of samples, lines and scans for the tests, and a short form of what is found.
+
+#include <gtest/gtest.h>
 
 #include <cmath>
 #include <cstddef>
