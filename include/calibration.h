@@ -227,9 +227,9 @@ qo_HCameraVScan_getGroundCalibPara(std::vector<std::vector<STesk3DPosition>>& sc
 /**
  * Fits the plane z = a x + b y + c to points by linear least squares in z.
  *
- * The normal equations are solved by the inverse of their matrix. If it is singular, as for no
- * points, points on one line, or a plane that contains the z direction, a, b and c are 0.0. No
- * point is left out; the no-sample rule is not applied.
+ * The normal equations are solved by OpenCV (`cv::solve` with `DECOMP_LU`). If their matrix is
+ * singular, as for no points, points on one line, or a plane that contains the z direction, a, b
+ * and c are 0.0. No point is left out; the no-sample rule is not applied.
  *
  * @param points  The points.
  * @param res     The four doubles a, b, -1.0, c are appended, which are the coefficients of

@@ -45,10 +45,11 @@ LaserPlane fitLaserPlane(const FitPoints& points) {
   const auto n = static_cast<double>(points.size());
   const cv::Mat normal = (cv::Mat_<double>(3, 3) << s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
   const cv::Mat right = (cv::Mat_<double>(3, 1) << s.xz, s.yz, s.z);
-  // Multiplied as one expression, this would become a cv::solve, which leaves its result unset for
-  // a singular matrix; the inverse of one is zero.
-  const cv::Mat inverse = normal.inv();
-  const cv::Mat solution = inverse * right;
+  // The same bits as normal.inv() * right, which OpenCV evaluates as a solve, not as a product.
+  cv::Mat solution;
+  if (!cv::solve(normal, right, solution, cv::DECOMP_LU)) {
+    return {};
+  }
   return {solution.at<double>(0), solution.at<double>(1), solution.at<double>(2)};
 }
 
