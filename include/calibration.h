@@ -78,8 +78,8 @@ SCANLINE_API void lineDataRT_vector(std::vector<STesk3DPosition>& line,
  * Levels a line in place and cuts away the ground and what lies beyond it in y.
  *
  * The counterpart of a ground calibration, whose levelled frame has the ground at a constant y. It
- * differs from lineDataRT_vector() in the cut alone, which looks at the new y and takes the limit
- * with it.
+ * differs from lineDataRT_vector() in the cut alone, which tests the new y and also cuts at the
+ * limit itself.
  *
  * @param line       The line; an empty one is left as it is.
  * @param matrix     Nine doubles, as for lineDataRT().
@@ -194,8 +194,8 @@ SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* line
  * Fits the reference plane to the lines that no hole in it breaks.
  *
  * A line is used if ju_getLineDataIntervals() finds it to be one run, with steps from measured
- * sample to measured sample below 1.0 in y and in z; of such a line every sample is used, whatever
- * its height. They go through teskCaculateLaserPlane() and adjustPlaneToXYPlane().
+ * sample to measured sample below 1.0 in y and in z; of such a line every measured sample is
+ * used, whatever its height. They go through teskCaculateLaserPlane() and adjustPlaneToXYPlane().
  *
  * @param scan  The scan; `nPointIdx` of every sample becomes 0, nothing else is changed.
  * @return The two matrices, and as `planeHeight` the mean levelled z of the samples used. If no
@@ -209,11 +209,11 @@ qo_getHolePlaneCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
  * Finds the ground that scan lines end on, and the rotation that brings it to a constant y.
  *
  * The last run of each line (steps below 5.0 in y and 10.0 in z, see ju_getLineDataIntervals()) is
- * divided into straight pieces by split(), 2.0 from their chords at most. The last piece is ground
- * if z falls along it at more than 60 degrees to the y axis. A line without a run, or whose last
- * run gives no piece, has no ground. The plane of all ground samples, by teskCaculateLaserPlane(),
- * is turned onto (0, 1, 0), or onto (0, -1, 0) if the first leaves the ground at a negative y.
- * HCamera_lineDataRT_vector() levels and cuts lines with the result.
+ * divided into straight pieces by split(), less than 2.0 from their chords. The last piece is
+ * ground if z falls along it at more than 60 degrees to the y axis. A line without a run, or whose
+ * last run gives no piece, has no ground. The plane of all ground samples, by
+ * teskCaculateLaserPlane(), is turned onto (0, 1, 0), or onto (0, -1, 0) if the first leaves the
+ * ground at a negative y. HCamera_lineDataRT_vector() levels and cuts lines with the result.
  *
  * @param scan  The scan; `nPointIdx` becomes 1 in the measured samples (z above 0.0001) of the
  *              ground and 0 in all others. Nothing else is changed.

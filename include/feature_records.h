@@ -17,8 +17,8 @@
 
 // Feature types. A rise is a growth of z with the sample index, a fall a shrinking. Code 8 is no
 // type: nothing writes it and it matches nothing, not even itself.
-constexpr int FEATURE_JUMP_RISE = 1;       ///< Sharp rise; on a corner, a steep backward arm.
-constexpr int FEATURE_JUMP_FALL = 2;       ///< Sharp fall; on a corner, a steep forward arm.
+constexpr int FEATURE_JUMP_RISE = 1;       ///< Sharp rise; on a corner, the backward arm decides.
+constexpr int FEATURE_JUMP_FALL = 2;       ///< Sharp fall; on a corner, the forward arm decides.
 constexpr int FEATURE_SLOPE_RISE = 3;      ///< Rise that is spread over several samples.
 constexpr int FEATURE_SLOPE_FALL = 4;      ///< Fall that is spread over several samples.
 constexpr int FEATURE_V = 5;               ///< A rise and the following fall, taken as one.
@@ -28,7 +28,7 @@ constexpr int FEATURE_RIGHT_ANGLE_1 = 9;   ///< First of the four kinds of right
 constexpr int FEATURE_RIGHT_ANGLE_2 = 10;  ///< Second kind of right angle.
 constexpr int FEATURE_RIGHT_ANGLE_3 = 11;  ///< Third kind of right angle.
 constexpr int FEATURE_RIGHT_ANGLE_4 = 12;  ///< Fourth kind of right angle.
-constexpr int FEATURE_PEAK = 13;           ///< Smallest z around a place, or middle of two flanks.
+constexpr int FEATURE_PEAK = 13;           ///< Smallest z around; greatest in dents and glove arcs.
 constexpr int FEATURE_VALLEY = 14;         ///< Largest z around a place.
 constexpr int FEATURE_CORNER_OTHER = 15;   ///< A corner that is neither a jump rise nor a fall.
 

@@ -53,7 +53,7 @@ SCANLINE_API void compute2ptLine_2(
     double x1, double y1, double x2, double y2, double* a, double* b, double* c);
 
 /**
- * Finds the line through a point that is turned by 45 degrees against a given line.
+ * Finds the line through a point that is turned clockwise by 45 degrees against a given line.
  *
  * @param a,b  Normal of the given line.
  * @param c    Not used: the point alone places the new line.
@@ -210,7 +210,7 @@ SCANLINE_API bool leastSquareParabolaFitEigen(const std::vector<cv::Point_<doubl
 // ---------------------------------------------------------------------------------------------
 
 /**
- * Fits a line in space: the centroid of the points and their principal axis.
+ * Fits a line in space by total least squares: the centroid of the points and their principal axis.
  *
  * The axis is the eigenvector of the largest eigenvalue of the points' scatter matrix. Its sign is
  * the solver's choice, and so is the axis itself if all points are equal.

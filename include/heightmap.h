@@ -38,8 +38,9 @@ struct SQO_localPkParam {
  * qo_distanceTrans() can follow at once. The image handling costs nothing worth mention beside
  * reading the samples and writing the images.
  *
- * @param scanLines    the scan; from each line as many samples are read as the first one has.
- *                     Without any line both images stay as they are.
+ * @param scanLines    the scan; from each line as many samples are read as the first one has, and
+ *                     none may be shorter (not checked). Without any line both images stay as they
+ *                     are.
  * @param xRange       its `min` is the x of column `edge`
  * @param yRange       its `min` is the y of row `edge`
  * @param scale        length units per pixel
@@ -65,9 +66,9 @@ SCANLINE_API void pointClout2DProjection(std::vector<std::vector<STesk3DPosition
 /**
  * Finds the distance of each pixel to the nearest empty one by a chamfer scan of two passes.
  *
- * The masks of the passes are not the textbook halves (Rosenfeld and Pfaltz, Borgefors): each looks
- * back along the row and at the two rows beside it, so that a pixel takes its diagonal neighbours
- * behind it and the axial ones of one row. Each pixel becomes the smallest of itself and its
+ * The masks of the passes are not the textbook halves (Rosenfeld and Pfaltz, Borgefors): each
+ * takes the three neighbours in the column behind the pixel, and the one in the pixel's own column
+ * in the row visited before. Each pixel becomes the smallest of itself and its
  * neighbours plus a step cost, in single precision; what is not a number stays, and spreads
  * nowhere. Images of less than 3 rows or 2 columns get no pass. At the end the border of the image
  * is set to 0; before, its pixels count as they are.
@@ -91,9 +92,9 @@ SCANLINE_API void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType);
  * The highest cell of a block, and among equals the first in column-major order, is a peak unless
  * it lies on the border of the block; where the map cuts the block off there is no border. Each
  * peak is reported once. Blocks overlap by half, and their strides are crossed: rows advance by
- * half a `blockWidth`, columns by half a `blockHeight`, as many times as halves of the block's own
- * height and width fit in. So with blocks that are not square there may be parts of the map that no
- * block covers.
+ * half a `blockWidth`, columns by half a `blockHeight`, as many times as it takes halves of the
+ * block's own height and width to cover the map. So with blocks that are not square there may be
+ * parts of the map that no block covers.
  *
  * Meant for maps without negative values. A negative best gives way to any cell that follows it, a
  * not-a-number to none; blocks that hold one of these cost several times as much.
@@ -113,8 +114,8 @@ SCANLINE_API void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
  * Blocks overlap by half, as in qo_getLocalPeaks_distTransform(), and what is said there of borders
  * holds; among equals the first in the order of the lines is taken, and no samples (z below 0.0001)
  * are passed over. Here it is the counts of the blocks that are crossed: as many steps of half a
- * `blockWidth` in lines as halves of `blockHeight` fit into the samples of a line, and as many
- * steps of half a `blockHeight` in samples as halves of `blockWidth` fit into the lines. So part of
+ * `blockWidth` in lines as halves of `blockHeight` cover the samples of a line, and as many steps
+ * of half a `blockHeight` in samples as halves of `blockWidth` cover the lines. So part of
  * a scan with more samples than lines, or the reverse, is not covered.
  *
  * @param scanLines     the scan; each line must have as many samples as the first one. Not written.
@@ -138,7 +139,7 @@ struct SQO_contourPtInfo {
   int y;                ///< Index of the sample on its line.
   int type;             ///< The sample's type code in the direction of the walk; 8 for a mark.
   int edgeId;           ///< Label of the edge at the sample, or a virtual label from 5 to 8.
-  int sideFlag;         ///< 1 if the type faces the walk, else 0.
+  int sideFlag;         ///< 1 if the type faces the walk: 1, 3 to lower, 2, 4 to higher index.
   double scanDist;      ///< Distance from the peak along the walk: in y on a line, else in x.
   STesk3DPoint edgePt;  ///< The sample's point.
 };
@@ -170,15 +171,14 @@ struct SQO_conotourPair {
  *
  * The flags in a sample's `nPointIdx`: bits 0 to 3 the feature type along the line, 4 to 7 the one
  * across the lines, 8 to 15 the caller's mark. A walk reads the type of its own direction:
- * - A sample without type is passed, but within the first and last index only while there are types
- *   to come: if its type in the other direction is 1 or 2 and this sample and the next four have
- *   none, or the scan ends among them, the walk stops.
+ * - A sample without type is passed. But one that is neither first nor last on its line and has
+ *   type 1 or 2 in the other direction stops the walk, unless one of the next four, before the line
+ *   ends, has a type.
  * - A sample without type but with a mark (if `useMark`) has type 8 and a virtual label instead of
  *   that of `edgeMap`: 5 on a walk towards lower, 6 towards higher samples, 7 and 8 for lines.
  * - A sample farther than h from the peak ends the walk. One with a type and a label of at least 1
- *   is a contour point; one next to the peak, or behind its start, ends the walk instead.
+ *   is a contour point; at the start of the walk or next to it, it ends the walk instead.
  * - Types 1, 2, 6, 7 and 8 and the two virtual labels of its direction end the walk there.
- * - Two jumps in a row (1 or 2 along a line, 1 across) more than 100.0 apart would stop the walk.
  *
  * Where the walk towards higher index stops, neither walk of that line or sample index counts and
  * no more start on this side of the peak. A stop of the walk towards lower index has no effect.

@@ -19,8 +19,8 @@ struct SQO_cornerParam {
   double minEndingGap_z;  ///< Step in z that breaks a run of samples; limit in z for joining two.
   double scale;           ///< Distance in the y-z plane over which slopes are measured.
   double cornerTh;        ///< Smallest corner measure of a feature.
-  double jumpCornerTh_1;  ///< Angle beyond which an arm of a corner counts as steep.
-  double jumpCornerTh_2;  ///< Angle up to which an arm may run against the direction of a jump.
+  double jumpCornerTh_1;  ///< Angle beyond which an arm is steep; in some searches, below it, flat.
+  double jumpCornerTh_2;  ///< How far an arm may run against a jump; in some, beyond it, steep.
 };
 
 /**
@@ -82,15 +82,16 @@ SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>&
  * stretch, and a point near its end has the slope of one side alone. An arm is flat if its angle
  * is smaller than `jumpCornerTh_1` in magnitude. A corner closer than 10.0 in z to `refZ` becomes
  * `FEATURE_JUMP_RISE` if its backward arm is flat, else `FEATURE_JUMP_FALL` if its forward arm is.
- * The first sample of a stretch becomes `FEATURE_JUMP_FALL` if it goes on flat, the last one
- * `FEATURE_JUMP_RISE` if it comes in flat, at any height, unless the sample is a corner already.
+ * In a stretch of two samples or more the first becomes `FEATURE_JUMP_FALL` if its forward arm is
+ * flat or missing, the last one `FEATURE_JUMP_RISE` if its backward arm is, at any height, unless
+ * the sample is a corner already.
  *
  * The results stay behind in the line: 0x100000 and 0x200000 are set in `nPointIdx` of the first
- * and the last sample of each stretch, 0x10000 and 0x20000 on corners with a flat backward and
- * forward arm.
+ * and the last sample of each stretch, 0x10000 on corners with a flat backward arm, 0x20000 on
+ * others with a flat forward arm.
  *
- * @param lineData      the samples of the line; `nPointIdx` must hold each sample's index (not
- *                      checked) and so has to be renewed before a second call
+ * @param lineData      the samples of the line; `nPointIdx` must hold each sample's index, below
+ *                      65536 (not checked), and so has to be renewed before a second call
  * @param dataSize      number of samples
  * @param lineIdx       index of the line, stored in the features
  * @param refZ          reference height of the corners
@@ -115,7 +116,7 @@ SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
  *
  * @param lineData      the samples of the line; only read. `nPointIdx` must hold each sample's
  * index (not checked).
- * @param groundMask    one word per sample, 1 where it belongs to the ground
+ * @param groundMask    one word per sample (not checked), 1 where it belongs to the ground
  * @param lineIdx       index of the line, stored in the features
  * @param groundDist    largest distance in x and y from a corner to the ground
  * @param cornerPara    tuning; `cornerTh` limits magnitudes, `jumpCornerTh_2` is not read
@@ -176,11 +177,11 @@ SCANLINE_API void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
 /**
  * Finds gaps: pairs of neighbouring rims whose distance in x and y lies within a range.
  *
- * A rim is a strongly negative bend: a minimum of the corner measure of at least `cornerTh` in
- * magnitude with no greater one within one `scale` in y. Slopes stay inside stretches, which steps
- * in z of `minEndingGap_z` or more cut. So of two rims closer than `scale` in y only the stronger
- * one stays: `scale` must be smaller than the gaps looked for. A rim that ends a gap starts no
- * other.
+ * A rim is a strong bend, negative except at the line's end: a minimum of the corner measure of at
+ * least `cornerTh` in magnitude with no greater one within one `scale` in y. Slopes stay inside
+ * stretches, which steps in z of `minEndingGap_z` or more cut. So of two rims closer than `scale`
+ * in y only the stronger one stays: `scale` must be smaller than the gaps looked for. A rim that
+ * ends a gap starts no other.
  *
  * @param lineData   the samples of the line; `nPointIdx` of each becomes its index
  * @param lineIdx    index of the line, stored in the gaps
@@ -198,10 +199,10 @@ SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
  * Finds jumps as pairs of bends at the foot and the top of a step, which may spread over samples.
  *
  * A bend is an extremum of the corner measure of at least `cornerTh` in magnitude with one arm
- * flatter than `jumpCornerTh_1` and the other steeper than `jumpCornerTh_2`. Two bends in a row
- * make a step if they lie less than `minEndingGap` apart in y and z changes by more than
- * `minEndingGap_z` from one `scale` before the first to one `scale` behind the second. The jump
- * stands on the bend at the end of greater z.
+ * flatter than `jumpCornerTh_1` and the other steeper than `jumpCornerTh_2`. Two bends in a row,
+ * flat before steep and then steep before flat, of opposite sign, make a step if they lie less than
+ * `minEndingGap` apart in y and z changes by more than `minEndingGap_z` from one `scale` before the
+ * first to one `scale` behind the second. The jump stands on the bend at the end of greater z.
  *
  * @param lineData   the samples of the line; only read
  * @param dataSize   number of samples

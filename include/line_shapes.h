@@ -48,9 +48,12 @@ struct SQO_lineRightAngleParam {
  * A rise and the run after it make a V, on the higher of their tops, if that run is a fall, both
  * tops lie above the other's foot and the V is narrow. If the tops differ by less than
  * `apexDiff_z`, its width is taken that far below the higher one if it is the fall's, half as far
- * if not. Else the width is y of a sample against z of the fall's top; limits are tuned to that.
- * Flanks more than 5.0 in y from the V stay beside it. Of the V and closer flanks only some stay,
- * by whether they jump and whether the V's feet differ by 40.0 or more in z.
+ * if not. Else `maxWidth_y` limits |y of a sample - z of the fall's top|, a y against a z, and is
+ * tuned to that.
+ * Flanks more than 5.0 in y from the V stay beside it. Of the V and a single closer flank one
+ * stays: the flank if it is a jump or, without any other flank, if the V's feet differ by 40.0 or
+ * more in z. Of the V and two closer flanks the V stays, or with such feet the flank of greater z,
+ * as a slope.
  *
  * In the end, of neighbouring jumps of one type closer than 20.0 in y the later one stays, in the
  * whole list and so among features from earlier calls too.

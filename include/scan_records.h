@@ -130,7 +130,7 @@ struct SQO_planeCalibPara {
   /// plane is horizontal.
   double levelMatrix[9];
   /// Height of the reference plane in the levelled frame, as a z (for a ground calibration as a
-  /// y); -1.0 when no plane was found.
+  /// y); -1.0 if a search by heights found none.
   double planeHeight;
   /// Rotation, row by row, from levelled coordinates back to scan coordinates.
   double invLevelMatrix[9];

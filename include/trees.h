@@ -10,7 +10,7 @@
  * - y and z differ from those of n by less than `yDeviation_max` and `zDeviation_max`,
  * - it is less than `maxLineSkipNum` lines away from n, or less than `maxSkipDistance` in x,
  * - its type goes with the tree's: a rise with a rise (1, 3), a fall with a fall (2, 4), slopes
- *   with a V (5), all others with their own code alone.
+ *   with a tree of type V (5), all others with their own code alone.
  *
  * Only `TREE_CLOSED` keeps a tree from taking features, and only a tree that is `TREE_GROWING` is
  * ever closed. A tree that closes is removed if it is too short: the distance in x and y from its
@@ -121,8 +121,9 @@ SCANLINE_API void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeat
  * Each position becomes a feature of type `endingType` with `featureValue` 0, whose `jumpPos` is
  * the sample at it. On a scan that is walked across its lines x and y of the sample change places,
  * so that the limits keep their meaning. `x` of the position counts as the line, in either case.
- * After each position a tree closes if its last node is more than `maxLineSkipNum` lines behind;
- * after the last one all trees close. Without positions nothing happens.
+ * After each position a tree closes if its last node is more than `maxLineSkipNum` lines behind
+ * (never, if that is below 1); after the last one all trees close. Without positions nothing
+ * happens.
  *
  * @param endingPts   positions in the order of growing, as a rule by line; `x` and `y` are read
  * @param laserLines  the scan; every position must lie on it, which is not checked
@@ -168,8 +169,9 @@ SCANLINE_API void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>&
  * Grows trees by the gaps of one more line.
  *
  * A gap lies at its centre, the mean of its two samples. Afterwards a tree closes if its last node
- * is more than `maxLineSkipNum` lines behind, or on the last line, and is removed if the distance
- * in x and y between its first and its last centre is at most `minLTypeTreeLen`.
+ * is more than `maxLineSkipNum` lines behind (never, if that is below 1), or on the last line, and
+ * is removed if the distance in x and y between its first and its last centre is at most
+ * `minLTypeTreeLen`.
  *
  * @param lineIdx    index of the line; becomes that of trees that take a gap, while distances in
  *                   lines are taken from `lineIdx` of the gaps
@@ -189,14 +191,14 @@ SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
  *
  * A semi-circle lies at `midPt`; z does not matter. Its `segState` steers the growing: with 1 or 3
  * it starts a tree, with 2 or 4 its tree takes no more after it, with 5 it is passed over. If the
- * features that come right behind it could follow the same node, by y and by lines or x, the one
- * nearest in y joins the tree, the earliest of equals; all of these are then marked with
- * `segState` 5 and start no tree of their own. The node keeps the state that it came with.
+ * features that come right behind it, of any state, could follow the same node, by y and by lines
+ * or x, the one nearest in y joins the tree, the earliest of equals; all of these are then marked
+ * with `segState` 5 and start no tree of their own. The node keeps the state that it came with.
  *
- * Afterwards a tree closes if its last node is more than `maxLineSkipNum` lines behind, or on the
- * last line. From the last tree to the first, those that close leave `trees`: with a distance in x
- * and y between first and last node of at most `minVTypeTreeLen` for `shortTrees`, else for
- * `longTrees`.
+ * Afterwards a tree closes if its last node is more than `maxLineSkipNum` lines behind (never, if
+ * that is below 1), or on the last line. From the last tree to the first, those that close leave
+ * `trees`: with a distance in x and y between first and last node of at most `minVTypeTreeLen` for
+ * `shortTrees`, else for `longTrees`.
  *
  * @param line_features the features of the line, in order; `segState` is changed
  * @param lineIdx       index of the line
@@ -241,14 +243,15 @@ SCANLINE_API void ju_getSegFeatureGrowingTrees(
  * 1. Trees grow as in `qo_getFeatureGrowingTrees`.
  * 2. Each takes the type of most of its nodes, the lowest code among equals, and is lengthened by
  *    `endings` of the lines before it and behind it: on each line by the first ending within the
- *    deviations of y and z and fewer than `maxLineSkipNum` lines from a reference node, whatever
- *    its type. Going backward that is the tree's first node at the time, going forward the node
- *    that was last before. The walk ends on a line without such an ending that is more than
- *    `maxLineSkipNum` lines away from the tree.
+ *    deviations of y and z and fewer than `maxLineSkipNum` lines from a reference node, of any
+ *    type, also one that another tree took. Going backward that is the tree's first node at the
+ *    time, going forward the node that was last before. The walk ends on a line without such an
+ *    ending that is more than `maxLineSkipNum` lines away from the tree.
  * 3. Every tree gets its bounds. Of the types `FEATURE_SLOPE_RISE`, `FEATURE_SLOPE_FALL`,
  *    `FEATURE_V` and `FEATURE_CORNER_OTHER` those are removed that are shorter in x than a quarter
- *    of `bagLength` and wider in y than half of that; then those shorter than half of `bagLength`
- *    that lie between two trees which span them in x and are less than 1.3 times `bagWidth` apart.
+ *    of `bagLength` and more than half as wide in y as they are long in x; then those shorter than
+ *    half of `bagLength` that lie between two trees which span them in x and whose centres in y are
+ *    less than 1.3 times `bagWidth` apart.
  * 4. What is left of the endings is handed over.
  *
  * `sLineIdx`, `eLineIdx` and `treeValue` do not count the endings.

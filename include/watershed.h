@@ -46,7 +46,7 @@ struct SJU_waterShedImage {
 SCANLINE_API void watershed(SJU_waterShedImage& image);
 
 /**
- * Floods an image from given seeds, level by level.
+ * Floods an image from given seeds, level by level: a marker-controlled watershed (Beucher, Meyer).
  *
  * Seed by seed, the connected pixels (over four neighbours) of the seed's own value that have a
  * marker of 0 take its label; the seed's own pixel always does. Then each level from 0 to
@@ -59,8 +59,9 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
  * A pixel that waits is not visited again before a neighbour gets a label, so the cost is all but
  * linear in the number of pixels, however many walks and sweeps they take.
  *
- * There is no way out for pixels that no label can reach: each connected part of the pixels up to
- * `maxLevel` must hold a seed or a label, or the call does not return.
+ * There is no way out for pixels that no label can reach: if a connected part of the pixels up to
+ * `maxLevel` holds neither seed nor label, or a pixel is shut in by pixels of -1, the call does not
+ * return.
  *
  * @param image      the image, of any shape, without values below 0. `markers` must be 0 wherever
  *                   the flood is to go; a -1 there is flooded as well, but fills no plateau.
