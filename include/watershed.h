@@ -3,8 +3,8 @@
 /**
  * @file
  * Watershed segmentation of integer images: each pixel takes the label of the basin that it lies
- * in, in ascending order of grey value. Images can have up to 2^32 pixels, beyond which
- * std::length_error is thrown.
+ * in, in ascending order of grey value. Images can have almost 2^32 pixels, with a frame around
+ * them that is added inside; beyond that std::length_error is thrown.
  *
  * An image comes with a plane of markers, whose starting values take part: above 0 is a label, 0 is
  * none, -1 is a watershed pixel, where basins meet. Neighbours are the eight around a pixel, as far

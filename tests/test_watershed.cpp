@@ -1,14 +1,13 @@
 #include <gtest/gtest.h>
+#include <sys/time.h>
 
 #include <algorithm>
-#include <chrono>
 #include <climits>
+#include <csignal>
 #include <cstddef>
-#include <future>
 #include <random>
 #include <set>
 #include <stdexcept>
-#include <thread>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -139,21 +138,26 @@ Plane flooded(const Plane& gray, Plane markers, int maxLevel) {
 
 }  // namespace plain
 
-int randomBetween(int low, int high) {
-  static std::mt19937 random(5);
-  return std::uniform_int_distribution<int>(low, high)(random);
-}
-
-/// Random values at `percent` of the pixels, and zeros elsewhere.
-Plane randomPlane(int height, int width, int low, int high, int percent = 100) {
-  Plane plane = flat(height, width);
-  for (std::vector<int>& row : plane) {
-    for (int& value : row) {
-      value = randomBetween(1, 100) <= percent ? randomBetween(low, high) : 0;
-    }
+class Random {
+ public:
+  int between(int low, int high) {
+    return std::uniform_int_distribution<int>(low, high)(random_);
   }
-  return plane;
-}
+
+  /// Random values at `percent` of the pixels, and zeros elsewhere.
+  Plane plane(int height, int width, int low, int high, int percent = 100) {
+    Plane plane = flat(height, width);
+    for (std::vector<int>& row : plane) {
+      for (int& value : row) {
+        value = between(1, 100) <= percent ? between(low, high) : 0;
+      }
+    }
+    return plane;
+  }
+
+ private:
+  std::mt19937 random_{5};
+};
 
 TEST(Watershed, SmallImages) {
   const int w = -1;
@@ -170,11 +174,12 @@ TEST(Watershed, SmallImages) {
 TEST(Watershed, FollowsTheRulesOnRandomImages) {
   const std::vector<std::pair<int, int>> ranges = {
       {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX}};
+  Random random;
   for (int i = 0; i < 400; ++i) {
-    const int side = randomBetween(1, 24);
+    const int side = random.between(1, 24);
     const auto [low, high] = ranges[i % 4];
-    const Plane gray = randomPlane(side, side, low, high);
-    const Plane markers = randomPlane(side, side, -1, 4, i % 3 * 10);
+    const Plane gray = random.plane(side, side, low, high);
+    const Plane markers = random.plane(side, side, -1, 4, i % 3 * 10);
     SJU_waterShedImage image = imageOf(gray, markers);
     watershed(image);
     ASSERT_EQ(image.markers, plain::segmented(gray, markers)) << "image " << i;
@@ -208,14 +213,15 @@ TEST(SeedWatershed, SettlesByDistinctLabels) {
 }
 
 TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
+  Random random;
   int settled = 0;
   for (int i = 0; i < 1500; ++i) {
-    const int height = randomBetween(1, 16);
-    const int width = randomBetween(1, 16);
-    const int maxLevel = randomBetween(0, 9);
-    const int scale = randomBetween(0, 1) == 0 ? 1 : 400000;
-    Plane gray = randomPlane(height, width, 0, randomBetween(1, i % 5 == 0 ? 3000 : 12));
-    const Plane markers = randomPlane(height, width, -2, i % 4 + 1, randomBetween(1, 20));
+    const int height = random.between(1, 16);
+    const int width = random.between(1, 16);
+    const int maxLevel = random.between(0, 9);
+    const int scale = random.between(0, 1) == 0 ? 1 : 400000;
+    Plane gray = random.plane(height, width, 0, random.between(1, i % 5 == 0 ? 3000 : 12));
+    const Plane markers = random.plane(height, width, -2, i % 4 + 1, random.between(1, 20));
     const Plane expected = plain::flooded(gray, markers, maxLevel);
     for (int r = 0; r < height; ++r) {
       for (int c = 0; c < width; ++c) {
@@ -231,13 +237,13 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
   EXPECT_GT(settled, 10000);
 }
 
-TEST(SeedWatershed, WaitsForPixelsOutOfReach) {
-  static SJU_waterShedImage image = imageOf({{0, 9, 0}});
-  static Seeds seeds = {seedAt(0, 0)};
-  std::packaged_task<void()> call([] { ju_seedWatershed(image, seeds, 8, 2); });
-  const std::future<void> wait = call.get_future();
-  std::thread(std::move(call)).detach();
-  EXPECT_EQ(wait.wait_for(std::chrono::milliseconds(200)), std::future_status::timeout);
+TEST(SeedWatershedDeathTest, WaitsForPixelsOutOfReach) {
+  const auto floodUnderTimer = [] {
+    const itimerval limit = {{0, 0}, {0, 200000}};
+    setitimer(ITIMER_VIRTUAL, &limit, nullptr);  // of processor time, whatever else is running
+    flooded(imageOf({{0, 9, 0}}), {seedAt(0, 0)}, 8);
+  };
+  EXPECT_EXIT(floodUnderTimer(), testing::KilledBySignal(SIGVTALRM), "");
 }
 
 }  // namespace

@@ -22,6 +22,7 @@ class FreePoints {
       : points_(points), nearSquared_(nearSquared) {
     index_.reserve(points.size());
     for (std::size_t i = 0; i < points.size(); ++i) {
+      // The first point starts a cluster even if it is marked as taken.
       if (i == 0 || points[i].nPointIdx >= 0) {
         index_.push_back(i);
       }

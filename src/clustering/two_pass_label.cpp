@@ -172,7 +172,7 @@ class RegionRecords {
     for (std::size_t i = 0; i < regions.size(); ++i) {
       earlier_[regions[i].labelID] = static_cast<int>(i);
     }
-    // Records that have come in are not looked at before there is a new one.
+    // The first region always gets a record of its own, even if one with its label came in.
     earlier_.erase(kFirstLabel);
   }
 

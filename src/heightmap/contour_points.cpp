@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -24,8 +25,12 @@ class PointList {
 };
 
 struct EdgeStat {
-  double meanDist;  ///< Sum of the distances until all points are in.
+  double sumDist;
   std::size_t ptCount;
+
+  [[nodiscard]] double meanDist() const {
+    return sumDist / static_cast<double>(ptCount);
+  }
 };
 
 /// Per-edge statistics of contour points.
@@ -42,25 +47,26 @@ EdgeTable sumByEdge(const std::vector<SQO_contourPtInfo>& contourPts, int maxEdg
     if (stat.ptCount == 0) {
       table.labels.push_back(point.edgeId);
     }
-    stat.meanDist += point.scanDist;
+    stat.sumDist += point.scanDist;
     ++stat.ptCount;
   }
   return table;
 }
 
-/// Turns the sums into means, drops edges of at most `minCount` points, and finds the smallest mean
-/// of the others; without any it stays below 0.0.
-double closestMean(std::size_t minCount, EdgeTable& table) {
+/// Drops the labels of edges with at most `minCount` points.
+void dropShortEdges(std::size_t minCount, EdgeTable& table) {
+  const auto isShort = [&](int label) { return table.stats[label].ptCount <= minCount; };
+  table.labels.erase(std::remove_if(table.labels.begin(), table.labels.end(), isShort),
+                     table.labels.end());
+}
+
+/// The smallest mean distance of an edge.
+double closestMean(const EdgeTable& table) {
   double best = -1.0;
   for (const int label : table.labels) {
-    EdgeStat& stat = table.stats[label];
-    if (stat.ptCount <= minCount) {
-      stat.ptCount = 0;
-      continue;
-    }
-    stat.meanDist /= static_cast<double>(stat.ptCount);
-    if (best < 0.0 || best > stat.meanDist) {
-      best = stat.meanDist;
+    const double mean = table.stats[label].meanDist();
+    if (best < 0.0 || best > mean) {
+      best = mean;
     }
   }
   return best;
@@ -95,12 +101,12 @@ void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
     return;
   }
   EdgeTable table = sumByEdge(contourPts, maxEdgeId);
-  const double best = closestMean(3 * contourPts.size() / 10, table);
+  dropShortEdges(3 * contourPts.size() / 10, table);
+  const double best = closestMean(table);
   PointList points(outPts);
   // A pass per edge is cheap: no more than three can hold over 30 % of the points each.
   for (const int label : table.labels) {
-    const EdgeStat& stat = table.stats[label];
-    if (stat.ptCount == 0 || !(distTol > stat.meanDist - best)) {
+    if (!(distTol > table.stats[label].meanDist() - best)) {
       continue;
     }
     for (const SQO_contourPtInfo& point : contourPts) {

@@ -1,6 +1,7 @@
 #include "heightmap/level_buckets.h"
 
 #include <algorithm>
+#include <climits>
 #include <iterator>
 
 namespace scanline::detail {
@@ -17,8 +18,8 @@ class LevelNumbers {
         highest = std::max(highest, gray[r][c] <= maxLevel ? gray[r][c] : -1);
       }
     }
-    count_ = highest + std::size_t{1};
-    if (count_ > static_cast<std::size_t>(height) * width) {
+    count_ = highest < 0 ? 0 : static_cast<std::size_t>(highest) + 1;
+    if (count_ > static_cast<std::size_t>(height) * width || count_ > INT_MAX) {
       closeUp(gray, height, width);
     }
   }

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <optional>
+#include <vector>
+
 #include "heightmap.h"
 #include "heightmap/block_walk.h"
 
@@ -10,7 +14,7 @@ using detail::BlockSpan;
 
 /// A negative best gives way to whatever follows it, and what is not a number to nothing: where
 /// such a cell is, the outcome depends on the order in which cells are visited.
-bool isOdd(float cell) {
+bool dependsOnOrder(float cell) {
   return !(cell >= 0.0F);
 }
 
@@ -18,10 +22,10 @@ bool isOdd(float cell) {
 class MapSearch {
  public:
   MapSearch(const cv::Mat& map, int rows, int cols)
-      : map_(map), columnMax_(cols), columnIsOdd_(cols) {
-    rowIsOdd_.reserve(rows);
+      : map_(map), columnMax_(cols), columnNeedsWalk_(cols) {
+    rowNeedsWalk_.reserve(rows);
     for (int r = 0; r < rows; ++r) {
-      rowIsOdd_.push_back(hasOddCell(map.ptr<float>(r)));
+      rowNeedsWalk_.push_back(rowDependsOnOrder(map.ptr<float>(r)));
     }
   }
 
@@ -32,10 +36,10 @@ class MapSearch {
     for (int r = rows.start + 1; r < rows.limit; ++r) {
       raise(map_.ptr<float>(r));
     }
-    bandIsOdd_ = false;
+    bandNeedsWalk_ = false;
     for (int r = rows.start; r < rows.limit; ++r) {
-      if (rowIsOdd_[r]) {
-        markOddColumns(map_.ptr<float>(r));
+      if (rowNeedsWalk_[r]) {
+        markColumnsToWalk(map_.ptr<float>(r));
       }
     }
   }
@@ -43,7 +47,7 @@ class MapSearch {
   /// The search leaves out what lies on the border of the columns.
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& rows,
                                                    const BlockSpan& columns) const {
-    if (bandIsOdd_ && hasOddColumn(columns)) {
+    if (bandNeedsWalk_ && needsWalk(columns)) {
       return walk(rows, columns);
     }
     const auto first = columnMax_.begin() + columns.start;
@@ -60,27 +64,28 @@ class MapSearch {
   }
 
  private:
-  [[nodiscard]] bool hasOddCell(const float* row) const {
-    int odd = 0;  // without a branch: the rows are read as fast as memory goes
+  [[nodiscard]] bool rowDependsOnOrder(const float* row) const {
+    int depends = 0;  // without a branch: the rows are read as fast as memory goes
     for (std::size_t c = 0; c < columnMax_.size(); ++c) {
-      odd |= isOdd(row[c]) ? 1 : 0;
+      depends |= dependsOnOrder(row[c]) ? 1 : 0;
     }
-    return odd != 0;
+    return depends != 0;
   }
 
-  [[nodiscard]] bool hasOddColumn(const BlockSpan& columns) const {
-    const auto flags = columnIsOdd_.begin();
-    return std::any_of(flags + columns.start, flags + columns.limit, [](bool odd) { return odd; });
+  [[nodiscard]] bool needsWalk(const BlockSpan& columns) const {
+    const auto flags = columnNeedsWalk_.begin();
+    return std::any_of(flags + columns.start, flags + columns.limit,
+                       [](bool flag) { return flag; });
   }
 
-  void markOddColumns(const float* row) {
-    if (!bandIsOdd_) {
-      std::fill(columnIsOdd_.begin(), columnIsOdd_.end(), false);
-      bandIsOdd_ = true;
+  void markColumnsToWalk(const float* row) {
+    if (!bandNeedsWalk_) {
+      std::fill(columnNeedsWalk_.begin(), columnNeedsWalk_.end(), false);
+      bandNeedsWalk_ = true;
     }
-    for (std::size_t c = 0; c < columnIsOdd_.size(); ++c) {
-      if (isOdd(row[c])) {
-        columnIsOdd_[c] = true;
+    for (std::size_t c = 0; c < columnNeedsWalk_.size(); ++c) {
+      if (dependsOnOrder(row[c])) {
+        columnNeedsWalk_[c] = true;
       }
     }
   }
@@ -108,10 +113,10 @@ class MapSearch {
   }
 
   const cv::Mat& map_;
-  std::vector<bool> rowIsOdd_;
-  std::vector<float> columnMax_;   // within the band
-  std::vector<bool> columnIsOdd_;  // within the band, if any is
-  bool bandIsOdd_ = false;
+  std::vector<bool> rowNeedsWalk_;
+  std::vector<float> columnMax_;       // within the band
+  std::vector<bool> columnNeedsWalk_;  // within the band, if any is
+  bool bandNeedsWalk_ = false;
 };
 
 }  // namespace

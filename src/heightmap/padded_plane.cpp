@@ -19,7 +19,7 @@ std::uint64_t strideOf(int width) {
 std::size_t sizeOf(int height, std::uint64_t stride) {
   const std::uint64_t size = (static_cast<std::uint64_t>(height) + 2) * stride;
   if (size > kNoPlace) {
-    throw std::length_error("watershed: too many pixels");
+    throw std::length_error("the image and its frame have more than 2^32 pixels");
   }
   return size;
 }

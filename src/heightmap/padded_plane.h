@@ -15,6 +15,9 @@ using Place = std::uint32_t;
 /// No pixel's place.
 constexpr Place kNoPlace = UINT32_MAX;
 
+/// A flooded pixel where different labels met.
+constexpr int kWatershed = -1;
+
 /// How many pixels ahead a flood has the next ones fetched: it jumps between far rows, which leaves
 /// the caches no pattern to follow.
 constexpr int kFetchAhead = 16;

@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -67,6 +66,7 @@ void scanAround(const Guide& guide, const Sides& sides) {
   const std::size_t heldHigh = sides.high.size();
   walkFromGuide<WalkAxis>(guide, guide.start(), -1, sides);
   turnToFront(sides.low, heldLow);
+  // A caller may have one list for both sides, which must not be turned back.
   if (&sides.high != &sides.low) {
     turnToFront(sides.high, heldHigh);
   }

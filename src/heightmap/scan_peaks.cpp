@@ -1,4 +1,7 @@
+#include <algorithm>
 #include <cmath>
+#include <optional>
+#include <vector>
 
 #include "heightmap.h"
 #include "heightmap/block_walk.h"
@@ -20,7 +23,7 @@ class ScanSearch {
   /// Takes the lowest sample at each sample index within the band, along the lines as they lie in
   /// memory.
   void enterBand(const BlockSpan& lines) {
-    isOddBand_ = false;
+    bandNeedsWalk_ = false;
     std::fill(lowest_.begin(), lowest_.end(), Lowest{0.0, kNone});
     for (int l = lines.start; l < lines.limit; ++l) {
       lower(l);
@@ -29,7 +32,7 @@ class ScanSearch {
 
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& lines,
                                                    const BlockSpan& samples) const {
-    const BlockCandidate best = isOddBand_ ? walk(lines, samples) : lowestOf(samples);
+    const BlockCandidate best = bandNeedsWalk_ ? walk(lines, samples) : lowestOf(samples);
     return best.outer == kNone ? std::nullopt : std::optional(best);
   }
 
@@ -49,7 +52,7 @@ class ScanSearch {
         continue;
       }
       // Once taken it is never replaced: what is found depends on the order within the block.
-      isOddBand_ = isOddBand_ || std::isnan(z);
+      bandNeedsWalk_ = bandNeedsWalk_ || std::isnan(z);
       if (lowest_[i].line == kNone || lowest_[i].z > z) {
         lowest_[i] = {z, line};
       }
@@ -83,7 +86,7 @@ class ScanSearch {
   }
 
   const STesk3DLaserLine* lines_;
-  bool isOddBand_ = false;
+  bool bandNeedsWalk_ = false;
   std::vector<Lowest> lowest_;  // by sample index
 };
 

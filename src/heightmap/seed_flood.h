@@ -9,9 +9,6 @@
 
 namespace scanline::detail {
 
-/// A flooded pixel where different labels met.
-constexpr int kWatershed = -1;
-
 /// A pixel of level v that was visited, and waits for a label, holds `kWaiting` - v.
 constexpr int kWaiting = -2;
 
@@ -59,7 +56,7 @@ class SeedFlood {
   Places below_;             // later in this walk
   Places above_;             // in the next walk
   Places behind_;            // in the next walk, in the row of what woke them
-  Places places_;            // of the present walk, unless it is a level's first
+  Places places_;            // of the present walk, unless it is a level's first in the first sweep
 };
 
 }  // namespace scanline::detail

@@ -25,7 +25,7 @@ int flooded(const int* pixel, std::ptrdiff_t stride) {
   if (count == 0) {
     return *pixel;
   }
-  return count == 1 ? label : -1;
+  return count == 1 ? label : scanline::detail::kWatershed;
 }
 
 void flood(const std::vector<Place>& order, PaddedPlane& labels) {

@@ -92,13 +92,13 @@ void markMinimum(int* pixel, std::ptrdiff_t stride, int& label) {
 
 }  // namespace
 
-int ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels) {
-  int label = 1;
+void ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels) {
   if (height < 3 || width < 3) {
-    return label;
+    return;
   }
   WindowMinimum window(gray, height, width);
-  window.nextRow();
+  window.nextRow();  // the border row marks nothing
+  int label = 1;
   for (int r = 1; r < height - 1; ++r) {
     const int* lowest = window.nextRow();
     const int* values = gray[r].data();
@@ -109,7 +109,6 @@ int ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedP
       }
     }
   }
-  return label;
 }
 
 }  // namespace scanline::detail

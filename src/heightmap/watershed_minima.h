@@ -5,7 +5,6 @@
 namespace scanline::detail {
 
 /// Labels the pixels whose value nothing in their window undercuts, off the border of the image.
-/// Returns the last label given, or 1.
-int ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels);
+void ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels);
 
 }  // namespace scanline::detail

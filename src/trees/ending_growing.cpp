@@ -59,17 +59,23 @@ void moveAnchor(const SQO_basicFeature1D& feature, double checkDist, SQO_feature
   }
 }
 
-/// Whether the way from a tree's anchor to a feature lies within 45 degrees of the x axis. A tree
-/// too short to tell has no anchor yet and takes every feature.
-bool keepsDirection(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
-  const STesk3DPoint& pos = feature.jumpPos;
+/// Gives a tree its anchor once it is long enough to tell a direction, and then moves it up.
+void settleAnchor(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
   if (tree.anchorNode >= 0) {
     moveAnchor(feature, checkDist, tree);
-  } else if (detail::planeDistance(pos, tree.treeNodes.front().jumpPos) < checkDist) {
-    return true;
-  } else {
+  } else if (!(detail::planeDistance(feature.jumpPos, tree.treeNodes.front().jumpPos) <
+               checkDist)) {
     tree.anchorNode = 0;
   }
+}
+
+/// Whether the way from a tree's anchor to a feature lies within 45 degrees of the x axis. A tree
+/// without anchor takes every feature.
+bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tree) {
+  if (tree.anchorNode < 0) {
+    return true;
+  }
+  const STesk3DPoint& pos = feature.jumpPos;
   const STesk3DPoint& anchor = tree.treeNodes[tree.anchorNode].jumpPos;
   const bool isSteep = std::abs(pos.y - anchor.y) / std::abs(pos.x - anchor.x) > 1.0;
   return !isSteep;
@@ -87,7 +93,9 @@ int qo_findTreeAngleCheck(const SQO_basicFeature1D& feature,
       [&](const SQO_featureTree& tree) { return detail::fitsTree(feature, tree, growth); },
       fitting);
   for (const int treeId : fitting) {
-    if (keepsDirection(feature, checkDist, growth.trees[treeId])) {
+    SQO_featureTree& tree = growth.trees[treeId];
+    settleAnchor(feature, checkDist, tree);
+    if (keepsDirection(feature, tree)) {
       return treeId;
     }
   }

@@ -62,7 +62,7 @@ void qo_forwardEndingGrowing(SQO_featureTree& tree,
                              const SQO_treeGrowParam& growParam) {
   const SQO_basicFeature1D start = tree.treeNodes.back();
   const int lineCount = static_cast<int>(lineFeatures.size());
-  for (int i = std::max(lineOf(start), -1) + 1; i < lineCount; ++i) {
+  for (int i = std::clamp(lineOf(start), -1, lineCount - 1) + 1; i < lineCount; ++i) {
     SQO_lineFeature& line = lineFeatures[i];
     if (const auto* ending = takeEnding(line, start, tree.treeType, growParam)) {
       tree.treeNodes.push_back(*ending);

@@ -13,7 +13,7 @@ namespace {
 
 using Trees = std::vector<SQO_featureTree>;
 
-constexpr int kTypeCount = 16;
+constexpr int kTypeCount = FEATURE_CORNER_OTHER + 1;
 
 /// Gives a tree the type that most of its nodes have, and of equals the one with the lowest code.
 void settleType(SQO_featureTree& tree) {
@@ -98,9 +98,13 @@ void removeInnerTrees(const SQO_bagParam& bag, Trees& trees) {
   }
   std::size_t kept = 0;
   for (std::size_t t = 0; t < trees.size(); ++t) {
-    if (!extents[t].isRemoved && kept++ != t) {
-      trees[kept - 1] = std::move(trees[t]);
+    if (extents[t].isRemoved) {
+      continue;
     }
+    if (kept != t) {
+      trees[kept] = std::move(trees[t]);
+    }
+    ++kept;
   }
   trees.resize(kept);
 }

@@ -5,8 +5,6 @@
 namespace scanline::detail {
 namespace {
 
-constexpr int kNone = -1;
-
 /// Places beyond this many cells share the outermost cell. Below it a place is exact to far better
 /// than the margin of a search.
 constexpr double kFarthestCell = 1099511627776.0;

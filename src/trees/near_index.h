@@ -39,9 +39,12 @@ class NearIndex {
   void renumber(Renumber newId);
 
  private:
+  static constexpr int kNone = -1;
+  static constexpr double kSearchReach = 0.51;  // half a cell, and a margin for rounding
+
   struct Entry {
     int id;
-    int next;
+    int next;  // entry of the same chain, or kNone
     std::int64_t cell;
   };
 
@@ -53,25 +56,25 @@ class NearIndex {
   void grow();
 
   double cellWidth_;
-  std::vector<int> buckets_;  // first entry of each chain, or -1
+  std::vector<int> buckets_;  // first entry of each chain, or kNone
   std::vector<Entry> entries_;
   std::vector<int> free_;  // entries that are in no chain
 };
 
 template <typename Judge>
 int NearIndex::firstFitting(double y, Judge judge) {
-  int best = -1;
+  int best = kNone;
   // A cell is two reaches wide: what is within reach lies less than half a cell away.
   const double place = inCells(y);
-  const auto firstCell = static_cast<std::int64_t>(std::floor(place - 0.51));
-  const auto lastCell = static_cast<std::int64_t>(std::floor(place + 0.51));
+  const auto firstCell = static_cast<std::int64_t>(std::floor(place - kSearchReach));
+  const auto lastCell = static_cast<std::int64_t>(std::floor(place + kSearchReach));
   for (std::int64_t cell = firstCell; cell <= lastCell; ++cell) {
     const std::size_t bucket = bucketOf(cell);
-    int previous = -1;
-    for (int entry = buckets_[bucket]; entry != -1;) {
+    int previous = kNone;
+    for (int entry = buckets_[bucket]; entry != kNone;) {
       const int next = entries_[entry].next;
       const int id = entries_[entry].id;
-      const bool worse = best != -1 && id > best;
+      const bool worse = best != kNone && id > best;
       const Verdict verdict = worse || entries_[entry].cell != cell ? Verdict::kNot : judge(id);
       if (verdict == Verdict::kFits) {
         best = id;

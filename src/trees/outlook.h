@@ -1,6 +1,7 @@
 #pragma once
 
 #include "feature_records.h"
+#include "records/sample_rules.h"
 #include "trees/node_place.h"
 
 namespace scanline::detail {
@@ -35,7 +36,7 @@ class Outlook {
   void addPlace(int line, double x);
   [[nodiscard]] bool reachesPlace(int line, double x, const Reach& reach) const;
 
-  STeskRangeD x_ = {0.0, -1.0};
+  STeskRangeD x_ = kEmptyRange;
   int firstLine_ = 0;
   int lastLine_ = -1;
 };

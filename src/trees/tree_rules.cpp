@@ -1,8 +1,9 @@
 #include "trees/tree_rules.h"
 
-#include <algorithm>
 #include <cmath>
 #include <cstdlib>
+
+#include "records/sample_rules.h"
 
 namespace scanline::detail {
 namespace {
@@ -22,8 +23,8 @@ double planeDistance(const STesk3DPoint& a, const STesk3DPoint& b) {
   return std::sqrt(dx * dx + dy * dy);
 }
 
-bool isWithinSkip(long long lineGap, double stepX, const SQO_treeGrowParam& growParam) {
-  return lineGap < growParam.maxLineSkipNum || growParam.maxSkipDistance > stepX;
+bool isWithinSkip(long long linesBehind, double stepX, const SQO_treeGrowParam& growParam) {
+  return linesBehind < growParam.maxLineSkipNum || growParam.maxSkipDistance > stepX;
 }
 
 bool liesTooFarBehind(int lineIdx, int lastLine, const SQO_treeGrowParam& growParam) {
@@ -38,8 +39,11 @@ bool closesByItsStep(int lineIdx,
   if (behind < 1 || span.lines < 1) {
     return false;
   }
-  if (isLastLine || growParam.maxLineSkipNum > 0) {
-    return isLastLine || behind > growParam.maxLineSkipNum;
+  if (isLastLine) {
+    return true;
+  }
+  if (growParam.maxLineSkipNum > 0) {
+    return behind > growParam.maxLineSkipNum;
   }
   const double skipped = span.x / static_cast<double>(span.lines) * static_cast<double>(behind);
   return skipped > growParam.maxSkipDistance;
@@ -67,25 +71,16 @@ bool qo_treeLongEnough(const SQO_featureTree& tree,
 }
 
 void qo_treeBounds(SQO_featureTree& tree) {
-  tree.xRange = {0.0, 0.0};
-  tree.yRange = {0.0, 0.0};
   if (tree.treeNodes.empty()) {
+    tree.xRange = {0.0, 0.0};
+    tree.yRange = {0.0, 0.0};
     return;
   }
-  const auto widen = [](STeskRangeD& range, double value) {
-    if (range.min > value) {
-      range.min = value;
-    }
-    if (value > range.max) {
-      range.max = value;
-    }
-  };
-  const STesk3DPoint& first = tree.treeNodes.front().jumpPos;
-  tree.xRange = {first.x, first.x};
-  tree.yRange = {first.y, first.y};
+  tree.xRange = kEmptyRange;
+  tree.yRange = kEmptyRange;
   for (const SQO_basicFeature1D& node : tree.treeNodes) {
-    widen(tree.xRange, node.jumpPos.x);
-    widen(tree.yRange, node.jumpPos.y);
+    foldIntoRange(tree.xRange, node.jumpPos.x);
+    foldIntoRange(tree.yRange, node.jumpPos.y);
   }
 }
 

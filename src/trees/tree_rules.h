@@ -24,7 +24,7 @@ double lengthOf(const Tree& tree) {
 }
 
 /// Whether a tree has fallen so little behind, in lines or else by `stepX`, that it may go on.
-bool isWithinSkip(long long lineGap, double stepX, const SQO_treeGrowParam& growParam);
+bool isWithinSkip(long long linesBehind, double stepX, const SQO_treeGrowParam& growParam);
 
 /// How far a feature may lie from the last node of the tree that it joins.
 inline Reach reachOf(const SQO_treeGrowParam& growParam) {
