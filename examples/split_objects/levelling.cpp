@@ -118,9 +118,9 @@ BeltFrame findBelt(Scan& heights) {
   SQO_planeCalibPara& calibration = frame.calibration;
   if (calibration.planeHeight == kNoPlane) {
     throw UserError(
-        "no belt found: no height within a few units is shared by more than a tenth of the "
-        "samples; "
-        "see --z-scale, and --z-is-distance if z grows away from the scanner");
+        "no belt found: the belt must hold more than a tenth of the samples, and its heights must "
+        "spread over a few units (a larger --z-scale spreads them); see also --z-is-distance if z "
+        "grows away from the scanner");
   }
   const double upright = calibration.levelMatrix[8];
   frame.tiltDegrees = std::acos(std::clamp(upright, -1.0, 1.0)) * kDegrees;
