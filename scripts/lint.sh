@@ -32,7 +32,8 @@ fi
 check "clang-format" "$format" --dry-run -Werror "${sources[@]}"
 check "shellcheck" shellcheck "${scripts[@]}"
 
-# The build comes first: clang-tidy reads the compile commands of generated files too.
+# Configuring comes first: clang-tidy reads its compile commands, also those of the sources that
+# it generates.
 mkdir -p build
 cmake --preset release >build/lint.log
 check "clang-tidy" run-clang-tidy-14 -quiet -p build/release
