@@ -2,6 +2,7 @@
 # Checks what the compiler does not: formatting, shell scripts, clang-tidy, documentation: lint.sh
 #
 # `lint.sh --fix` formats the sources in place first. Runs every check, then fails if one failed.
+# Needs bash 4 or later.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
