@@ -5,6 +5,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 #include <tuple>
+#include <utility>
 
 namespace examples {
 namespace {

@@ -1,8 +1,7 @@
 #include "pictures.h"
 
 #include <algorithm>
-#include <cmath>
-#include <optional>
+#include <iterator>
 
 #include "geometry.h"
 #include "height_map.h"
