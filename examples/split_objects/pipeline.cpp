@@ -57,7 +57,7 @@ SQO_2DValueI sampleAt(const cv::Mat& samples, const SQO_2DValueI& pixel) {
 /// The samples of one object.
 struct Members {
   std::vector<double> z;
-  STesk3DRangeD box = {{0.0, -1.0}, {0.0, -1.0}, {0.0, -1.0}};
+  STesk3DRangeD box{};  ///< In x and y.
 };
 
 std::vector<Members> membersOf(const Scan& scan, const cv::Mat& labels, int count) {
