@@ -1,3 +1,5 @@
+#include <cmath>
+
 #include "bench_scan.h"
 #include "geometry.h"
 

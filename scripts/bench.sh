@@ -9,6 +9,6 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 (
   cd "$root"
   cmake --preset release
-  cmake --build --preset release --parallel "$(nproc)" --target scanline_bench
+  cmake --build --preset release --parallel "$(getconf _NPROCESSORS_ONLN)" --target scanline_bench
 ) >&2
 exec "$root/build/release/bench/scanline_bench" "$@"

@@ -15,6 +15,6 @@ fi
 (
   cd "$root"
   cmake --preset release
-  cmake --build --preset release --parallel "$(nproc)" --target "$program"
+  cmake --build --preset release --parallel "$(getconf _NPROCESSORS_ONLN)" --target "$program"
 ) >&2
 exec "$root/build/release/examples/$program/$program" "$@"

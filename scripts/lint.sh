@@ -2,6 +2,7 @@
 # Checks what the compiler does not: formatting, shell scripts, clang-tidy, documentation: lint.sh
 #
 # `lint.sh --fix` formats the sources in place first. Runs every check, then fails if one failed.
+# Needs bash 4 or later.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -32,7 +33,8 @@ fi
 check "clang-format" "$format" --dry-run -Werror "${sources[@]}"
 check "shellcheck" shellcheck "${scripts[@]}"
 
-# The build comes first: clang-tidy reads the compile commands of generated files too.
+# Configuring comes first: clang-tidy reads its compile commands, also those of the sources that
+# it generates.
 mkdir -p build
 cmake --preset release >build/lint.log
 check "clang-tidy" run-clang-tidy-14 -quiet -p build/release

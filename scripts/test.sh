@@ -6,8 +6,9 @@ set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh
+jobs=$(getconf _NPROCESSORS_ONLN)
 for preset in release asan; do
   cmake --preset "$preset"
-  cmake --build --preset "$preset" --parallel "$(nproc)"
-  ctest --preset "$preset" --parallel "$(nproc)"
+  cmake --build --preset "$preset" --parallel "$jobs"
+  ctest --preset "$preset" --parallel "$jobs"
 done

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "calibration.h"
+#include "plane_calibration.h"
 
 namespace examples {
 namespace {
@@ -92,7 +93,7 @@ Calibration describeByBand(std::string method,
                            const SQO_planeCalibPara& record,
                            double band) {
   std::optional<Residual> residual;
-  if (record.planeHeight != -1.0 && record.planeHeight != 0.0) {
+  if (isLevelling(record) && record.planeHeight != 0.0) {
     residual =
         residualOf(scene.scan, record, HeightAxis::z, [&](const STesk3DPosition&, double height) {
           return std::abs(height - record.planeHeight) <= band;

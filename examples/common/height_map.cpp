@@ -134,11 +134,6 @@ STeskRangeD coreOf(std::vector<double>& heights) {
   return {min, *high};
 }
 
-void fold(STeskRangeD& range, double value, bool isFirst) {
-  range = isFirst ? STeskRangeD{value, value}
-                  : STeskRangeD{std::min(range.min, value), std::max(range.max, value)};
-}
-
 }  // namespace
 
 HeightMapView viewOf(const Scan& scan, double lineStep, double ptStep) {

@@ -5,8 +5,8 @@
 #include <opencv2/imgcodecs.hpp>
 #include <utility>
 
+#include "image_file.h"
 #include "program.h"
-#include "quiet_stderr.h"
 #include "text_table.h"
 
 namespace examples {
@@ -100,14 +100,7 @@ STeskRangeD widened(STeskRangeD range, double share) {
 }
 
 void writePng(const std::string& path, const cv::Mat& picture) {
-  bool written = false;
-  try {
-    const QuietStderr quiet;
-    written = cv::imwrite(path, picture, {cv::IMWRITE_PNG_COMPRESSION, 9});
-  } catch (const cv::Exception&) {
-    written = false;
-  }
-  if (!written) {
+  if (!tryWriteImage(path, picture, {cv::IMWRITE_PNG_COMPRESSION, 9})) {
     throw UserError("cannot write '" + path + "'; give a folder that you can write to with --out");
   }
 }

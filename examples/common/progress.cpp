@@ -22,7 +22,8 @@ void Progress::advance() {
   if (!shown_) {
     return;
   }
-  const int percent = static_cast<int>(100LL * done / total_);
+  // More steps than announced must not run out of the bar.
+  const int percent = std::min(100, static_cast<int>(100LL * done / total_));
   const std::unique_lock<std::mutex> mine(drawing_, std::try_to_lock);
   if (mine.owns_lock() && percent > drawnPercent_) {
     draw(percent);

@@ -7,6 +7,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <utility>
 
+#include "image_file.h"
 #include "program.h"
 #include "quiet_stderr.h"
 #include "scan_bounds.h"
@@ -219,14 +220,7 @@ void writeScan(const std::string& path, const Scan& scan) {
           cv::Vec3f(static_cast<float>(p.z), static_cast<float>(p.y), static_cast<float>(p.x));
     }
   }
-  bool written = false;
-  try {
-    const QuietStderr quiet;
-    written = cv::imwrite(path, image, {cv::IMWRITE_TIFF_COMPRESSION, kTiffDeflate});
-  } catch (const cv::Exception&) {
-    written = false;
-  }
-  if (!written) {
+  if (!tryWriteImage(path, image, {cv::IMWRITE_TIFF_COMPRESSION, kTiffDeflate})) {
     throw UserError("cannot write '" + path +
                     "': give the name of a .tiff file in a folder "
                     "that you can write to");

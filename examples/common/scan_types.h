@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <vector>
 
 #include "scan_records.h"
@@ -24,6 +25,12 @@ inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
 /// Whether a sample holds a measurement.
 inline bool isMeasured(const STesk3DPosition& sample) {
   return sample.pt3D.z > 0.0001;
+}
+
+/// Extends a range to a value; the first value is all of the range.
+inline void fold(STeskRangeD& range, double value, bool isFirst) {
+  range = isFirst ? STeskRangeD{value, value}
+                  : STeskRangeD{std::min(range.min, value), std::max(range.max, value)};
 }
 
 }  // namespace examples

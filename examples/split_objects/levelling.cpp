@@ -6,13 +6,11 @@
 #include <opencv2/core/utility.hpp>
 #include <utility>
 
+#include "plane_calibration.h"
 #include "program.h"
 
 namespace examples {
 namespace {
-
-constexpr double kNoPlane = -1.0;
-constexpr double kDegrees = 180.0 / 3.141592653589793;
 
 /// A height so far above everything that no levelled distance comes out at or below 0.
 double heightOfScanner(const Scan& heights) {
@@ -116,14 +114,14 @@ BeltFrame findBelt(Scan& heights) {
   // it; among distances it could be the lid of a large box.
   BeltFrame frame = {heightOfScanner(heights), qo_getPlaneCalibPara2(heights), 0.0};
   SQO_planeCalibPara& calibration = frame.calibration;
-  if (calibration.planeHeight == kNoPlane) {
+  if (!isLevelling(calibration)) {
     throw UserError(
-        "no belt found: no height within a few units is shared by more than a tenth of the "
-        "samples; "
-        "see --z-scale, and --z-is-distance if z grows away from the scanner");
+        "no belt found: the belt must hold more than a tenth of the samples, and its heights must "
+        "spread over a few units (a larger --z-scale spreads them); see also --z-is-distance if z "
+        "grows away from the scanner");
   }
   const double upright = calibration.levelMatrix[8];
-  frame.tiltDegrees = std::acos(std::clamp(upright, -1.0, 1.0)) * kDegrees;
+  frame.tiltDegrees = tiltDegrees(calibration.levelMatrix);
   turnOver(calibration.levelMatrix);
   turnOver(calibration.invLevelMatrix);
   calibration.planeHeight = upright * frame.scannerHeight - calibration.planeHeight;

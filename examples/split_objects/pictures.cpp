@@ -1,7 +1,6 @@
 #include "pictures.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <opencv2/imgproc.hpp>
 

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 #include <tuple>
+#include <utility>
 
 namespace examples {
 namespace {
@@ -56,14 +57,8 @@ SQO_2DValueI sampleAt(const cv::Mat& samples, const SQO_2DValueI& pixel) {
 /// The samples of one object.
 struct Members {
   std::vector<double> z;
-  STesk3DRangeD box = {{0.0, -1.0}, {0.0, -1.0}, {0.0, -1.0}};
+  STesk3DRangeD box{};  ///< In x and y.
 };
-
-void add(STeskRangeD& range, double value) {
-  const bool isEmpty = range.min > range.max;
-  range = isEmpty ? STeskRangeD{value, value}
-                  : STeskRangeD{std::min(range.min, value), std::max(range.max, value)};
-}
 
 std::vector<Members> membersOf(const Scan& scan, const cv::Mat& labels, int count) {
   std::vector<Members> members(static_cast<std::size_t>(count) + 1);
@@ -73,9 +68,9 @@ std::vector<Members> membersOf(const Scan& scan, const cv::Mat& labels, int coun
           scan[static_cast<std::size_t>(col)][static_cast<std::size_t>(row)].pt3D;
       Members& of = members[static_cast<std::size_t>(labels.at<int>(row, col))];
       if (labels.at<int>(row, col) > 0) {
+        fold(of.box.xRange, p.x, of.z.empty());
+        fold(of.box.yRange, p.y, of.z.empty());
         of.z.push_back(p.z);
-        add(of.box.xRange, p.x);
-        add(of.box.yRange, p.y);
       }
     }
   }

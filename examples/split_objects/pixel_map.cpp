@@ -74,12 +74,11 @@ cv::Point PixelGrid::pixelOf(const STesk3DPoint& point) const {
   return {index(point.x - x.min), index(point.y - y.min)};
 }
 
-PixelGrid gridFor(const Scan& scan, double lineStep, double ptStep) {
+PixelGrid gridFor(Scan& scan, double lineStep, double ptStep) {
   constexpr double kSlack = 1.2;
   constexpr int kEdge = 3;
   const double scale = std::max(std::ceil(kSlack * std::max(lineStep, ptStep)), 1.0);
-  Scan bounds = scan;
-  const STesk3DRangeD box = qo_getScanDataROI_vector(bounds);
+  const STesk3DRangeD box = qo_getScanDataROI_vector(scan);
   const double pixels =
       (box.xRange.max - box.xRange.min) / scale * ((box.yRange.max - box.yRange.min) / scale);
   constexpr double kMostPixels = 1e8;

@@ -22,7 +22,7 @@ struct PixelGrid {
 
 /// A grid whose pixels are a little larger than the scan's spacing, so that none is left empty.
 /// @throws UserError if it would have too many.
-PixelGrid gridFor(const Scan& scan, double lineStep, double ptStep);
+PixelGrid gridFor(Scan& scan, double lineStep, double ptStep);
 
 /// What a scan covers, and the way back from pixels to samples.
 struct Projection {

@@ -109,10 +109,15 @@ class FloodRehearsal {
  private:
   /// Whether any pixel of the level has settled.
   bool walk(std::vector<cv::Point>& level) {
-    const auto settled =
-        std::remove_if(level.begin(), level.end(), [this](cv::Point at) { return settle(at); });
-    const bool any = settled != level.end();
-    level.erase(settled, level.end());
+    // A pixel that settles decides on those behind it, so their order counts.
+    std::size_t waiting = 0;
+    for (const cv::Point at : level) {
+      if (!settle(at)) {
+        level[waiting++] = at;
+      }
+    }
+    const bool any = waiting < level.size();
+    level.resize(waiting);
     return any;
   }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <opencv2/core/utility.hpp>
 
 #include "program.h"

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "plane_calibration.h"
+
 namespace examples {
 namespace {
 
@@ -96,7 +98,7 @@ Bench::Bench() {
 }
 
 double Bench::tiltDegrees() const {
-  return std::acos(toBench_[8]) / kRadians;
+  return examples::tiltDegrees(toBench_.data());
 }
 
 double Bench::surfaceAt(double x, double y) const {

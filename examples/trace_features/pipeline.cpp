@@ -4,23 +4,15 @@
 #include <opencv2/core/utility.hpp>
 #include <utility>
 
+#include "plane_calibration.h"
+
 namespace examples {
 namespace {
-
-constexpr double kNoPlane = -1.0;
-
-SQO_planeCalibPara unlevelled() {
-  return {{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
-          kNoPlane,
-          {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}};
-}
 
 /// Step 1: finds the reference plane and the rotation that levels it.
 SQO_planeCalibPara calibrate(Scan& scan) {
   std::vector<STesk3DLaserLine> lines = pointerForm(scan);
-  const SQO_planeCalibPara found =
-      qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
-  return found.planeHeight == kNoPlane ? unlevelled() : found;
+  return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
 }
 
 /// Step 2: turns a line into the levelled frame and cuts what lies too high.
@@ -94,8 +86,8 @@ SampleCounts sumOf(const std::vector<SampleCounts>& lines) {
 
 TraceResult traceFeatures(Scan scan, const TraceParams& params, Progress& progress) {
   TraceResult result{};
-  result.calibration = params.level ? calibrate(scan) : unlevelled();
-  result.isLevelled = result.calibration.planeHeight != kNoPlane;
+  result.calibration = params.level ? calibrate(scan) : noCalibration();
+  result.isLevelled = isLevelling(result.calibration);
   if (result.isLevelled) {
     result.before = viewPlane(scan, result.calibration);
     const double plane = levelledHeight(scan, result.calibration);
@@ -121,7 +113,7 @@ TraceResult traceFeatures(Scan scan, const TraceParams& params, Progress& progre
   // A tree takes its nodes line by line, so growing is one thread's work.
   result.edges = fitEdges(growTrees(result.features, params.grow));
   if (result.isLevelled) {
-    result.after = viewPlane(scan, unlevelled());
+    result.after = viewPlane(scan, noCalibration());
   }
   result.samples = sumOf(counts);
   result.scan = std::move(scan);

@@ -31,6 +31,9 @@ struct ParabolaFit {
   Deviation deviation;  ///< Distances in y.
 };
 
+/// An interruption of no more lines than these is not worth telling.
+constexpr int kFewLines = 3;
+
 /// A run of lines on which a gap was not seen.
 struct Interruption {
   int firstLine;

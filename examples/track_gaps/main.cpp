@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <filesystem>
 #include <string>
@@ -18,6 +17,7 @@
 #include "options.h"
 #include "pictures.h"
 #include "pipeline.h"
+#include "plane_calibration.h"
 #include "plot.h"
 #include "program.h"
 #include "report.h"
@@ -102,10 +102,8 @@ ReportHead headOf(const Input& input,
   for (const Line& line : input.scan) {
     samples += static_cast<long long>(line.size());
   }
-  constexpr double kDegrees = 180.0 / 3.141592653589793;
-  const double turn = std::acos(std::min(calibration.levelMatrix[8], 1.0)) * kDegrees;
-  return {input.source,      input.unit, cloud,
-          input.scan.size(), samples,    isLevelling(calibration) ? turn : 0.0};
+  const double levelledBy = isLevelling(calibration) ? tiltDegrees(calibration.levelMatrix) : 0.0;
+  return {input.source, input.unit, cloud, input.scan.size(), samples, levelledBy};
 }
 
 void run(const Options& options) {

@@ -1,8 +1,7 @@
 #include "pictures.h"
 
 #include <algorithm>
-#include <cmath>
-#include <optional>
+#include <iterator>
 
 #include "geometry.h"
 #include "height_map.h"
@@ -74,11 +73,11 @@ void drawTrack(Canvas& canvas, const Plot& plot, const GapTrack& track) {
     lower.clear();
     upper.clear();
   };
-  constexpr int kFewLines = 3;
   for (std::size_t i = 0; i < track.gaps.size(); ++i) {
     const SQO_basicFeatureGap& gap = track.gaps[i];
     const cv::Point2d at = plot.at(track.centres[i].x, track.centres[i].y);
-    if (i > 0 && gap.lineIdx - track.gaps[i - 1].lineIdx > kFewLines) {
+    const int missed = i > 0 ? gap.lineIdx - track.gaps[i - 1].lineIdx - 1 : 0;
+    if (missed > kFewLines) {
       const cv::Point2d before = centre.back();
       finishPiece();
       drawRimmedLine(canvas, {before, at}, kBridged);

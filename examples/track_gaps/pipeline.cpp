@@ -1,25 +1,10 @@
 #include "pipeline.h"
 
 namespace examples {
-namespace {
-
-constexpr double kNoPlane = -1.0;
-
-}  // namespace
 
 SQO_planeCalibPara calibrate(Scan& scan) {
   std::vector<STesk3DLaserLine> lines = pointerForm(scan);
   return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
-}
-
-SQO_planeCalibPara noCalibration() {
-  return {{1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
-          kNoPlane,
-          {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0}};
-}
-
-bool isLevelling(const SQO_planeCalibPara& calibration) {
-  return calibration.planeHeight != kNoPlane;
 }
 
 Scan levelled(Scan scan, const SQO_planeCalibPara& calibration) {

@@ -28,12 +28,6 @@ struct StepTime {
 /// Finds the plane that much of the scan lies on. Without one the matrices change nothing.
 SQO_planeCalibPara calibrate(Scan& scan);
 
-/// What calibrate() gives when there is no plane.
-SQO_planeCalibPara noCalibration();
-
-/// Whether a calibration has found a plane.
-bool isLevelling(const SQO_planeCalibPara& calibration);
-
 /// Turns a scan so that the plane lies at one distance.
 Scan levelled(Scan scan, const SQO_planeCalibPara& calibration);
 

@@ -110,7 +110,6 @@ std::string parabolaText(const ParabolaFit& fit) {
 
 /// How many lines were missed, and the first interruptions that are more than a few lines.
 std::string interruptionText(const GapTrack& track, const std::string& unit) {
-  constexpr int kFewLines = 3;
   constexpr int kMostTold = 6;
   int missed = 0;
   int longOnes = 0;
