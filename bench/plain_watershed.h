@@ -1,6 +1,7 @@
 #pragma once
 
-/// The rules of both watersheds step by step, in their plainest form, to measure the library by.
+/// The rules of both watersheds step by step, in their plainest form: the tests compare the library
+/// with it, the benchmarks measure by it.
 
 #include <algorithm>
 #include <array>
@@ -122,6 +123,7 @@ inline int walk(SJU_waterShedImage& image, std::vector<STesk2DPoint>& bucket) {
   return settled;
 }
 
+/// Gives up on pixels that no label can reach.
 inline void seedWatershed(SJU_waterShedImage& image,
                           std::vector<SQO_2DValueI>& seeds,
                           int maxLevel,
@@ -139,12 +141,15 @@ inline void seedWatershed(SJU_waterShedImage& image,
       }
     }
   }
-  for (bool unfinished = true; unfinished;) {
-    unfinished = false;
+  bool isUnfinished = true;
+  for (bool settles = true; isUnfinished && settles;) {
+    isUnfinished = false;
+    settles = false;
     for (std::vector<STesk2DPoint>& bucket : buckets) {
       while (!bucket.empty() && walk(image, bucket) > 0) {
+        settles = true;
       }
-      unfinished = unfinished || !bucket.empty();
+      isUnfinished = isUnfinished || !bucket.empty();
     }
   }
 }

@@ -1,17 +1,15 @@
 #include <gtest/gtest.h>
 #include <sys/time.h>
 
-#include <algorithm>
 #include <climits>
 #include <csignal>
 #include <cstddef>
 #include <random>
-#include <set>
 #include <stdexcept>
-#include <tuple>
 #include <utility>
 #include <vector>
 
+#include "plain_watershed.h"
 #include "watershed.h"
 
 namespace {
@@ -42,101 +40,6 @@ Plane flooded(SJU_waterShedImage image, Seeds seeds, int maxLevel, int startLabe
   ju_seedWatershed(image, seeds, maxLevel, startLabel);
   return image.markers;
 }
-
-// The rules told once more in the plainest way, pixel by pixel.
-namespace plain {
-
-std::vector<int> labelsAround(const Plane& markers, int r, int c) {
-  std::vector<int> labels;
-  for (int k = 0; k < 9; ++k) {
-    const int y = r + k / 3 - 1;
-    const int x = c + k % 3 - 1;
-    if (k != 4 && y >= 0 && y < static_cast<int>(markers.size()) && x >= 0 &&
-        x < static_cast<int>(markers[y].size()) && markers[y][x] > 0) {
-      labels.push_back(markers[y][x]);
-    }
-  }
-  return labels;
-}
-
-void markMinima(const Plane& gray, int side, Plane& markers) {
-  int label = 1;
-  const auto isLowest = [&](int r, int c) {
-    int lowest = gray[r][c];
-    for (int i = std::max(r - 7, 0); i <= std::min(r + 6, side - 1); ++i) {
-      for (int j = std::max(c - 7, 0); j <= std::min(c + 6, side - 1); ++j) {
-        lowest = std::min(lowest, gray[i][j]);
-      }
-    }
-    return gray[r][c] == lowest;
-  };
-  const auto overwriteNeighbour = [&](int r, int c) {
-    for (const int k : {0, 1, 2, 3, 5, 6, 7, 8}) {
-      int& neighbour = markers[r + k % 3 - 1][c + k / 3 - 1];
-      if (neighbour > 1) {
-        neighbour = markers[r][c];
-        return true;
-      }
-    }
-    return false;
-  };
-  for (int r = 1; r < side - 1; ++r) {
-    for (int c = 1; c < side - 1; ++c) {
-      if (markers[r][c] != 1 && isLowest(r, c) && !overwriteNeighbour(r, c)) {
-        markers[r][c] = ++label;
-      }
-    }
-  }
-}
-
-Plane segmented(const Plane& gray, Plane markers) {
-  const int side = static_cast<int>(gray.size());
-  markMinima(gray, side, markers);
-  std::set<std::tuple<int, int, int>> turns;
-  for (int r = 0; r < side; ++r) {
-    for (int c = 0; c < side; ++c) {
-      turns.insert({gray[r][c], c, r});
-    }
-  }
-  for (const auto& [value, a, b] : turns) {
-    const std::vector<int> labels = labelsAround(markers, a, b);
-    if (markers[a][b] <= 0 && !labels.empty()) {
-      markers[a][b] = labels.size() == 1 ? labels[0] : -1;
-    }
-  }
-  return markers;
-}
-
-/// Floods from the markers alone. Pixels that no label can reach are given up.
-Plane flooded(const Plane& gray, Plane markers, int maxLevel) {
-  Plane isSettled = flat(static_cast<int>(gray.size()), static_cast<int>(gray[0].size()));
-  const auto walk = [&](int level) {
-    bool progress = false;
-    for (int r = 0; r < static_cast<int>(gray.size()); ++r) {
-      for (int c = 0; c < static_cast<int>(gray[r].size()); ++c) {
-        const std::vector<int> around = labelsAround(markers, r, c);
-        const std::set<int> labels(around.begin(), around.end());
-        if (gray[r][c] == level && markers[r][c] <= 0 && isSettled[r][c] == 0 && !labels.empty()) {
-          markers[r][c] = labels.size() == 1 ? *labels.begin() : -1;
-          isSettled[r][c] = 1;
-          progress = true;
-        }
-      }
-    }
-    return progress;
-  };
-  for (bool progress = true; progress;) {
-    progress = false;
-    for (int level = 0; level <= maxLevel; ++level) {
-      while (walk(level)) {
-        progress = true;
-      }
-    }
-  }
-  return markers;
-}
-
-}  // namespace plain
 
 class Random {
  public:
@@ -181,8 +84,10 @@ TEST(Watershed, FollowsTheRulesOnRandomImages) {
     const Plane gray = random.plane(side, side, low, high);
     const Plane markers = random.plane(side, side, -1, 4, i % 3 * 10);
     SJU_waterShedImage image = imageOf(gray, markers);
+    SJU_waterShedImage expected = image;
     watershed(image);
-    ASSERT_EQ(image.markers, plain::segmented(gray, markers)) << "image " << i;
+    plain::watershed(expected);
+    ASSERT_EQ(image.markers, expected.markers) << "image " << i;
     ASSERT_EQ(image.gray, gray);
   }
 }
@@ -222,17 +127,23 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
     const int scale = random.between(0, 1) == 0 ? 1 : 400000;
     Plane gray = random.plane(height, width, 0, random.between(1, i % 5 == 0 ? 3000 : 12));
     const Plane markers = random.plane(height, width, -2, i % 4 + 1, random.between(1, 20));
-    const Plane expected = plain::flooded(gray, markers, maxLevel);
+    Seeds seeds(random.between(0, 3));
+    for (SQO_2DValueI& seed : seeds) {
+      seed = seedAt(random.between(0, width - 1), random.between(0, height - 1));
+    }
+    SJU_waterShedImage expected = imageOf(gray, markers);
+    plain::seedWatershed(expected, seeds, maxLevel, 2);
     for (int r = 0; r < height; ++r) {
       for (int c = 0; c < width; ++c) {
-        const bool isLost = expected[r][c] <= 0 && plain::labelsAround(expected, r, c).empty();
+        const int label = expected.markers[r][c];
+        const bool isLost = label <= 0 && plain::labelsAround(expected, r, c).empty();
         // A pixel out of reach must lie too high, or the call would not return. Only the order of
         // the levels matters, not how far they lie apart.
         gray[r][c] = (isLost ? 5000 : gray[r][c]) * scale;
-        settled += expected[r][c] != markers[r][c] ? 1 : 0;
+        settled += label != markers[r][c] ? 1 : 0;
       }
     }
-    ASSERT_EQ(flooded(imageOf(gray, markers), {}, maxLevel * scale), expected) << "image " << i;
+    ASSERT_EQ(flooded(imageOf(gray, markers), seeds, maxLevel * scale), expected.markers) << i;
   }
   EXPECT_GT(settled, 10000);
 }

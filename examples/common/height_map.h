@@ -26,6 +26,9 @@ cv::Size2d mapSize(const STeskRangeD& x, const STeskRangeD& y, cv::Size2d larges
 /// The scan as a picture in shaded colours; what no sample covers stays dark.
 cv::Mat paintHeightMap(const Scan& scan, const HeightMapView& view, cv::Size size);
 
+/// Dashes on a height map where a line runs.
+void markLine(Canvas& canvas, const Plot& plot, const Line& line);
+
 /// The scale of a height map's colours, with numbers on its right side.
 void drawColourBar(Canvas& canvas,
                    const cv::Rect2d& place,

@@ -89,20 +89,6 @@ void drawTrack(Canvas& canvas, const Plot& plot, const GapTrack& track) {
   finishPiece();
 }
 
-/// Dashes where the marked line runs.
-void markLine(Canvas& canvas, const Plot& plot, const Line& line) {
-  constexpr double kDash = 5.0;
-  const auto first = std::find_if(line.begin(), line.end(), isMeasured);
-  if (first == line.end()) {
-    return;
-  }
-  const double x = plot.at(first->pt3D.x, 0.0).x;
-  const cv::Rect2d& place = plot.place();
-  for (double y = place.y + kDash; y < place.y + place.height - kDash; y += 2.0 * kDash) {
-    canvas.line({x, y}, {x, y + kDash}, rgb(235, 235, 240), 1.0);
-  }
-}
-
 std::vector<SQO_basicFeatureGap> gapsOnLine(const std::vector<GapTrack>& tracks, int lineIdx) {
   std::vector<SQO_basicFeatureGap> gaps;
   for (const GapTrack& track : tracks) {
