@@ -1,5 +1,5 @@
+#include <scanline/calibration.h>
 #include "bench_scan.h"
-#include "calibration.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/clustering.h>
 #include "bench_scan.h"
-#include "clustering.h"
 
 // Point clustering beside the plain double loop, grid clustering, and labelling beside OpenCV's
 // connected components.

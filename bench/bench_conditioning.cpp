@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include <scanline/conditioning.h>
 #include "bench_scan.h"
-#include "conditioning.h"
 
 namespace {
 

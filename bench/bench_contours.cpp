@@ -1,5 +1,5 @@
+#include <scanline/heightmap.h>
 #include "bench_scan.h"
-#include "heightmap.h"
 
 // The cost of a scan around a peak must follow the size of the object, not that of the scan; what
 // selects contour points must cost the same per point however many edges there are.

@@ -1,7 +1,7 @@
 #include <opencv2/core.hpp>
 
+#include <scanline/line_features.h>
 #include "bench_scan.h"
-#include "line_features.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <cmath>
 
+#include <scanline/geometry.h>
 #include "bench_scan.h"
-#include "geometry.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <opencv2/imgproc.hpp>
 
+#include <scanline/heightmap.h>
 #include "bench_scan.h"
-#include "heightmap.h"
 
 // The library's own image processing beside OpenCV's on the same image, which runs on one thread
 // here.

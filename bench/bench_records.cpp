@@ -1,5 +1,5 @@
+#include <scanline/scan_bounds.h>
 #include "bench_scan.h"
-#include "scan_bounds.h"
 
 namespace {
 

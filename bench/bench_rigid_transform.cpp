@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include <scanline/geometry.h>
 #include "bench_scan.h"
-#include "geometry.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 namespace bench {
 

@@ -1,5 +1,5 @@
+#include <scanline/trees.h>
 #include "bench_scan.h"
-#include "trees.h"
 
 // A feature must cost the same however many features a line has, and however many trees have closed
 // or, where those of one line never close, have gathered in the list.

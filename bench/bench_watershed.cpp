@@ -3,9 +3,9 @@
 #include <opencv2/imgproc.hpp>
 #include <vector>
 
+#include <scanline/watershed.h>
 #include "bench_scan.h"
 #include "plain_watershed.h"
-#include "watershed.h"
 
 // The library beside the same steps in their plainest form, and beside OpenCV's watershed, which
 // follows rules of its own and takes 8-bit images with given markers only.

@@ -8,7 +8,7 @@
 #include <tuple>
 #include <vector>
 
-#include "watershed.h"
+#include <scanline/watershed.h>
 
 namespace plain {
 

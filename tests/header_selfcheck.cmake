@@ -1,9 +1,9 @@
 # Compiles every public header by itself: one generated source each, in one object library.
-file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/include
-     ${PROJECT_SOURCE_DIR}/include/*.h)
+file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/include/scanline
+     ${PROJECT_SOURCE_DIR}/include/scanline/*.h)
 foreach(header IN LISTS headers)
   set(source ${CMAKE_CURRENT_BINARY_DIR}/header_selfcheck/${header}.cpp)
-  file(CONFIGURE OUTPUT ${source} CONTENT "#include <@header@>\n" @ONLY)
+  file(CONFIGURE OUTPUT ${source} CONTENT "#include <scanline/@header@>\n" @ONLY)
   list(APPEND header_sources ${source})
 endforeach()
 

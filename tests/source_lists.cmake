@@ -1,5 +1,4 @@
 # Fails if a source file is missing from the CMakeLists.txt of its folder, and so is never built.
-# Tests are listed there without prefix and suffix.
 file(GLOB sources RELATIVE ${root} ${root}/src/*/*.cpp ${root}/bench/*.cpp ${root}/examples/*.cpp
      ${root}/examples/*/*.cpp ${root}/tests/test_*.cpp)
 if(NOT sources)
@@ -8,7 +7,6 @@ endif()
 foreach(source IN LISTS sources)
   get_filename_component(folder ${source} DIRECTORY)
   get_filename_component(name ${source} NAME)
-  string(REGEX REPLACE "^test_(.*)[.]cpp$" "\\1" name ${name})
   file(STRINGS ${root}/${folder}/CMakeLists.txt listed REGEX "(^|[ (])${name}($|[ )])")
   if(NOT listed)
     message(SEND_ERROR "${source} is not listed in ${folder}/CMakeLists.txt: add it there")

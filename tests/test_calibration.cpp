@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/calibration.h>
 #include "builders.h"
-#include "calibration.h"
 
 namespace {
 

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
+#include <scanline/clustering.h>
 #include "builders.h"
-#include "clustering.h"
 
 namespace {
 

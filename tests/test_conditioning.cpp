@@ -9,8 +9,8 @@
 #include <tuple>
 #include <vector>
 
+#include <scanline/conditioning.h>
 #include "builders.h"
-#include "conditioning.h"
 
 namespace {
 

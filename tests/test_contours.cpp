@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/heightmap.h>
 #include "builders.h"
-#include "heightmap.h"
 
 static_assert(sizeof(SQO_contourPtInfo) == 56 && offsetof(SQO_contourPtInfo, scanDist) == 24 &&
               sizeof(SQO_conotourPair) == 136 && offsetof(SQO_conotourPair, pairReserved) == 12 &&

@@ -5,8 +5,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "builders.h"
-#include "line_features.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <scanline/geometry.h>
 #include "builders.h"
-#include "geometry.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 #include <cstring>
 #include <opencv2/core.hpp>
 
+#include <scanline/heightmap.h>
 #include "builders.h"
-#include "heightmap.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/scanline.h>
 #include "builders.h"
-#include "scanline.h"
 
 namespace {
 

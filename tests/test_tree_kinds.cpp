@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
+#include <scanline/trees.h>
 #include "builders.h"
-#include "trees.h"
 
 // The growers of endings, gaps, semi-circles, segments and LV features: where they differ from the
 // growers of single features.

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include <scanline/trees.h>
 #include "builders.h"
-#include "trees.h"
 
 namespace {
 

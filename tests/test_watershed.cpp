@@ -9,8 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <scanline/watershed.h>
 #include "plain_watershed.h"
-#include "watershed.h"
 
 namespace {
 

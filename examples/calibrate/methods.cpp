@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "plane_calibration.h"
 
 namespace examples {

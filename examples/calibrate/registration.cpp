@@ -5,8 +5,8 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "calibration.h"
-#include "geometry.h"
+#include <scanline/calibration.h>
+#include <scanline/geometry.h>
 #include "noise.h"
 
 namespace examples {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "plot.h"
 
 namespace examples {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 
 namespace examples {
 

@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
+#include <scanline/scan_records.h>
 #include "canvas.h"
-#include "scan_records.h"
 
 namespace examples {
 

@@ -7,10 +7,10 @@
 #include <opencv2/imgcodecs.hpp>
 #include <utility>
 
+#include <scanline/scan_bounds.h>
 #include "image_file.h"
 #include "program.h"
 #include "quiet_stderr.h"
-#include "scan_bounds.h"
 
 namespace examples {
 namespace {

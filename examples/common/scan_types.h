@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 namespace examples {
 

@@ -1,5 +1,5 @@
+#include <scanline/line_features.h>
 #include "exhibit.h"
-#include "line_features.h"
 #include "profiles.h"
 
 /// The exhibits of the corner search and its variants.

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "scan_types.h"
 
 namespace examples {

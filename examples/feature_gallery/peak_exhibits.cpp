@@ -1,7 +1,7 @@
 #include <opencv2/core.hpp>
 
+#include <scanline/line_features.h>
 #include "exhibit.h"
-#include "line_features.h"
 #include "profiles.h"
 #include "text_table.h"
 

@@ -3,10 +3,10 @@
 #include <cmath>
 #include <cstdint>
 
+#include <scanline/scan_bounds.h>
 #include "label_layout.h"
 #include "marks.h"
 #include "profile.h"
-#include "scan_bounds.h"
 
 namespace examples {
 namespace {

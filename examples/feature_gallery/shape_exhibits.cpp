@@ -1,7 +1,7 @@
 #include <cmath>
 
+#include <scanline/line_features.h>
 #include "exhibit.h"
-#include "line_features.h"
 #include "profiles.h"
 #include "text_table.h"
 

@@ -2,7 +2,7 @@
 
 #include <opencv2/core/types.hpp>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "scan_types.h"
 
 namespace examples {

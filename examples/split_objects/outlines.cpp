@@ -4,7 +4,7 @@
 #include <cmath>
 #include <iterator>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 
 namespace examples {
 namespace {

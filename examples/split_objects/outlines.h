@@ -4,7 +4,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 #include "pixel_map.h"
 #include "regions.h"
 #include "scan_types.h"

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
+#include <scanline/scan_bounds.h>
 #include "program.h"
-#include "scan_bounds.h"
 
 namespace examples {
 namespace {

@@ -3,7 +3,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 #include "scan_types.h"
 
 namespace examples {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "watershed.h"
+#include <scanline/watershed.h>
 
 namespace examples {
 namespace {

@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 #include "vectors.h"
 
 namespace examples {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 
 namespace examples {
 

@@ -2,11 +2,11 @@
 
 #include <vector>
 
+#include <scanline/scanline.h>
 #include "edge_fit.h"
 #include "plane_view.h"
 #include "progress.h"
 #include "scan_types.h"
-#include "scanline.h"
 
 namespace examples {
 

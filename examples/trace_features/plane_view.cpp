@@ -7,9 +7,9 @@
 #include <utility>
 #include <vector>
 
-#include "calibration.h"
-#include "geometry.h"
-#include "scan_bounds.h"
+#include <scanline/calibration.h>
+#include <scanline/geometry.h>
+#include <scanline/scan_bounds.h>
 
 namespace examples {
 namespace {

@@ -6,7 +6,7 @@
 #include <numeric>
 #include <opencv2/core/types.hpp>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 #include "vectors.h"
 
 namespace examples {

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 #include "scene.h"
 
 namespace examples {

@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <iterator>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
+#include <scanline/scan_bounds.h>
 #include "height_map.h"
 #include "marks.h"
 #include "profile.h"
-#include "scan_bounds.h"
 #include "text_table.h"
 
 namespace examples {

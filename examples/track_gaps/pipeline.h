@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include <scanline/scanline.h>
 #include "progress.h"
 #include "scan_types.h"
-#include "scanline.h"
 
 namespace examples {
 

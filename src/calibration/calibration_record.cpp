@@ -1,4 +1,4 @@
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "calibration/rotation.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 
 namespace {
 

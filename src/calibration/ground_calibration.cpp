@@ -1,9 +1,9 @@
 #include <cmath>
 #include <optional>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
+#include <scanline/conditioning.h>
 #include "calibration/plane_from_points.h"
-#include "conditioning.h"
 
 namespace {
 

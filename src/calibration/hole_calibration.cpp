@@ -1,6 +1,6 @@
-#include "calibration.h"
+#include <scanline/calibration.h>
+#include <scanline/conditioning.h>
 #include "calibration/plane_from_points.h"
-#include "conditioning.h"
 
 namespace {
 

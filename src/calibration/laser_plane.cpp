@@ -2,7 +2,7 @@
 
 #include <opencv2/core.hpp>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 
 namespace scanline::detail {
 

@@ -1,7 +1,7 @@
 #include <Eigen/Core>
 #include <algorithm>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "calibration/rotation.h"
 #include "records/sample_rules.h"
 

@@ -1,4 +1,4 @@
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "calibration/plane_from_points.h"
 #include "calibration/plane_search.h"
 

@@ -1,6 +1,6 @@
 #include "calibration/plane_from_points.h"
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "calibration/rotation.h"
 
 namespace scanline::detail {

@@ -1,6 +1,6 @@
 #include <algorithm>
 
-#include "calibration.h"
+#include <scanline/calibration.h>
 #include "calibration/plane_from_points.h"
 
 namespace {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 namespace scanline::detail {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "clustering.h"
+#include <scanline/clustering.h>
 
 namespace {
 

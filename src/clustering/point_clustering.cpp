@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "clustering.h"
+#include <scanline/clustering.h>
 #include "geometry/root_free.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "clustering.h"
+#include <scanline/clustering.h>
 
 namespace {
 

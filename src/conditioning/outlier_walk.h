@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "conditioning.h"
+#include <scanline/conditioning.h>
 #include "records/sample_rules.h"
 
 namespace scanline::detail {

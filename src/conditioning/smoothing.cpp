@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "conditioning.h"
+#include <scanline/conditioning.h>
 #include "records/sample_rules.h"
 
 namespace {

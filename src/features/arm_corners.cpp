@@ -1,8 +1,8 @@
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/signed_peaks.h"
 #include "features/stretches.h"
-#include "line_features.h"
 
 namespace scanline::detail {
 namespace {

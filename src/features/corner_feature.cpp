@@ -1,7 +1,7 @@
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/line_runs.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

@@ -3,7 +3,7 @@
 #include <limits>
 #include <vector>
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 /// The stages that all extractors of the corner family are put together from: valid points, slopes,
 /// extrema of the corner measure, peaks among them.

@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
-#include "line_features.h"
 
 /// What the corner family makes of the peaks of the corner measure.
 namespace scanline::detail {

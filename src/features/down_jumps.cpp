@@ -1,4 +1,4 @@
-#include "line_features.h"
+#include <scanline/line_features.h>
 #include "records/sample_rules.h"
 
 void qo_getLineDownJumps(STesk3DPosition* lineData,

@@ -1,9 +1,9 @@
 #include <cmath>
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/flat_steps.h"
-#include "line_features.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

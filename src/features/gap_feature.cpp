@@ -1,8 +1,8 @@
 #include <cmath>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/stretches.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

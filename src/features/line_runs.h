@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 /// Runs of continuous samples on a line, and the endings that they turn into. In a run `start` and
 /// `len` count samples of the line, and `value` is 0 once the next run has absorbed it.

@@ -1,7 +1,7 @@
 #include <functional>
 #include <vector>
 
-#include "line_features.h"
+#include <scanline/line_features.h>
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

@@ -2,9 +2,9 @@
 #include <cstddef>
 #include <optional>
 
+#include <scanline/line_features.h>
 #include "features/line_runs.h"
 #include "features/lv_stages.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

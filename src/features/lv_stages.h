@@ -3,9 +3,9 @@
 #include <optional>
 #include <vector>
 
-#include "feature_records.h"
-#include "line_features.h"
-#include "scan_records.h"
+#include <scanline/feature_records.h>
+#include <scanline/line_features.h>
+#include <scanline/scan_records.h>
 
 /// The stages of the search for L and V shapes: monotone runs of z, the flank that a run makes, and
 /// the test whether two runs make a V.

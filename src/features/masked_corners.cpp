@@ -1,6 +1,6 @@
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
-#include "line_features.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

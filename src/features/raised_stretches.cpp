@@ -1,8 +1,8 @@
 #include <cmath>
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "features/stretches.h"
-#include "line_features.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

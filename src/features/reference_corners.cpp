@@ -1,9 +1,9 @@
 #include <cmath>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/stretches.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

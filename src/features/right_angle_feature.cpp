@@ -1,7 +1,7 @@
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "features/right_angle_stages.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

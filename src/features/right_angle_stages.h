@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "line_features.h"
-#include "scan_records.h"
+#include <scanline/line_features.h>
+#include <scanline/scan_records.h>
 
 /// The stages of the search for right angles: walks along the two arms of a sample, and the marks
 /// that samples get from them.

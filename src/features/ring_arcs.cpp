@@ -2,9 +2,9 @@
 #include <cmath>
 #include <optional>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/stretches.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

@@ -3,8 +3,8 @@
 #include <opencv2/core/mat.hpp>
 #include <vector>
 
+#include <scanline/line_features.h>
 #include "features/line_runs.h"
-#include "line_features.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

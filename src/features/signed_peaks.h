@@ -1,7 +1,7 @@
 #pragma once
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
-#include "line_features.h"
 
 namespace scanline::detail {
 

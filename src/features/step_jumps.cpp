@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include <scanline/line_features.h>
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
-#include "line_features.h"
 
 namespace detail = scanline::detail;
 

@@ -2,9 +2,9 @@
 
 #include <vector>
 
+#include <scanline/scan_records.h>
 #include "features/corner_stages.h"
 #include "records/sample_rules.h"
-#include "scan_records.h"
 
 namespace scanline::detail {
 

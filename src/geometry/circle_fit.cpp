@@ -1,7 +1,7 @@
 #include <cmath>
 #include <limits>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <Eigen/Eigenvalues>
 #include <iostream>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 
 namespace {
 

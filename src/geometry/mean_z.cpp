@@ -1,6 +1,6 @@
 #include <cstddef>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 #include "records/sample_rules.h"
 
 double computeMeanZ(std::vector<STesk3DPoint>& points) {

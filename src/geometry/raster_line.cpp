@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 
 void drawLine(int x0, int y0, int x1, int y1, std::vector<STesk2DPoint>& points) {
   const std::size_t before = points.size();

@@ -4,7 +4,7 @@
 #include <limits>
 #include <vector>
 
-#include "geometry.h"
+#include <scanline/geometry.h>
 
 namespace {
 

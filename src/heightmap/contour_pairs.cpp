@@ -2,7 +2,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 
 namespace {
 

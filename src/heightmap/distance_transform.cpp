@@ -3,7 +3,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 
 namespace {
 

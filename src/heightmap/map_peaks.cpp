@@ -2,7 +2,7 @@
 #include <optional>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
 
 namespace detail = scanline::detail;

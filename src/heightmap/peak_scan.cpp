@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 #include "heightmap/peak_walk.h"
 
 namespace detail = scanline::detail;

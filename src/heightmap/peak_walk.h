@@ -4,7 +4,7 @@
 #include <opencv2/core/mat.hpp>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 
 /// Walks away from a peak to the boundary of its object, one walk for both directions of the scan.
 namespace scanline::detail {

@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <opencv2/core/matx.hpp>
 
+#include <scanline/heightmap.h>
 #include "geometry/raster_line.h"
-#include "heightmap.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

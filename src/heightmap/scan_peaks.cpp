@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "heightmap.h"
+#include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
 #include "records/sample_rules.h"
 

@@ -4,10 +4,10 @@
 #include <stdexcept>
 #include <vector>
 
+#include <scanline/watershed.h>
 #include "heightmap/level_buckets.h"
 #include "heightmap/padded_plane.h"
 #include "heightmap/seed_flood.h"
-#include "watershed.h"
 
 namespace {
 

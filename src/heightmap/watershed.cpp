@@ -1,9 +1,8 @@
-#include "watershed.h"
-
 #include <algorithm>
 #include <cstddef>
 #include <vector>
 
+#include <scanline/watershed.h>
 #include "heightmap/flood_order.h"
 #include "heightmap/padded_plane.h"
 #include "heightmap/watershed_minima.h"

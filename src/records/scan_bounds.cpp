@@ -1,9 +1,8 @@
-#include "scan_bounds.h"
-
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 
+#include <scanline/scan_bounds.h>
 #include "records/sample_rules.h"
 #include "records/scan_view.h"
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 namespace scanline::detail {
 

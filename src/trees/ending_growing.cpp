@@ -1,7 +1,7 @@
 #include <cmath>
 #include <optional>
 
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/feature_growing.h"
 #include "trees/tree_rules.h"
 #include "trees/type_match.h"

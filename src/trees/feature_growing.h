@@ -1,6 +1,6 @@
 #pragma once
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "trees/line_walk.h"
 #include "trees/open_trees.h"
 #include "trees/outlook.h"

@@ -1,4 +1,4 @@
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/line_walk.h"
 #include "trees/tree_rules.h"
 

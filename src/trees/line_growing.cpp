@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/feature_growing.h"
 #include "trees/tree_rules.h"
 #include "trees/type_match.h"

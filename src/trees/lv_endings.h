@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 
 namespace scanline::detail {
 

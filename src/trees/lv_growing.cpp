@@ -3,7 +3,7 @@
 #include <utility>
 #include <vector>
 
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/lv_endings.h"
 #include "trees/tree_rules.h"
 

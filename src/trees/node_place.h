@@ -1,6 +1,6 @@
 #pragma once
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 
 /// Where the nodes of each kind of tree lie. All growers link by these two.
 namespace scanline::detail {

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "trees/near_index.h"
 #include "trees/node_place.h"
 #include "trees/outlook.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "records/sample_rules.h"
 #include "trees/node_place.h"
 

@@ -1,4 +1,4 @@
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/feature_growing.h"
 #include "trees/tree_rules.h"
 #include "trees/type_match.h"

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/line_walk.h"
 #include "trees/tree_rules.h"
 

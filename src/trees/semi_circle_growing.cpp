@@ -3,7 +3,7 @@
 #include <iterator>
 #include <utility>
 
-#include "trees.h"
+#include <scanline/trees.h>
 #include "trees/line_walk.h"
 #include "trees/tree_rules.h"
 

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 #include "trees/node_place.h"
 #include "trees/outlook.h"
 

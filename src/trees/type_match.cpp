@@ -1,6 +1,6 @@
 #include "trees/type_match.h"
 
-#include "feature_records.h"
+#include <scanline/feature_records.h>
 
 namespace scanline::detail {
 

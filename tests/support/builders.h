@@ -12,8 +12,8 @@
 #include <utility>
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 namespace build {
 

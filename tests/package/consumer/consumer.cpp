@@ -1,10 +1,10 @@
 // Hands plain records, std::vector and cv types over the boundary of the library, both ways.
-#include <scanline.h>
-
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <vector>
+
+#include <scanline/scanline.h>
 
 namespace {
 

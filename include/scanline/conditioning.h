@@ -8,9 +8,9 @@
 
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 /** What counts as an outlier on a line. */
 struct SQO_outlierFilterParam {

@@ -13,8 +13,8 @@
 
 #include <vector>
 
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/scan_records.h>
 
 /** A grey image and its labels. Both planes hold `height` rows of `width` values; not checked. */
 struct SJU_waterShedImage {

@@ -11,8 +11,8 @@
 
 #include <vector>
 
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/scan_records.h>
 
 /**
  * Finds the bounding box of a scan in pointer form.

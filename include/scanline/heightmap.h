@@ -12,9 +12,9 @@
 #include <opencv2/core/mat.hpp>
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 /** Size of the blocks of a peak search. */
 struct SQO_localPkParam {

@@ -13,7 +13,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "scan_records.h"
+#include <scanline/scan_records.h>
 
 // Feature types. A rise is a growth of z with the sample index, a fall a shrinking. Code 8 is no
 // type: nothing writes it and it matches nothing, not even itself.

@@ -16,8 +16,8 @@
 #include <opencv2/core/types.hpp>
 #include <vector>
 
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/scan_records.h>
 
 // ---------------------------------------------------------------------------------------------
 // Lines through points and crossings

@@ -8,6 +8,6 @@
  * appended to and never cleared.
  */
 
-#include "line_corners.h"
-#include "line_peaks.h"
-#include "line_shapes.h"
+#include <scanline/line_corners.h>
+#include <scanline/line_peaks.h>
+#include <scanline/line_shapes.h>

@@ -8,11 +8,11 @@
 
 #include <vector>
 
-#include "feature_records.h"
-#include "line_corners.h"
-#include "line_peaks.h"
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
+#include <scanline/line_corners.h>
+#include <scanline/line_peaks.h>
+#include <scanline/scan_records.h>
 
 namespace cv {
 class Mat;

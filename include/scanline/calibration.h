@@ -15,8 +15,8 @@
 #include <opencv2/core/types.hpp>
 #include <vector>
 
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/scan_records.h>
 
 /**
  * Finds the rotation that turns the normal of a plane onto (0, 0, -1).

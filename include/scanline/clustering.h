@@ -8,9 +8,9 @@
 #include <opencv2/core/mat.hpp>
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 /** One cell of a grid whose features are clustered. */
 struct SQO_featureClusteringInfo {

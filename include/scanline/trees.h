@@ -30,8 +30,8 @@
 
 #include <vector>
 
-#include "feature_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
 
 /**
  * Grows trees from the features of a whole scan.

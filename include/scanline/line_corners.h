@@ -7,9 +7,9 @@
 
 #include <vector>
 
-#include "feature_records.h"
-#include "scan_records.h"
-#include "scanline_export.h"
+#include <scanline/export.h>
+#include <scanline/feature_records.h>
+#include <scanline/scan_records.h>
 
 /**
  * Tuning of the corner search. Lengths are in the unit of the samples, angles in degrees.
