@@ -22,8 +22,18 @@
  *
  * The list of trees is the only state and is never cleared or sorted: trees passed in take part
  * like any other, but must have a node. Removal keeps the order of the rest. Features are only
- * read, unless told otherwise. What a feature costs does not depend on the number of closed trees
- * in the list; a function that takes one line looks once at each tree, to find the open ones.
+ * read, unless told otherwise.
+ *
+ * Cost: a feature visits the open trees whose last node lies on another line and about within
+ * `yDeviation_max` in y, in the order of the list up to the one that it joins. It visits no closed
+ * trees, none that end on its own line, and none by a y that is not finite. So the cost is
+ * quadratic only where many trees lie that close together in y and cannot take the features there
+ * because of z, x, type or direction. The closing walk after a line visits each open tree. A
+ * function that takes one line also visits each tree of the list once, to find the open ones.
+ *
+ * If memory runs out, a list that is "valid but incomplete" holds the trees as they had grown so
+ * far, in order. Each tree has its nodes, with `sLineIdx`, `eLineIdx` and `treeValue` to match.
+ * Trees that should have closed may still be growing, and later features are missing.
  *
  * New trees have 0 in all fields that are not told of, and `anchorNode` at -1.
  */
@@ -43,6 +53,7 @@
  *                     `endings` are not. Without any record nothing happens.
  * @param trees        the trees; the first node's value does not count in `treeValue` of new ones
  * @param growParam    tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFeatures,
                                             std::vector<SQO_featureTree>& trees,
@@ -62,6 +73,7 @@ SCANLINE_API void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFe
  * @param features   the features of the line, in order; may be empty
  * @param trees      the trees; `treeValue` of a new one starts at its first node's value
  * @param growParam  tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_lineFeaturesGrowing(int lineIdx,
                                          bool isLastLine,
@@ -79,6 +91,8 @@ SCANLINE_API void qo_lineFeaturesGrowing(int lineIdx,
  * @param lineFeatures the features of each line; the position in the vector is the line's index
  * @param trees        the trees; `treeValue` of a new one starts at its first node's value
  * @param growParam    tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, and
+ *        trees of one line are not removed.
  */
 SCANLINE_API void qo_cornerFeaturesGrowing(
     std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
@@ -94,6 +108,8 @@ SCANLINE_API void qo_cornerFeaturesGrowing(
  * @param lineFeatures the features of each line; the position in the vector is the line's index
  * @param trees        the trees; the first node's value does not count in `treeValue` of new ones
  * @param growParam    tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, with
+ *        the bounds of the nodes.
  */
 SCANLINE_API void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
                                         std::vector<SQO_featureTree>& trees,
@@ -109,6 +125,8 @@ SCANLINE_API void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature
  * @param trees        trees of the `features`; the first node's value does not count
  * @param endingTrees  trees of the `endings`; the first node's value does not count
  * @param growParam    tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees and @p endingTrees are valid
+ *        but incomplete. @p endingTrees grows after @p trees.
  */
 SCANLINE_API void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFeatures,
                                                         std::vector<SQO_featureTree>& trees,
@@ -123,7 +141,8 @@ SCANLINE_API void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeat
  * so that the limits keep their meaning. `x` of the position counts as the line, in either case.
  * After each position a tree closes if its last node is more than `maxLineSkipNum` lines behind
  * (never, if that is below 1); after the last one all trees close. Without positions nothing
- * happens.
+ * happens. The open trees are visited for each position on another line than the one before, so
+ * positions that change lines all the time cost as much as that many lines.
  *
  * @param endingPts   positions in the order of growing, as a rule by line; `x` and `y` are read
  * @param laserLines  the scan; every position must lie on it, which is not checked
@@ -131,6 +150,7 @@ SCANLINE_API void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeat
  * @param endingType  type of the features and of new trees; 0 and 8 match nothing
  * @param trees       the trees
  * @param growParam   tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
                                            STesk3DLaserLine* laserLines,
@@ -149,6 +169,9 @@ SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
  * moves on to the node before the first one that lies less than `angleCheckDist` from the feature,
  * if there is one. It moves also when the feature then fails and goes on to the next tree.
  *
+ * The search for that node passes over runs of nodes that lie too far away. It is slow only in a
+ * tree that turns back and forth in x, by more than `angleCheckDist` from line to line.
+ *
  * @param endingPts      positions in the order of growing, as a rule by line
  * @param laserLines     the scan; every position must lie on it, which is not checked
  * @param isLineFirst    whether `x` is the line and `y` the sample; otherwise the reverse
@@ -156,6 +179,7 @@ SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
  * @param trees          the trees; those passed in must have a valid `anchorNode`, or -1
  * @param growParam      tuning
  * @param angleCheckDist distance in x and y over which the direction is measured
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                                       STesk3DLaserLine* laserLines,
@@ -179,6 +203,7 @@ SCANLINE_API void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>&
  * @param line_gaps  the gaps of the line, in order; may be empty
  * @param trees      the trees; new ones have `treeType` 1
  * @param growParam  tuning; `minVTypeTreeLen` is not read
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
                                      bool isLastLine,
@@ -207,6 +232,8 @@ SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
  * @param longTrees     receives trees at its end
  * @param shortTrees    receives trees at its end
  * @param growParam     tuning; `zDeviation_max` and `minLTypeTreeLen` are not read
+ * @throw std::bad_alloc  if memory runs out; all lists of trees are valid but
+ *        incomplete, and each tree is in one of them. @p line_features may be marked in part.
  */
 SCANLINE_API void qo_getFeatureGrowingTrees_semiCircle(
     std::vector<SQO_featureSemiCircle>& line_features,
@@ -231,6 +258,8 @@ SCANLINE_API void qo_getFeatureGrowingTrees_semiCircle(
  *                     two should agree.
  * @param trees        the trees; `treeValue` adds up the mean z of the two ends of each node
  * @param growParam    tuning; `minVTypeTreeLen` is not read
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, and
+ *        trees of one line are not removed.
  */
 SCANLINE_API void ju_getSegFeatureGrowingTrees(
     std::vector<std::vector<SJU_segFeature>>& lineFeatures,
@@ -256,7 +285,9 @@ SCANLINE_API void ju_getSegFeatureGrowingTrees(
  *
  * `sLineIdx`, `eLineIdx` and `treeValue` do not count the endings.
  *
- * The last removal compares short trees with all others, so it is quadratic in their number.
+ * Each tree looks through the endings of the lines that it is held against, also through those
+ * that others took. The last removal compares short trees with all others. Both are quadratic:
+ * the one in trees and endings that share lines, the other in the number of trees.
  *
  * @param lineFeatures one record per line; the position in the vector, `lineIdx` and `jumpPos2D.x`
  *                     must agree. Endings that a tree takes change to its type.
@@ -266,6 +297,9 @@ SCANLINE_API void ju_getSegFeatureGrowingTrees(
  * @param segStarts    receives the endings still of type `FEATURE_SEG_START` at its end: `x` and
  *                     `y` from `jumpPos2D`, `value` the type, `valueD` the z, `tag` 0
  * @param segEnds      receives those still of type `FEATURE_SEG_END` in the same way
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, with
+ *        the bounds of the nodes; the removals of step 3 may be missing. An ending that has changed
+ *        its type is a node of a tree. @p segStarts and @p segEnds are valid but incomplete.
  */
 SCANLINE_API void qo_LVFeatureGrowing(std::vector<SQO_lineFeature>& lineFeatures,
                                       std::vector<SQO_featureTree>& trees,

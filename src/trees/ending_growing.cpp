@@ -1,8 +1,10 @@
 #include <cmath>
 #include <optional>
+#include <unordered_map>
 
 #include <scanline/trees.h>
 #include "trees/feature_growing.h"
+#include "trees/node_boxes.h"
 #include "trees/tree_rules.h"
 #include "trees/type_match.h"
 
@@ -48,23 +50,23 @@ void growEndings(const Features& features, Place place, detail::FeatureGrowth& g
   detail::growScan(static_cast<int>(features.size()), featureAt, place, close, growth.trees);
 }
 
-/// Moves a tree's anchor up to the last node that lies far enough behind a feature.
-void moveAnchor(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
-  const int count = static_cast<int>(tree.treeNodes.size());
-  for (int j = tree.anchorNode + 1; j < count; ++j) {
-    if (checkDist > detail::planeDistance(feature.jumpPos, tree.treeNodes[j].jumpPos)) {
-      tree.anchorNode = j - 1;
-      return;
-    }
-  }
-}
+/// Growth of trees that are held to a direction.
+struct DirectedGrowth {
+  detail::FeatureGrowth& growth;
+  double checkDist;
+  std::unordered_map<int, detail::NodeBoxes> boxes;  // of the trees with an anchor, by tree
+};
 
-/// Gives a tree its anchor once it is long enough to tell a direction, and then moves it up.
-void settleAnchor(const SQO_basicFeature1D& feature, double checkDist, SQO_featureTree& tree) {
+/// Gives a tree its anchor once it is long enough to have a direction, and later moves it up to the
+/// node before the first one that is near the feature.
+void settleAnchor(const SQO_basicFeature1D& feature, int treeId, DirectedGrowth& directed) {
+  SQO_featureTree& tree = directed.growth.trees[treeId];
   if (tree.anchorNode >= 0) {
-    moveAnchor(feature, checkDist, tree);
+    const int near = directed.boxes[treeId].firstNear(feature.jumpPos, directed.checkDist,
+                                                      tree.anchorNode + 1, tree.treeNodes);
+    tree.anchorNode = near < 0 ? tree.anchorNode : near - 1;
   } else if (!(detail::planeDistance(feature.jumpPos, tree.treeNodes.front().jumpPos) <
-               checkDist)) {
+               directed.checkDist)) {
     tree.anchorNode = 0;
   }
 }
@@ -85,21 +87,15 @@ bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tr
 /// trees before it move all the same.
 int qo_findTreeAngleCheck(const SQO_basicFeature1D& feature,
                           const detail::Outlook& ahead,
-                          double checkDist,
-                          std::vector<int>& fitting,
-                          detail::FeatureGrowth& growth) {
-  growth.trees.allFitting(
-      feature, ahead,
-      [&](const SQO_featureTree& tree) { return detail::fitsTree(feature, tree, growth); },
-      fitting);
-  for (const int treeId : fitting) {
-    SQO_featureTree& tree = growth.trees[treeId];
-    settleAnchor(feature, checkDist, tree);
-    if (keepsDirection(feature, tree)) {
-      return treeId;
+                          DirectedGrowth& directed) {
+  detail::FeatureGrowth& growth = directed.growth;
+  return growth.trees.firstFitting(feature, ahead, [&](int id) {
+    if (!detail::fitsTree(feature, growth.trees[id], growth)) {
+      return false;
     }
-  }
-  return -1;
+    settleAnchor(feature, id, directed);
+    return keepsDirection(feature, growth.trees[id]);
+  });
 }
 
 }  // namespace
@@ -128,10 +124,10 @@ void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                          double angleCheckDist) {
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
   detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
-  std::vector<int> fitting;
+  DirectedGrowth directed = {growth, angleCheckDist, {}};
   const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
                          const detail::Outlook& ahead) {
-    const int treeId = qo_findTreeAngleCheck(feature, ahead, angleCheckDist, fitting, growth);
+    const int treeId = qo_findTreeAngleCheck(feature, ahead, directed);
     if (treeId < 0) {
       growth.trees.append(detail::newTree(feature, lineIdx, 0.0));
     } else {

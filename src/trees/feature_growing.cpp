@@ -11,8 +11,8 @@ bool fitsTree(const SQO_basicFeature1D& feature,
 
 void attach(const SQO_basicFeature1D& feature, int lineIdx, int treeId, FeatureGrowth& growth) {
   growth.trees.grow(treeId, [&](SQO_featureTree& tree) {
-    tree.eLineIdx = lineIdx;
     tree.treeNodes.push_back(feature);
+    tree.eLineIdx = lineIdx;
     tree.treeValue += feature.featureValue;
   });
 }
@@ -22,7 +22,7 @@ bool qo_featureGrowing(const SQO_basicFeature1D& feature,
                        const Outlook& ahead,
                        FeatureGrowth& growth) {
   const int treeId = growth.trees.firstFitting(
-      feature, ahead, [&](const SQO_featureTree& tree) { return fitsTree(feature, tree, growth); });
+      feature, ahead, [&](int id) { return fitsTree(feature, growth.trees[id], growth); });
   if (treeId < 0) {
     return false;
   }

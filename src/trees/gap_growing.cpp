@@ -20,16 +20,16 @@ void placeGap(const SQO_basicFeatureGap& gap,
               const detail::Outlook& ahead,
               const SQO_treeGrowParam& param,
               GapTrees& trees) {
-  const int treeId = trees.firstFitting(gap, ahead, [&](const SQO_gapFeatureTree& tree) {
-    return detail::isInReach(gap, tree.treeNodes.back(), param);
+  const int treeId = trees.firstFitting(gap, ahead, [&](int id) {
+    return detail::isInReach(gap, trees[id].treeNodes.back(), param);
   });
   if (treeId < 0) {
     trees.append(newGapTree(gap, lineIdx));
     return;
   }
   trees.grow(treeId, [&](SQO_gapFeatureTree& tree) {
-    tree.eLineIdx = lineIdx;
     tree.treeNodes.push_back(gap);
+    tree.eLineIdx = lineIdx;
   });
 }
 

@@ -56,7 +56,6 @@ void growScan(int lineCount, LineAt lineAt, Place place, Close close, OpenTrees<
     }
     close(line.lineIdx, i == lineCount - 1);
   }
-  trees.finish();
 }
 
 }  // namespace scanline::detail

@@ -16,19 +16,14 @@ bool fits(const SQO_basicFeature1D& ending,
          lineGap(lineOf(ending), lineOf(node)) < param.maxLineSkipNum;
 }
 
-/// Lets a tree take the first ending of a line that fits a node. Null if none does.
-const SQO_basicFeature1D* takeEnding(SQO_lineFeature& line,
-                                     const SQO_basicFeature1D& node,
-                                     int treeType,
-                                     const SQO_treeGrowParam& param) {
+/// The first ending of a line that fits a node, or null.
+SQO_basicFeature1D* findEnding(SQO_lineFeature& line,
+                               const SQO_basicFeature1D& node,
+                               const SQO_treeGrowParam& param) {
   const auto ending = std::find_if(
       line.endings.begin(), line.endings.end(),
       [&](const SQO_basicFeature1D& candidate) { return fits(candidate, node, param); });
-  if (ending == line.endings.end()) {
-    return nullptr;
-  }
-  ending->featureType = treeType;
-  return &*ending;
+  return ending == line.endings.end() ? nullptr : &*ending;
 }
 
 bool isOutOfReach(const SQO_lineFeature& line,
@@ -42,19 +37,23 @@ bool isOutOfReach(const SQO_lineFeature& line,
 void qo_backwardEndingGrowing(SQO_featureTree& tree,
                               std::vector<SQO_lineFeature>& lineFeatures,
                               const SQO_treeGrowParam& growParam) {
-  std::vector<SQO_basicFeature1D> taken;
-  SQO_basicFeature1D first = tree.treeNodes.front();
+  std::vector<SQO_basicFeature1D*> taken;
+  const SQO_basicFeature1D* first = &tree.treeNodes.front();
   const int lineCount = static_cast<int>(lineFeatures.size());
-  for (int i = std::min(lineOf(first), lineCount); i > 0; --i) {
+  for (int i = std::min(lineOf(*first), lineCount); i > 0; --i) {
     SQO_lineFeature& line = lineFeatures[i - 1];
-    if (const auto* ending = takeEnding(line, first, tree.treeType, growParam)) {
-      first = *ending;
-      taken.push_back(first);
-    } else if (isOutOfReach(line, first, growParam)) {
+    if (SQO_basicFeature1D* ending = findEnding(line, *first, growParam)) {
+      first = ending;
+      taken.push_back(ending);
+    } else if (isOutOfReach(line, *first, growParam)) {
       break;
     }
   }
-  tree.treeNodes.insert(tree.treeNodes.begin(), taken.rbegin(), taken.rend());
+  auto node = tree.treeNodes.insert(tree.treeNodes.begin(), taken.size(), {});
+  for (auto ending = taken.rbegin(); ending != taken.rend(); ++ending) {
+    (*ending)->featureType = tree.treeType;
+    *node++ = **ending;
+  }
 }
 
 void qo_forwardEndingGrowing(SQO_featureTree& tree,
@@ -64,8 +63,9 @@ void qo_forwardEndingGrowing(SQO_featureTree& tree,
   const int lineCount = static_cast<int>(lineFeatures.size());
   for (int i = std::clamp(lineOf(start), -1, lineCount - 1) + 1; i < lineCount; ++i) {
     SQO_lineFeature& line = lineFeatures[i];
-    if (const auto* ending = takeEnding(line, start, tree.treeType, growParam)) {
+    if (SQO_basicFeature1D* ending = findEnding(line, start, growParam)) {
       tree.treeNodes.push_back(*ending);
+      tree.treeNodes.back().featureType = ending->featureType = tree.treeType;
     } else if (isOutOfReach(line, tree.treeNodes.back(), growParam)) {
       break;
     }

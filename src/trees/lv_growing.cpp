@@ -30,6 +30,21 @@ void settleType(SQO_featureTree& tree) {
   }
 }
 
+/// Grows trees from the features, settles their types, and lengthens them by endings.
+void growToEndings(std::vector<SQO_lineFeature>& lineFeatures,
+                   Trees& trees,
+                   const SQO_treeGrowParam& growParam) {
+  const detail::BoundsAtEnd bounds(trees);
+  qo_getFeatureGrowingTrees(lineFeatures, trees, growParam);
+  for (SQO_featureTree& tree : trees) {
+    settleType(tree);
+    if (!tree.treeNodes.empty()) {
+      detail::qo_backwardEndingGrowing(tree, lineFeatures, growParam);
+      detail::qo_forwardEndingGrowing(tree, lineFeatures, growParam);
+    }
+  }
+}
+
 /// Whether trees of a type must have the size of the object.
 bool isHeldToSize(int treeType) {
   return treeType == FEATURE_SLOPE_RISE || treeType == FEATURE_SLOPE_FALL ||
@@ -51,9 +66,8 @@ bool isStub(const SQO_featureTree& tree, const SQO_bagParam& bag) {
          extentOf(tree.yRange) > width * 0.5;
 }
 
-/// Fills the bounds of all trees and removes the stubs.
+/// Removes the stubs from the list.
 void removeStubs(const SQO_bagParam& bag, Trees& trees) {
-  std::for_each(trees.begin(), trees.end(), detail::qo_treeBounds);
   const auto isBagStub = [&](const SQO_featureTree& tree) { return isStub(tree, bag); };
   trees.erase(std::remove_if(trees.begin(), trees.end(), isBagStub), trees.end());
 }
@@ -134,14 +148,7 @@ void qo_LVFeatureGrowing(std::vector<SQO_lineFeature>& lineFeatures,
                          SQO_treeGrowParam growParam,
                          std::vector<SQO_2DValueI>& segStarts,
                          std::vector<SQO_2DValueI>& segEnds) {
-  qo_getFeatureGrowingTrees(lineFeatures, trees, growParam);
-  for (SQO_featureTree& tree : trees) {
-    settleType(tree);
-    if (!tree.treeNodes.empty()) {
-      detail::qo_backwardEndingGrowing(tree, lineFeatures, growParam);
-      detail::qo_forwardEndingGrowing(tree, lineFeatures, growParam);
-    }
-  }
+  growToEndings(lineFeatures, trees, growParam);
   removeStubs(bagParam, trees);
   removeInnerTrees(bagParam, trees);
   collectFreeEnds(lineFeatures, segStarts, segEnds);

@@ -35,10 +35,4 @@ inline const STesk3DPoint& positionOf(const SJU_segFeature& node) {
   return node.startPt;
 }
 
-/// The y by which a tree is found: that of its last node.
-template <typename Tree>
-double lastY(const Tree& tree) {
-  return positionOf(tree.treeNodes.back()).y;
-}
-
 }  // namespace scanline::detail

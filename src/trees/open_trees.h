@@ -15,8 +15,8 @@ namespace scanline::detail {
  * The trees of a caller's list as one call sees them: which can take a feature, which can close.
  * Neither attaching nor closing ever looks at the others, however many have gathered in the list.
  *
- * Trees are known by their index. Removed ones stay in the list, closed and without nodes, until
- * they outnumber the rest or `finish` is called.
+ * Trees are known by their index, which stays the same throughout the call. Removed ones stay in
+ * the list, closed and without nodes, until the call ends, be it by an exception.
  */
 template <typename Tree>
 class OpenTrees {
@@ -27,6 +27,12 @@ class OpenTrees {
   /// Only growing trees that are `closable` ever close.
   OpenTrees(std::vector<Tree>& trees, const Reach& reach, Test closable)
       : trees_(trees), reach_(reach), index_(reach.y), closable_(closable) {}
+  OpenTrees(const OpenTrees&) = delete;
+  OpenTrees& operator=(const OpenTrees&) = delete;
+  /// Takes the removed trees out of the list.
+  ~OpenTrees() {
+    dropRemoved();
+  }
 
   /// Takes over the trees that the list holds, for the features of `ahead`.
   void admit(const Outlook& ahead) {
@@ -36,32 +42,23 @@ class OpenTrees {
         continue;
       }
       if (ahead.reaches(tree.treeNodes.back(), reach_)) {
-        index_.insert(id, lastY(tree));
+        index_.insert(id, endOf(tree));
       }
       watchIf(isClosable(tree), id);
     }
   }
 
-  /// Index of the first tree in the list that a feature `fits(tree)`, or -1. `ahead` covers this
-  /// feature and all that come after it.
+  /// Index of the first tree in the list with `fits(index)` that a feature may join, or -1. Asks in
+  /// the order of the list. `ahead` covers this feature and all that come after it.
   template <typename Fits>
   int firstFitting(const Node& feature, const Outlook& ahead, Fits fits) {
-    return index_.firstFitting(positionOf(feature).y, judge(ahead, fits));
-  }
-
-  /// The trees that a feature `fits(tree)`, in the order of the list.
-  template <typename Fits>
-  void allFitting(const Node& feature, const Outlook& ahead, Fits fits, std::vector<int>& ids) {
-    ids.clear();
-    const auto judgeOne = judge(ahead, fits);
-    index_.firstFitting(positionOf(feature).y, [&](int id) {
-      const Verdict verdict = judgeOne(id);
-      if (verdict == Verdict::kFits) {
-        ids.push_back(id);
+    return index_.firstFitting(placeOf(feature), [&](int id) {
+      if (fits(id)) {
+        return Verdict::kFits;
       }
-      return verdict == Verdict::kFits ? Verdict::kNot : verdict;
+      const bool isAhead = ahead.reaches(trees_[id].treeNodes.back(), reach_);
+      return isAhead ? Verdict::kNot : Verdict::kNever;
     });
-    std::sort(ids.begin(), ids.end());
   }
 
   Tree& operator[](int id) {
@@ -72,18 +69,18 @@ class OpenTrees {
   void append(Tree tree) {
     const int id = static_cast<int>(trees_.size());
     trees_.push_back(std::move(tree));
-    index_.insert(id, lastY(trees_.back()));
+    index_.insert(id, endOf(trees_.back()));
     watchIf(isClosable(trees_.back()), id);
   }
 
-  /// Lets `change(tree)` add a node to a tree.
+  /// Lets `change(tree)` add a node to the tree that `firstFitting` has found for it.
   template <typename Change>
   void grow(int id, Change change) {
     Tree& tree = trees_[id];
-    const double before = lastY(tree);
+    const LineAndY before = endOf(tree);
     const bool wasClosable = isClosable(tree);
     change(tree);
-    index_.move(id, before, lastY(tree));
+    index_.move(id, before, endOf(tree));
     watchIf(!wasClosable && isClosable(tree), id);
   }
 
@@ -93,44 +90,25 @@ class OpenTrees {
   void closeWhere(Closes closes, Stays stays) {
     auto kept = watched_.rbegin();
     for (auto id = watched_.rbegin(); id != watched_.rend(); ++id) {
-      Tree& tree = trees_[*id];
+      const Tree& tree = trees_[*id];
       if (tree.treeState != TREE_GROWING) {
         continue;
       }
-      if (!closes(std::as_const(tree))) {
+      if (closes(tree)) {
+        close(*id, stays);
+      } else {
         *kept++ = *id;
-        continue;
-      }
-      tree.treeState = TREE_CLOSED;
-      index_.erase(*id, lastY(tree));
-      if (!stays(tree)) {
-        tree.treeNodes = {};
-        removed_.push_back(*id);
       }
     }
     watched_.erase(watched_.begin(), kept.base());
-    if (removed_.size() > kSpareRemovals && removed_.size() > trees_.size() / 2) {
-      compact();
-    }
-  }
-
-  /// Takes the removed trees out of the list.
-  void finish() {
-    compact();
   }
 
  private:
-  static constexpr std::size_t kSpareRemovals = 64;
-
-  template <typename Fits>
-  auto judge(const Outlook& ahead, Fits& fits) const {
-    return [&](int id) {
-      const Tree& tree = trees_[id];
-      if (fits(tree)) {
-        return Verdict::kFits;
-      }
-      return ahead.reaches(tree.treeNodes.back(), reach_) ? Verdict::kNot : Verdict::kNever;
-    };
+  static LineAndY placeOf(const Node& node) {
+    return {lineOf(node), positionOf(node).y};
+  }
+  static LineAndY endOf(const Tree& tree) {
+    return placeOf(tree.treeNodes.back());
   }
 
   [[nodiscard]] bool isClosable(const Tree& tree) const {
@@ -143,35 +121,37 @@ class OpenTrees {
     }
   }
 
-  void compact() {
-    if (removed_.empty()) {
+  /// A tree that cannot be closed for want of memory is still growing afterwards.
+  template <typename Stays>
+  void close(int id, Stays& stays) {
+    Tree& tree = trees_[id];
+    closed_.push_back(id);
+    index_.erase(id, endOf(tree));
+    if (!stays(tree)) {
+      tree.treeNodes = {};
+    }
+    tree.treeState = TREE_CLOSED;
+  }
+
+  void dropRemoved() {
+    if (closed_.empty()) {
       return;
     }
-    std::sort(removed_.begin(), removed_.end());
-    std::size_t skipped = 0;
-    for (std::size_t id = removed_.front(); id < trees_.size(); ++id) {
-      if (skipped < removed_.size() && static_cast<std::size_t>(removed_[skipped]) == id) {
-        ++skipped;
-      } else {
-        trees_[id - skipped] = std::move(trees_[id]);
-      }
-    }
-    trees_.resize(trees_.size() - skipped);
-    const auto moved = [&](int id) {
-      const auto before = std::lower_bound(removed_.begin(), removed_.end(), id);
-      return id - static_cast<int>(before - removed_.begin());
+    std::sort(closed_.begin(), closed_.end());
+    const auto isRemoved = [&](const Tree& tree) {
+      const auto id = static_cast<int>(&tree - trees_.data());
+      return tree.treeNodes.empty() && std::binary_search(closed_.begin(), closed_.end(), id);
     };
-    index_.renumber(moved);
-    std::transform(watched_.begin(), watched_.end(), watched_.begin(), moved);
-    removed_.clear();
+    const auto first = trees_.begin() + closed_.front();
+    trees_.erase(std::remove_if(first, trees_.end(), isRemoved), trees_.end());
   }
 
   std::vector<Tree>& trees_;
   Reach reach_;
-  NearIndex index_;  // the trees that can take a feature, by the y of their last node
+  NearIndex index_;  // the trees that can take a feature
   Test closable_;
   std::vector<int> watched_;  // the trees that a closing walk has to look at
-  std::vector<int> removed_;  // the trees that no longer count
+  std::vector<int> closed_;   // the trees that have closed; those without nodes are removed
 };
 
 }  // namespace scanline::detail

@@ -39,10 +39,8 @@ void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature1D>>& lineFea
                            std::vector<SQO_featureTree>& trees,
                            SQO_treeGrowParam growParam) {
   const auto featuresOf = [&](int i) { return detail::FeatureLine(i, lineFeatures[i]); };
+  const detail::BoundsAtEnd bounds(trees);
   growOver(lineFeatures.size(), featuresOf, detail::qo_featureTypeMatch, trees, growParam);
-  for (SQO_featureTree& tree : trees) {
-    detail::qo_treeBounds(tree);
-  }
 }
 
 void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFeatures,

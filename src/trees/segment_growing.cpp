@@ -41,15 +41,15 @@ bool qo_segFeatureGrowing(const SJU_segFeature& segment,
                           const detail::Outlook& ahead,
                           const SQO_treeGrowParam& param,
                           SegmentTrees& trees) {
-  const int treeId = trees.firstFitting(segment, ahead, [&](const SJU_segFeatureTree& tree) {
-    return continues(segment, tree.treeNodes.back(), param);
+  const int treeId = trees.firstFitting(segment, ahead, [&](int id) {
+    return continues(segment, trees[id].treeNodes.back(), param);
   });
   if (treeId < 0) {
     return false;
   }
   trees.grow(treeId, [&](SJU_segFeatureTree& tree) {
-    tree.eLineIdx = lineIdx;
     tree.treeNodes.push_back(segment);
+    tree.eLineIdx = lineIdx;
     tree.treeValue += meanHeight(segment);
   });
   return true;
@@ -65,26 +65,32 @@ void closeAfter(int lineIdx, bool isLastLine, const SQO_treeGrowParam& param, Se
       [&](const SJU_segFeatureTree& tree) { return !(param.minLTypeTreeLen >= extentX(tree)); });
 }
 
-}  // namespace
-
-void ju_getSegFeatureGrowingTrees(std::vector<std::vector<SJU_segFeature>>& lineFeatures,
-                                  std::vector<SJU_segFeatureTree>& trees,
-                                  SQO_treeGrowParam growParam) {
+/// Grows trees over the lines of a scan.
+void growOver(const std::vector<std::vector<SJU_segFeature>>& lines,
+              std::vector<SJU_segFeatureTree>& trees,
+              const SQO_treeGrowParam& param) {
   // A mean within its limit has a start within twice the limit.
-  const detail::Reach reach = {growParam.yDeviation_max, growParam.maxLineSkipNum,
-                               2.0 * growParam.maxSkipDistance};
+  const detail::Reach reach = {param.yDeviation_max, param.maxLineSkipNum,
+                               2.0 * param.maxSkipDistance};
   SegmentTrees openTrees(
       trees, reach, [](const SJU_segFeatureTree& tree) { return detail::linesSpanned(tree) >= 1; });
   const auto place = [&](const SJU_segFeature& segment, int lineIdx, const detail::Outlook& ahead) {
-    if (!qo_segFeatureGrowing(segment, lineIdx, ahead, growParam, openTrees)) {
+    if (!qo_segFeatureGrowing(segment, lineIdx, ahead, param, openTrees)) {
       openTrees.append(
           {TREE_GROWING, segment.lineIdx, segment.lineIdx, meanHeight(segment), {segment}});
     }
   };
   detail::growScan(
-      static_cast<int>(lineFeatures.size()),
-      [&](int i) { return detail::NodeLine<SJU_segFeature>(i, lineFeatures[i]); }, place,
-      [&](int lineIdx, bool isLast) { closeAfter(lineIdx, isLast, growParam, openTrees); },
-      openTrees);
+      static_cast<int>(lines.size()),
+      [&](int i) { return detail::NodeLine<SJU_segFeature>(i, lines[i]); }, place,
+      [&](int lineIdx, bool isLast) { closeAfter(lineIdx, isLast, param, openTrees); }, openTrees);
+}
+
+}  // namespace
+
+void ju_getSegFeatureGrowingTrees(std::vector<std::vector<SJU_segFeature>>& lineFeatures,
+                                  std::vector<SJU_segFeatureTree>& trees,
+                                  SQO_treeGrowParam growParam) {
+  growOver(lineFeatures, trees, growParam);
   detail::removeTreesOfOneLine(trees);
 }

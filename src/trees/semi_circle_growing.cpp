@@ -37,8 +37,8 @@ int findTree(const SQO_featureSemiCircle& feature,
              const detail::Outlook& ahead,
              const SQO_treeGrowParam& param,
              SemiCircleTrees& trees) {
-  return trees.firstFitting(feature, ahead, [&](const SQO_semiCircleFeatureTree& tree) {
-    const SQO_featureSemiCircle& last = tree.treeNodes.back();
+  return trees.firstFitting(feature, ahead, [&](int id) {
+    const SQO_featureSemiCircle& last = trees[id].treeNodes.back();
     return feature.lineIdx != last.lineIdx && !endsTree(last) && continues(feature, last, param);
   });
 }
@@ -62,8 +62,8 @@ void attachNearest(Features::iterator first,
         return distance(a) < distance(b);
       });
   trees.grow(treeId, [&](SQO_semiCircleFeatureTree& tree) {
-    tree.eLineIdx = winner->lineIdx;
     tree.treeNodes.push_back(*winner);
+    tree.eLineIdx = winner->lineIdx;
   });
   if (rivalsEnd - first > 1) {
     std::for_each(first, rivalsEnd,
@@ -112,15 +112,17 @@ void qo_getFeatureGrowingTrees_semiCircle(std::vector<SQO_featureSemiCircle>& li
   ahead.add(line_features);
   openTrees.admit(ahead);
   growLine(line_features, ahead, growParam, openTrees);
+  const bool isLastLine = lineIdx == static_cast<long long>(lineNum) - 1;
   openTrees.closeWhere(
       [&](const SQO_semiCircleFeatureTree& tree) {
-        return lineIdx == lineNum - 1 ||
+        return isLastLine ||
                detail::liesTooFarBehind(lineIdx, tree.treeNodes.back().lineIdx, growParam);
       },
       [&](SQO_semiCircleFeatureTree& tree) {
         const bool isShort = growParam.minVTypeTreeLen >= detail::lengthOf(tree);
-        (isShort ? shortTrees : longTrees).push_back(std::move(tree));
+        std::vector<SQO_semiCircleFeatureTree>& receiver = isShort ? shortTrees : longTrees;
+        receiver.push_back(std::move(tree));
+        receiver.back().treeState = TREE_CLOSED;
         return false;
       });
-  openTrees.finish();
 }

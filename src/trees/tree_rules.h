@@ -87,4 +87,18 @@ bool qo_treeLongEnough(const SQO_featureTree& tree, double minLTypeTreeLen, doub
 /// Fills the ranges in x and y from the nodes; without nodes all four values become 0.
 void qo_treeBounds(SQO_featureTree& tree);
 
+/// Fills the ranges of all trees of a list when a scope ends, be it by an exception.
+class BoundsAtEnd {
+ public:
+  explicit BoundsAtEnd(std::vector<SQO_featureTree>& trees) : trees_(trees) {}
+  BoundsAtEnd(const BoundsAtEnd&) = delete;
+  BoundsAtEnd& operator=(const BoundsAtEnd&) = delete;
+  ~BoundsAtEnd() {
+    std::for_each(trees_.begin(), trees_.end(), qo_treeBounds);
+  }
+
+ private:
+  std::vector<SQO_featureTree>& trees_;
+};
+
 }  // namespace scanline::detail
