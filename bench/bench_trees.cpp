@@ -1,8 +1,12 @@
+#include <cmath>
+
 #include <scanline/trees.h>
 #include "bench_scan.h"
+#include "plain_trees.h"
 
-// A feature must cost the same however many features a line has, and however many trees have closed
-// or, where those of one line never close, have gathered in the list.
+// A feature must cost the same however many features a line has, however many trees have closed
+// or, where those of one line never close, have gathered in the list, and however many features lie
+// in one place.
 
 namespace {
 
@@ -99,6 +103,40 @@ void BM_Trees_Corners(benchmark::State& state) {
                                [&](auto& trees) { qo_cornerFeaturesGrowing(lines, trees, kGrow); });
 }
 BENCHMARK(BM_Trees_Corners)->Apply(sizes);
+
+/// Features that all lie in one place, on five lines.
+FeatureLines denseFeatures(const benchmark::State& state) {
+  bench::Noise noise;
+  FeatureLines lines(5);
+  for (int k = 0; k < static_cast<int>(state.range(0)); ++k) {
+    for (int l = 0; l < 5; ++l) {
+      lines[l].push_back({FEATURE_PEAK, {l, k}, {0.5 * l, noise.next(), 100.0}, 1.0});
+    }
+  }
+  return lines;
+}
+
+void BM_Trees_Dense(benchmark::State& state) {
+  FeatureLines lines = denseFeatures(state);
+  for (auto _ : state) {
+    std::vector<SQO_featureTree> trees;
+    qo_cornerFeaturesGrowing(lines, trees, kGrow);
+    benchmark::DoNotOptimize(trees);
+  }
+  bench::countSamples(state, 5 * state.range(0));
+}
+BENCHMARK(BM_Trees_Dense)->Arg(500)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
+
+/// The same by walks over the whole list.
+void BM_Trees_DensePlain(benchmark::State& state) {
+  const FeatureLines lines = denseFeatures(state);
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(
+        plain::withoutOneLiners(plain::grow(lines, {}, {kGrow, true, true, NAN})));
+  }
+  bench::countSamples(state, 5 * state.range(0));
+}
+BENCHMARK(BM_Trees_DensePlain)->Arg(500)->Arg(5000)->Unit(benchmark::kMillisecond);
 
 void BM_Trees_LineByLine(benchmark::State& state) {
   FeatureLines lines = featuresFor(state);

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -8,13 +7,12 @@
 #include <scanline/trees.h>
 #include "builders.h"
 
-// The growers of endings, gaps, semi-circles, segments and LV features: where they differ from the
-// growers of single features.
+// The growers of semi-circles, segments and LV features: where they differ from the growers of
+// single features.
 
 namespace {
 
 using build::feature;
-using build::sample;
 using Trees = std::vector<SQO_featureTree>;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
@@ -34,107 +32,6 @@ std::string told(const std::vector<Tree>& trees,
   return out.str();
 }
 
-TEST(TypeFreeGrowing, LinksAllTypesButKeepsFeaturesAndEndingsApart) {
-  std::vector<SQO_lineFeature> lines = {
-      {0, {feature(0, 0.0, FEATURE_V)}, {feature(0, 9.0, FEATURE_SEG_END)}},
-      {1, {feature(1, 0.5, FEATURE_PEAK)}, {feature(1, 0.25, 8), feature(1, 9.0, 0)}}};
-  Trees trees;
-  Trees endingTrees;
-  SQO_treeGrowParam param = kParam;
-  ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
-  ASSERT_EQ(told(trees), "2 0-1: 0 0.5; ");
-  EXPECT_EQ(trees[0].treeType, FEATURE_V);
-  EXPECT_EQ(told(endingTrees), "2 0-1: 9 9; ") << "a single node is too short";
-
-  param.minVTypeTreeLen = 4.0;
-  trees.clear();
-  ju_getFeatureGrowingTrees_noTypeMatch(lines, trees, endingTrees, param);
-  EXPECT_TRUE(trees.empty()) << "still held to the length of a V tree";
-}
-
-TEST(EndingGrowing, ExchangeTheAxesOfAScanWalkedAcrossItsLines) {
-  build::Scan scan = build::surfaceScan(4, 4, [](double x, double y) { return 10.0 * x + y; });
-  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
-  std::vector<SQO_2DValueI> endings;
-  for (int sample = 0; sample < 3; ++sample) {
-    endings.push_back({sample, 0, 0, 0.0, 0});
-    endings.push_back({sample, 3, 0, 0.0, 0});
-  }
-  Trees trees;
-  qo_getEndingGrowingTrees(endings, lines.data(), false, FEATURE_SEG_START, trees, kParam);
-  ASSERT_EQ(told(trees), "2 0-2: 0 0 0; 2 0-2: 3 3 3; ") << "y is the x of the scan";
-  EXPECT_EQ(trees[1].treeNodes[2].jumpPos.x, 2.0);
-  EXPECT_EQ(trees[1].treeNodes[2].jumpPos2D.y, 3);
-  EXPECT_EQ(trees[1].treeValue, 0.0);
-
-  trees.clear();
-  SQO_treeGrowParam keepAll = kParam;
-  keepAll.minLTypeTreeLen = -1.0;
-  qo_getEndingGrowingTrees(endings, lines.data(), false, 8, trees, keepAll);
-  EXPECT_EQ(trees.size(), endings.size()) << "a type that matches nothing";
-}
-
-TEST(EndingGrowing, ClosesTreesAfterEachEnding) {
-  build::Scan scan(4, build::lineOfZ({10, 10}, 0.0, 30.0));
-  std::vector<SQO_2DValueI> endings = {{0, 0, 0, 0, 0}, {3, 1, 0, 0, 0}, {3, 0, 0, 0, 0}};
-  Trees trees;
-  qo_getEndingGrowingTrees(endings, build::pointerForm(scan).data(), true, FEATURE_SEG_END, trees,
-                           {2.0, 3.0, 2, 5.0, -1.0, -1.0});
-  EXPECT_EQ(trees.size(), 3U) << "the first one is too far behind the second";
-}
-
-TEST(EndingGrowing, TurnOffTheAxisByNoMoreThan45Degrees) {
-  // The trees that endings with the given y, one per line, grow to, and the first one's anchor.
-  const auto grown = [](const std::vector<double>& ys, double checkDist) {
-    build::Scan scan;
-    std::vector<SQO_2DValueI> endings;
-    for (const double y : ys) {
-      const auto line = static_cast<int>(scan.size());
-      scan.push_back({sample(line, y, 10.0)});
-      endings.push_back({line, 0, 0, 0.0, 0});
-    }
-    Trees trees;
-    qo_getEndingGrowingTrees_angleCheck(endings, build::pointerForm(scan).data(), true,
-                                        FEATURE_SEG_END, trees, {6.0, 3.0, 3, 5.0, -1.0, 0.5},
-                                        checkDist);
-    return told(trees) + std::to_string(trees.at(0).anchorNode);
-  };
-  EXPECT_EQ(grown({0, 4}, 5.0), "2 0-1: 0 4; -1") << "nearer than the distance: no test";
-  EXPECT_EQ(grown({0, 4}, std::sqrt(17.0)), "2 0-0: 0; 2 1-1: 4; 0") << "at the distance";
-  EXPECT_EQ(grown({0, 1}, 1.0), "2 0-1: 0 1; 0") << "45 degrees";
-  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0}, 2.5), "2 0-5: 0 0 0 0 0 0; 2");
-  EXPECT_EQ(grown({0, 0, 0, 0, 0, 0, 4}, 4.2), "2 0-5: 0 0 0 0 0 0; 2 6-6: 4; 4")
-      << "the anchor moves though the feature fails";
-}
-
-SQO_basicFeatureGap gap(int line, double y, double width = 2.0) {
-  return {line, {}, sample(line, y - width / 2, 10.0), sample(line, y + width / 2, 12.0), {}};
-}
-
-TEST(GapGrowing, LinksCentresLineByLine) {
-  std::vector<SQO_gapFeatureTree> trees;
-  std::vector<SQO_basicFeatureGap> gaps;
-  for (int line = 0; line < 3; ++line) {
-    gaps = {gap(line, 0.0, 1.0 + 4.0 * line), gap(line, 1.0)};
-    qo_lineGapsGrowing(line, false, gaps, trees, kParam);
-  }
-  ASSERT_EQ(trees.size(), 2U) << "one gap per line and tree, whatever its width";
-  EXPECT_EQ(trees[0].treeNodes.size(), 3U);
-  EXPECT_EQ(trees[0].treeType, 1);
-  EXPECT_EQ(trees[0].treeState, TREE_GROWING);
-  EXPECT_EQ(trees[1].eLineIdx, 2);
-
-  gaps = {gap(5, 50.0)};
-  qo_lineGapsGrowing(5, false, gaps, trees, kParam);
-  EXPECT_EQ(trees[0].treeState, TREE_GROWING) << "three lines behind are allowed";
-  SQO_treeGrowParam param = kParam;
-  param.minLTypeTreeLen = 2.0;
-  gaps.clear();
-  qo_lineGapsGrowing(6, false, gaps, trees, param);
-  ASSERT_EQ(trees.size(), 1U) << "exactly as long as the minimum is too short";
-  EXPECT_EQ(trees[0].sLineIdx, 5);
-}
-
 SQO_featureSemiCircle semiCircle(int line, double y, int state = 0) {
   return {state, line, 0, 0, 0, {1.0 * line, y, 10.0}, 1.0, 1.0};
 }
@@ -143,12 +40,12 @@ struct SemiCircleScan {
   std::vector<SQO_semiCircleFeatureTree> trees, longTrees, shortTrees;
 
   /// Grows by one line and gives the states that its features end with.
-  std::vector<int> grow(int line, int lineCount, std::vector<SQO_featureSemiCircle> features) {
+  std::string grow(int line, int lineCount, std::vector<SQO_featureSemiCircle> features) {
     qo_getFeatureGrowingTrees_semiCircle(features, line, lineCount, trees, longTrees, shortTrees,
                                          kParam);
-    std::vector<int> states;
+    std::string states;
     for (const SQO_featureSemiCircle& f : features) {
-      states.push_back(f.segState);
+      states += std::to_string(f.segState);
     }
     return states;
   }
@@ -157,11 +54,10 @@ struct SemiCircleScan {
 TEST(SemiCircleGrowing, TakesTheNearestOfRivals) {
   SemiCircleScan scan;
   scan.grow(0, 9, {semiCircle(0, 0.0)});
-  const std::vector<int> states =
-      scan.grow(1, 9,
-                {semiCircle(1, -1.5), semiCircle(1, 1.0), semiCircle(1, -1.0, 3),
-                 semiCircle(1, 2.0), semiCircle(1, 0.0)});
-  EXPECT_EQ(states, (std::vector<int>{5, 5, 5, 0, 0})) << "rivals end at the first that is too far";
+  const std::vector<SQO_featureSemiCircle> line = {semiCircle(1, -1.5), semiCircle(1, 1.0),
+                                                   semiCircle(1, -1.0, 3), semiCircle(1, 2.0),
+                                                   semiCircle(1, 0.0)};
+  EXPECT_EQ(scan.grow(1, 9, line), "55500") << "rivals end at the first that is too far";
   EXPECT_EQ(told(scan.trees, &SQO_featureSemiCircle::midPt), "1 0-1: 0 1; 1 1-1: 2; 1 1-1: 0; ")
       << "the earliest of equals";
   EXPECT_EQ(scan.trees[0].treeNodes[1].segState, 0);
@@ -174,54 +70,40 @@ TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
   scan.grow(1, 3, {semiCircle(1, 0.0), semiCircle(1, 20.0, 1), semiCircle(1, 40.0, 4)});
   EXPECT_EQ(scan.trees.size(), 6U) << "the end of a tree and the start of another are forced";
   scan.grow(2, 3, {semiCircle(2, 40.0, 5)});
-  ASSERT_EQ(scan.trees.size(), 1U);
-  EXPECT_EQ(scan.trees[0].treeType, 7) << "trees that were closed before stay";
+  EXPECT_TRUE(scan.trees.size() == 1 && scan.trees[0].treeType == 7)
+      << "trees that were closed before stay";
   EXPECT_EQ(told(scan.longTrees, &SQO_featureSemiCircle::midPt), "2 0-1: 40 40; ");
   ASSERT_EQ(told(scan.shortTrees, &SQO_featureSemiCircle::midPt),
             "2 1-1: 20; 2 1-1: 0; 2 0-0: 20; 2 0-0: 0; ")
       << "from the last to the first";
-  EXPECT_EQ(scan.shortTrees[3].treeNodes[0].segState, 2);
 }
 
-SJU_segFeature segment(int line, double x, double y0, double y1) {
-  return {line, 0, 0, 0, {x, y0, 10.0}, {x + 1.0, y1, 12.0}, 0.0};
-}
-
-TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresInX) {
-  std::vector<std::vector<SJU_segFeature>> lines = {
-      {segment(0, 0.0, 0.0, 9.0), segment(0, 0.0, 50.0, 60.0)},
-      {segment(1, 1.0, 1.0, 8.0)},
-      {segment(2, 2.0, 0.0, 6.0), segment(2, 0.0, 1.0, 8.0)},
-      {segment(3, 2.0, 50.0, 60.0)}};
-  std::vector<SJU_segFeatureTree> trees;
-  ju_getSegFeatureGrowingTrees(lines, trees, kParam);
-  EXPECT_EQ(told(trees, &SJU_segFeature::startPt), "1 0-3: 50 50; ")
-      << "a tree that comes back to its x has no length";
-
-  trees.clear();
-  lines[2][1].startPt.x = 0.25;
-  lines[2][1].endPt.x = 0.0;
-  SQO_treeGrowParam param = kParam;
-  param.maxLineSkipNum = 0;
-  ju_getSegFeatureGrowingTrees(lines, trees, param);
-  ASSERT_EQ(told(trees, &SJU_segFeature::startPt), "2 0-2: 0 1 1; 1 0-3: 50 50; ")
-      << "the second took a node of the last line";
-  EXPECT_EQ(trees[0].treeValue, 33.0);
-
-  trees[1].eLineIdx = trees[1].sLineIdx;
-  lines.clear();
-  ju_getSegFeatureGrowingTrees(lines, trees, param);
-  EXPECT_EQ(trees.size(), 1U);
+TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresBothInX) {
+  const auto isLinked = [](const STesk3DPoint& a, const STesk3DPoint& b) {
+    SJU_segFeature first = {2, 0, 0, 0, {10.0, 40.0, 70.0}, {13.0, 45.0, 74.0}, 0.0};
+    SJU_segFeature next = {5, 0, 0, 0, {10.0 + a.x, 40.0 + a.y, 70.0 + a.z}, {}, 0.0};
+    next.endPt = {13.0 + b.x, 45.0 + b.y, 74.0 + b.z};
+    std::vector<std::vector<SJU_segFeature>> lines = {{}, {}, {first}, {}, {}, {next}, {}};
+    std::vector<SJU_segFeatureTree> trees;
+    ju_getSegFeatureGrowingTrees(lines, trees, {2.0, 3.0, 3, 5.0, 0.0, 0.0});
+    return !trees.empty();
+  };
+  EXPECT_TRUE(isLinked({7.0, 1.75, -2.75}, {2.75, -1.75, 2.75})) << "a mean step in x below 5";
+  EXPECT_FALSE(isLinked({7.0, 0.0, 0.0}, {-3.0, 0.0, 0.0})) << "a mean step of 5";
+  for (const STesk3DPoint& step : {STesk3DPoint{1.0, 2.0, 0.0}, {1.0, 0.0, -3.0}}) {
+    EXPECT_FALSE(isLinked(step, {1.0, 0.0, 0.0}));
+    EXPECT_FALSE(isLinked({1.0, 0.0, 0.0}, step));
+  }
 }
 
 struct LVGrowing : testing::Test {
-  /// A feature at y, and at `slope` more from line to line, on each line from `first` to `last`.
-  void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE, double slope = 0.0) {
+  /// A feature at y on each line from `first` to `last`.
+  void edge(double y, int first, int last, int type = FEATURE_SLOPE_RISE) {
     lines.resize(30);
     for (int l = 0; l < 30; ++l) {
       lines[l].lineIdx = l;
       if (l >= first && l <= last) {
-        lines[l].features.push_back(feature(l, y + slope * (l - first), type));
+        lines[l].features.push_back(feature(l, y, type));
       }
     }
   }
@@ -263,23 +145,52 @@ TEST_F(LVGrowing, TakesTheLowestOfEquallyFrequentTypes) {
   EXPECT_EQ(grow({1.0, 1.0})[0].treeType, FEATURE_SLOPE_RISE);
 }
 
-TEST_F(LVGrowing, RemovesShortTreesInsideAnObject) {
-  edge(0.0, 0, 29);
-  edge(10.0, 5, 10);
-  edge(14.0, 5, 10, FEATURE_JUMP_RISE);
-  edge(20.0, 0, 29);
-  edge(30.0, 5, 10);
-  EXPECT_EQ(grow({100.0, 10.0}).size(), 5U) << "half an object long";
-  EXPECT_EQ(grow({20.0 / 1.3, 11.0}).size(), 5U) << "neighbours far enough apart";
-  const Trees trees = grow({16.0, 11.0});
-  ASSERT_EQ(trees.size(), 4U) << "without an upper neighbour, or as a jump, it stays";
-  EXPECT_EQ(trees[1].treeNodes[0].jumpPos.y, 20.0);
+/// Extent of a tree in x and y, and its type.
+struct Extent {
+  double x0, x1, y0, y1;
+  int type = FEATURE_SLOPE_RISE;
+};
+
+/// The indices of the trees that stay in the list.
+std::string kept(const SQO_bagParam& bag, const std::vector<Extent>& extents) {
+  Trees trees;
+  for (const auto& [x0, x1, y0, y1, type] : extents) {
+    const int id = static_cast<int>(trees.size());
+    trees.push_back({TREE_CLOSED, type, id, 0, 0.0, {}, {}, {}, -1});
+    trees.back().treeNodes = {{type, {0, 0}, {100.0 + x0, 50.0 + y0, 10.0}, 0.0},
+                              {type, {1, 0}, {100.0 + x1, 50.0 + y1, 10.0}, 0.0}};
+  }
+  std::vector<SQO_lineFeature> none;
+  std::vector<SQO_2DValueI> ends;
+  qo_LVFeatureGrowing(none, trees, bag, kParam, ends, ends);
+  std::string ids;
+  for (const SQO_featureTree& tree : trees) {
+    ids += std::to_string(tree.sLineIdx);
+  }
+  return ids;
 }
 
-TEST_F(LVGrowing, RemovesStubsThatWander) {
-  edge(0.0, 4, 8, FEATURE_SLOPE_RISE, 0.75);
-  EXPECT_EQ(grow({1.0, 16.0}).size(), 1U) << "a quarter of the object long";
-  EXPECT_EQ(grow({1.0, 17.0}).size(), 0U);
+TEST(LVTrees, AreRemovedWhenTooShort) {
+  EXPECT_EQ(kept({1, 16}, {{0, 4, 0, 3}}), "0") << "a quarter of the object long";
+  EXPECT_EQ(kept({1, 17}, {{0, 4, 0, 3}, {0, 4, 3, 0, 4}, {0, 4, 0, 3, 5}, {0, 4, 0, 3, 15}}), "");
+  EXPECT_EQ(kept({1, 17}, {{0, 4, 0, 2}, {0, 4, 0, 3, 1}}), "01") << "straight enough, a jump";
+
+  const Extent low = {0, 29, 0, 0}, inner = {5, 10, 10, 10}, high = {0, 29, 20, 20};
+  EXPECT_EQ(kept({16, 10}, {low, inner, high}), "012") << "half an object long";
+  EXPECT_EQ(kept({20 / 1.3, 11}, {low, inner, high}), "012") << "neighbours far enough apart";
+  EXPECT_EQ(kept({16, 11}, {low, inner, {5, 10, 10, 10, 1}, high}), "023");
+  EXPECT_EQ(kept({16, 11}, {inner, high}) + kept({16, 11}, {low, inner}), "0101");
+  for (const Extent& same : {Extent{5, 29, 0, 0}, {0, 10, 0, 0}, {0, 29, 0, 10}}) {
+    EXPECT_EQ(kept({99, 11}, {same, inner, high}), "012") << "starts, ends or touches there";
+  }
+  EXPECT_EQ(kept({99, 11}, {low, inner, {0, 29, 10, 20}}), "012") << "touches";
+  EXPECT_EQ(
+      kept({14, 11}, {low, {0, 29, 2, 2}, low, inner, {0, 29, 40, 40}, high, {0, 29, 60, 60}}),
+      "012456")
+      << "the nearest neighbours count";
+  EXPECT_EQ(kept({21, 20}, {low, {0, 29, 3, 7}, {0, 29, 30, 30}, {8, 10, 4, 4}, {6, 12, 8, 8}}),
+            "0123")
+      << "a removed tree is no neighbour";
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
+#include <limits>
 #include <random>
 #include <sstream>
 #include <string>
@@ -10,113 +10,29 @@
 
 #include <scanline/trees.h>
 #include "builders.h"
+#include "plain_trees.h"
 
 namespace {
 
 using build::feature;
-using Features = std::vector<SQO_basicFeature1D>;
-using Trees = std::vector<SQO_featureTree>;
+using plain::Features;
+using plain::Lines;
+using plain::treeOf;
+using plain::Trees;
 
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
-
-SQO_featureTree treeOf(const Features& nodes, int state = TREE_GROWING) {
-  const auto& [type, first, pos, value] = nodes.front();
-  return {state, type, first.x, nodes.back().jumpPos2D.x, 0.0, {}, {}, nodes, -1};
-}
-
-// The rules told once more in the plainest way, as walks over the whole list.
-namespace plain {
-
-bool matches(int tree, int type) {
-  static const std::vector<std::vector<int>> table = {
-      {}, {1, 3}, {2, 4}, {1, 3}, {2, 4}, {3, 4, 5}, {6},  {7},
-      {}, {9},    {10},   {11},   {12},   {13},      {14}, {15}};
-  const bool known = tree >= 0 && tree < static_cast<int>(table.size());
-  return known && std::count(table[tree].begin(), table[tree].end(), type) > 0;
-}
-
-bool stays(const SQO_featureTree& tree, const SQO_treeGrowParam& p) {
-  const auto& nodes = tree.treeNodes;
-  const double len = std::sqrt(std::pow(nodes.front().jumpPos.x - nodes.back().jumpPos.x, 2) +
-                               std::pow(nodes.front().jumpPos.y - nodes.back().jumpPos.y, 2));
-  if (tree.treeType != FEATURE_V) {
-    return len > p.minLTypeTreeLen;
-  }
-  const std::size_t k = nodes.size();
-  return len > p.minVTypeTreeLen &&
-         std::abs(nodes[k / 4].jumpPos.z - nodes[3 * k / 4].jumpPos.z) / len < 0.3;
-}
-
-void place(const SQO_basicFeature1D& f,
-           int line,
-           Trees& trees,
-           const SQO_treeGrowParam& p,
-           bool countsFirst) {
-  for (SQO_featureTree& tree : trees) {
-    const SQO_basicFeature1D& n = tree.treeNodes.back();
-    if (tree.treeState != TREE_CLOSED && f.jumpPos2D.x != n.jumpPos2D.x &&
-        std::abs(f.jumpPos.y - n.jumpPos.y) < p.yDeviation_max &&
-        std::abs(f.jumpPos.z - n.jumpPos.z) < p.zDeviation_max &&
-        (std::abs(f.jumpPos2D.x - n.jumpPos2D.x) < p.maxLineSkipNum ||
-         std::abs(f.jumpPos.x - n.jumpPos.x) < p.maxSkipDistance) &&
-        matches(tree.treeType, f.featureType)) {
-      tree.eLineIdx = line;
-      tree.treeNodes.push_back(f);
-      tree.treeValue += f.featureValue;
-      return;
-    }
-  }
-  trees.push_back(treeOf({f}));
-  trees.back().sLineIdx = trees.back().eLineIdx = line;
-  trees.back().treeValue = countsFirst ? f.featureValue : 0.0;
-}
-
-bool closes(
-    const SQO_featureTree& tree, int line, bool isLast, const SQO_treeGrowParam& p, bool byStep) {
-  const int gap = std::abs(line - tree.treeNodes.back().jumpPos2D.x);
-  const int span = tree.eLineIdx - tree.sLineIdx;
-  if (!byStep) {
-    return isLast || (p.maxLineSkipNum > 0 && gap > p.maxLineSkipNum);
-  }
-  if (gap < 1 || span < 1) {
-    return false;
-  }
-  const double skipped =
-      std::abs(tree.treeNodes.front().jumpPos.x - tree.treeNodes.back().jumpPos.x) / span * gap;
-  return isLast || (p.maxLineSkipNum > 0 ? gap > p.maxLineSkipNum : skipped > p.maxSkipDistance);
-}
-
-Trees grow(const std::vector<Features>& lines,
-           Trees trees,
-           const SQO_treeGrowParam& p,
-           bool byStep) {
-  for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
-    for (const SQO_basicFeature1D& f : lines[i]) {
-      place(f, i, trees, p, byStep);
-    }
-    const bool isLast = i + 1 == static_cast<int>(lines.size());
-    for (int t = static_cast<int>(trees.size()) - 1; t >= 0; --t) {
-      if (trees[t].treeState == TREE_GROWING && closes(trees[t], i, isLast, p, byStep)) {
-        trees[t].treeState = TREE_CLOSED;
-        if (!stays(trees[t], p)) {
-          trees.erase(trees.begin() + t);
-        }
-      }
-    }
-  }
-  return trees;
-}
-
-}  // namespace plain
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 std::string text(const Trees& trees) {
   std::ostringstream out;
   for (const SQO_featureTree& tree : trees) {
     out << "tree " << tree.treeState << ' ' << tree.treeType << ' ' << tree.sLineIdx << ' '
-        << tree.eLineIdx << ' ' << tree.treeValue << ' ' << tree.anchorNode << '\n';
+        << tree.eLineIdx << ' ' << tree.treeValue << ' ' << tree.anchorNode << ' '
+        << tree.xRange.min << ' ' << tree.xRange.max << ' ' << tree.yRange.min << ' '
+        << tree.yRange.max << '\n';
     for (const auto& [type, pos2D, pos, value] : tree.treeNodes) {
-      out << type << ' ' << pos2D.x << ' ' << pos.x << ' ' << pos.y << ' ' << pos.z << ' ' << value
-          << '\n';
+      out << type << ' ' << pos2D.x << ',' << pos2D.y << ' ' << pos.x << ' ' << pos.y << ' '
+          << pos.z << ' ' << value << '\n';
     }
   }
   return out.str();
@@ -131,17 +47,18 @@ struct RandomScan {
   }
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
-        feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 0.5 * integer(-40, 40),
-                integer(0, 3) == 0 ? integer(0, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
+        feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 70.0 + 0.5 * integer(-20, 20),
+                integer(0, 3) == 0 ? integer(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
                 0.25 * integer(0, 9));
-    f.jumpPos.x += 0.5 * integer(-1, 1);
+    f.jumpPos.x += 30.0 + 0.5 * integer(-1, 1);
+    f.jumpPos.y = integer(0, 60) == 0 ? kNaN : f.jumpPos.y;
     return f;
   }
-  std::vector<Features> lines() {
-    std::vector<Features> result(integer(0, 40));
-    for (std::size_t i = 0; i < result.size(); ++i) {
-      for (int k = integer(-2, 12); k > 0; --k) {
-        result[i].push_back(node(static_cast<int>(i)));
+  Lines lines(int count, int most) {
+    Lines result(count);
+    for (int i = 0; i < count; ++i) {
+      for (int k = integer(most > 1 ? -2 : 1, most); k > 0; --k) {
+        result[i].push_back(node(i));
       }
     }
     return result;
@@ -163,49 +80,165 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
     RandomScan random = {std::mt19937(seed)};
-    std::vector<Features> lines = random.lines();
+    Lines lines = random.lines(random.integer(0, 40), 12);
     const SQO_treeGrowParam param = random.param();
     const Trees passedIn = random.passedIn();
-    std::vector<SQO_lineFeature> lineFeatures;
-    Trees scanTrees = passedIn;
-    Trees peaks = passedIn;
-    Trees byLine = passedIn;
-    Trees corners = passedIn;
+    std::vector<SQO_lineFeature> records, reversed;
+    Trees scanTrees = passedIn, peaks = passedIn, byLine = passedIn, corners = passedIn,
+          untyped = passedIn, endingTrees = passedIn;
     for (int i = 0; i < static_cast<int>(lines.size()); ++i) {
-      lineFeatures.push_back({i, lines[i], {}});
+      records.push_back({i, lines[i], {}});
+      reversed.push_back({i, lines[lines.size() - 1 - i], lines[i]});
       const bool isLast = i + 1 == static_cast<int>(lines.size());
       qo_lineFeaturesGrowing(i, isLast, lines[i], byLine, param);
     }
-    qo_getFeatureGrowingTrees(lineFeatures, scanTrees, param);
+    qo_getFeatureGrowingTrees(records, scanTrees, param);
     qo_peakFeatureGrowing(lines, peaks, param);
+    for (SQO_featureTree& tree : peaks) {
+      tree.xRange = tree.yRange = {0.0, 0.0};
+    }
     qo_cornerFeaturesGrowing(lines, corners, param);
+    ju_getFeatureGrowingTrees_noTypeMatch(reversed, untyped, endingTrees, param);
 
-    const std::string expected = text(plain::grow(lines, passedIn, param, false));
+    const std::string expected = text(plain::grow(lines, passedIn, {param, false, true, kNaN}));
     ASSERT_EQ(expected, text(scanTrees));
     ASSERT_EQ(expected, text(peaks));
-    Trees stepwise = plain::grow(lines, passedIn, param, true);
+    const plain::Rules anyType = {param, false, false, kNaN};
+    ASSERT_EQ(text(plain::grow(lines, passedIn, anyType)), text(endingTrees));
+    ASSERT_EQ(text(plain::grow({lines.rbegin(), lines.rend()}, passedIn, anyType)), text(untyped));
+    const Trees stepwise = plain::grow(lines, passedIn, {param, true, true, kNaN});
     ASSERT_EQ(text(stepwise), text(byLine));
-    stepwise.erase(std::remove_if(stepwise.begin(), stepwise.end(),
-                                  [](const auto& t) { return t.sLineIdx == t.eLineIdx; }),
-                   stepwise.end());
-    ASSERT_EQ(text(stepwise), text(corners));
+    ASSERT_EQ(text(plain::withoutOneLiners(stepwise)), text(corners));
+  }
+}
+
+TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
+  for (unsigned seed = 0; seed < 500; ++seed) {
+    SCOPED_TRACE(seed);
+    RandomScan random = {std::mt19937(seed)};
+    const bool isLineFirst = seed % 2 == 0;
+    const bool isLong = seed % 25 == 1;
+    const int type = seed % 10 == 0 ? 8 : FEATURE_SEG_END;
+    SQO_treeGrowParam param = random.param();
+    if (isLong || seed % 3 == 0) {
+      param = {isLong ? 40.0 : 6.0, 5.0, 3, 9.0, 2.0, 0.5};
+    }
+    build::Scan scan(600, build::Line(isLineFirst ? 20 : 600));
+    std::vector<SQO_2DValueI> positions;
+    Lines endings;
+    const Lines places = isLong ? random.lines(600, 1) : random.lines(30, 8);
+    for (int l = 0; l < static_cast<int>(places.size()); ++l) {
+      for (int k = 0; k < static_cast<int>(places[l].size()); ++k) {
+        const STesk3DPoint& at = places[l][k].jumpPos;
+        (isLineFirst ? scan[l][k] : scan[k][l]).pt3D =
+            isLineFirst ? at : STesk3DPoint{at.y, at.x, at.z};
+        positions.push_back({l, k, -7, -7.0, -7});
+        endings.push_back({{type, {l, k}, at, 0.0}});
+      }
+    }
+    const double checkDist = 0.75 * random.integer(-1, 8);
+    const Trees passedIn = random.passedIn();
+    Trees trees = passedIn, directed = passedIn;
+    auto lines = build::pointerForm(scan);
+    qo_getEndingGrowingTrees(positions, lines.data(), isLineFirst, type, trees, param);
+    qo_getEndingGrowingTrees_angleCheck(positions, lines.data(), isLineFirst, type, directed, param,
+                                        checkDist);
+    ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, kNaN}, true)), text(trees));
+    ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, checkDist}, true)),
+              text(directed));
+  }
+}
+
+/// The trees with the feature `of(node)` for each node.
+template <typename Tree, typename Of>
+Trees asFeatureTrees(const std::vector<Tree>& trees, Of of) {
+  Trees result;
+  for (const Tree& tree : trees) {
+    Features nodes(tree.treeNodes.size());
+    std::transform(tree.treeNodes.begin(), tree.treeNodes.end(), nodes.begin(), of);
+    const auto& [start, end] = std::pair(tree.sLineIdx, tree.eLineIdx);
+    result.push_back({tree.treeState, 1, start, end, tree.treeValue, {}, {}, nodes, -1});
+  }
+  return result;
+}
+
+// Gaps and segments on the places of features grow as these do, but for the length that stays.
+TEST(GapAndSegmentGrowing, AgreesWithThePlainWalkOverTheWholeList) {
+  for (unsigned seed = 0; seed < 300; ++seed) {
+    SCOPED_TRACE(seed);
+    RandomScan random = {std::mt19937(seed)};
+    Lines lines = random.lines(20, 12);
+    const SQO_treeGrowParam param = random.param();
+    std::vector<SQO_gapFeatureTree> gapTrees;
+    std::vector<SJU_segFeatureTree> segmentTrees;
+    std::vector<std::vector<SJU_segFeature>> segments(lines.size());
+    for (int i = 0; i < 20; ++i) {
+      std::vector<SQO_basicFeatureGap> gaps;
+      for (SQO_basicFeature1D& f : lines[i]) {
+        const auto [x, y, z] = f.jumpPos;
+        const double w = random.integer(1, 9);
+        f = {1, {i, 0}, {x, y, z}, 0.0};
+        gaps.push_back({i, {}, {0, {x - w, y - w, z + w}}, {0, {x + w, y + w, z - w}}, {}});
+        segments[i].push_back({i, 0, 0, 0, {x, y, z}, {x + 3.0, y + 5.0, z - 4.0}, 0.0});
+      }
+      qo_lineGapsGrowing(i, i == 19, gaps, gapTrees, param);
+    }
+    ju_getSegFeatureGrowingTrees(segments, segmentTrees, param);
+
+    plain::Rules rules = {param, false, true, kNaN, [](const auto& tree, const auto& p) {
+                            return !(plain::distance(tree.treeNodes.front(),
+                                                     tree.treeNodes.back()) <= p.minLTypeTreeLen);
+                          }};
+    const auto ofGap = [](const SQO_basicFeatureGap& gap) {
+      const auto& [a, b] = std::pair(gap.gapStart.pt3D, gap.gapEnd.pt3D);
+      const STesk3DPoint centre = {(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2};
+      return SQO_basicFeature1D{1, {gap.lineIdx, 0}, centre, 0.0};
+    };
+    ASSERT_EQ(text(plain::grow(lines, {}, rules)), text(asFeatureTrees(gapTrees, ofGap)));
+    for (const SQO_gapFeatureTree& tree : gapTrees) {
+      ASSERT_TRUE(tree.treeType == 1 && tree.xRange.min == 0.0 && tree.yRange.max == 0.0);
+    }
+
+    rules = {
+        param, true, true, kNaN, [](const auto& tree, const auto& p) {
+          const auto& nodes = tree.treeNodes;
+          return !(std::abs(nodes.front().jumpPos.x - nodes.back().jumpPos.x) <= p.minLTypeTreeLen);
+        }};
+    const auto ofSegment = [](const SJU_segFeature& s) {
+      return SQO_basicFeature1D{1, {s.lineIdx, 0}, s.startPt, s.startPt.z - 2.0};
+    };
+    for (std::size_t i = 0; i < lines.size(); ++i) {
+      std::transform(segments[i].begin(), segments[i].end(), lines[i].begin(), ofSegment);
+    }
+    ASSERT_EQ(text(plain::withoutOneLiners(plain::grow(lines, {}, rules))),
+              text(asFeatureTrees(segmentTrees, ofSegment)));
   }
 }
 
 TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
-                 treeOf({feature(2, 0.0), feature(3, 0.0)}), treeOf({feature(2, 0.0)}, TREE_CLOSED),
-                 treeOf({feature(0, 0.0)})};
-  trees[3].treeNodes.clear();
-  trees[3].xRange = {7.0, 7.0};
-  std::vector<Features> none;
+                 treeOf({feature(2, 0.0)}), treeOf({feature(0, 0.0)})};
+  trees[2].treeNodes.clear();
+  trees[2].xRange = trees[2].yRange = {7.0, 7.0};
+  Lines none;
   qo_peakFeatureGrowing(none, trees, kParam);
-  EXPECT_TRUE(trees[0].xRange.min == 1.0 && trees[0].xRange.max == 3.0);
-  EXPECT_TRUE(trees[0].yRange.min == -2.0 && trees[0].yRange.max == 9.0);
-  EXPECT_EQ(trees[3].xRange.max, 0.0);
+  std::ostringstream ranges;
+  for (const SQO_featureTree& tree : {trees[0], trees[2]}) {
+    ranges << tree.xRange.min << ' ' << tree.xRange.max << ' ' << tree.yRange.min << ' '
+           << tree.yRange.max << "; ";
+  }
+  EXPECT_EQ(ranges.str(), "1 3 -2 9; 0 0 0 0; ");
   qo_cornerFeaturesGrowing(none, trees, kParam);
-  ASSERT_EQ(trees.size(), 2U) << "those of a single line go";
-  EXPECT_EQ(trees[1].eLineIdx, 3);
+  EXPECT_EQ(trees.size(), 1U) << "those of a single line are removed";
+}
+
+TEST(TreeGrowing, DoesNotSlowDownWhereFeaturesLieDense) {
+  for (const double y : {5.0, kNaN}) {
+    Lines lines = {Features(100000, feature(0, y)), Features(100000, feature(1, y)), {}};
+    Trees trees;
+    qo_cornerFeaturesGrowing(lines, trees, kParam);
+    EXPECT_EQ(trees.size(), std::isnan(y) ? 0U : 100000U);
+  }
 }
 
 }  // namespace
