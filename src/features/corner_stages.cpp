@@ -9,8 +9,7 @@
 namespace scanline::detail {
 namespace {
 
-constexpr int kNone = -1;
-constexpr SQO_pointSlope kNoSlope = {kNone, 0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
+constexpr SQO_pointSlope kNoSlope = {kNoPoint, 0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
 
 /// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
 /// y behaves like one with rising y.
@@ -18,52 +17,20 @@ double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
   return std::atan((to.z - from.z) / std::abs(to.y - from.y)) * 180.0 / 3.141592653589793;
 }
 
-/// The search for neighbours, with its distances squared once for all points.
-class NeighbourWalk {
- public:
-  NeighbourWalk(const Samples& points, const SlopeSearch& search)
-      : points_(points),
-        nearSquared_(leastSquareReaching(search.scale)),
-        farSquared_(leastSquareReaching(search.farLimit)) {}
-
-  /// Walks from point `i` by `step` and ends before `end`.
-  [[nodiscard]] int find(int i, int step, int end) const {
-    const STesk3DPoint from = points_[i].pt3D;
-    for (int j = i + step; j != end; j += step) {
-      const STesk3DPoint& to = points_[j].pt3D;
-      const double dy = to.y - from.y;
-      const double dz = to.z - from.z;
-      const double square = dy * dy + dz * dz;
-      if (square >= farSquared_) {
-        return kNone;
-      }
-      if (square >= nearSquared_) {
-        return j;
-      }
-    }
-    return kNone;
-  }
-
- private:
-  const Samples& points_;
-  double nearSquared_;
-  double farSquared_;
-};
-
 /// Slopes at point `i` towards its neighbours, either of which may be missing.
 SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, LoneSide loneSide) {
-  const bool both = backward != kNone && forward != kNone;
-  const bool one = backward != kNone || forward != kNone;
+  const bool both = backward != kNoPoint && forward != kNoPoint;
+  const bool one = backward != kNoPoint || forward != kNoPoint;
   SQO_pointSlope slope = kNoSlope;
   if (!both && !(one && loneSide == LoneSide::kKept)) {
     return slope;
   }
   const STesk3DPoint& p = points[i].pt3D;
   slope.pntIdx = i;
-  if (forward != kNone) {
+  if (forward != kNoPoint) {
     slope.forwardAngle = chordAngle(p, points[forward].pt3D);
   }
-  if (backward != kNone) {
+  if (backward != kNoPoint) {
     slope.backwardAngle = chordAngle(points[backward].pt3D, p);
   }
   if (both) {
@@ -76,16 +43,35 @@ SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, 
   return slope;
 }
 
+/// The search for neighbours in the y-z plane.
+class NeighbourSearch {
+ public:
+  NeighbourSearch(const Samples& points, const SlopeSearch& search)
+      : farSquared_(leastSquareReaching(search.farLimit)),
+        reach_(inProfile(points), std::fmin(leastSquareReaching(search.scale), farSquared_)) {}
+
+  /// Searches from point `i` by `step` and before `end`.
+  int find(int i, int step, int end) {
+    const int j = reach_.find(i, step, end);
+    return j != kNoPoint && reach_.square(i, j) >= farSquared_ ? kNoPoint : j;
+  }
+
+ private:
+  double farSquared_;
+  ReachSearch reach_;
+};
+
+/// Fills the slopes at the points of one range.
 void fillSlopes(const Samples& points,
                 PointRange range,
-                const SlopeSearch& search,
+                LoneSide loneSide,
+                NeighbourSearch& search,
                 Slopes& slopes) {
-  const NeighbourWalk walk(points, search);
   for (int i = range.first; i <= range.last; ++i) {
-    const int backward = walk.find(i, -1, range.first - 1);
-    const bool wanted = backward != kNone || search.loneSide == LoneSide::kKept;
-    const int forward = wanted ? walk.find(i, 1, range.last + 1) : kNone;
-    slopes[i] = slopeAt(points, i, backward, forward, search.loneSide);
+    const int backward = search.find(i, -1, range.first - 1);
+    const bool wanted = backward != kNoPoint || loneSide == LoneSide::kKept;
+    const int forward = wanted ? search.find(i, 1, range.last + 1) : kNoPoint;
+    slopes[i] = slopeAt(points, i, backward, forward, loneSide);
   }
 }
 
@@ -93,22 +79,47 @@ double measured(const SQO_pointSlope& entry, CornerMeasure measure) {
   return measure == CornerMeasure::kMagnitude ? std::abs(entry.corner) : entry.corner;
 }
 
-/// Looks from candidate `k` by `step` for a greater one within the window.
-bool isOvertopped(
-    const Slopes& candidates, const Samples& points, const PeakRule& rule, int k, int step) {
-  const double y = points[candidates[k].pntIdx].pt3D.y;
-  const double own = measured(candidates[k], rule.measure);
+/// A candidate that no greater one has followed yet.
+struct Summit {
+  double measure;
+  double y;
+  double minY;  ///< Least and greatest y from the candidate back to the summit before it, which is
+  double maxY;  ///< left out.
+};
+
+/// Walks the candidates by `step` and marks those with a greater one before them in the window.
+///
+/// The summits passed have falling measures, so that the last one greater than a candidate is the
+/// nearest one greater. It is in the window if no y from there on is too far away, and rounding is
+/// monotone: the least and the greatest y decide for all of them. A measure that is not a number
+/// can only be that of the last candidate.
+void markOvertopped(const Slopes& candidates,
+                    const Samples& points,
+                    const PeakRule& rule,
+                    int step,
+                    std::vector<bool>& overtopped) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const int count = static_cast<int>(candidates.size());
-  for (int other = k + step; other >= 0 && other < count; other += step) {
-    const double dy = y - points[candidates[other].pntIdx].pt3D.y;
-    if (dy * dy > rule.windowSquared) {
-      return false;
+  std::vector<Summit> summits;
+  for (int k = step > 0 ? 0 : count - 1; k >= 0 && k < count; k += step) {
+    const double y = points[candidates[k].pntIdx].pt3D.y;
+    const double own = measured(candidates[k], rule.measure);
+    double minY = std::min(kInfinity, y);
+    double maxY = std::max(-kInfinity, y);
+    while (!summits.empty() && !(summits.back().measure > own)) {
+      minY = std::min(minY, summits.back().minY);
+      maxY = std::max(maxY, summits.back().maxY);
+      summits.pop_back();
     }
-    if (measured(candidates[other], rule.measure) > own) {
-      return true;
+    if (!summits.empty()) {
+      const double below = y - std::min(minY, summits.back().y);
+      const double above = y - std::max(maxY, summits.back().y);
+      if (!(below * below > rule.windowSquared) && !(above * above > rule.windowSquared)) {
+        overtopped[k] = true;
+      }
     }
+    summits.push_back({own, y, minY, maxY});
   }
-  return false;
 }
 
 }  // namespace
@@ -124,6 +135,15 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
   return points;
 }
 
+std::vector<PlanePoint> inProfile(const Samples& points) {
+  std::vector<PlanePoint> profile;
+  profile.reserve(points.size());
+  for (const STesk3DPosition& point : points) {
+    profile.push_back({point.pt3D.y, point.pt3D.z});
+  }
+  return profile;
+}
+
 Slopes slopePass(const Samples& points, const SlopeSearch& search) {
   return slopePass(points, {{0, static_cast<int>(points.size()) - 1}}, search);
 }
@@ -132,8 +152,9 @@ Slopes slopePass(const Samples& points,
                  const std::vector<PointRange>& ranges,
                  const SlopeSearch& search) {
   Slopes slopes(points.size());
+  NeighbourSearch neighbours(points, search);
   for (const PointRange& range : ranges) {
-    fillSlopes(points, range, search, slopes);
+    fillSlopes(points, range, search.loneSide, neighbours, slopes);
   }
   return slopes;
 }
@@ -174,14 +195,14 @@ CornerExtrema extremaPass(const Slopes& slopes, ExtremaSign sign) {
 }
 
 Slopes peakPass(const Slopes& candidates, const Samples& points, const PeakRule& rule) {
+  std::vector<bool> overtopped(candidates.size());
+  markOvertopped(candidates, points, rule, 1, overtopped);
+  markOvertopped(candidates, points, rule, -1, overtopped);
   Slopes peaks;
-  for (int k = 0; k < static_cast<int>(candidates.size()); ++k) {
-    if (rule.cornerTh > measured(candidates[k], rule.measure) ||
-        isOvertopped(candidates, points, rule, k, -1) ||
-        isOvertopped(candidates, points, rule, k, 1)) {
-      continue;
+  for (std::size_t k = 0; k < candidates.size(); ++k) {
+    if (!overtopped[k] && !(rule.cornerTh > measured(candidates[k], rule.measure))) {
+      peaks.push_back(candidates[k]);
     }
-    peaks.push_back(candidates[k]);
   }
   return peaks;
 }

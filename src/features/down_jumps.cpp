@@ -1,5 +1,9 @@
 #include <scanline/line_features.h>
+#include "features/append.h"
+#include "features/stretches.h"
 #include "records/sample_rules.h"
+
+namespace detail = scanline::detail;
 
 void qo_getLineDownJumps(STesk3DPosition* lineData,
                          int dataSize,
@@ -9,17 +13,17 @@ void qo_getLineDownJumps(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  const STesk3DPosition* previous = nullptr;
+  std::vector<SQO_basicFeature1D> jumps;
+  int previous = -1;
   for (int i = 0; i < dataSize; ++i) {
-    STesk3DPosition& sample = lineData[i];
-    sample.nPointIdx = i;
-    if (scanline::detail::isNoSample(sample.pt3D.z)) {
+    if (detail::isNoSample(lineData[i].pt3D.z)) {
       continue;
     }
-    if (previous != nullptr && sample.pt3D.z - previous->pt3D.z > jumpZ) {
-      line_jumps.push_back(
-          {FEATURE_JUMP_RISE, {lineIdx, previous->nPointIdx}, previous->pt3D, 0.0});
+    if (previous >= 0 && lineData[i].pt3D.z - lineData[previous].pt3D.z > jumpZ) {
+      jumps.push_back({FEATURE_JUMP_RISE, {lineIdx, previous}, lineData[previous].pt3D, 0.0});
     }
-    previous = &sample;
+    previous = i;
   }
+  detail::append(jumps, line_jumps);
+  detail::stampIndices(lineData, dataSize);
 }

@@ -1,6 +1,8 @@
+#include <algorithm>
 #include <cmath>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/stretches.h"
@@ -20,17 +22,17 @@ constexpr int kStretchEndsShift = 20;
 constexpr int kStartMarkOnly = detail::kStretchStartMark >> kStretchEndsShift;
 constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
 
-/// Marks the corners of a line on its samples.
+/// Marks the corners of a line on its samples, at the indices that the points bear.
 void markCorners(const detail::Samples& points,
                  const detail::Slopes& slopes,
                  const SQO_cornerParam& param,
-                 STesk3DPosition* lineData) {
+                 detail::Samples& line) {
   const detail::CornerExtrema extrema = detail::extremaPass(slopes, detail::ExtremaSign::kAny);
   const detail::PeakRule rule = {param.cornerTh, detail::twoScalesSquared(param.scale),
                                  detail::CornerMeasure::kValue};
   for (const auto& peak : detail::peakPass(extrema.maxima, points, rule)) {
-    lineData[points[peak.pntIdx].nPointIdx].nPointIdx |= detail::typeByFlatArm(peak, param)
-                                                         << kTypeShift;
+    line[points[peak.pntIdx].nPointIdx].nPointIdx |= detail::typeByFlatArm(peak, param)
+                                                     << kTypeShift;
   }
 }
 
@@ -65,19 +67,23 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                 std::vector<SQO_basicFeature1D>& line_features) {
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  detail::markStretchEnds(stretches, lineData);
   const detail::Slopes slopes = detail::slopePass(stretches.points, stretches.ranges,
                                                   detail::SlopeSearch::oneSided(cornerPara.scale));
-  markCorners(stretches.points, slopes, cornerPara, lineData);
+  detail::Samples line(lineData, lineData + std::max(dataSize, 0));
+  detail::markStretchEnds(stretches, line);
+  markCorners(stretches.points, slopes, cornerPara, line);
 
+  std::vector<SQO_basicFeature1D> features;
   std::size_t point = 0;
   for (int i = 0; i < dataSize; ++i) {
     // A hole has no slope; it bears marks only if the caller left them there.
     const bool isPoint = point < slopes.size() && stretches.sampleOf[point] == i;
     const detail::SQO_pointSlope slope = isPoint ? slopes[point++] : detail::SQO_pointSlope{};
-    const int type = typeOfMarked(lineData[i], slope, refZ, cornerPara.jumpCornerTh_1);
+    const int type = typeOfMarked(line[i], slope, refZ, cornerPara.jumpCornerTh_1);
     if (type != 0) {
-      line_features.push_back({type, {lineIdx, i}, lineData[i].pt3D, 0.0});
+      features.push_back({type, {lineIdx, i}, line[i].pt3D, 0.0});
     }
   }
+  detail::append(features, line_features);
+  std::copy(line.begin(), line.end(), lineData);
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/stretches.h"
 
@@ -66,8 +67,9 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           STeskRangeD ringArcWidth,
                           std::vector<SJU_segFeature>& line_ringArcs) {
   const detail::SlopedStretches line =
-      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
+      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
   const detail::Samples& points = line.stretches.points;
+  std::vector<SJU_segFeature> arcs;
   for (const detail::PointRange& stretch : line.stretches.ranges) {
     forEachArc(stretch, line.slopes, [&](const Arc& arc) {
       const double chord = chordOf(points[arc.first].pt3D, points[arc.last].pt3D);
@@ -78,8 +80,10 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
       const detail::PointRange extent = extentOf(arc, stretch, line.slopes);
       const STesk3DPosition& first = points[extent.first];
       const STesk3DPosition& last = points[extent.last];
-      line_ringArcs.push_back(
+      arcs.push_back(
           {lineIdx, first.nPointIdx, last.nPointIdx, 0, first.pt3D, last.pt3D, arc.turn()});
     });
   }
+  detail::append(arcs, line_ringArcs);
+  detail::stampIndices(lineData);
 }

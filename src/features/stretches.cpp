@@ -19,24 +19,31 @@ Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double st
       });
 }
 
-void stampIndices(std::vector<STesk3DPosition>& lineData) {
-  int index = 0;
-  for (STesk3DPosition& sample : lineData) {
-    sample.nPointIdx = index++;
+void stampIndices(STesk3DPosition* lineData, int dataSize) {
+  for (int i = 0; i < dataSize; ++i) {
+    lineData[i].nPointIdx = i;
   }
 }
 
-SlopedStretches stampAndSlope(std::vector<STesk3DPosition>& lineData, double stepZ, double scale) {
-  stampIndices(lineData);
+void stampIndices(std::vector<STesk3DPosition>& lineData) {
+  stampIndices(lineData.data(), static_cast<int>(lineData.size()));
+}
+
+SlopedStretches slopedStretches(const std::vector<STesk3DPosition>& lineData,
+                                double stepZ,
+                                double scale) {
   Stretches stretches = stretchesByZ(lineData.data(), static_cast<int>(lineData.size()), stepZ);
+  for (std::size_t k = 0; k < stretches.points.size(); ++k) {
+    stretches.points[k].nPointIdx = stretches.sampleOf[k];
+  }
   Slopes slopes = slopePass(stretches.points, stretches.ranges, SlopeSearch::unlimited(scale));
   return {std::move(stretches), std::move(slopes)};
 }
 
-void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData) {
+void markStretchEnds(const Stretches& stretches, Samples& line) {
   for (const PointRange& range : stretches.ranges) {
-    lineData[stretches.sampleOf[range.first]].nPointIdx |= kStretchStartMark;
-    lineData[stretches.sampleOf[range.last]].nPointIdx |= kStretchEndMark;
+    line[stretches.sampleOf[range.first]].nPointIdx |= kStretchStartMark;
+    line[stretches.sampleOf[range.last]].nPointIdx |= kStretchEndMark;
   }
 }
 

@@ -53,6 +53,7 @@ Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double ste
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ);
 
 /// Writes every sample's index on the line into its working word.
+void stampIndices(STesk3DPosition* lineData, int dataSize);
 void stampIndices(std::vector<STesk3DPosition>& lineData);
 
 /// A line's stretches with the slopes at their points, none of which leaves its stretch.
@@ -61,14 +62,17 @@ struct SlopedStretches {
   Slopes slopes;
 };
 
-/// Stamps a line with its indices, cuts it by steps in z and takes the slopes over `scale`.
-SlopedStretches stampAndSlope(std::vector<STesk3DPosition>& lineData, double stepZ, double scale);
+/// Cuts a line by steps in z and takes the slopes over `scale`. The points are stamped with their
+/// samples' indices.
+SlopedStretches slopedStretches(const std::vector<STesk3DPosition>& lineData,
+                                double stepZ,
+                                double scale);
 
 // Marks that line functions leave on the samples at the ends of stretches.
 constexpr int kStretchStartMark = 0x100000;
 constexpr int kStretchEndMark = 0x200000;
 
-/// Marks the first and the last sample of each stretch in the caller's line.
-void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData);
+/// Marks the first and the last sample of each stretch of a line.
+void markStretchEnds(const Stretches& stretches, Samples& line);
 
 }  // namespace scanline::detail
