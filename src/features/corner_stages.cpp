@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "features/reach_search.h"
 #include "geometry/root_free.h"
 #include "records/sample_rules.h"
 
@@ -48,7 +49,7 @@ class NeighbourSearch {
  public:
   NeighbourSearch(const Samples& points, const SlopeSearch& search)
       : farSquared_(leastSquareReaching(search.farLimit)),
-        reach_(inProfile(points), std::fmin(leastSquareReaching(search.scale), farSquared_)) {}
+        reach_(points, std::fmin(leastSquareReaching(search.scale), farSquared_)) {}
 
   /// Searches from point `i` by `step` and before `end`.
   int find(int i, int step, int end) {
@@ -79,46 +80,60 @@ double measured(const SQO_pointSlope& entry, CornerMeasure measure) {
   return measure == CornerMeasure::kMagnitude ? std::abs(entry.corner) : entry.corner;
 }
 
-/// A candidate that no greater one has followed yet.
+/// The least and the greatest y of some candidates. Each has a slope, so its y is a number.
+struct Extent {
+  double min = std::numeric_limits<double>::infinity();
+  double max = -std::numeric_limits<double>::infinity();
+
+  void take(double y) {
+    min = std::min(min, y);
+    max = std::max(max, y);
+  }
+};
+
+/// A candidate that no greater one has followed so far.
 struct Summit {
   double measure;
   double y;
-  double minY;  ///< Least and greatest y from the candidate back to the summit before it, which is
-  double maxY;  ///< left out.
+  Extent since;  ///< Extent from the summit before it, excluded, up to it.
 };
 
 /// Walks the candidates by `step` and marks those with a greater one before them in the window.
 ///
-/// The summits passed have falling measures, so that the last one greater than a candidate is the
-/// nearest one greater. It is in the window if no y from there on is too far away, and rounding is
-/// monotone: the least and the greatest y decide for all of them. A measure that is not a number
-/// can only be that of the last candidate.
+/// The measures of the summits fall, so the last one greater than a candidate is the nearest one
+/// greater. It is in the window if no y from there on is too far away. Rounding is monotone, so the
+/// least and the greatest y decide for all of them. A candidate below the threshold is greater than
+/// none above it, and only its y counts. A measure that is not a number is that of the last
+/// candidate, or there is none.
 void markOvertopped(const Slopes& candidates,
                     const Samples& points,
                     const PeakRule& rule,
                     int step,
                     std::vector<bool>& overtopped) {
-  constexpr double kInfinity = std::numeric_limits<double>::infinity();
   const int count = static_cast<int>(candidates.size());
+  const auto isOutside = [&rule](double dy) { return dy * dy > rule.windowSquared; };
   std::vector<Summit> summits;
+  Extent since;
   for (int k = step > 0 ? 0 : count - 1; k >= 0 && k < count; k += step) {
     const double y = points[candidates[k].pntIdx].pt3D.y;
     const double own = measured(candidates[k], rule.measure);
-    double minY = std::min(kInfinity, y);
-    double maxY = std::max(-kInfinity, y);
+    since.take(y);
+    if (rule.cornerTh > own) {
+      continue;
+    }
     while (!summits.empty() && !(summits.back().measure > own)) {
-      minY = std::min(minY, summits.back().minY);
-      maxY = std::max(maxY, summits.back().maxY);
+      since.take(summits.back().since.min);
+      since.take(summits.back().since.max);
       summits.pop_back();
     }
     if (!summits.empty()) {
-      const double below = y - std::min(minY, summits.back().y);
-      const double above = y - std::max(maxY, summits.back().y);
-      if (!(below * below > rule.windowSquared) && !(above * above > rule.windowSquared)) {
-        overtopped[k] = true;
-      }
+      Extent upToGreater = since;
+      upToGreater.take(summits.back().y);
+      overtopped[k] =
+          overtopped[k] || !(isOutside(y - upToGreater.min) || isOutside(y - upToGreater.max));
     }
-    summits.push_back({own, y, minY, maxY});
+    summits.push_back({own, y, since});
+    since = {};
   }
 }
 
@@ -133,15 +148,6 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
     }
   }
   return points;
-}
-
-std::vector<PlanePoint> inProfile(const Samples& points) {
-  std::vector<PlanePoint> profile;
-  profile.reserve(points.size());
-  for (const STesk3DPosition& point : points) {
-    profile.push_back({point.pt3D.y, point.pt3D.z});
-  }
-  return profile;
 }
 
 Slopes slopePass(const Samples& points, const SlopeSearch& search) {

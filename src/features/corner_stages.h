@@ -4,7 +4,6 @@
 #include <vector>
 
 #include <scanline/scan_records.h>
-#include "features/reach_search.h"
 
 /// The stages that all extractors of the corner family are put together from: valid points, slopes,
 /// extrema of the corner measure, peaks among them.
@@ -30,9 +29,6 @@ using Slopes = std::vector<SQO_pointSlope>;
 
 /// Copies of the samples above the no-sample limit, each stamped with its index on the line.
 Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
-
-/// The points in the y-z plane.
-std::vector<PlanePoint> inProfile(const Samples& points);
 
 /// What becomes of a point with a neighbour on one side only.
 enum class LoneSide {

@@ -1,9 +1,5 @@
 #include <scanline/line_features.h>
-#include "features/append.h"
-#include "features/stretches.h"
 #include "records/sample_rules.h"
-
-namespace detail = scanline::detail;
 
 void qo_getLineDownJumps(STesk3DPosition* lineData,
                          int dataSize,
@@ -13,17 +9,17 @@ void qo_getLineDownJumps(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  std::vector<SQO_basicFeature1D> jumps;
-  int previous = -1;
+  const STesk3DPosition* previous = nullptr;
   for (int i = 0; i < dataSize; ++i) {
-    if (detail::isNoSample(lineData[i].pt3D.z)) {
+    STesk3DPosition& sample = lineData[i];
+    sample.nPointIdx = i;
+    if (scanline::detail::isNoSample(sample.pt3D.z)) {
       continue;
     }
-    if (previous >= 0 && lineData[i].pt3D.z - lineData[previous].pt3D.z > jumpZ) {
-      jumps.push_back({FEATURE_JUMP_RISE, {lineIdx, previous}, lineData[previous].pt3D, 0.0});
+    if (previous != nullptr && sample.pt3D.z - previous->pt3D.z > jumpZ) {
+      line_jumps.push_back(
+          {FEATURE_JUMP_RISE, {lineIdx, previous->nPointIdx}, previous->pt3D, 0.0});
     }
-    previous = i;
+    previous = &sample;
   }
-  detail::append(jumps, line_jumps);
-  detail::stampIndices(lineData, dataSize);
 }

@@ -49,7 +49,7 @@ Overtopping findOvertopping(const detail::Samples& points) {
 std::vector<int> findSummits(const detail::Samples& points, double scale) {
   const int count = static_cast<int>(points.size());
   const Overtopping nearest = findOvertopping(points);
-  detail::ReachSearch search(detail::inProfile(points), detail::leastSquareReaching(scale));
+  detail::ReachSearch search(points, detail::leastSquareReaching(scale));
   std::vector<int> summits;
   for (int i = 0; i < count; ++i) {
     const int before = nearest.before[i];

@@ -19,7 +19,7 @@ constexpr int kGround = 1;
 class GroundSearch {
  public:
   GroundSearch(const detail::Samples& points, const std::vector<int>& groundMask, double groundDist)
-      : tooFar_(seenFromAbove(points), detail::leastSquareExceeding(groundDist)) {
+      : plan_(seenFromAbove(points)), tooFar_(plan_, detail::leastSquareExceeding(groundDist)) {
     for (int i = 0; i < static_cast<int>(points.size()); ++i) {
       if (groundMask[points[i].nPointIdx] == kGround) {
         ground_.push_back(i);
@@ -39,15 +39,16 @@ class GroundSearch {
   }
 
  private:
-  static std::vector<detail::PlanePoint> seenFromAbove(const detail::Samples& points) {
-    std::vector<detail::PlanePoint> plan;
-    plan.reserve(points.size());
-    for (const STesk3DPosition& point : points) {
-      plan.push_back({point.pt3D.x, point.pt3D.y});
+  /// The points with x in the place of z.
+  static detail::Samples seenFromAbove(const detail::Samples& points) {
+    detail::Samples plan = points;
+    for (STesk3DPosition& point : plan) {
+      point.pt3D.z = point.pt3D.x;
     }
     return plan;
   }
 
+  detail::Samples plan_;
   detail::ReachSearch tooFar_;
   std::vector<int> ground_;  ///< The points on the ground, in line order.
 };

@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include <scanline/line_features.h>
 #include "features/append.h"
 #include "features/corner_types.h"
@@ -10,15 +8,13 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// A copy of the line in which what lies above a height is a hole.
-detail::Samples blankedAbove(const STesk3DPosition* lineData, int dataSize, double maxZ) {
-  detail::Samples line(lineData, lineData + std::max(dataSize, 0));
-  for (STesk3DPosition& sample : line) {
-    if (sample.pt3D.z > maxZ) {
-      sample.pt3D.z = 0.0;
+/// Turns what lies above a height into holes for later calls.
+void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
+  for (int i = 0; i < dataSize; ++i) {
+    if (lineData[i].pt3D.z > maxZ) {
+      lineData[i].pt3D.z = 0.0;
     }
   }
-  return line;
 }
 
 /// The stretches as runs, numbered from 1. The last has the index of its last sample for a number:
@@ -43,17 +39,16 @@ void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                  double maxZ,
                                  SQO_cornerParam cornerPara,
                                  SQO_lineFeature* line_features) {
-  detail::Samples line = blankedAbove(lineData, dataSize, maxZ);
   const detail::Stretches stretches =
-      detail::stretchesByZ(line.data(), dataSize, cornerPara.minEndingGap_z);
-  detail::markStretchEnds(stretches, line);
+      detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z, maxZ);
   const auto corners = detail::steepCorners(stretches.points, lineIdx, cornerPara);
   std::vector<SQO_RUN> runs = asRuns(stretches);
-  detail::joinRuns(line.data(), cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
+  detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
   std::vector<SQO_basicFeature1D> endings;
-  detail::appendEndings(line.data(), lineIdx, runs, endings);
+  detail::appendEndings(lineData, lineIdx, runs, endings);
   detail::append(corners, endings, *line_features);
-  // From here on nothing fails: the caller's record and line take the results.
+  // Nothing fails from here on.
   line_features->lineIdx = lineIdx;
-  std::copy(line.begin(), line.end(), lineData);
+  blankAbove(lineData, dataSize, maxZ);
+  detail::markStretchEnds(stretches, lineData);
 }

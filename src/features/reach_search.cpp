@@ -21,10 +21,11 @@ void ReachSearch::buildBlocks() {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   std::vector<Block> level;
   level.reserve(points_.size());
-  for (const PlanePoint& point : points_) {
-    const PlanePoint place =
-        std::isnan(point.u) || std::isnan(point.v) ? PlanePoint{kNan, kNan} : point;
-    level.push_back({place, place});
+  for (const STesk3DPosition& point : points_) {
+    const double y = point.pt3D.y;
+    const double z = point.pt3D.z;
+    const bool isPlace = !std::isnan(y) && !std::isnan(z);
+    level.push_back(isPlace ? Block{y, y, z, z} : Block{kNan, kNan, kNan, kNan});
   }
   std::vector<std::vector<Block>> levels = {std::move(level)};
   while (levels.back().size() > 1) {
@@ -34,9 +35,8 @@ void ReachSearch::buildBlocks() {
     for (std::size_t k = 0; k < halves.size(); k += 2) {
       const Block& a = halves[k];
       const Block& b = halves[std::min(k + 1, halves.size() - 1)];
-      blocks.push_back(
-          {{std::fmin(a.least.u, b.least.u), std::fmin(a.least.v, b.least.v)},
-           {std::fmax(a.greatest.u, b.greatest.u), std::fmax(a.greatest.v, b.greatest.v)}});
+      blocks.push_back({std::fmin(a.minY, b.minY), std::fmax(a.maxY, b.maxY),
+                        std::fmin(a.minZ, b.minZ), std::fmax(a.maxZ, b.maxZ)});
     }
     levels.push_back(std::move(blocks));
   }
@@ -44,10 +44,10 @@ void ReachSearch::buildBlocks() {
 }
 
 /// Decides exactly on a block of one point, and never passes over a point that is reached.
-bool ReachSearch::mayReach(const PlanePoint& from, const Block& block) const {
-  const double du = greatestDistance(from.u, block.least.u, block.greatest.u);
-  const double dv = greatestDistance(from.v, block.least.v, block.greatest.v);
-  return du * du + dv * dv >= leastSquare_;
+bool ReachSearch::mayReach(const STesk3DPoint& from, const Block& block) const {
+  const double dy = greatestDistance(from.y, block.minY, block.maxY);
+  const double dz = greatestDistance(from.z, block.minZ, block.maxZ);
+  return dy * dy + dz * dz >= leastSquare_;
 }
 
 /// Goes on from point `j`, which is always the nearest of the block that it stands for.
@@ -55,7 +55,7 @@ int ReachSearch::findInBlocks(int i, int j, int step, int end) {
   if (levels_.empty()) {
     buildBlocks();
   }
-  const PlanePoint from = points_[i];
+  const STesk3DPoint from = points_[i].pt3D;
   const int top = static_cast<int>(levels_.size()) - 1;
   int level = 0;
   while ((end - j) * step > 0) {

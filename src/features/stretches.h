@@ -23,8 +23,12 @@ struct Stretches {
 };
 
 /// Cuts a line where `continues(before, point)` denies that a valid point continues the one before.
+/// Samples above `maxZ` are holes.
 template <typename Continues>
-Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues continues) {
+Stretches findStretches(const STesk3DPosition* lineData,
+                        int dataSize,
+                        double maxZ,
+                        Continues continues) {
   Stretches found;
   if (dataSize > 0) {
     found.points.reserve(static_cast<std::size_t>(dataSize));
@@ -32,7 +36,7 @@ Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues
   }
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPosition& sample = lineData[i];
-    if (isHole(sample.pt3D.z)) {
+    if (isHole(sample.pt3D.z) || sample.pt3D.z > maxZ) {
       continue;
     }
     const int point = static_cast<int>(found.points.size());
@@ -46,14 +50,13 @@ Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues
   return found;
 }
 
-/// Stretches without a step in z of `stepZ` or more.
-Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ);
+/// Stretches without a step in z of `stepZ` or more. Samples above `maxZ` are holes.
+Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ, double maxZ);
 
 /// Stretches without a step in z of `stepZ` or more, or in y of `stepY` or more.
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ);
 
 /// Writes every sample's index on the line into its working word.
-void stampIndices(STesk3DPosition* lineData, int dataSize);
 void stampIndices(std::vector<STesk3DPosition>& lineData);
 
 /// A line's stretches with the slopes at their points, none of which leaves its stretch.
@@ -72,7 +75,7 @@ SlopedStretches slopedStretches(const std::vector<STesk3DPosition>& lineData,
 constexpr int kStretchStartMark = 0x100000;
 constexpr int kStretchEndMark = 0x200000;
 
-/// Marks the first and the last sample of each stretch of a line.
-void markStretchEnds(const Stretches& stretches, Samples& line);
+/// Marks the first and the last sample of each stretch in the caller's line.
+void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData);
 
 }  // namespace scanline::detail
