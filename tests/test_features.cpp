@@ -15,60 +15,40 @@ using build::Found;
 using build::found;
 using build::Line;
 
-// Runs break at steps above 5 and join below 3.
-constexpr SQO_cornerParam kParam = {3.0, 5.0, 3.0, 45.0, 60.0, 30.0};
-
-int size(const Line& line) {
-  return static_cast<int>(line.size());
-}
-
-/// The endings of segments from a first to a last sample.
-Found endingsOf(const std::vector<std::pair<int, int>>& segments) {
-  Found endings;
-  for (const auto& [first, last] : segments) {
-    endings.emplace_back(FEATURE_SEG_START, first);
-    endings.emplace_back(FEATURE_SEG_END, last);
-  }
-  return endings;
-}
-
-TEST(CornerFeature, EndingsAreAppended) {
-  const std::tuple<const char*, Line, Found> cases[] = {
-      {"no samples", {}, {}},
-      {"only holes, 0.0001 is one", build::lineOfZ({0.0, 0.0001, -3.0}), {}},
-      {"one sample", build::lineOfZ({0, 10, 0}), endingsOf({{1, 1}})},
-      {"a step of exactly the limit", build::lineOfZ({10, 15}), endingsOf({{0, 1}})},
-      {"a step never rejoins", build::lineOfZ({10, 15.5}, 0, 0), endingsOf({{0, 0}, {1, 1}})},
-      {"a hole narrower than the gap", build::lineOfZ({10, 0, 10}), endingsOf({{0, 2}})},
-      {"a hole as wide", build::lineOfZ({10, 0, 0, 10}), endingsOf({{0, 0}, {3, 3}})},
-      {"a hole with a step", build::lineOfZ({10, 0, 15}), endingsOf({{0, 0}, {2, 2}})},
-      {"a chain of holes", build::lineOfZ({9, 0, 10, 11, 0, 12, 0, 0, 12}),
-       endingsOf({{0, 5}, {8, 8}})},
+// Segments begin with a 6 and end with a 7. The basic search breaks them by holes and by steps
+// above 5, and joins them across less than 3 in y. The other one breaks them by steps of 5 alone,
+// sees nothing above 80, and drops a line whose only sample is the first.
+TEST(CornerFeatures, EndingsAreAppended) {
+  const auto line = [](const std::vector<double>& z) { return build::lineOfZ(z); };
+  const std::tuple<Line, Found, Found> cases[] = {
+      {line({}), {}, {}},
+      {line({0, 0.0001, -3}), {}, {}},
+      {line({0, 10, 0}), {{6, 1}, {7, 1}}, {{6, 1}, {7, 1}}},
+      {line({10, 0, 0}), {{6, 0}, {7, 0}}, {}},
+      {line({10, 15}), {{6, 0}, {7, 1}}, {{6, 0}, {7, 0}, {6, 1}, {7, 1}}},
+      {line({15.5, 10}), {{6, 0}, {7, 0}, {6, 1}, {7, 1}}, {{6, 0}, {7, 0}, {6, 1}, {7, 1}}},
+      {line({10, 0, 10}), {{6, 0}, {7, 2}}, {{6, 0}, {7, 2}}},
+      {line({10, 0, 0, 10}), {{6, 0}, {7, 0}, {6, 3}, {7, 3}}, {{6, 0}, {7, 3}}},
+      {line({15, 0, 10}), {{6, 0}, {7, 0}, {6, 2}, {7, 2}}, {{6, 0}, {7, 0}, {6, 2}, {7, 2}}},
+      {line({9, 0, 9, 9, 0, 9, 0, 0, 9}), {{6, 0}, {7, 5}, {6, 8}, {7, 8}}, {{6, 0}, {7, 8}}},
+      {line({80.25, 80, 81}), {{6, 0}, {7, 2}}, {{6, 1}, {7, 1}}},
   };
-  for (auto [name, line, expected] : cases) {
+  for (auto [samples, runs, stretches] : cases) {
+    constexpr SQO_cornerParam kParam = {3.0, 5.0, 3.0, 45.0, 60.0, 30.0};
+    const int size = static_cast<int>(samples.size());
     SQO_lineFeature result = {};
-    qo_getLineCornerFeature(line.data(), size(line), 7, kParam, &result);
-    EXPECT_EQ(found(result.endings), expected) << name;
-    EXPECT_EQ(result.lineIdx, 7) << name;
-    qo_getLineCornerFeature(line.data(), size(line), 8, kParam, &result);
-    EXPECT_EQ(result.endings.size(), 2 * expected.size()) << name;
-    EXPECT_TRUE(expected.empty() || result.endings.back().jumpPos2D.x == 8) << name;
-    EXPECT_TRUE(expected.empty() || result.endings[0].jumpPos.z == line[expected[0].second].pt3D.z);
-  }
-}
-
-// Holes do not end a segment; a line whose only sample is the first has none.
-TEST(PsmCorners, EndingsBelowAHeight) {
-  const std::pair<Line, Found> cases[] = {
-      {build::lineOfZ({80.25, 10, 0, 0, 10, 15, 80, 80, 0, 0, 80, 81}),
-       endingsOf({{1, 4}, {5, 5}, {6, 10}})},
-      {build::lineOfZ({10, 0, 0}), {}},
-      {build::lineOfZ({0, 10, 0}), endingsOf({{1, 1}})}};
-  for (auto [line, expected] : cases) {
-    SQO_lineFeature result = {};
-    ju_getLineCornerFeature_PSM(line.data(), size(line), 4, 80.0, kParam, &result);
-    EXPECT_EQ(found(result.endings), expected);
-    EXPECT_EQ(result.lineIdx, 4);
+    qo_getLineCornerFeature(samples.data(), size, 7, kParam, &result);
+    EXPECT_EQ(found(result.endings), runs);
+    ju_getLineCornerFeature_PSM(samples.data(), size, 8, 80.0, kParam, &result);
+    const std::size_t first = runs.size();
+    runs.insert(runs.end(), stretches.begin(), stretches.end());
+    ASSERT_EQ(found(result.endings), runs);
+    EXPECT_EQ(result.lineIdx, 8);
+    for (std::size_t i = 0; i < runs.size(); ++i) {
+      EXPECT_EQ(result.endings[i].jumpPos2D.x, i < first ? 7 : 8);
+      EXPECT_EQ(result.endings[i].jumpPos.y, samples[runs[i].second].pt3D.y);
+      EXPECT_EQ(result.endings[i].featureValue, 0.0);
+    }
   }
 }
 
@@ -78,13 +58,16 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
   std::vector<SQO_basicFeature1D> features;
   qo_getLineDownJumps(line.data(), 1, 3, 5.0, features);
   EXPECT_EQ(line[0].nPointIdx, -1) << "too short a line is left alone";
-  qo_getLineDownJumps(line.data(), size(line), 3, 5.0, features);
-  EXPECT_EQ(found(features), (Found{{FEATURE_JUMP_RISE, 2}}));
+  qo_getLineDownJumps(line.data(), 7, 3, 5.0, features);
+  qo_getLineDownJumps(line.data(), 2, 4, 4.5, features);
+  EXPECT_EQ(found(features), (Found{{FEATURE_JUMP_RISE, 2}, {FEATURE_JUMP_RISE, 0}}));
+  const auto& [type, at2D, at, value] = features[0];
+  EXPECT_TRUE(at2D.x == 3 && at.y == 2.0 && value == 0.0);
   EXPECT_EQ(build::stampsOf(line), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
 }
 
+// A bowl between two flat shoulders, and without them.
 TEST(RingArcs, LimitsOfTurnAndChord) {
-  // A bowl between two flat shoulders.
   Line line = build::profileLine(41, 1.0, [](double y) {
     const double d = std::min(10.0, std::abs(y - 20.0));
     return 100.0 + 0.25 * d * d;
@@ -94,17 +77,15 @@ TEST(RingArcs, LimitsOfTurnAndChord) {
     ju_getRingArcFeature(line, 5, {0.0, 50.0, 1.5, turn, 0.0, 0.0}, width, arcs);
     return arcs;
   };
-  const auto inside = arcsOf({0.0, 100.0}, 90.0);
-  ASSERT_EQ(inside.size(), 1U);
-  EXPECT_EQ(std::make_pair(inside[0].startPtIdx, inside[0].endPtIdx), std::make_pair(11, 29));
-  const double chord = inside[0].endPt.y - inside[0].startPt.y;
+  const SJU_segFeature inside = arcsOf({0.0, 100.0}, 90.0).at(0);
+  EXPECT_EQ(std::make_pair(inside.startPtIdx, inside.endPtIdx), std::make_pair(11, 29));
+  const double chord = inside.endPt.y - inside.startPt.y;
   EXPECT_EQ(arcsOf({chord, chord}, 90.0).size(), 1U) << "both limits are included";
-  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside[0].segValue).empty()) << "the turn is not";
+  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside.segValue).empty()) << "the turn is not";
   line.erase(line.begin() + 31, line.end());
   line.erase(line.begin(), line.begin() + 10);
-  const auto filling = arcsOf({0.0, 100.0}, 90.0);
-  ASSERT_EQ(filling.size(), 1U) << "without shoulders";
-  EXPECT_EQ(std::make_pair(filling[0].startPtIdx, filling[0].endPtIdx), std::make_pair(0, 20));
+  const SJU_segFeature filling = arcsOf({0.0, 100.0}, 90.0).at(0);
+  EXPECT_EQ(std::make_pair(filling.startPtIdx, filling.endPtIdx), std::make_pair(0, 20));
 }
 
 }  // namespace

@@ -10,8 +10,6 @@
 namespace scanline::detail {
 namespace {
 
-constexpr SQO_pointSlope kNoSlope = {kNoPoint, 0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
-
 /// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
 /// y behaves like one with rising y.
 double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
@@ -22,7 +20,8 @@ double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
 SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, LoneSide loneSide) {
   const bool both = backward != kNoPoint && forward != kNoPoint;
   const bool one = backward != kNoPoint || forward != kNoPoint;
-  SQO_pointSlope slope = kNoSlope;
+  SQO_pointSlope slope = {};
+  slope.pntIdx = kNoPoint;
   if (!both && !(one && loneSide == LoneSide::kKept)) {
     return slope;
   }
@@ -38,8 +37,6 @@ SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, 
     slope.forwardZ = points[forward].pt3D.z;
     slope.backwardZ = points[backward].pt3D.z;
     slope.corner = -(slope.forwardAngle - slope.backwardAngle);
-    slope.forwardDiffZ = slope.forwardZ - p.z;
-    slope.backwardDiffZ = p.z - slope.backwardZ;
   }
   return slope;
 }
