@@ -3,6 +3,7 @@
 #include <scanline/line_features.h>
 #include "bench_scan.h"
 #include "plain_corners.h"
+#include "plain_glove_arcs.h"
 
 namespace {
 
@@ -202,6 +203,13 @@ void BM_Features_GloveArcs(benchmark::State& state) {
       });
 }
 BENCHMARK(BM_Features_GloveArcs)->Unit(benchmark::kMillisecond);
+
+void BM_Features_PlainGloveArcs(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int lineIdx, auto& arcs) {
+    arcs = plain::gloveArcs(plain::placesOf(line), lineIdx, {1.5, 6.0, 45.0});
+  });
+}
+BENCHMARK(BM_Features_PlainGloveArcs)->Unit(benchmark::kMillisecond);
 
 void BM_Features_Raised(benchmark::State& state) {
   runOnScan<SJU_segFeature>(

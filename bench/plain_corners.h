@@ -1,7 +1,7 @@
 #pragma once
 
-/// The corner search in its plainest form: every walk looks at every sample. The tests compare the
-/// library with it, the benchmarks measure against it.
+/// The searches of the corner family in their plainest form: every walk looks at every sample. The
+/// tests compare the library with them, the benchmarks measure against them.
 
 #include <cmath>
 #include <vector>
@@ -169,6 +169,10 @@ inline std::vector<int> peaksOf(const Places& places,
   return peaks;
 }
 
+inline SQO_basicFeature1D featureAt(const Place& place, int lineIdx, int type, double value = 0.0) {
+  return {type, {lineIdx, place.sample}, place.at, value};
+}
+
 inline int steepType(const Bend& bend, const SQO_cornerParam& param) {
   if (bend.back > param.jumpCornerTh_1 && bend.fore > -param.jumpCornerTh_2) {
     return FEATURE_JUMP_RISE;
@@ -189,10 +193,8 @@ inline std::vector<SQO_basicFeature1D> corners(const Places& places,
       bendsOf(places, param.scale, false, masked ? param.scale * 4.0 : std::nan(""));
   std::vector<SQO_basicFeature1D> features;
   for (const int i : peaksOf(places, bends, 1, false, param.cornerTh, 2.0 * param.scale)) {
-    features.push_back({steepType(bends[i], param),
-                        {lineIdx, places[i].sample},
-                        places[i].at,
-                        masked ? bends[i].corner : 0.0});
+    const double value = masked ? bends[i].corner : 0.0;
+    features.push_back(featureAt(places[i], lineIdx, steepType(bends[i], param), value));
   }
   return features;
 }
@@ -229,7 +231,7 @@ inline std::vector<SQO_basicFeature1D> groundCorners(const Places& places,
     }
     const int type = flatArm(bends[i], param);
     if (found && type != 0) {
-      features.push_back({type, {lineIdx, places[i].sample}, places[i].at, bends[i].corner});
+      features.push_back(featureAt(places[i], lineIdx, type, bends[i].corner));
     }
   }
   return features;

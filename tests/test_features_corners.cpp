@@ -12,6 +12,7 @@
 #include <scanline/line_features.h>
 #include "builders.h"
 #include "plain_corners.h"
+#include "plain_glove_arcs.h"
 
 // The corner family against its rules in their plainest form, on random lines. Steps, angles and
 // limits come from small grids, so values stand exactly at their limits all the time.
@@ -32,10 +33,6 @@ std::string text(const Features& features) {
   return build::text(fields);
 }
 
-SQO_basicFeature1D featureAt(const plain::Place& place, int type, double value = 0.0) {
-  return {type, {kLine, place.sample}, place.at, value};
-}
-
 /// 1 if the backward arm is steep and the forward one flat, 2 the other way round, or 0.
 int armsOf(const plain::Bend& bend, const SQO_cornerParam& param) {
   const auto isFlat = [&](double arm) { return std::abs(arm) < param.jumpCornerTh_1; };
@@ -49,7 +46,7 @@ Features armCorners(const Places& places, const SQO_cornerParam& param) {
   Features features;
   for (const int i : peaksOf(places, bends, 1, true, param.cornerTh, 2.0 * param.scale)) {
     const int arms = armsOf(bends[i], param);
-    features.push_back(featureAt(places[i], arms == 0 ? FEATURE_CORNER_OTHER : arms));
+    features.push_back(featureAt(places[i], kLine, arms == 0 ? FEATURE_CORNER_OTHER : arms));
   }
   return features;
 }
@@ -86,7 +83,7 @@ Features referenceCorners(const Places& places,
       type = std::abs(arm) < param.jumpCornerTh_1 ? 3 - ends : 0;
     }
     if (type != 0) {
-      features.push_back(featureAt(places[i], type));
+      features.push_back(featureAt(places[i], kLine, type));
     }
   }
   return features;
@@ -122,13 +119,12 @@ Features stepJumps(const Places& places, const SQO_cornerParam& param) {
   for (auto before = kinds.begin(), at = before; at != kinds.end(); before = at++) {
     const auto [a, kindA] = *before;
     const auto [b, kindB] = *at;
-    if (std::abs(places[a].at.y - places[b].at.y) < param.minEndingGap &&
+    const bool falls = kindA == 2 && kindB == -1;
+    if ((falls || (kindA == -2 && kindB == 1)) &&
+        std::abs(places[a].at.y - places[b].at.y) < param.minEndingGap &&
         std::abs(bends[b].foreZ - bends[a].backZ) > param.minEndingGap_z) {
-      if (kindA == 2 && kindB == -1) {
-        jumps.push_back(featureAt(places[a], FEATURE_JUMP_FALL, bends[a].backZ));
-      } else if (kindA == -2 && kindB == 1) {
-        jumps.push_back(featureAt(places[b], FEATURE_JUMP_RISE, bends[b].foreZ));
-      }
+      jumps.push_back(falls ? featureAt(places[a], kLine, FEATURE_JUMP_FALL, bends[a].backZ)
+                            : featureAt(places[b], kLine, FEATURE_JUMP_RISE, bends[b].foreZ));
     }
   }
   return jumps;
@@ -141,7 +137,7 @@ double pick(std::mt19937& rng, std::initializer_list<double> values) {
 /// A line with holes, jumps, turns and values that are not numbers. Long ones hardly advance, so
 /// that neighbours are hundreds of samples away.
 Line randomLine(std::mt19937& rng) {
-  const double count = pick(rng, {0.0, 1.0, 2.0, 9.0, 20.0, 40.0, 40.0, 40.0, 40.0, 400.0});
+  const double count = pick(rng, {0.0, 1.0, 9.0, 10.0, 20.0, 40.0, 40.0, 40.0, 40.0, 400.0});
   const double unit = count > 40.0 ? 0.03125 : 1.0;
   STesk3DPoint at = {3.0, -12.0, 50.0};
   Line line;
@@ -158,7 +154,7 @@ Line randomLine(std::mt19937& rng) {
 
 TEST(CornerFamily, FollowsThePlainRules) {
   std::mt19937 rng;
-  std::vector<int> found(8);
+  std::vector<int> found(9);
   for (int round = 0; round < 1500; ++round) {
     const Line line = randomLine(rng);
     const int size = static_cast<int>(line.size());
@@ -187,6 +183,11 @@ TEST(CornerFamily, FollowsThePlainRules) {
           line);
     qo_getLineJumpFeature_cornerMethod(sent.data(), size, kLine, param, features);
     check(1, text(features), text(stepJumps(plain::placesOf(line), param)), line);
+
+    const SQO_gloveArcParam glove = {param.scale, limit, param.cornerTh};
+    const auto arcs = plain::gloveArcs(plain::placesOf(line), kLine, glove);
+    ju_getLineGloveArcs(sent, kLine, glove, features);
+    check(8, text(features), text(size < 10 ? Features() : arcs), line);
 
     Line marked = line;
     markEnds(byYZ, marked);
@@ -227,6 +228,8 @@ TEST(CornerFamily, FollowsThePlainRules) {
     Line rims;
     for (const SQO_basicFeatureGap& gap : gaps) {
       EXPECT_EQ(gap.lineIdx, kLine);
+      EXPECT_EQ(std::count(std::begin(gap.reserved1), std::end(gap.reserved1), 0U), 3);
+      EXPECT_EQ(std::count(std::begin(gap.reserved2), std::end(gap.reserved2), 0U), 4);
       rims.insert(rims.end(), {gap.gapStart, gap.gapEnd});
     }
     check(6, build::text(rims), build::text(gapRims(byZ, {1.0, limit}, param)), line);
