@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
@@ -24,13 +23,11 @@ struct Arc {
 };
 
 /// An arc that leaves no slopes on either side of it fills its stretch and takes in the two points
-/// at the stretch's ends, which cannot have any.
+/// at the stretch's ends. These cannot have any, so an arc always has a point on either side.
 detail::PointRange extentOf(const Arc& arc,
                             const detail::PointRange& stretch,
                             const detail::Slopes& slopes) {
-  const int before = std::max(arc.first - 1, stretch.first);
-  const int behind = std::min(arc.last + 1, stretch.last);
-  const bool isInside = slopes[before].pntIdx >= 0 || slopes[behind].pntIdx >= 0;
+  const bool isInside = slopes[arc.first - 1].pntIdx >= 0 || slopes[arc.last + 1].pntIdx >= 0;
   return isInside ? detail::PointRange{arc.first, arc.last} : stretch;
 }
 
