@@ -2,6 +2,8 @@
 
 #include <scanline/line_features.h>
 #include "bench_scan.h"
+#include "plain_corners.h"
+#include "plain_glove_arcs.h"
 
 namespace {
 
@@ -51,6 +53,22 @@ BENCHMARK(BM_Features_Corner)
     ->Arg(4)
     ->Arg(8)
     ->Arg(32)
+    ->Arg(256)
+    ->Arg(4096)
+    ->Unit(benchmark::kMillisecond);
+
+// What the search in blocks is worth.
+void BM_Features_PlainCorner(benchmark::State& state) {
+  SQO_cornerParam param = kCorner;
+  param.scale = 0.2 * static_cast<double>(state.range(0));
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    found = plain::corners(plain::placesOf(line), l, param);
+  });
+}
+BENCHMARK(BM_Features_PlainCorner)
+    ->ArgName("scale_in_samples")
+    ->Arg(8)
+    ->Arg(256)
     ->Unit(benchmark::kMillisecond);
 
 void BM_Features_MaskedCorner(benchmark::State& state) {
@@ -86,6 +104,15 @@ void BM_Features_GroundCorner(benchmark::State& state) {
   });
 }
 BENCHMARK(BM_Features_GroundCorner)->Unit(benchmark::kMillisecond);
+
+void BM_Features_PlainGroundCorner(benchmark::State& state) {
+  const std::vector<int> mask(bench::kSamples, 1);
+  runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
+    const auto places = plain::placesOf(line, false, kCorner.minEndingGap, kCorner.minEndingGap_z);
+    found = plain::groundCorners(places, mask, l, 5.0, kCorner);
+  });
+}
+BENCHMARK(BM_Features_PlainGroundCorner)->Unit(benchmark::kMillisecond);
 
 void BM_Features_PsmCorner(benchmark::State& state) {
   runOnRecords(state, [](bench::Line& line, int l, SQO_lineFeature& record) {
@@ -176,6 +203,13 @@ void BM_Features_GloveArcs(benchmark::State& state) {
       });
 }
 BENCHMARK(BM_Features_GloveArcs)->Unit(benchmark::kMillisecond);
+
+void BM_Features_PlainGloveArcs(benchmark::State& state) {
+  runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int lineIdx, auto& arcs) {
+    arcs = plain::gloveArcs(plain::placesOf(line), lineIdx, {1.5, 6.0, 45.0});
+  });
+}
+BENCHMARK(BM_Features_PlainGloveArcs)->Unit(benchmark::kMillisecond);
 
 void BM_Features_Raised(benchmark::State& state) {
   runOnScan<SJU_segFeature>(

@@ -2,7 +2,14 @@
 
 /**
  * @file
- * Corners, gaps and jumps of one scan line; line_features.h tells what all extractors share.
+ * Corners, gaps and jumps of one scan line; line_features.h describes what all extractors share.
+ *
+ * The functions that measure slopes look at the neighbours within one `scale` of each sample, but
+ * pass over long rows of them in blocks. So the cost grows at most like n log n with the number of
+ * samples n, whatever `scale` is, and also if y is not a number, stands still or goes back and
+ * forth. One kind of line remains where it is the number of samples times the neighbours within one
+ * `scale`: samples that keep switching between places closer than `scale` to others, while the
+ * box around these places in the y-z plane extends further.
  */
 
 #include <vector>
@@ -40,8 +47,6 @@ struct SQO_cornerParam {
  * the two sides of a hole are joined if their facing ends differ by less than `minEndingGap` in y
  * and less than `minEndingGap_z` in z.
  *
- * Costs the number of samples times the neighbours within one `scale`.
- *
  * @param lineData      the samples of the line in order; only read
  * @param dataSize      number of samples; below 1 nothing is appended
  * @param lineIdx       index of the line, stored in the record and in all features
@@ -49,6 +54,7 @@ struct SQO_cornerParam {
  * @param line_features `lineIdx` is set in any case. Corners are appended to `features` in line
  *                      order, with `featureValue` 0; to `endings` a `FEATURE_SEG_START` and a
  *                      `FEATURE_SEG_END` for each segment.
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineCornerFeature(STesk3DPosition* lineData,
                                           int dataSize,
@@ -67,6 +73,7 @@ SCANLINE_API void qo_getLineCornerFeature(STesk3DPosition* lineData,
  * @param maskID        label of the samples to look at
  * @param cornerPara    tuning; `minEndingGap` and `minEndingGap_z` are not read
  * @param line_features corners are appended in line order; `featureValue` is the corner measure
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
                                                    int lineIdx,
@@ -97,6 +104,7 @@ SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>&
  * @param refZ          reference height of the corners
  * @param cornerPara    tuning; `jumpCornerTh_2` is not read
  * @param line_features features are appended in line order, with `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                              int dataSize,
@@ -114,6 +122,8 @@ SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
  * it, looked at on each side as long as they lie within `groundDist` in x and y, hold a sample of
  * the ground.
  *
+ * `groundDist` may be as large as the line: the cost does not depend on it.
+ *
  * @param lineData      the samples of the line; only read. `nPointIdx` must hold each sample's
  * index (not checked).
  * @param groundMask    one word per sample (not checked), 1 where it belongs to the ground
@@ -122,6 +132,7 @@ SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
  * @param cornerPara    tuning; `cornerTh` limits magnitudes, `jumpCornerTh_2` is not read
  * @param line_features corners are appended in line order; `featureValue` is the corner measure
  *                      with its sign
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineContourCornerFeature_groundMask_BQ(
     std::vector<STesk3DPosition>& lineData,
@@ -148,6 +159,7 @@ SCANLINE_API void qo_getLineContourCornerFeature_groundMask_BQ(
  * @param cornerPara    tuning as in `qo_getLineCornerFeature`
  * @param line_features `lineIdx` is set in any case; corners and endings are appended. A corner's
  *                      `jumpPos2D.y` is what `nPointIdx` of its sample held before the call.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                               int dataSize,
@@ -168,6 +180,7 @@ SCANLINE_API void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
  * @param lineIdx       index of the line, stored in the features
  * @param cornerPara    tuning; `minEndingGap` is not read
  * @param line_features corners are appended in line order, with `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                                          int lineIdx,
@@ -188,6 +201,7 @@ SCANLINE_API void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
  * @param cornerPara tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
  * @param gapParam   limits of the width of a gap, both excluded
  * @param line_gaps  gaps are appended in line order
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_gaps are unchanged.
  */
 SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
                                        int lineIdx,
@@ -210,6 +224,7 @@ SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
  * @param cornerPara tuning
  * @param line_jumps `FEATURE_JUMP_FALL` and `FEATURE_JUMP_RISE` are appended in line order;
  *                   `featureValue` is z of the side of greater z, one `scale` from the step
+ * @throw std::bad_alloc  if memory runs out; @p line_jumps is unchanged.
  */
 SCANLINE_API void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
                                                      int dataSize,
@@ -229,6 +244,8 @@ SCANLINE_API void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
  * @param jumpZ      limit of the growth, excluded
  * @param line_jumps a `FEATURE_JUMP_RISE` on the sample before each jump is appended, with
  *                   `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_jumps are valid but
+ *                        incomplete.
  */
 SCANLINE_API void qo_getLineDownJumps(STesk3DPosition* lineData,
                                       int dataSize,

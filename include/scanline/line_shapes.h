@@ -128,6 +128,7 @@ SCANLINE_API void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
  * @param cornerPara    tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
  * @param ringArcWidth  limits of the chord, both included
  * @param line_ringArcs arcs are appended in line order; `segValue` is the turn in degrees
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_ringArcs are unchanged.
  */
 SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                                        int lineIdx,
@@ -184,8 +185,9 @@ struct SQO_gloveArcParam {
  * before the summit and not on the one behind it. Forward angles are those of
  * `qo_getLineCornerFeature`, and 0 where it has no slopes.
  *
- * Costs the number of samples times the neighbours within one `scale`, plus for each summit the
- * samples on its flanks.
+ * The cost of slopes and summits is that of the corners in line_corners.h. The flanks add the
+ * number of summits times the samples on their flanks, so an `armLen` beyond the line costs the
+ * number of summits times the number of samples.
  *
  * @param lineData       the samples of the line, only read; fewer than 10, valid or not, give
  *                       nothing
@@ -193,6 +195,7 @@ struct SQO_gloveArcParam {
  * @param gloveArcPara   tuning
  * @param line_gloveArcs a `FEATURE_PEAK` for each summit that turns by `minTurnAngle` or more is
  *                       appended in line order; `featureValue` is the turn
+ * @throw std::bad_alloc  if memory runs out; @p line_gloveArcs is unchanged.
  */
 SCANLINE_API void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
                                       int lineIdx,

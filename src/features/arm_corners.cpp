@@ -1,4 +1,5 @@
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/signed_peaks.h"
@@ -6,10 +7,6 @@
 
 namespace scanline::detail {
 namespace {
-
-void append(const Slopes& peaks, Slopes& list) {
-  list.insert(list.end(), peaks.begin(), peaks.end());
-}
 
 int typeByArms(Arms arms) {
   switch (arms) {
@@ -50,13 +47,16 @@ void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                             SQO_cornerParam cornerPara,
                             std::vector<SQO_basicFeature1D>& line_features) {
   const auto [stretches, slopes] =
-      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
+      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
   detail::Slopes posPeaks;
   detail::Slopes negPeaks;
   detail::ju_selectCornerPeaks(slopes, stretches.points, cornerPara,
                                cornerPara.scale + cornerPara.scale, posPeaks, negPeaks);
+  std::vector<SQO_basicFeature1D> corners;
   for (const auto& peak : posPeaks) {
     const int type = detail::typeByArms(detail::armsOf(peak, cornerPara));
-    line_features.push_back(detail::featureAt(stretches.points[peak.pntIdx], type, lineIdx, 0.0));
+    corners.push_back(detail::featureAt(stretches.points[peak.pntIdx], type, lineIdx, 0.0));
   }
+  detail::append(corners, line_features);
+  detail::stampIndices(lineData);
 }

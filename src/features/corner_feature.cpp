@@ -1,4 +1,5 @@
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/line_runs.h"
@@ -10,10 +11,12 @@ void qo_getLineCornerFeature(STesk3DPosition* lineData,
                              int lineIdx,
                              SQO_cornerParam cornerPara,
                              SQO_lineFeature* line_features) {
-  line_features->lineIdx = lineIdx;
   const detail::Samples points = detail::collectValidPoints(lineData, dataSize);
-  detail::appendSteepCorners(points, lineIdx, cornerPara, line_features->features);
+  const auto corners = detail::steepCorners(points, lineIdx, cornerPara);
   std::vector<SQO_RUN> runs = detail::findRuns(lineData, dataSize, cornerPara.minEndingGap_z);
   detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
-  detail::appendEndings(lineData, lineIdx, runs, line_features->endings);
+  std::vector<SQO_basicFeature1D> endings;
+  detail::appendEndings(lineData, lineIdx, runs, endings);
+  detail::append(corners, endings, *line_features);
+  line_features->lineIdx = lineIdx;
 }

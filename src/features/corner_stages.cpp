@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <cmath>
 
+#include "features/reach_search.h"
 #include "geometry/root_free.h"
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
 namespace {
-
-constexpr int kNone = -1;
-constexpr SQO_pointSlope kNoSlope = {kNone, 0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0, 0.0};
 
 /// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
 /// y behaves like one with rising y.
@@ -18,74 +16,60 @@ double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
   return std::atan((to.z - from.z) / std::abs(to.y - from.y)) * 180.0 / 3.141592653589793;
 }
 
-/// The search for neighbours, with its distances squared once for all points.
-class NeighbourWalk {
- public:
-  NeighbourWalk(const Samples& points, const SlopeSearch& search)
-      : points_(points),
-        nearSquared_(leastSquareReaching(search.scale)),
-        farSquared_(leastSquareReaching(search.farLimit)) {}
-
-  /// Walks from point `i` by `step` and ends before `end`.
-  [[nodiscard]] int find(int i, int step, int end) const {
-    const STesk3DPoint from = points_[i].pt3D;
-    for (int j = i + step; j != end; j += step) {
-      const STesk3DPoint& to = points_[j].pt3D;
-      const double dy = to.y - from.y;
-      const double dz = to.z - from.z;
-      const double square = dy * dy + dz * dz;
-      if (square >= farSquared_) {
-        return kNone;
-      }
-      if (square >= nearSquared_) {
-        return j;
-      }
-    }
-    return kNone;
-  }
-
- private:
-  const Samples& points_;
-  double nearSquared_;
-  double farSquared_;
-};
-
 /// Slopes at point `i` towards its neighbours, either of which may be missing.
 SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, LoneSide loneSide) {
-  const bool both = backward != kNone && forward != kNone;
-  const bool one = backward != kNone || forward != kNone;
-  SQO_pointSlope slope = kNoSlope;
+  const bool both = backward != kNoPoint && forward != kNoPoint;
+  const bool one = backward != kNoPoint || forward != kNoPoint;
+  SQO_pointSlope slope = {};
+  slope.pntIdx = kNoPoint;
   if (!both && !(one && loneSide == LoneSide::kKept)) {
     return slope;
   }
   const STesk3DPoint& p = points[i].pt3D;
   slope.pntIdx = i;
-  if (forward != kNone) {
+  if (forward != kNoPoint) {
     slope.forwardAngle = chordAngle(p, points[forward].pt3D);
   }
-  if (backward != kNone) {
+  if (backward != kNoPoint) {
     slope.backwardAngle = chordAngle(points[backward].pt3D, p);
   }
   if (both) {
     slope.forwardZ = points[forward].pt3D.z;
     slope.backwardZ = points[backward].pt3D.z;
     slope.corner = -(slope.forwardAngle - slope.backwardAngle);
-    slope.forwardDiffZ = slope.forwardZ - p.z;
-    slope.backwardDiffZ = p.z - slope.backwardZ;
   }
   return slope;
 }
 
+/// The search for neighbours in the y-z plane.
+class NeighbourSearch {
+ public:
+  NeighbourSearch(const Samples& points, const SlopeSearch& search)
+      : farSquared_(leastSquareReaching(search.farLimit)),
+        reach_(points, std::fmin(leastSquareReaching(search.scale), farSquared_)) {}
+
+  /// Searches from point `i` by `step` and before `end`.
+  int find(int i, int step, int end) {
+    const int j = reach_.find(i, step, end);
+    return j != kNoPoint && reach_.square(i, j) >= farSquared_ ? kNoPoint : j;
+  }
+
+ private:
+  double farSquared_;
+  ReachSearch reach_;
+};
+
+/// Fills the slopes at the points of one range.
 void fillSlopes(const Samples& points,
                 PointRange range,
-                const SlopeSearch& search,
+                LoneSide loneSide,
+                NeighbourSearch& search,
                 Slopes& slopes) {
-  const NeighbourWalk walk(points, search);
   for (int i = range.first; i <= range.last; ++i) {
-    const int backward = walk.find(i, -1, range.first - 1);
-    const bool wanted = backward != kNone || search.loneSide == LoneSide::kKept;
-    const int forward = wanted ? walk.find(i, 1, range.last + 1) : kNone;
-    slopes[i] = slopeAt(points, i, backward, forward, search.loneSide);
+    const int backward = search.find(i, -1, range.first - 1);
+    const bool wanted = backward != kNoPoint || loneSide == LoneSide::kKept;
+    const int forward = wanted ? search.find(i, 1, range.last + 1) : kNoPoint;
+    slopes[i] = slopeAt(points, i, backward, forward, loneSide);
   }
 }
 
@@ -93,22 +77,61 @@ double measured(const SQO_pointSlope& entry, CornerMeasure measure) {
   return measure == CornerMeasure::kMagnitude ? std::abs(entry.corner) : entry.corner;
 }
 
-/// Looks from candidate `k` by `step` for a greater one within the window.
-bool isOvertopped(
-    const Slopes& candidates, const Samples& points, const PeakRule& rule, int k, int step) {
-  const double y = points[candidates[k].pntIdx].pt3D.y;
-  const double own = measured(candidates[k], rule.measure);
-  const int count = static_cast<int>(candidates.size());
-  for (int other = k + step; other >= 0 && other < count; other += step) {
-    const double dy = y - points[candidates[other].pntIdx].pt3D.y;
-    if (dy * dy > rule.windowSquared) {
-      return false;
-    }
-    if (measured(candidates[other], rule.measure) > own) {
-      return true;
-    }
+/// The least and the greatest y of some candidates. Each has a slope, so its y is a number.
+struct Extent {
+  double min = std::numeric_limits<double>::infinity();
+  double max = -std::numeric_limits<double>::infinity();
+
+  void take(double y) {
+    min = std::min(min, y);
+    max = std::max(max, y);
   }
-  return false;
+};
+
+/// A candidate that no greater one has followed so far.
+struct Summit {
+  double measure;
+  double y;
+  Extent since;  ///< Extent from the summit before it, excluded, up to it.
+};
+
+/// Walks the candidates by `step` and marks those with a greater one before them in the window.
+///
+/// The measures of the summits fall, so the last one greater than a candidate is the nearest one
+/// greater. It is in the window if no y from there on is too far away. Rounding is monotone, so the
+/// least and the greatest y decide for all of them. A candidate below the threshold is greater than
+/// none above it, and only its y counts. A measure that is not a number is that of the last
+/// candidate, or there is none.
+void markOvertopped(const Slopes& candidates,
+                    const Samples& points,
+                    const PeakRule& rule,
+                    int step,
+                    std::vector<bool>& overtopped) {
+  const int count = static_cast<int>(candidates.size());
+  const auto isOutside = [&rule](double dy) { return dy * dy > rule.windowSquared; };
+  std::vector<Summit> summits;
+  Extent since;
+  for (int k = step > 0 ? 0 : count - 1; k >= 0 && k < count; k += step) {
+    const double y = points[candidates[k].pntIdx].pt3D.y;
+    const double own = measured(candidates[k], rule.measure);
+    since.take(y);
+    if (rule.cornerTh > own) {
+      continue;
+    }
+    while (!summits.empty() && !(summits.back().measure > own)) {
+      since.take(summits.back().since.min);
+      since.take(summits.back().since.max);
+      summits.pop_back();
+    }
+    if (!summits.empty()) {
+      Extent upToGreater = since;
+      upToGreater.take(summits.back().y);
+      overtopped[k] =
+          overtopped[k] || !(isOutside(y - upToGreater.min) || isOutside(y - upToGreater.max));
+    }
+    summits.push_back({own, y, since});
+    since = {};
+  }
 }
 
 }  // namespace
@@ -132,8 +155,9 @@ Slopes slopePass(const Samples& points,
                  const std::vector<PointRange>& ranges,
                  const SlopeSearch& search) {
   Slopes slopes(points.size());
+  NeighbourSearch neighbours(points, search);
   for (const PointRange& range : ranges) {
-    fillSlopes(points, range, search, slopes);
+    fillSlopes(points, range, search.loneSide, neighbours, slopes);
   }
   return slopes;
 }
@@ -174,14 +198,14 @@ CornerExtrema extremaPass(const Slopes& slopes, ExtremaSign sign) {
 }
 
 Slopes peakPass(const Slopes& candidates, const Samples& points, const PeakRule& rule) {
+  std::vector<bool> overtopped(candidates.size());
+  markOvertopped(candidates, points, rule, 1, overtopped);
+  markOvertopped(candidates, points, rule, -1, overtopped);
   Slopes peaks;
-  for (int k = 0; k < static_cast<int>(candidates.size()); ++k) {
-    if (rule.cornerTh > measured(candidates[k], rule.measure) ||
-        isOvertopped(candidates, points, rule, k, -1) ||
-        isOvertopped(candidates, points, rule, k, 1)) {
-      continue;
+  for (std::size_t k = 0; k < candidates.size(); ++k) {
+    if (!overtopped[k] && !(rule.cornerTh > measured(candidates[k], rule.measure))) {
+      peaks.push_back(candidates[k]);
     }
-    peaks.push_back(candidates[k]);
   }
   return peaks;
 }

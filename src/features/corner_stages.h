@@ -16,9 +16,6 @@ struct SQO_pointSlope {
   double forwardAngle;   ///< Angle of the chord to the forward neighbour, in degrees.
   double backwardAngle;  ///< Angle of the chord from the backward neighbour, in degrees.
   double corner;         ///< Corner measure: `backwardAngle` minus `forwardAngle`.
-  double forwardDiffZ;   ///< Growth of z up to the forward neighbour.
-  double backwardDiffZ;  ///< Growth of z from the backward neighbour.
-  double backwardStep;   ///< Distance to the previous valid point, where a stage fills it.
   double forwardStep;    ///< Distance to the next valid point, where a stage fills it.
   double forwardZ;       ///< z of the forward neighbour.
   double backwardZ;      ///< z of the backward neighbour.
@@ -33,7 +30,7 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
 /// What becomes of a point with a neighbour on one side only.
 enum class LoneSide {
   kNoSlopes,  ///< It has no slopes.
-  kKept,      ///< It has the angle to that side; the other angle, the corner and the growths are 0.
+  kKept,      ///< It has the angle to that side; the other angle and the corner are 0.
 };
 
 /// How the slope pass looks for the two neighbours of a point.

@@ -22,14 +22,15 @@ int typeBySteepArms(const SQO_pointSlope& corner, const SQO_cornerParam& param) 
   return FEATURE_CORNER_OTHER;
 }
 
-void appendSteepCorners(const Samples& points,
-                        int lineIdx,
-                        const SQO_cornerParam& param,
-                        std::vector<SQO_basicFeature1D>& features) {
+std::vector<SQO_basicFeature1D> steepCorners(const Samples& points,
+                                             int lineIdx,
+                                             const SQO_cornerParam& param) {
+  std::vector<SQO_basicFeature1D> features;
   const SlopeSearch search = SlopeSearch::unlimited(param.scale);
   for (const SQO_pointSlope& peak : cornerPeaks(points, search, param.cornerTh)) {
     features.push_back(featureAt(points[peak.pntIdx], typeBySteepArms(peak, param), lineIdx, 0.0));
   }
+  return features;
 }
 
 Arms armsOf(const SQO_pointSlope& corner, const SQO_cornerParam& param) {

@@ -21,11 +21,10 @@ Slopes cornerPeaks(const Samples& points, const SlopeSearch& search, double corn
 /// which runs against the jump.
 int typeBySteepArms(const SQO_pointSlope& corner, const SQO_cornerParam& param);
 
-/// Appends the corner peaks of the whole line, typed by steep arms and without a value.
-void appendSteepCorners(const Samples& points,
-                        int lineIdx,
-                        const SQO_cornerParam& param,
-                        std::vector<SQO_basicFeature1D>& features);
+/// The corner peaks of the whole line, typed by steep arms and without a value.
+std::vector<SQO_basicFeature1D> steepCorners(const Samples& points,
+                                             int lineIdx,
+                                             const SQO_cornerParam& param);
 
 /// How the arms of a bend lie, by the magnitudes of their angles.
 enum class Arms { kFlatThenSteep, kSteepThenFlat, kOther };

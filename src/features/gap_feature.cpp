@@ -1,6 +1,7 @@
 #include <cmath>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/stretches.h"
 
@@ -34,8 +35,9 @@ void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
                           STeskRangeD gapParam,
                           std::vector<SQO_basicFeatureGap>& line_gaps) {
   const detail::SlopedStretches line =
-      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
+      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
   const detail::Samples& points = line.stretches.points;
+  std::vector<SQO_basicFeatureGap> gaps;
   detail::Slopes rims = findRims(line, cornerPara);
   for (std::size_t k = 0; k + 1 < rims.size(); ++k) {
     if (rims[k].type != kFree) {
@@ -45,8 +47,10 @@ void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
     const STesk3DPosition& end = points[rims[k + 1].pntIdx];
     const double width = widthBetween(start, end);
     if (width > gapParam.min && gapParam.max > width) {
-      line_gaps.push_back({lineIdx, {0, 0, 0}, start, end, {0, 0, 0, 0}});
+      gaps.push_back({lineIdx, {0, 0, 0}, start, end, {0, 0, 0, 0}});
       rims[k + 1].type = kClosesGap;
     }
   }
+  detail::append(gaps, line_gaps);
+  detail::stampIndices(lineData);
 }

@@ -3,7 +3,10 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
+#include "features/reach_search.h"
+#include "geometry/root_free.h"
 
 namespace detail = scanline::detail;
 
@@ -17,26 +20,46 @@ double distanceBetween(const STesk3DPosition& a, const STesk3DPosition& b) {
   return std::sqrt(dy * dy + dz * dz);
 }
 
-/// Looks from point `i` by `step`, up to the nearest point at least `scale` away, for one that
-/// `overtops` it.
-template <typename Overtops>
-bool isOvertopped(const detail::Samples& points, int i, int step, double scale, Overtops overtops) {
+/// The nearest points that overtop a point: before it one of equal or greater z, which makes the
+/// first point of a plateau its summit, and after it one of greater z.
+struct Overtopping {
+  std::vector<int> before;  ///< -1 if there is none.
+  std::vector<int> after;   ///< The number of points if there is none.
+};
+
+Overtopping findOvertopping(const detail::Samples& points) {
   const int count = static_cast<int>(points.size());
-  for (int j = i + step; j >= 0 && j < count; j += step) {
-    if (overtops(points[j].pt3D.z, points[i].pt3D.z)) {
-      return true;
+  Overtopping nearest = {std::vector<int>(points.size(), -1),
+                         std::vector<int>(points.size(), count)};
+  std::vector<int> open;  // the points without a greater one after them so far; z falls or stays
+  for (int i = 0; i < count; ++i) {
+    while (!open.empty() && points[i].pt3D.z > points[open.back()].pt3D.z) {
+      nearest.after[open.back()] = i;
+      open.pop_back();
     }
-    if (distanceBetween(points[i], points[j]) >= scale) {
-      return false;
+    if (!open.empty()) {
+      nearest.before[i] = open.back();
     }
+    open.push_back(i);
   }
-  return false;
+  return nearest;
 }
 
-/// An equal z overtops only from before, so that the first sample of a plateau is its summit.
-bool isSummit(const detail::Samples& points, int i, double scale) {
-  return !isOvertopped(points, i, -1, scale, [](double z, double own) { return z >= own; }) &&
-         !isOvertopped(points, i, 1, scale, [](double z, double own) { return z > own; });
+/// The points that nothing overtops up to the nearest points at least `scale` away.
+std::vector<int> findSummits(const detail::Samples& points, double scale) {
+  const int count = static_cast<int>(points.size());
+  const Overtopping nearest = findOvertopping(points);
+  detail::ReachSearch search(points, detail::leastSquareReaching(scale));
+  std::vector<int> summits;
+  for (int i = 0; i < count; ++i) {
+    const int before = nearest.before[i];
+    const int after = nearest.after[i];
+    if ((before < 0 || search.find(i, -1, before) != detail::kNoPoint) &&
+        (after == count || search.find(i, 1, after) != detail::kNoPoint)) {
+      summits.push_back(i);
+    }
+  }
+  return summits;
 }
 
 /// Fills the distance from each point to the next one.
@@ -88,15 +111,14 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   detail::Slopes slopes =
       detail::slopePass(points, detail::SlopeSearch::unlimited(gloveArcPara.scale));
   measureSteps(points, slopes);
-  for (int i = 0; i < static_cast<int>(points.size()); ++i) {
-    if (!isSummit(points, i, gloveArcPara.scale)) {
-      continue;
-    }
-    const double turn =
-        angleBefore(slopes, i, gloveArcPara.armLen) - angleBehind(slopes, i, gloveArcPara.armLen);
+  std::vector<SQO_basicFeature1D> arcs;
+  for (const int summit : findSummits(points, gloveArcPara.scale)) {
+    const double turn = angleBefore(slopes, summit, gloveArcPara.armLen) -
+                        angleBehind(slopes, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      line_gloveArcs.push_back(
-          {FEATURE_PEAK, {lineIdx, points[i].nPointIdx}, points[i].pt3D, turn});
+      arcs.push_back(
+          {FEATURE_PEAK, {lineIdx, points[summit].nPointIdx}, points[summit].pt3D, turn});
     }
   }
+  detail::append(arcs, line_gloveArcs);
 }

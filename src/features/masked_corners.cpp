@@ -1,4 +1,5 @@
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "records/sample_rules.h"
@@ -32,8 +33,10 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
   // What lies beyond the far limit belongs to another part of the label.
   const detail::SlopeSearch search = {cornerPara.scale, cornerPara.scale * 4.0,
                                       detail::LoneSide::kNoSlopes};
+  std::vector<SQO_basicFeature1D> corners;
   for (const auto& peak : detail::cornerPeaks(points, search, cornerPara.cornerTh)) {
-    line_features.push_back(detail::featureAt(
+    corners.push_back(detail::featureAt(
         points[peak.pntIdx], detail::typeBySteepArms(peak, cornerPara), lineIdx, peak.corner));
   }
+  detail::append(corners, line_features);
 }

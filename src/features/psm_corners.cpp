@@ -1,4 +1,5 @@
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_types.h"
 #include "features/line_runs.h"
 #include "features/stretches.h"
@@ -7,7 +8,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Turns what lies above a height into holes, for this call and for later ones.
+/// Turns what lies above a height into holes for later calls.
 void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   for (int i = 0; i < dataSize; ++i) {
     if (lineData[i].pt3D.z > maxZ) {
@@ -38,13 +39,16 @@ void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                  double maxZ,
                                  SQO_cornerParam cornerPara,
                                  SQO_lineFeature* line_features) {
-  line_features->lineIdx = lineIdx;
-  blankAbove(lineData, dataSize, maxZ);
   const detail::Stretches stretches =
-      detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z);
-  detail::markStretchEnds(stretches, lineData);
-  detail::appendSteepCorners(stretches.points, lineIdx, cornerPara, line_features->features);
+      detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z, maxZ);
+  const auto corners = detail::steepCorners(stretches.points, lineIdx, cornerPara);
   std::vector<SQO_RUN> runs = asRuns(stretches);
   detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
-  detail::appendEndings(lineData, lineIdx, runs, line_features->endings);
+  std::vector<SQO_basicFeature1D> endings;
+  detail::appendEndings(lineData, lineIdx, runs, endings);
+  detail::append(corners, endings, *line_features);
+  // Nothing fails from here on.
+  line_features->lineIdx = lineIdx;
+  blankAbove(lineData, dataSize, maxZ);
+  detail::markStretchEnds(stretches, lineData);
 }

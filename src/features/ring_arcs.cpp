@@ -1,8 +1,8 @@
-#include <algorithm>
 #include <cmath>
 #include <optional>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/stretches.h"
 
@@ -23,13 +23,11 @@ struct Arc {
 };
 
 /// An arc that leaves no slopes on either side of it fills its stretch and takes in the two points
-/// at the stretch's ends, which cannot have any.
+/// at the stretch's ends. These cannot have any, so an arc always has a point on either side.
 detail::PointRange extentOf(const Arc& arc,
                             const detail::PointRange& stretch,
                             const detail::Slopes& slopes) {
-  const int before = std::max(arc.first - 1, stretch.first);
-  const int behind = std::min(arc.last + 1, stretch.last);
-  const bool isInside = slopes[before].pntIdx >= 0 || slopes[behind].pntIdx >= 0;
+  const bool isInside = slopes[arc.first - 1].pntIdx >= 0 || slopes[arc.last + 1].pntIdx >= 0;
   return isInside ? detail::PointRange{arc.first, arc.last} : stretch;
 }
 
@@ -66,8 +64,9 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           STeskRangeD ringArcWidth,
                           std::vector<SJU_segFeature>& line_ringArcs) {
   const detail::SlopedStretches line =
-      detail::stampAndSlope(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
+      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
   const detail::Samples& points = line.stretches.points;
+  std::vector<SJU_segFeature> arcs;
   for (const detail::PointRange& stretch : line.stretches.ranges) {
     forEachArc(stretch, line.slopes, [&](const Arc& arc) {
       const double chord = chordOf(points[arc.first].pt3D, points[arc.last].pt3D);
@@ -78,8 +77,10 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
       const detail::PointRange extent = extentOf(arc, stretch, line.slopes);
       const STesk3DPosition& first = points[extent.first];
       const STesk3DPosition& last = points[extent.last];
-      line_ringArcs.push_back(
+      arcs.push_back(
           {lineIdx, first.nPointIdx, last.nPointIdx, 0, first.pt3D, last.pt3D, arc.turn()});
     });
   }
+  detail::append(arcs, line_ringArcs);
+  detail::stampIndices(lineData);
 }

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 
@@ -53,6 +54,7 @@ void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
                                         std::vector<SQO_basicFeature1D>& line_jumps) {
   const detail::Samples points = detail::collectValidPoints(lineData, dataSize);
   const detail::Slopes bends = findBends(points, cornerPara);
+  std::vector<SQO_basicFeature1D> jumps;
   for (std::size_t k = 0; k + 1 < bends.size(); ++k) {
     const detail::SQO_pointSlope& first = bends[k];
     const detail::SQO_pointSlope& second = bends[k + 1];
@@ -65,11 +67,10 @@ void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
     }
     // A jump stands on the bend at the end of greater z.
     if (first.type == FEATURE_RIGHT_ANGLE_1 && second.type == FEATURE_RIGHT_ANGLE_3) {
-      line_jumps.push_back(
-          detail::featureAt(firstPoint, FEATURE_JUMP_FALL, lineIdx, first.backwardZ));
+      jumps.push_back(detail::featureAt(firstPoint, FEATURE_JUMP_FALL, lineIdx, first.backwardZ));
     } else if (first.type == FEATURE_RIGHT_ANGLE_2 && second.type == FEATURE_RIGHT_ANGLE_4) {
-      line_jumps.push_back(
-          detail::featureAt(secondPoint, FEATURE_JUMP_RISE, lineIdx, second.forwardZ));
+      jumps.push_back(detail::featureAt(secondPoint, FEATURE_JUMP_RISE, lineIdx, second.forwardZ));
     }
   }
+  detail::append(jumps, line_jumps);
 }

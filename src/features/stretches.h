@@ -23,8 +23,12 @@ struct Stretches {
 };
 
 /// Cuts a line where `continues(before, point)` denies that a valid point continues the one before.
+/// Samples above `maxZ` are holes.
 template <typename Continues>
-Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues continues) {
+Stretches findStretches(const STesk3DPosition* lineData,
+                        int dataSize,
+                        double maxZ,
+                        Continues continues) {
   Stretches found;
   if (dataSize > 0) {
     found.points.reserve(static_cast<std::size_t>(dataSize));
@@ -32,7 +36,7 @@ Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues
   }
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPosition& sample = lineData[i];
-    if (isHole(sample.pt3D.z)) {
+    if (isHole(sample.pt3D.z) || sample.pt3D.z > maxZ) {
       continue;
     }
     const int point = static_cast<int>(found.points.size());
@@ -46,8 +50,8 @@ Stretches findStretches(const STesk3DPosition* lineData, int dataSize, Continues
   return found;
 }
 
-/// Stretches without a step in z of `stepZ` or more.
-Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ);
+/// Stretches without a step in z of `stepZ` or more. Samples above `maxZ` are holes.
+Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ, double maxZ);
 
 /// Stretches without a step in z of `stepZ` or more, or in y of `stepY` or more.
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ);
@@ -61,8 +65,11 @@ struct SlopedStretches {
   Slopes slopes;
 };
 
-/// Stamps a line with its indices, cuts it by steps in z and takes the slopes over `scale`.
-SlopedStretches stampAndSlope(std::vector<STesk3DPosition>& lineData, double stepZ, double scale);
+/// Cuts a line by steps in z and takes the slopes over `scale`. The points are stamped with their
+/// samples' indices.
+SlopedStretches slopedStretches(const std::vector<STesk3DPosition>& lineData,
+                                double stepZ,
+                                double scale);
 
 // Marks that line functions leave on the samples at the ends of stretches.
 constexpr int kStretchStartMark = 0x100000;

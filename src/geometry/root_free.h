@@ -21,4 +21,11 @@ inline double leastSquareReaching(double distance) {
   return square;
 }
 
+/// The smallest square whose root exceeds `distance`; NaN, which no square reaches, if none does.
+inline double leastSquareExceeding(double distance) {
+  constexpr double kInfinity = std::numeric_limits<double>::infinity();
+  return distance < kInfinity ? leastSquareReaching(std::nextafter(distance, kInfinity))
+                              : std::numeric_limits<double>::quiet_NaN();
+}
+
 }  // namespace scanline::detail

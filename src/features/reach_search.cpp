@@ -1,0 +1,79 @@
+#include "features/reach_search.h"
+
+#include <cmath>
+#include <limits>
+
+namespace scanline::detail {
+
+namespace {
+
+/// The greatest distance along one coordinate from `from` into an extent. Rounding is monotone, so
+/// no point inside has a greater one. fmax drops the NaN of infinity less infinity.
+double greatestDistance(double from, double least, double greatest) {
+  return std::fmax(std::abs(least - from), std::abs(greatest - from));
+}
+
+}  // namespace
+
+// The blocks of a level are made from pairs of the level below. fmin and fmax drop the blocks
+// without a point that can be reached.
+void ReachSearch::buildBlocks() {
+  constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
+  std::vector<Block> level;
+  level.reserve(points_.size());
+  for (const STesk3DPosition& point : points_) {
+    const double y = point.pt3D.y;
+    const double z = point.pt3D.z;
+    const bool isPlace = !std::isnan(y) && !std::isnan(z);
+    level.push_back(isPlace ? Block{y, y, z, z} : Block{kNan, kNan, kNan, kNan});
+  }
+  std::vector<std::vector<Block>> levels = {std::move(level)};
+  while (levels.back().size() > 1) {
+    const std::vector<Block>& halves = levels.back();
+    std::vector<Block> blocks;
+    blocks.reserve((halves.size() + 1) / 2);
+    for (std::size_t k = 0; k < halves.size(); k += 2) {
+      const Block& a = halves[k];
+      const Block& b = halves[std::min(k + 1, halves.size() - 1)];
+      blocks.push_back({std::fmin(a.minY, b.minY), std::fmax(a.maxY, b.maxY),
+                        std::fmin(a.minZ, b.minZ), std::fmax(a.maxZ, b.maxZ)});
+    }
+    levels.push_back(std::move(blocks));
+  }
+  levels_ = std::move(levels);
+}
+
+/// Decides exactly on a block of one point, and never passes over a point that is reached.
+bool ReachSearch::mayReach(const STesk3DPoint& from, const Block& block) const {
+  const double dy = greatestDistance(from.y, block.minY, block.maxY);
+  const double dz = greatestDistance(from.z, block.minZ, block.maxZ);
+  return dy * dy + dz * dz >= leastSquare_;
+}
+
+/// Goes on from point `j`, which is always the nearest of the block that it stands for.
+int ReachSearch::findInBlocks(int i, int j, int step, int end) {
+  if (levels_.empty()) {
+    buildBlocks();
+  }
+  const STesk3DPoint from = points_[i].pt3D;
+  const int top = static_cast<int>(levels_.size()) - 1;
+  int level = 0;
+  while ((end - j) * step > 0) {
+    if (mayReach(from, levels_[level][j >> level])) {
+      if (level == 0) {
+        return j;
+      }
+      --level;
+      continue;
+    }
+    j += step * (1 << level);
+    // The nearer half of a greater block is followed by the other one.
+    const int border = step > 0 ? j : j + 1;
+    if (level < top && (border >> level) % 2 == 0) {
+      ++level;
+    }
+  }
+  return kNoPoint;
+}
+
+}  // namespace scanline::detail
