@@ -1,0 +1,34 @@
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include <scanline/feature_records.h>
+
+/// What all extractors do last, so that a failing allocation leaves the caller's lists unchanged.
+namespace scanline::detail {
+
+/// Appends `found` to a list. If memory runs out the list is unchanged.
+template <typename Record>
+void append(const std::vector<Record>& found, std::vector<Record>& list) {
+  list.insert(list.end(), found.begin(), found.end());
+}
+
+/// Makes room for `count` more records without giving up the geometric growth of the list.
+template <typename Record>
+void makeRoom(std::size_t count, std::vector<Record>& list) {
+  if (list.capacity() - list.size() < count) {
+    list.reserve(list.size() + std::max(list.size(), count));
+  }
+}
+
+/// Appends to both lists of a record. If memory runs out both are unchanged.
+inline void append(const std::vector<SQO_basicFeature1D>& features,
+                   const std::vector<SQO_basicFeature1D>& endings,
+                   SQO_lineFeature& record) {
+  makeRoom(features.size(), record.features);
+  append(endings, record.endings);
+  append(features, record.features);
+}
+
+}  // namespace scanline::detail
