@@ -1,90 +1,77 @@
+#include <cmath>
 #include <functional>
+#include <limits>
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "records/sample_rules.h"
+#include "features/append.h"
+#include "features/turning_points.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-using Turns = std::vector<STesk3DPosition>;
+using detail::Turns;
+using Features = std::vector<SQO_basicFeature1D>;
 
-/// Where z turns upwards (`minima`) and downwards (`maxima`).
-struct TurningPoints {
-  Turns minima;
-  Turns maxima;
+/// A turn that may beat turns before it.
+struct Rival {
+  int turn;
+  STeskRangeD beyond;  ///< Extent in y of the turns after it, up to the first that beats it.
 };
 
-TurningPoints stampAndFindTurns(STesk3DPosition* lineData, int dataSize) {
-  enum class Trend { kNone, kFalling, kRising };
-  TurningPoints turns;
-  Trend trend = Trend::kNone;
-  const STesk3DPosition* previous = nullptr;
-  for (int i = 0; i < dataSize; ++i) {
-    STesk3DPosition& sample = lineData[i];
-    sample.nPointIdx = i;
-    if (detail::isNoSample(sample.pt3D.z)) {
-      continue;
-    }
-    const double dz = previous == nullptr ? 0.0 : sample.pt3D.z - previous->pt3D.z;
-    if (dz > 0.0) {
-      if (trend == Trend::kFalling) {
-        turns.minima.push_back(*previous);
-      }
-      trend = Trend::kRising;
-    } else if (dz < 0.0) {
-      if (trend == Trend::kRising) {
-        turns.maxima.push_back(*previous);
-      }
-      trend = Trend::kFalling;
-    }
-    previous = &sample;
-  }
-  // Only a line that ends in a hole closes its last trend.
-  if (trend != Trend::kNone && detail::isNoSample(lineData[dataSize - 1].pt3D.z)) {
-    (trend == Trend::kFalling ? turns.minima : turns.maxima).push_back(*previous);
-  }
-  return turns;
+STeskRangeD unite(const STeskRangeD& a, const STeskRangeD& b) {
+  return {std::fmin(a.min, b.min), std::fmax(a.max, b.max)};
 }
 
-/// Looks from turn `k` by `step` for one within the window that `beats` it.
+/// Whether one of the turns in a range of y lies outside the window of a turn. A y that is not a
+/// number lies outside of nothing.
+bool leavesWindow(const STeskRangeD& range, double y, double windowSquared) {
+  const double toMin = y - range.min;
+  const double toMax = y - range.max;
+  return toMin * toMin > windowSquared || toMax * toMax > windowSquared;
+}
+
+/// Marks the turns for which a look by `step` meets one that `beats` them before it meets one
+/// outside the window. The rivals on the stack each beat those above them, so that each turn is put
+/// on it and taken off it only once.
 template <typename Beats>
-bool isBeaten(const Turns& turns, int k, int step, double windowSquared, Beats beats) {
-  const STesk3DPoint own = turns[k].pt3D;
+void markBeaten(
+    const Turns& turns, int step, double windowSquared, Beats beats, std::vector<bool>& beaten) {
+  constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
   const int count = static_cast<int>(turns.size());
-  for (int other = k + step; other >= 0 && other < count; other += step) {
-    const STesk3DPoint& rival = turns[other].pt3D;
-    const double dy = own.y - rival.y;
-    if (dy * dy > windowSquared) {
-      return false;
+  std::vector<Rival> rivals;
+  for (int k = step > 0 ? count - 1 : 0; k >= 0 && k < count; k -= step) {
+    const STesk3DPoint& own = turns[k].pt3D;
+    STeskRangeD between = {kNothing, kNothing};
+    if (!rivals.empty()) {
+      const double y = turns[rivals.back().turn].pt3D.y;
+      between = {y, y};
     }
-    if (beats(rival.z, own.z)) {
-      return true;
+    while (!rivals.empty() && !beats(turns[rivals.back().turn].pt3D.z, own.z)) {
+      between = unite(between, rivals.back().beyond);
+      rivals.pop_back();
     }
+    if (!rivals.empty() && !leavesWindow(between, own.y, windowSquared)) {
+      beaten[k] = true;
+    }
+    rivals.push_back({k, between});
   }
-  return false;
 }
 
-/// How the turns that stay become features.
-struct Report {
-  int featureType;
-  int lineIdx;
-  double windowSquared;  ///< Square of the distance in y within which a turn must not be beaten.
-};
-
+/// The turns that no other within `scale` in y beats, as features.
 template <typename Beats>
-void appendUnbeaten(const Turns& turns,
-                    const Report& report,
-                    Beats beats,
-                    std::vector<SQO_basicFeature1D>& features) {
-  for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
-    if (!isBeaten(turns, k, -1, report.windowSquared, beats) &&
-        !isBeaten(turns, k, 1, report.windowSquared, beats)) {
-      features.push_back(
-          {report.featureType, {report.lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
+Features unbeaten(const Turns& turns, int featureType, int lineIdx, double scale, Beats beats) {
+  std::vector<bool> beaten(turns.size(), false);
+  markBeaten(turns, -1, scale * scale, beats, beaten);
+  markBeaten(turns, 1, scale * scale, beats, beaten);
+  Features features;
+  for (std::size_t k = 0; k < turns.size(); ++k) {
+    if (!beaten[k]) {
+      features.push_back({featureType, {lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
     }
   }
+  return features;
 }
 
 }  // namespace
@@ -98,8 +85,13 @@ void qo_getLineLocalPeaks(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  const TurningPoints turns = stampAndFindTurns(lineData, dataSize);
-  const double window = scale * scale;
-  appendUnbeaten(turns.minima, {FEATURE_PEAK, lineIdx, window}, std::less<>(), peaks);
-  appendUnbeaten(turns.maxima, {FEATURE_VALLEY, lineIdx, window}, std::greater<>(), valleys);
+  const detail::TurningPoints turns = detail::findTurns(lineData, dataSize);
+  const Features low = unbeaten(turns.minima, FEATURE_PEAK, lineIdx, scale, std::less<>());
+  const Features high = unbeaten(turns.maxima, FEATURE_VALLEY, lineIdx, scale, std::greater<>());
+  detail::makeRoom(high.size(), valleys);
+  detail::append(low, peaks);
+  detail::append(high, valleys);
+  for (int i = 0; i < dataSize; ++i) {
+    lineData[i].nPointIdx = i;
+  }
 }

@@ -2,12 +2,15 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/stretches.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
 
 namespace {
+
+using Features = std::vector<SJU_segFeature>;
 
 /// A stretch that no rise has closed yet. The fresh one starts at the line's first sample, and
 /// nothing tells it from one that a fall has opened there.
@@ -36,7 +39,7 @@ void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
                      int lineIdx,
                      const OpenStretch& stretch,
                      const SQO_raisedFeatureParam& param,
-                     std::vector<SJU_segFeature>& features) {
+                     Features& features) {
   if (stretch.len <= 0) {
     return;
   }
@@ -49,13 +52,10 @@ void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
   }
 }
 
-}  // namespace
-
-void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
-                             int lineIdx,
-                             SQO_raisedFeatureParam raisedFeaturePara,
-                             std::vector<SJU_segFeature>& line_raisedFeatures) {
-  detail::stampIndices(lineData);
+Features findRaised(const std::vector<STesk3DPosition>& lineData,
+                    int lineIdx,
+                    const SQO_raisedFeatureParam& param) {
+  Features features;
   OpenStretch stretch;
   STesk3DPoint before = {0.0, 0.0, -1.0};
   for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
@@ -65,12 +65,12 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
     }
     // A z that is not a number passes for a sample, yet nothing is measured against it.
     if (before.z > 0.0) {
-      switch (flankBetween(before, point, raisedFeaturePara)) {
+      switch (flankBetween(before, point, param)) {
         case Flank::kFall:
           stretch = {i, 1};
           break;
         case Flank::kRise:
-          reportIfFitting(lineData, lineIdx, stretch, raisedFeaturePara, line_raisedFeatures);
+          reportIfFitting(lineData, lineIdx, stretch, param, features);
           stretch = {};
           break;
         case Flank::kNone:
@@ -80,4 +80,15 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
     }
     before = point;
   }
+  return features;
+}
+
+}  // namespace
+
+void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
+                             int lineIdx,
+                             SQO_raisedFeatureParam raisedFeaturePara,
+                             std::vector<SJU_segFeature>& line_raisedFeatures) {
+  detail::append(findRaised(lineData, lineIdx, raisedFeaturePara), line_raisedFeatures);
+  detail::stampIndices(lineData);
 }

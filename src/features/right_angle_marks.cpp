@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 
 #include "features/right_angle_stages.h"
@@ -93,12 +92,6 @@ class Marker {
   double maxTol_;
 };
 
-/// Whether walks from a point can end. Those from one that is no number never do, and would cost
-/// the whole line to find that out.
-bool canEndWalks(const STesk3DPoint& point) {
-  return !std::isnan(point.y) && !std::isnan(point.z);
-}
-
 }  // namespace
 
 std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
@@ -107,8 +100,7 @@ std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
   std::vector<RightAngleMark> marks(static_cast<std::size_t>(std::max(dataSize, 0)), kNoMark);
   const Marker marker(lineData, dataSize, kinds);
   for (int i = 0; i < dataSize; ++i) {
-    const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isNoSample(point.z) && canEndWalks(point)) {
+    if (!isNoSample(lineData[i].pt3D.z)) {
       marks[i] = marker.markOf(i);
     }
   }

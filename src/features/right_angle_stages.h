@@ -13,7 +13,8 @@ namespace scanline::detail {
 struct ArmWalk {
   static constexpr int kRanOut = -1;
 
-  int stop;      ///< Index of the first sample beyond the arm's length; `kRanOut` if there is none.
+  int stop;  ///< Index of the first sample beyond the arm's length; `kRanOut` if there is none.
+  // Defined unless the walk ran out.
   double maxDy;  ///< Largest distance in y on the way; -1.0 if nothing was.
   double maxDz;  ///< Largest distance in z on the way; -1.0 if nothing was.
 
@@ -22,8 +23,8 @@ struct ArmWalk {
   }
 };
 
-/// Walks along a line from its samples. Holes are left out beforehand, so that a walk costs the
-/// samples of one arm however wide they are.
+/// Walks along a line from its samples. Holes are left out beforehand and so are walks that nothing
+/// can end, so that a walk costs the samples of one arm.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
@@ -44,11 +45,21 @@ class ArmWalker {
     int index;
   };
 
+  struct Extent {
+    STeskRangeD y;  ///< NaN if no y is a number.
+    STeskRangeD z;
+  };
+
+  /// For each neighbour, the extent of those on the way to it from `place` on, itself included.
+  [[nodiscard]] std::vector<Extent> extentsAlong(int place, int stride) const;
+
   [[nodiscard]] ArmWalk walk(int sample, int place, int stride, double armLen) const;
 
   const STesk3DPosition* lineData_;
   std::vector<Neighbour> neighbours_;  ///< The samples that a walk sees.
   std::vector<int> placeOf_;  ///< For each sample and the end, the number of neighbours before it.
+  std::vector<Extent> upTo_;  ///< Extents from the first neighbour to each.
+  std::vector<Extent> from_;  ///< Extents from each neighbour to the last.
 };
 
 /// The parameters of the four kinds.
