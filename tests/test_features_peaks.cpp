@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cmath>
 #include <opencv2/core.hpp>
 #include <tuple>
 #include <utility>
@@ -8,11 +8,15 @@
 
 #include <scanline/line_features.h>
 #include "builders.h"
+#include "grid_lines.h"
+#include "plain_flat_peaks.h"
+#include "plain_local_peaks.h"
 
 namespace {
 
 using build::Line;
 using build::lineOfZ;
+using build::text;
 using Features = std::vector<SQO_basicFeature1D>;
 using Indices = std::vector<int>;
 using Spans = std::vector<std::pair<int, int>>;  // first and last sample
@@ -26,90 +30,44 @@ Indices samplesOf(const Features& features, int type) {
   return samples;
 }
 
-TEST(LineLocalPeaks, TurningPointsThatStandOut) {
-  const std::tuple<const char*, Line, double, Indices, Indices> cases[] = {
-      {"last of a plateau", lineOfZ({5, 3, 3, 5, 5, 2}), 1.0, {2}, {4}},
-      {"across holes, 0.0001 is a sample", lineOfZ({5, 0, 0.0001, 0, 5}), 1.0, {2}, {}},
-      {"a hole at the end closes a rise", lineOfZ({3, 4, 0, 0}), 1.0, {}, {1}},
-      {"a sample at the end closes nothing", lineOfZ({5, 0, 3}), 1.0, {}, {}},
-      {"a smaller one within the scale", lineOfZ({5, 2, 5, 1, 5}), 2.0, {3}, {2}},
-      {"a smaller one beyond the scale", lineOfZ({5, 2, 5, 1, 5}), 1.9, {1, 3}, {2}},
-      {"equal ones both stay", lineOfZ({5, 1, 6, 1, 6, 5}), 9.0, {1, 3}, {2, 4}},
-      {"a beaten one still beats", lineOfZ({9, 3, 9, 2, 9, 1, 9}), 2.0, {5}, {2, 4}},
-  };
-  for (auto [name, line, scale, expectedPeaks, expectedValleys] : cases) {
-    const int count = static_cast<int>(line.size());
-    Features peaks;
-    Features valleys;
-    qo_getLineLocalPeaks(line.data(), count, 7, scale, valleys, peaks);
-    EXPECT_EQ(samplesOf(peaks, FEATURE_PEAK), expectedPeaks) << name;
-    EXPECT_EQ(samplesOf(valleys, FEATURE_VALLEY), expectedValleys) << name;
-    EXPECT_EQ(line.back().nPointIdx, count - 1) << name;
-    line.back().nPointIdx = 99;
-    qo_getLineLocalPeaks(&line.back(), 1, 7, scale, valleys, peaks);
-    EXPECT_EQ(line.back().nPointIdx, 99) << "too short to be touched";
+/// What the features of a call are appended to.
+const Features kBefore = {{FEATURE_V, {7, 3}, {1.0, 2.0, 3.0}, 0.0}};
+
+TEST(LineLocalPeaks, AgreeWithThePlainRules) {
+  build::GridLines grid(1);
+  for (int round = 0; round < 4000; ++round) {
+    Line line = grid.line(30, {-2, -1, 0, 1, 2});
+    Line plainLine = line;
+    const double scale = grid.pick({0.0, 1.0, 2.0, 2.5, 4.0, 8.0, 1e9, NAN});
+    Features peaks = kBefore;
+    Features valleys = kBefore;
+    Features plainPeaks = kBefore;
+    Features plainValleys = kBefore;
+    qo_getLineLocalPeaks(line.data(), static_cast<int>(line.size()), 7, scale, valleys, peaks);
+    plain::localPeaks(plainLine, 7, scale, plainValleys, plainPeaks);
+    ASSERT_EQ(text(peaks), text(plainPeaks)) << text(plainLine);
+    ASSERT_EQ(text(valleys), text(plainValleys)) << text(plainLine);
+    ASSERT_EQ(text(line), text(plainLine));
   }
 }
 
-// Slopes over 2.0, jumps above 1.0 in z or 2.0 in y, pairs below 4.0, side views over 6.0.
-Features flatPeaksOf(Line& line) {
-  Features features;
-  qo_getFlatLineLocalPeaks_vector(line, 7, 2.0, 1.0, 4.0, features);
-  return features;
-}
-
-TEST(FlatLineLocalPeaks, JumpsAndPairs) {
-  using Places = std::vector<std::pair<double, double>>;  // y and z of the features
-  // The marks are 16 beside jumps and 13 on features.
-  const std::tuple<const char*, Line, Places, Indices> cases[] = {
-      {"pair on a hole", lineOfZ({5, 7, 0, 7, 5}), {{2, 5}}, {16, 0, 13, 0, 16}},
-      {"pair 3.0 apart", lineOfZ({5, 7, 7, 7, 7, 5}), {{2.5, 5}}, {16, 0, 13, 0, 0, 16}},
-      {"4.0", lineOfZ({5, 7, 7, 7, 7, 7, 5}), {{0.5, 6}, {5.5, 6}}, {13, 16, 0, 0, 0, 13, 16}},
-      {"gaps of the limit", lineOfZ({5, 5, 5, 5}, 0.0, 2.0), {}, {0, 0, 0, 0}},
-      {"a gap above it", lineOfZ({5, 5}, 0.0, 2.5), {{1.25, 5}}, {13, 16}},
-      {"rise with slopes", lineOfZ({5, 7, 7.75, 8.5, 7.75, 7}), {{2.5, 6}}, {16, 0, 13, 0, 0, 16}},
-      {"slopes", lineOfZ({5, 5.75, 6.5, 5.75, 5}), {{2, 5}}, {0, 0, 13, 0, 0}},
-  };
-  for (const auto& [name, original, places, marks] : cases) {
-    Line line = original;
-    const Features features = flatPeaksOf(line);
-    EXPECT_EQ(build::stampsOf(line), marks) << name;
-    ASSERT_EQ(features.size(), places.size()) << name;
-    for (std::size_t k = 0; k < features.size(); ++k) {
-      const STesk3DPoint& pos = features[k].jumpPos;
-      const double zBefore = original[features[k].jumpPos2D.y].pt3D.z;
-      EXPECT_EQ(std::make_pair(pos.y, pos.z), places[k]) << name;
-      EXPECT_EQ(line[features[k].jumpPos2D.y].pt3D.z, zBefore > 0.0 ? zBefore : pos.z) << name;
-    }
-  }
-}
-
-TEST(FlatLineLocalPeaks, LoneSlopesNeedRoomOnBothSides) {
-  // Last level sample before a slope that ends three samples further on, growth of z per sample,
-  // number of samples, whether a jump stands behind the last of them.
-  const std::tuple<const char*, int, double, int, bool, Indices> cases[] = {
-      {"high side within reach of sample 0", 7, -0.75, 30, false, {}},
-      {"high side clear of sample 0", 8, -0.75, 30, false, {8}},
-      {"low side off the line, measured against the start", 8, -0.75, 15, false, {}},
-      {"low side ends at a jump", 8, -0.75, 18, true, {17}},
-      {"low side ends before a jump", 8, -0.75, 19, true, {8, 18}},
-      {"high side ends before a jump", 8, 0.75, 19, true, {11, 18}},
-      {"low side off the line, measured against the foot", 3, 0.75, 20, true, {6, 19}},
-      {"rise that nothing follows", 8, 0.75, 30, false, {}},
-  };
-  for (const auto& [name, foot, slope, count, wall, expected] : cases) {
-    Line line;
-    for (int i = 0; i < count; ++i) {
-      line.push_back(build::sample(0.0, i, 8.0 + slope * std::min(3, std::max(0, i - foot))));
-    }
-    for (int i = 0; wall && i < 2; ++i) {
-      line.push_back(build::sample(0.0, count + i, line[count - 1].pt3D.z + 4.0));
-    }
-    Line marked = line;
-    EXPECT_EQ(samplesOf(flatPeaksOf(line), FEATURE_PEAK), expected) << name;
-    marked[foot - 1].nPointIdx = 16;
-    const Indices besideMark = wall ? Indices{count - 1} : Indices{};
-    EXPECT_EQ(samplesOf(flatPeaksOf(marked), FEATURE_PEAK), besideMark) << name;
+TEST(FlatLineLocalPeaks, AgreeWithThePlainRules) {
+  build::GridLines grid(2);
+  const std::vector<double> shapes[] = {{-6, -2, -0.75, -0.5, -0.25, 0, 0, 0.25, 0.5, 0.75, 2, 6},
+                                        {-0.75, 0, 0, 0, 0, 0, 0, 0.75},
+                                        {-4, 0, 0, 0, 0, 0, 0, 4}};
+  for (int round = 0; round < 6000; ++round) {
+    Line line = grid.line(50, shapes[round % 3]);
+    Line plainLine = line;
+    const double window = grid.pick({0.0, 1.0, 2.0, 2.0, 3.0, 1e9});
+    const double jump = grid.pick({0.5, 1.0, 2.0, 2.0, 4.0});
+    const double width = grid.pick({1.0, 2.0, 4.0, 4.0, 6.0, 9.0, 1e9});
+    Features peaks = kBefore;
+    Features plainPeaks = kBefore;
+    qo_getFlatLineLocalPeaks_vector(line, 7, window, jump, width, peaks);
+    plain::flatLinePeaks(plainLine, 7, window, jump, width, plainPeaks);
+    ASSERT_EQ(text(peaks), text(plainPeaks)) << window << ' ' << jump << ' ' << width;
+    ASSERT_EQ(text(line), text(plainLine)) << window << ' ' << jump << ' ' << width;
   }
 }
 
