@@ -43,8 +43,8 @@ struct LvShapes {
     int start = -1;
     Run run = {};
     const auto keep = [&] {
-      const double total = z(run.end) - z(run.start);
-      if (dir != kNone && (dir == kUp ? total : -total) >= slope.minSlope_z) {
+      const double sign = dir == kUp ? 1.0 : -1.0;
+      if (dir != kNone && sign * (z(run.end) - z(run.start)) >= slope.minSlope_z) {
         runs.push_back(run);
       }
     };
