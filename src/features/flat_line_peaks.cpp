@@ -43,8 +43,7 @@ class FlatPeakFinder {
         limits_(limits),
         points_(detail::collectValidPoints(lineData.data(), static_cast<int>(lineData.size()))),
         steps_(detail::steepestSteps(points_, limits)),
-        features_(steps_.size()),
-        sides_(lineData, limits.peakWidth_y * 1.5) {}
+        features_(steps_.size()) {}
 
   [[nodiscard]] std::size_t maxFeatures() const {
     return features_.size();
@@ -71,16 +70,16 @@ class FlatPeakFinder {
 
   /// Puts features on slopes, once all jumps are marked.
   void placeSlopes() {
-    sides_.readMarks();
+    const detail::SideViewer sides(lineData_, limits_.peakWidth_y * 1.5);
     for (std::size_t e = 0; e < steps_.size(); ++e) {
       if (steps_[e].kind == StepKind::kFallingSlope) {
-        features_[e] = featureBeside(steps_[e]);
+        features_[e] = featureBeside(steps_[e], sides);
       } else if (steps_[e].kind == StepKind::kRisingSlope && e + 1 < steps_.size()) {
         if (steps_[e + 1].kind == StepKind::kFallingSlope && isNextClose(e)) {
           features_[e] = featureBetween(steps_[e].first, steps_[e + 1].last);
           steps_[e + 1].kind = StepKind::kNone;
         } else {
-          features_[e] = featureBeside(steps_[e]);
+          features_[e] = featureBeside(steps_[e], sides);
         }
       }
     }
@@ -117,10 +116,11 @@ class FlatPeakFinder {
 
   /// The feature on the high side of a slope, if that side stands out. A mark counts only on the
   /// low side; on the high side it has stopped the view anyway.
-  [[nodiscard]] SQO_basicFeature1D featureBeside(const detail::SQO_flatStep& slope) const {
+  [[nodiscard]] SQO_basicFeature1D featureBeside(const detail::SQO_flatStep& slope,
+                                                 const detail::SideViewer& sides) const {
     const bool rising = slope.kind == StepKind::kRisingSlope;
-    const detail::SideView before = sides_.view(points_[slope.first].nPointIdx, -1);
-    const detail::SideView after = sides_.view(points_[slope.last].nPointIdx, 1);
+    const detail::SideView before = sides.view(points_[slope.first].nPointIdx, -1);
+    const detail::SideView after = sides.view(points_[slope.last].nPointIdx, 1);
     const detail::SideView& high = rising ? after : before;
     const detail::SideView& low = rising ? before : after;
     if (high.highest < 0 || low.meetsMark) {
@@ -139,7 +139,6 @@ class FlatPeakFinder {
   detail::Samples points_;
   detail::FlatSteps steps_;
   std::vector<SQO_basicFeature1D> features_;  ///< One per step, most of them none.
-  detail::SideViewer sides_;
 };
 
 }  // namespace
@@ -150,9 +149,6 @@ void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                      double jumpTh_z,
                                      double peakWidth_y,
                                      std::vector<SQO_basicFeature1D>& peaks) {
-  if (lineData.size() < 2) {
-    return;
-  }
   FlatPeakFinder finder(lineData, lineIdx, {slopeWin_y, jumpTh_z, peakWidth_y});
   detail::makeRoom(finder.maxFeatures(), peaks);
   // Nothing is allocated from here on.

@@ -1,58 +1,45 @@
 #include "features/flat_views.h"
 
+#include <algorithm>
 #include <cmath>
-#include <limits>
 
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
-namespace {
-
-constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
-
-}  // namespace
 
 SideViewer::SideViewer(const std::vector<STesk3DPosition>& lineData, double width)
-    : lineData_(lineData), width_(width), before_(lineData.size()), after_(lineData.size()) {}
-
-void SideViewer::readMarks() {
-  const int count = static_cast<int>(lineData_.size());
-  Stretch stretch = {kNothing, kNothing, false};
-  for (int i = 1; i < count; ++i) {
-    before_[i] = stretch = extended(stretch, lineData_[i]);
+    : lineData_(lineData),
+      width_(width),
+      firstMark_(static_cast<int>(lineData.size())),
+      lastMark_(0) {
+  for (int i = 1; i < static_cast<int>(lineData.size()); ++i) {
+    if (lineData[i].nPointIdx == kJumpMark) {
+      firstMark_ = std::min(firstMark_, i);
+      lastMark_ = i;
+    }
+    if (isAboveNoSample(lineData[i].pt3D.z)) {
+      y_.take(lineData[i].pt3D.y);
+    }
   }
-  stretch = {kNothing, kNothing, false};
-  for (int i = count; i-- > 1;) {
-    after_[i] = stretch = extended(stretch, lineData_[i]);
-  }
-}
-
-SideViewer::Stretch SideViewer::extended(const Stretch& beyond, const STesk3DPosition& sample) {
-  if (sample.nPointIdx == kJumpMark) {
-    return {kNothing, kNothing, true};
-  }
-  if (!isAboveNoSample(sample.pt3D.z)) {
-    return beyond;
-  }
-  const double y = sample.pt3D.y;
-  return {std::fmin(beyond.minY, y), std::fmax(beyond.maxY, y), beyond.endsAtMark};
 }
 
 SideView SideViewer::view(int start, int step) const {
   const STesk3DPoint& from = lineData_[start].pt3D;
   const auto isBeyond = [&](double y) { return std::abs(y - from.y) > width_; };
-  int i = start + step;
-  if (i < 1 || i >= static_cast<int>(lineData_.size())) {
-    return {-1, -1.0, false};
+  const SideView atMark = {-1, -1.0, true};
+  const SideView offTheLine = {-1, -1.0, false};
+  // Without this a width that spans the line would have every view cost all of it.
+  if (!y_.anyFar(isBeyond)) {
+    return (step < 0 ? firstMark_ < start : lastMark_ > start) ? atMark : offTheLine;
   }
-  const Stretch& ahead = (step > 0 ? after_ : before_)[i];
-  if (!(isBeyond(ahead.minY) || isBeyond(ahead.maxY))) {
-    return {-1, -1.0, ahead.endsAtMark};
-  }
-  int highest = start;
+  const int count = static_cast<int>(lineData_.size());
   double sum = from.z;
   int taken = 1;
-  for (;; i += step) {
+  int highest = start;
+  for (int i = start + step; i >= 1 && i < count; i += step) {
+    if (lineData_[i].nPointIdx == kJumpMark) {
+      return atMark;
+    }
     const STesk3DPoint& point = lineData_[i].pt3D;
     if (!isAboveNoSample(point.z)) {
       continue;
@@ -66,6 +53,7 @@ SideView SideViewer::view(int start, int step) const {
       highest = i;
     }
   }
+  return offTheLine;
 }
 
 }  // namespace scanline::detail

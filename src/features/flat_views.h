@@ -3,6 +3,7 @@
 #include <vector>
 
 #include <scanline/scan_records.h>
+#include "features/extent.h"
 
 /// What a nearly flat line shows to the sides of its slopes.
 namespace scanline::detail {
@@ -21,29 +22,18 @@ struct SideView {
 /// line is out of reach.
 class SideViewer {
  public:
+  /// The marks must be in place. Allocates nothing.
   SideViewer(const std::vector<STesk3DPosition>& lineData, double width);
 
-  /// Takes the marks as they are now; to be called before the first view. Allocates nothing.
-  void readMarks();
-
-  /// Looks from a valid sample to lower indices (`step` -1) or to higher ones (1). Costs the
-  /// samples of the view, and nothing if it is stopped.
+  /// Looks from a valid sample to lower indices (`step` -1) or to higher ones (1).
   [[nodiscard]] SideView view(int start, int step) const;
 
  private:
-  /// The valid samples from one of the line on, up to a mark or the end of the line.
-  struct Stretch {
-    double minY;  ///< NaN if no y is a number.
-    double maxY;
-    bool endsAtMark;
-  };
-
-  static Stretch extended(const Stretch& beyond, const STesk3DPosition& sample);
-
   const std::vector<STesk3DPosition>& lineData_;
   double width_;
-  std::vector<Stretch> before_;  ///< For each sample, the stretch from it to lower indices.
-  std::vector<Stretch> after_;   ///< The same to higher indices.
+  Extent y_;  ///< Extent of the valid samples.
+  int firstMark_;
+  int lastMark_;
 };
 
 }  // namespace scanline::detail

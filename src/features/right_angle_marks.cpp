@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 
 #include "features/right_angle_stages.h"
@@ -92,6 +93,12 @@ class Marker {
   double maxTol_;
 };
 
+/// Whether walks from a point can end. Those from one that is not a number never do, and would cost
+/// the whole line.
+bool canEndWalks(const STesk3DPoint& point) {
+  return !std::isnan(point.y) && !std::isnan(point.z);
+}
+
 }  // namespace
 
 std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
@@ -100,7 +107,8 @@ std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
   std::vector<RightAngleMark> marks(static_cast<std::size_t>(std::max(dataSize, 0)), kNoMark);
   const Marker marker(lineData, dataSize, kinds);
   for (int i = 0; i < dataSize; ++i) {
-    if (!isNoSample(lineData[i].pt3D.z)) {
+    const STesk3DPoint& point = lineData[i].pt3D;
+    if (!isNoSample(point.z) && canEndWalks(point)) {
       marks[i] = marker.markOf(i);
     }
   }

@@ -23,8 +23,8 @@ struct ArmWalk {
   }
 };
 
-/// Walks along a line from its samples. Holes are left out beforehand and so are walks that nothing
-/// can end, so that a walk costs the samples of one arm.
+/// Walks along a line from its samples. Holes are left out beforehand, and so are walks longer than
+/// the line, so that a walk costs the samples of one arm.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
@@ -45,21 +45,12 @@ class ArmWalker {
     int index;
   };
 
-  struct Extent {
-    STeskRangeD y;  ///< NaN if no y is a number.
-    STeskRangeD z;
-  };
-
-  /// For each neighbour, the extent of those on the way to it from `place` on, itself included.
-  [[nodiscard]] std::vector<Extent> extentsAlong(int place, int stride) const;
-
   [[nodiscard]] ArmWalk walk(int sample, int place, int stride, double armLen) const;
 
   const STesk3DPosition* lineData_;
   std::vector<Neighbour> neighbours_;  ///< The samples that a walk sees.
   std::vector<int> placeOf_;  ///< For each sample and the end, the number of neighbours before it.
-  std::vector<Extent> upTo_;  ///< Extents from the first neighbour to each.
-  std::vector<Extent> from_;  ///< Extents from each neighbour to the last.
+  double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
 };
 
 /// The parameters of the four kinds.
