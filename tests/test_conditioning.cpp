@@ -200,12 +200,14 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
     for (STesk3DPosition& sample : line) {
       sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four level samples on: a distance of 5.
       sample.pt3D.y = std::max(0.0, sample.pt3D.y - wallY);
+      sample.nPointIdx = 5;
     }
     Pieces best;
     Pieces others;
     ju_surfaceLineSegment(line, 6, lenRange, {4.5, 5.0, 0.5}, best, others);
     EXPECT_EQ(text(best), expectedBest) << what;
     EXPECT_EQ(text(others), expectedOthers) << what;
+    EXPECT_EQ(build::stampsOf(line), std::vector<int>(line.size(), 0));
   }
 }
 

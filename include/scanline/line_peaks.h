@@ -56,7 +56,7 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * steepest step stays. A jump gives a feature half way along it, or half way across the pair that
  * it makes with the next step closer than `peakWidth_y`: a jump if one of the two is lower than
  * `jumpTh_z` or a rise comes before a fall, and for a rise of `jumpTh_z` or more also a falling
- * slope. So does a rising slope with the falling slope behind it. A slope without partner, but for
+ * slope. So does a rising slope with the falling slope after it. A slope without partner, but for
  * a rising one at the end of the line, gives one on the greatest z within 1.5 * `peakWidth_y`
  * on its high side, if the mean z there exceeds that on its low side by 0.1 or more. That side
  * must not reach a jump or run off the line, nor may the low side reach a jump.

@@ -124,27 +124,21 @@ std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
 
 Runs cutIntoRuns(const std::vector<STesk3DPosition>& lineData, const SQO_lineSegParam& para) {
   Runs runs;
-  SQO_RUN run = {0, 0, 1};  // A length of 0 means that no run is open.
-  STesk3DPoint last = {0.0, 0.0, 0.0};
-  const int count = static_cast<int>(lineData.size());
-  for (int i = 0; i < count; ++i) {
+  const STesk3DPoint* last = nullptr;
+  for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (!isAboveNoSample(point.z)) {
       continue;
     }
-    if (run.len == 0) {
-      run.start = i;
-    } else if (!isContinuous(last, point, para)) {
-      runs.push_back(run);
-      ++run.value;
-      run.start = i;
+    if (last == nullptr || !isContinuous(*last, point, para)) {
+      runs.push_back({i, 0, static_cast<int>(runs.size()) + 1});
     }
-    run.len = i - run.start + 1;
-    last = point;
+    runs.back().len = i - runs.back().start + 1;
+    last = &point;
   }
-  if (run.len > 0) {
+  if (!runs.empty()) {
     // The last run carries its end instead of a label.
-    runs.push_back({run.start, run.len, run.start + run.len - 1});
+    runs.back().value = runs.back().start + runs.back().len - 1;
   }
   return runs;
 }

@@ -39,12 +39,12 @@ class LastPoint {
 };
 
 /**
- * Cuts a sequence of samples into stretches of continuous ones and tells the stretches that hold
+ * Cuts a sequence of samples into stretches of continuous ones and reports the stretches that hold
  * too few, each as soon as it is complete.
  *
  * The samples are handed in one by one, from wherever they lie: many walks can go on side by side.
- * What the walk needs of the samples behind it, it keeps by value, so that those may be blanked at
- * once.
+ * What the walk needs of the samples it has passed, it keeps by value, so that those may be blanked
+ * at once.
  */
 template <typename Last>
 class OutlierWalk {

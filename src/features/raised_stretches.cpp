@@ -13,7 +13,7 @@ namespace {
 using Features = std::vector<SJU_segFeature>;
 
 /// A stretch that no rise has closed yet. The fresh one starts at the line's first sample, and
-/// nothing tells it from one that a fall has opened there.
+/// it looks like one that a fall has opened there.
 struct OpenStretch {
   int start = 0;
   int len = -1;
