@@ -18,7 +18,7 @@ class LastHeight {
   }
 
  private:
-  double z_ = 0.0;
+  double z_ = {};
 };
 
 /// Continuity by distance in space.
@@ -35,7 +35,7 @@ class LastPoint {
   }
 
  private:
-  STesk3DPoint point_ = {0.0, 0.0, 0.0};
+  STesk3DPoint point_ = {};
 };
 
 /**
@@ -78,7 +78,7 @@ class OutlierWalk {
 
  private:
   /// The open stretch: first index, count of measured samples (0: none is open), last index.
-  SQO_RUN stretch_ = {0, 0, 0};
+  SQO_RUN stretch_ = {};
   Last last_;
 };
 

@@ -12,8 +12,8 @@ namespace {
 
 using Features = std::vector<SJU_segFeature>;
 
-/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample, and
-/// it looks like one that a fall has opened there.
+/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample and looks
+/// like one that a fall has opened there.
 struct OpenStretch {
   int start = 0;
   int len = -1;
@@ -57,15 +57,15 @@ Features findRaised(const std::vector<STesk3DPosition>& lineData,
                     const SQO_raisedFeatureParam& param) {
   Features features;
   OpenStretch stretch;
-  STesk3DPoint before = {0.0, 0.0, -1.0};
+  const STesk3DPoint* before = nullptr;
   for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
-    const STesk3DPoint point = lineData[i].pt3D;
+    const STesk3DPoint& point = lineData[i].pt3D;
     if (detail::isHole(point.z)) {
       continue;
     }
     // A z that is not a number passes for a sample, yet nothing is measured against it.
-    if (before.z > 0.0) {
-      switch (flankBetween(before, point, param)) {
+    if (before != nullptr && !std::isnan(before->z)) {
+      switch (flankBetween(*before, point, param)) {
         case Flank::kFall:
           stretch = {i, 1};
           break;
@@ -78,7 +78,7 @@ Features findRaised(const std::vector<STesk3DPosition>& lineData,
           break;
       }
     }
-    before = point;
+    before = &point;
   }
   return features;
 }
