@@ -56,7 +56,8 @@ class MovingMean {
   /// How far the window reaches to each side. One that reaches beyond both ends of the piece may as
   /// well end there.
   [[nodiscard]] std::size_t reachWithin(std::size_t count) const {
-    return count == 0 ? 0 : std::min(static_cast<std::size_t>(std::max(half_, 0)), count - 1);
+    const std::size_t last = std::max<std::size_t>(count, 1) - 1;
+    return std::min(static_cast<std::size_t>(std::max(half_, 0)), last);
   }
 
   /// Takes the measured z, with 0.0 for every hole and for what lies beyond the piece's end. Such a
