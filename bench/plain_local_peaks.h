@@ -12,9 +12,8 @@ namespace plain {
 using Line = std::vector<STesk3DPosition>;
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// Appends the places where `sign` * z turns upwards and that none within `scale` beats.
-inline void appendTurns(
-    const Line& line, double sign, double scale, int type, int lineIdx, Features& features) {
+/// The samples at which `sign` * z turns upwards.
+inline std::vector<int> turnsOf(const Line& line, double sign) {
   const int count = static_cast<int>(line.size());
   std::vector<int> turns;
   int trend = 0;
@@ -33,21 +32,31 @@ inline void appendTurns(
     trend = dz > 0.0 ? 1 : dz < 0.0 ? -1 : trend;
     last = i;
   }
-  const int turnCount = static_cast<int>(turns.size());
-  for (int k = 0; k < turnCount; ++k) {
-    const STesk3DPoint& own = line[turns[k]].pt3D;
-    bool beaten = false;
-    for (const int step : {-1, 1}) {
-      for (int j = k + step; j >= 0 && j < turnCount; j += step) {
-        const STesk3DPoint& other = line[turns[j]].pt3D;
-        if ((own.y - other.y) * (own.y - other.y) > scale * scale) {
-          break;
-        }
-        beaten = beaten || sign * own.z > sign * other.z;
-      }
+  return turns;
+}
+
+/// Whether a look by `step` from turn `k` meets one of lower `sign` * z within `scale`.
+inline bool isBeaten(
+    const Line& line, const std::vector<int>& turns, int k, int step, double sign, double scale) {
+  const STesk3DPoint& own = line[turns[k]].pt3D;
+  for (int j = k + step; j >= 0 && j < static_cast<int>(turns.size()); j += step) {
+    const STesk3DPoint& other = line[turns[j]].pt3D;
+    if ((own.y - other.y) * (own.y - other.y) > scale * scale) {
+      return false;
     }
-    if (!beaten) {
-      features.push_back({type, {lineIdx, turns[k]}, own, 0.0});
+    if (sign * own.z > sign * other.z) {
+      return true;
+    }
+  }
+  return false;
+}
+
+inline void appendTurns(
+    const Line& line, double sign, double scale, int type, int lineIdx, Features& features) {
+  const std::vector<int> turns = turnsOf(line, sign);
+  for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
+    if (!isBeaten(line, turns, k, -1, sign, scale) && !isBeaten(line, turns, k, 1, sign, scale)) {
+      features.push_back({type, {lineIdx, turns[k]}, line[turns[k]].pt3D, 0.0});
     }
   }
 }

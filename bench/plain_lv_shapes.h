@@ -13,6 +13,7 @@
 namespace plain {
 
 using Line = std::vector<STesk3DPosition>;
+using Features = std::vector<SQO_basicFeature1D>;
 
 /// What the rules are applied to and what they give, with places as indices on the line.
 struct LvShapes {
@@ -28,68 +29,66 @@ struct LvShapes {
   std::vector<Run> runs;
   std::vector<std::pair<int, int>> segments;
 
-  double y(int i) const {
+  [[nodiscard]] double y(int i) const {
     return line[i].pt3D.y;
   }
-  double z(int i) const {
+  [[nodiscard]] double z(int i) const {
     return line[i].pt3D.z;
   }
 
-  void cut() {
-    enum { kNone, kDown, kUp } dir = kNone;
-    const int last = static_cast<int>(line.size()) - 1;
-    int prev = -1;
-    int holes = 0;
-    int start = -1;
-    Run run = {};
-    const auto keep = [&] {
-      const double sign = dir == kUp ? 1.0 : -1.0;
-      if (dir != kNone && sign * (z(run.end) - z(run.start)) >= slope.minSlope_z) {
-        runs.push_back(run);
-      }
-    };
-    for (int i = 0; i <= last; ++i) {
-      if (0.0001 > z(i)) {
-        ++holes;
-        if (i == last && prev >= 0) {
-          segments.emplace_back(start, prev);
-        }
-        continue;
-      }
-      if (prev < 0) {
-        start = i;
-      } else {
-        if (i == last) {
-          segments.emplace_back(start, i);
-        } else if (holes > 0 && std::abs(y(i) - y(prev)) > slope.maxGap_y) {
-          segments.emplace_back(start, prev);
-          start = i;
-        }
-        const double dz = z(i) - z(prev);
-        if ((dz > 0.0 && dir != kUp) || (dz < 0.0 && dir != kDown)) {
-          keep();
-          run = {prev, i, prev, i};
-          dir = dz > 0.0 ? kUp : kDown;
-        } else if (dir != kNone && !std::isnan(dz)) {
-          run.end = i;
-          if (std::abs(dz) > std::abs(z(run.maxEnd) - z(run.maxStart))) {
-            run.maxStart = prev;
-            run.maxEnd = i;
-          }
-        }
-      }
-      holes = 0;
-      prev = i;
+  enum { kNone, kDown, kUp } dir = kNone;
+  Run open = {};
+
+  void keepRun() {
+    const double sign = dir == kUp ? 1.0 : -1.0;
+    if (dir != kNone && sign * (z(open.end) - z(open.start)) >= slope.minSlope_z) {
+      runs.push_back(open);
     }
-    keep();
   }
 
-  SQO_basicFeature1D feature(int type, int i) const {
+  void stepRun(int prev, int i) {
+    const double dz = z(i) - z(prev);
+    if ((dz > 0.0 && dir != kUp) || (dz < 0.0 && dir != kDown)) {
+      keepRun();
+      open = {prev, i, prev, i};
+      dir = dz > 0.0 ? kUp : kDown;
+    } else if (dir != kNone && !std::isnan(dz)) {
+      open.end = i;
+      if (std::abs(dz) > std::abs(z(open.maxEnd) - z(open.maxStart))) {
+        open.maxStart = prev;
+        open.maxEnd = i;
+      }
+    }
+  }
+
+  void cut() {
+    const int last = static_cast<int>(line.size()) - 1;
+    int prev = -1;
+    int start = -1;
+    for (int i = 0; i <= last; ++i) {
+      const bool isHole = 0.0001 > z(i);
+      if (i == last && prev >= 0) {
+        segments.emplace_back(start, isHole ? prev : i);
+      } else if (prev >= 0 && !isHole && i - prev > 1 &&
+                 std::abs(y(i) - y(prev)) > slope.maxGap_y) {
+        segments.emplace_back(start, prev);
+        start = i;
+      }
+      if (!isHole && prev >= 0) {
+        stepRun(prev, i);
+      }
+      start = !isHole && prev < 0 ? i : start;
+      prev = isHole ? prev : i;
+    }
+    keepRun();
+  }
+
+  [[nodiscard]] SQO_basicFeature1D feature(int type, int i) const {
     return {type, {lineIdx, i}, line[i].pt3D, 0.0};
   }
 
   /// The L of a run, its type 0 if there is none.
-  SQO_basicFeature1D flank(const Run& run) const {
+  [[nodiscard]] SQO_basicFeature1D flank(const Run& run) const {
     const double step = z(run.maxEnd) - z(run.maxStart);
     const double total = z(run.end) - z(run.start);
     if (std::abs(step) > slope.jumpTh_z) {
@@ -108,7 +107,7 @@ struct LvShapes {
                          : feature(FEATURE_SLOPE_FALL, run.maxStart);
   }
 
-  double yNearest(const Run& run, double height) const {
+  [[nodiscard]] double yNearest(const Run& run, double height) const {
     int best = run.start;
     for (int i = run.start; i <= run.end; ++i) {
       best = std::abs(z(best) - height) > std::abs(z(i) - height) ? i : best;
@@ -116,7 +115,7 @@ struct LvShapes {
     return y(best);
   }
 
-  bool isV(const Run& r, const Run& n) const {
+  [[nodiscard]] bool isV(const Run& r, const Run& n) const {
     const double t1 = z(r.end);
     const double t2 = z(n.start);
     if (!(t1 > z(r.start) && z(n.end) < t2 && t1 > z(n.end) && t2 > z(r.start))) {
@@ -129,36 +128,43 @@ struct LvShapes {
     return v.maxWidth_y > std::abs((t1 >= t2 ? yNearest(r, t2) : yNearest(n, t1)) - t2);
   }
 
+  /// The V and its only flank, which comes first if it is the rise.
+  static Features withOne(const SQO_basicFeature1D& top,
+                          const SQO_basicFeature1D& flank,
+                          bool isFar,
+                          bool isWhole) {
+    const bool isRise =
+        flank.featureType == FEATURE_JUMP_RISE || flank.featureType == FEATURE_SLOPE_RISE;
+    if (isFar) {
+      return isRise ? Features{flank, top} : Features{top, flank};
+    }
+    const bool isSlope =
+        flank.featureType == FEATURE_SLOPE_RISE || flank.featureType == FEATURE_SLOPE_FALL;
+    return {isWhole && isSlope ? top : flank};
+  }
+
   void appendV(const Run& r, const Run& n) {
     const SQO_basicFeature1D a = flank(r);
     const SQO_basicFeature1D b = flank(n);
     const SQO_basicFeature1D top = feature(FEATURE_V, z(r.end) >= z(n.start) ? r.end : n.start);
-    const bool hasA = a.featureType != 0;
-    const bool hasB = b.featureType != 0;
     const bool farA = std::abs(top.jumpPos.y - y(r.maxEnd)) > 5.0;
     const bool farB = std::abs(top.jumpPos.y - y(n.maxStart)) > 5.0;
     const double feet = z(r.start) - z(n.end);
-    const bool level = 40.0 > std::abs(feet);
-    std::vector<SQO_basicFeature1D> kept;
-    if (!hasA && !hasB) {
-      kept = {top};
-    } else if (!hasA) {
-      kept = {farB || (level && b.featureType == FEATURE_SLOPE_FALL) ? top : b};
-      kept.resize(farB ? 2 : 1, b);
-    } else if (!hasB) {
-      kept = {!farA && level && a.featureType == FEATURE_SLOPE_RISE ? top : a};
-      kept.resize(farA ? 2 : 1, top);
-    } else if (farA && farB) {
+    const bool isWhole = 40.0 > std::abs(feet);
+    Features kept = {top};
+    if (b.featureType == 0 && a.featureType != 0) {
+      kept = withOne(top, a, farA, isWhole);
+    } else if (a.featureType == 0 && b.featureType != 0) {
+      kept = withOne(top, b, farB, isWhole);
+    } else if (a.featureType != 0 && farA && farB) {
       kept = {a, top, b};
-    } else if (farA) {
+    } else if (a.featureType != 0 && farA) {
       kept = {a, b.featureType == FEATURE_JUMP_FALL ? b : top};
-    } else if (farB) {
+    } else if (a.featureType != 0 && farB) {
       kept = {a.featureType == FEATURE_JUMP_RISE ? a : top, b};
-    } else {
-      kept = {level ? top : a.jumpPos.z > b.jumpPos.z ? a : b};
-      kept[0].featureType = level        ? FEATURE_V
-                            : feet > 0.0 ? FEATURE_SLOPE_FALL
-                                         : FEATURE_SLOPE_RISE;
+    } else if (a.featureType != 0 && !isWhole) {
+      kept = {a.jumpPos.z > b.jumpPos.z ? a : b};
+      kept[0].featureType = feet > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
     }
     found.features.insert(found.features.end(), kept.begin(), kept.end());
   }

@@ -43,7 +43,36 @@ inline Arm walkArm(const Line& line, int i, int step, double length) {
 }
 
 /// Type and sharpness of the corner at a sample; type 0 if there is none.
-inline std::pair<int, bool> cornerAt(const Line& line, int i, const RightAngleKinds& kinds) {
+using Corner = std::pair<int, bool>;
+
+inline double strayOf(const Arm& arm, double value) {
+  return arm.stop < 0 ? 0.0 : value;
+}
+
+inline Corner flatThenSteep(const Line& line, int i, bool rises, const RightAngleKinds& kinds) {
+  const SQO_lineRightAngleParam& kind = kinds[rises ? 0 : 2];
+  const Arm flat = walkArm(line, i, -1, kind.flatArmLen);
+  const Arm steep = walkArm(line, i, 1, kind.steepArmLen);
+  const double tol = kinds[0].armTol;
+  if (tol > strayOf(flat, flat.dz) && tol > strayOf(steep, steep.dy)) {
+    return {rises ? FEATURE_RIGHT_ANGLE_2 : FEATURE_RIGHT_ANGLE_1, flat.stop == i - 1};
+  }
+  return {0, false};
+}
+
+inline Corner steepThenFlat(const Line& line, int i, bool rises, const RightAngleKinds& kinds) {
+  const SQO_lineRightAngleParam& kind = kinds[rises ? 1 : 3];
+  const Arm steep = walkArm(line, i, -1, kind.steepArmLen);
+  const Arm flat = walkArm(line, i, 1, kind.flatArmLen);
+  const bool isSharp = steep.stop == i - 1;
+  if (kind.armTol > strayOf(steep, isSharp ? 0.0 : steep.dy) &&
+      kind.armTol > strayOf(flat, flat.dz)) {
+    return {rises ? FEATURE_RIGHT_ANGLE_4 : FEATURE_RIGHT_ANGLE_3, isSharp};
+  }
+  return {0, false};
+}
+
+inline Corner cornerAt(const Line& line, int i, const RightAngleKinds& kinds) {
   double minLen = kinds[0].flatArmLen;
   double maxTol = kinds[0].armTol;
   for (const SQO_lineRightAngleParam& kind : kinds) {
@@ -51,32 +80,16 @@ inline std::pair<int, bool> cornerAt(const Line& line, int i, const RightAngleKi
     maxTol = std::max(maxTol, kind.armTol);
   }
   const auto zOf = [&](int k) { return line[k].pt3D.z; };
-  const auto stray = [](const Arm& arm, double value) { return arm.stop < 0 ? 0.0 : value; };
   const Arm back = walkArm(line, i, -1, minLen);
   const Arm ahead = walkArm(line, i, 1, minLen);
   if (0.0001 > zOf(i) || back.stop < 0 || ahead.stop < 0) {
     return {0, false};
   }
   if (maxTol > back.dz && maxTol > ahead.dy) {
-    const bool rises = zOf(ahead.stop) > zOf(i);
-    const Arm flat = walkArm(line, i, -1, kinds[rises ? 0 : 2].flatArmLen);
-    const Arm steep = walkArm(line, i, 1, kinds[rises ? 0 : 2].steepArmLen);
-    const bool fits =
-        kinds[0].armTol > stray(flat, flat.dz) && kinds[0].armTol > stray(steep, steep.dy);
-    return {!fits   ? 0
-            : rises ? FEATURE_RIGHT_ANGLE_2
-                    : FEATURE_RIGHT_ANGLE_1,
-            fits && flat.stop == i - 1};
+    return flatThenSteep(line, i, zOf(ahead.stop) > zOf(i), kinds);
   }
   if (maxTol > (back.stop == i - 1 ? 0.0 : back.dy) && maxTol > ahead.dz) {
-    const bool rises = zOf(i) > zOf(back.stop);
-    const SQO_lineRightAngleParam& kind = kinds[rises ? 1 : 3];
-    const Arm steep = walkArm(line, i, -1, kind.steepArmLen);
-    const Arm flat = walkArm(line, i, 1, kind.flatArmLen);
-    const bool isSharp = steep.stop == i - 1;
-    const bool fits =
-        kind.armTol > stray(steep, isSharp ? 0.0 : steep.dy) && kind.armTol > stray(flat, flat.dz);
-    return {!fits ? 0 : rises ? FEATURE_RIGHT_ANGLE_4 : FEATURE_RIGHT_ANGLE_3, fits && isSharp};
+    return steepThenFlat(line, i, zOf(i) > zOf(back.stop), kinds);
   }
   return {0, false};
 }
@@ -86,7 +99,7 @@ inline void rightAngles(const Line& line,
                         const RightAngleKinds& kinds,
                         Features& features) {
   const int count = static_cast<int>(line.size());
-  std::vector<std::pair<int, bool>> corners;
+  std::vector<Corner> corners;
   for (int i = 0; i < count; ++i) {
     corners.push_back(cornerAt(line, i, kinds));
   }

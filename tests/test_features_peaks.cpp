@@ -79,14 +79,14 @@ struct PlainSemiCircles {
   SQO_slopeParam param;
   const cv::Mat& labels;
 
-  double y(int i) const {
+  [[nodiscard]] double y(int i) const {
     return line[i].pt3D.y;
   }
-  double z(int i) const {
+  [[nodiscard]] double z(int i) const {
     return line[i].pt3D.z;
   }
 
-  SQO_featureSemiCircle stretch(int first, int last) const {
+  [[nodiscard]] SQO_featureSemiCircle stretch(int first, int last) const {
     int middle = first;
     int lowest = first;
     const double center = (y(first) + y(last)) * 0.5;

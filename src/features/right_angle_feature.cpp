@@ -43,13 +43,14 @@ void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
   const Marks marks = detail::markRightAngles(
       lineData, dataSize, {flatRisePara, riseFlatPara, flatFallPara, fallFlatPara});
   std::vector<SQO_basicFeature1D> corners;
-  int end = -1;
-  for (int start = 0; start < dataSize; start = end + 1) {
-    end = endOfKind(marks, start);
+  int start = 0;
+  while (start < dataSize) {
+    const int end = endOfKind(marks, start);
     if (const int kind = marks[start].kind; kind != 0) {
       const int corner = cornerAmong(marks, start, end);
       corners.push_back({kind, {lineIdx, corner}, lineData[corner].pt3D, 0.0});
     }
+    start = end + 1;
   }
   detail::append(corners, line_features->features);
 }
