@@ -8,10 +8,7 @@
 namespace scanline::detail {
 
 SideViewer::SideViewer(const std::vector<STesk3DPosition>& lineData, double width)
-    : lineData_(lineData),
-      width_(width),
-      firstMark_(static_cast<int>(lineData.size())),
-      lastMark_(0) {
+    : lineData_(lineData), width_(width), firstMark_(static_cast<int>(lineData.size())) {
   for (int i = 1; i < static_cast<int>(lineData.size()); ++i) {
     if (lineData[i].nPointIdx == kJumpMark) {
       firstMark_ = std::min(firstMark_, i);

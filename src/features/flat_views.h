@@ -33,7 +33,7 @@ class SideViewer {
   double width_;
   Extent y_;  ///< Extent of the valid samples.
   int firstMark_;
-  int lastMark_;
+  int lastMark_ = 0;
 };
 
 }  // namespace scanline::detail
