@@ -19,6 +19,7 @@ using build::Line;
 using build::lineOfZ;
 using build::text;
 using Runs = std::vector<SQO_RUN>;
+using Z = std::vector<double>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
 
 TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
@@ -40,7 +41,6 @@ TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
 }
 
 TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
-  using Z = std::vector<double>;
   const std::tuple<const char*, Z, double, double, Z> cases[] = {
       {"steps up and down", {1, 3, 5, 90, 92, 1, 3}, 2, 5, {3, 3, 3, 91, 91, 2, 2}},
       {"exactly the limits", {10, 15}, 1, 5, {12.5, 12.5}},
@@ -180,7 +180,6 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
 
 TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
   // Up to `wallY` in y the samples stand above each other.
-  using Z = std::vector<double>;
   const std::tuple<const char*, Z, STeskRangeD, const char*, const char*, double> cases[] = {
       {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 ", 0.0},
       {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 ", 0.0},
@@ -191,6 +190,7 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
       {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", "", 0.0},
       {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", "", 0.0},
       {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", "", 0.0},
+      {"hollow", {10, 0, 10}, {0, 9}, "", "", 0.0},
       {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", "", 0.0},
       {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", 2.0},
       {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", 9.0},
