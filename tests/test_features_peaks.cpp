@@ -251,7 +251,8 @@ TEST(LineRaisedFeature, AgreesWithThePlainRules) {
       const Line ends = {{0, f.startPt}, {0, f.endPt}};
       const Line expected = {{0, line[f.startPtIdx].pt3D}, {0, line[f.endPtIdx].pt3D}};
       ASSERT_EQ(text(ends), text(expected));
-      ASSERT_TRUE(f.lineIdx == 7 && f.segValue == std::abs(f.endPt.y - f.startPt.y));
+      ASSERT_TRUE(f.lineIdx == 7 && f.featureType == 0);
+      ASSERT_EQ(f.segValue, std::abs(f.endPt.y - f.startPt.y));
     }
     ASSERT_EQ(spans, plainRaised(plainLine, param)) << text(line);
     ASSERT_EQ(text(line), text(plainLine)) << "stamped";
