@@ -4,26 +4,30 @@
 
 #include <scanline/conditioning.h>
 #include "bench_scan.h"
+#include "plain_outliers.h"
+#include "plain_smoothing.h"
 
 namespace {
 
-void BM_Conditioning_Smoothing(benchmark::State& state) {
+/// The library beside the plain loop over each window.
+template <typename Smooth>
+void BM_Conditioning_Smoothing(benchmark::State& state, Smooth smooth) {
   bench::Scan scan = bench::sharedScan();
   const int window = static_cast<int>(state.range(0));
   bench::Line smoothed;
   for (auto _ : state) {
     for (bench::Line& line : scan) {
-      qo_lineDataSmoothing(line, window, smoothed);
+      smooth(line, window, smoothed);
       benchmark::ClobberMemory();
     }
   }
   bench::countSamples(state);
 }
-BENCHMARK(BM_Conditioning_Smoothing)
-    ->ArgName("window")
-    ->Arg(5)
-    ->Arg(25)
-    ->Unit(benchmark::kMillisecond);
+void windows(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("window")->Arg(5)->Arg(25)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(BM_Conditioning_Smoothing, library, qo_lineDataSmoothing)->Apply(windows);
+BENCHMARK_CAPTURE(BM_Conditioning_Smoothing, plainLoop, plain::smooth)->Apply(windows);
 
 void BM_Conditioning_SegSmoothing(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
@@ -38,11 +42,7 @@ void BM_Conditioning_SegSmoothing(benchmark::State& state) {
   }
   bench::countSamples(state);
 }
-BENCHMARK(BM_Conditioning_SegSmoothing)
-    ->ArgName("window")
-    ->Arg(5)
-    ->Arg(25)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_Conditioning_SegSmoothing)->Apply(windows);
 
 // Against the limit of 1.0 every block is one stretch and nothing goes; against 0.04 the scan's
 // noise alone breaks stretches all along the line, and short ones are blanked.
@@ -88,6 +88,22 @@ BENCHMARK_CAPTURE(BM_Conditioning_Outliers,
                   kKeepsAll)
     ->Unit(benchmark::kMillisecond);
 
+// The plain rules, copies of the lines included.
+void BM_Conditioning_PlainOutliers(benchmark::State& state) {
+  const bench::Scan scan = bench::sharedScan();
+  bench::Line filtered;
+  std::vector<int> noise;
+  for (auto _ : state) {
+    for (const bench::Line& line : scan) {
+      noise.clear();
+      filtered = plain::withoutOutliers(line, kKeepsAll, plain::heightDiff, noise);
+      benchmark::ClobberMemory();
+    }
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_Conditioning_PlainOutliers)->Unit(benchmark::kMillisecond);
+
 // One line of a sample more ends the filter after its pass along the lines.
 void BM_Conditioning_NoiseFilter(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
@@ -106,6 +122,16 @@ BENCHMARK(BM_Conditioning_NoiseFilter)
     ->Arg(0)
     ->Arg(1)
     ->Unit(benchmark::kMillisecond);
+
+void BM_Conditioning_PlainNoiseFilter(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(plain::noiseFilter(scan, kKeepsAll));
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_Conditioning_PlainNoiseFilter)->Unit(benchmark::kMillisecond);
 
 // The runs are the table and the blocks between the edges: straight pieces but for the noise.
 constexpr SQO_lineSegParam kSegments = {1.0, 5.0, 0.1};

@@ -3,7 +3,11 @@
 #include <scanline/line_features.h>
 #include "bench_scan.h"
 #include "plain_corners.h"
+#include "plain_flat_peaks.h"
 #include "plain_glove_arcs.h"
+#include "plain_local_peaks.h"
+#include "plain_lv_shapes.h"
+#include "plain_right_angles.h"
 
 namespace {
 
@@ -155,36 +159,43 @@ void BM_Features_RingArc(benchmark::State& state) {
   });
 }
 BENCHMARK(BM_Features_RingArc)->Unit(benchmark::kMillisecond);
-void BM_Features_LocalPeaks(benchmark::State& state) {
+// The library beside the same rules in their plainest form, here and where a plain form follows.
+template <typename Extract>
+void BM_Features_LocalPeaks(benchmark::State& state, Extract extract) {
+  const double scale = 0.2 * static_cast<double>(state.range(0));
   std::vector<SQO_basicFeature1D> valleys;
   runOnScan<SQO_basicFeature1D>(
       state, [&](bench::Line& line, int lineIdx, std::vector<SQO_basicFeature1D>& peaks) {
         valleys.clear();
-        qo_getLineLocalPeaks(line.data(), bench::kSamples, lineIdx,
-                             0.2 * static_cast<double>(state.range(0)), valleys, peaks);
+        extract(line, lineIdx, scale, valleys, peaks);
       });
 }
-BENCHMARK(BM_Features_LocalPeaks)
-    ->ArgName("scale_in_samples")
-    ->Arg(8)
-    ->Arg(64)
-    ->Unit(benchmark::kMillisecond);
+void scales(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("scale_in_samples")->Arg(8)->Arg(64)->Unit(benchmark::kMillisecond);
+}
+constexpr auto localPeaks = [](bench::Line& line, int lineIdx, double scale, auto&... found) {
+  qo_getLineLocalPeaks(line.data(), bench::kSamples, lineIdx, scale, found...);
+};
+BENCHMARK_CAPTURE(BM_Features_LocalPeaks, library, localPeaks)->Apply(scales);
+BENCHMARK_CAPTURE(BM_Features_LocalPeaks, plainRules, plain::localPeaks)->Apply(scales);
 
 // Windows inside the line and one that spans it: the cost must not depend on them. The first
 // round leaves marks in the line, which the later ones meet as jumps.
-void BM_Features_FlatLinePeaks(benchmark::State& state) {
+template <typename Extract>
+void BM_Features_FlatLinePeaks(benchmark::State& state, Extract extract) {
+  const double window = 0.2 * static_cast<double>(state.range(0));
   runOnScan<SQO_basicFeature1D>(
       state, [&](bench::Line& line, int lineIdx, std::vector<SQO_basicFeature1D>& peaks) {
-        qo_getFlatLineLocalPeaks_vector(line, lineIdx, 0.2 * static_cast<double>(state.range(0)),
-                                        5.0, 4.0, peaks);
+        extract(line, lineIdx, window, 5.0, 4.0, peaks);
       });
 }
-BENCHMARK(BM_Features_FlatLinePeaks)
-    ->ArgName("window_in_samples")
-    ->Arg(8)
-    ->Arg(256)
-    ->Arg(4096)
-    ->Unit(benchmark::kMillisecond);
+void slopeWindows(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("window_in_samples")->Arg(8)->Arg(256)->Arg(4096);
+  benchmark->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, library, qo_getFlatLineLocalPeaks_vector)
+    ->Apply(slopeWindows);
+BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, plainRules, plain::flatLinePeaks)->Apply(slopeWindows);
 
 void BM_Features_SemiCircles(benchmark::State& state) {
   cv::Mat noLabels(bench::kSamples + 1, bench::kLines, CV_32SC1, cv::Scalar(0));
@@ -220,26 +231,44 @@ void BM_Features_Raised(benchmark::State& state) {
 BENCHMARK(BM_Features_Raised)->Unit(benchmark::kMillisecond);
 
 // Blocks of 40 in z make jumps; noise makes short runs, which the smallest slope drops.
-void BM_Features_LV(benchmark::State& state) {
-  runOnRecords(state, [](bench::Line& line, int l, SQO_lineFeature& record) {
-    qo_getLineLVFeature(line.data(), bench::kSamples, l, {1.5, 1.0, 5.0, 2.0}, {2.0, 30.0},
-                        &record);
+template <typename Extract>
+void BM_Features_LV(benchmark::State& state, Extract extract) {
+  runOnRecords(state, [&](bench::Line& line, int l, SQO_lineFeature& record) {
+    extract(line, l, {1.5, 1.0, 5.0, 2.0}, {2.0, 30.0}, record);
   });
 }
-BENCHMARK(BM_Features_LV)->Unit(benchmark::kMillisecond);
+void lvShapes(bench::Line& line,
+              int lineIdx,
+              const SQO_slopeParam& slope,
+              const SQO_VFeatureParam& v,
+              SQO_lineFeature& found) {
+  qo_getLineLVFeature(line.data(), bench::kSamples, lineIdx, slope, v, &found);
+}
+BENCHMARK_CAPTURE(BM_Features_LV, library, lvShapes)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Features_LV, plainRules, plain::lvShapes)->Unit(benchmark::kMillisecond);
 
-void BM_Features_RightAngle(benchmark::State& state) {
+template <typename Extract>
+void BM_Features_RightAngle(benchmark::State& state, Extract extract) {
   const double armLen = 0.2 * static_cast<double>(state.range(0));
   const SQO_lineRightAngleParam kind = {armLen, armLen, 0.3};
   runOnRecords(state, [&](bench::Line& line, int l, SQO_lineFeature& record) {
-    qo_getLineRigthAngleFeature(line.data(), bench::kSamples, l, kind, kind, kind, kind, &record);
+    extract(line, l, {kind, kind, kind, kind}, record.features);
   });
 }
-BENCHMARK(BM_Features_RightAngle)
-    ->ArgName("arm_in_samples")
-    ->Arg(4)
-    ->Arg(8)
-    ->Arg(32)
-    ->Unit(benchmark::kMillisecond);
+void arms(benchmark::internal::Benchmark* benchmark) {
+  benchmark->ArgName("arm_in_samples")->Arg(4)->Arg(8)->Arg(32)->Unit(benchmark::kMillisecond);
+}
+void rightAngles(bench::Line& line,
+                 int lineIdx,
+                 const plain::RightAngleKinds& kinds,
+                 std::vector<SQO_basicFeature1D>& corners) {
+  SQO_lineFeature record = {lineIdx, {}, {}};
+  record.features.swap(corners);
+  qo_getLineRigthAngleFeature(line.data(), bench::kSamples, lineIdx, kinds[0], kinds[1], kinds[2],
+                              kinds[3], &record);
+  record.features.swap(corners);
+}
+BENCHMARK_CAPTURE(BM_Features_RightAngle, library, rightAngles)->Apply(arms);
+BENCHMARK_CAPTURE(BM_Features_RightAngle, plainRules, plain::rightAngles)->Apply(arms);
 
 }  // namespace

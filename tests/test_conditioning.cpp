@@ -3,14 +3,15 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
-#include <cstdlib>
-#include <random>
 #include <string>
 #include <tuple>
 #include <vector>
 
 #include <scanline/conditioning.h>
 #include "builders.h"
+#include "grid_lines.h"
+#include "plain_outliers.h"
+#include "plain_smoothing.h"
 
 namespace {
 
@@ -18,52 +19,28 @@ using build::Line;
 using build::lineOfZ;
 using build::text;
 using Runs = std::vector<SQO_RUN>;
+using Z = std::vector<double>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
 
-/// Steps, noise, infinities, samples right at the limit and holes of every kind.
-Line noisyLine(int count) {
-  std::mt19937 random(7);
-  const double odd[] = {-0.0, -7.0, 0.0001, NAN, -HUGE_VAL, HUGE_VAL, 0.000101};
-  Line line;
-  for (int i = 0; i < count; ++i) {
-    const double noise = static_cast<double>(random()) / 4294967296.0;
-    const int steps = i / 20;
-    const double z = random() % 8 == 0 ? odd[random() % 7] : 100.0 + 5.0 * steps + noise / 3.0;
-    line.push_back(build::sample(0.1 * noise, 0.2 * i, z, 3 * i));
-  }
-  return line;
-}
-
-Line smoothedByPlainLoop(const Line& line, int half) {
-  Line out = line;
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    double sum = 0.0;
-    int count = 0;
-    for (std::size_t k = 0; k < line.size(); ++k) {
-      const int distance = std::abs(static_cast<int>(k) - static_cast<int>(i));
-      if (distance <= half && line[k].pt3D.z > 0.0001) {
-        sum += line[k].pt3D.z;
-        ++count;
-      }
-    }
-    out[i].pt3D.z = line[i].pt3D.z > 0.0001 ? sum / count : line[i].pt3D.z;
-  }
-  return out;
-}
-
 TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
-  for (const int count : {0, 2, 301}) {
-    for (const int window : {INT_MIN, -2, 0, 1, 2, 25, 599, 602, INT_MAX}) {
-      Line line = noisyLine(count);
+  build::GridLines grid(7);
+  for (int round = 0; round < 60; ++round) {
+    Line line = grid.line(round < 30 ? 4 : 600, {-40, -1, 0, 0.5, 9});
+    for (STesk3DPosition& sample : line) {
+      sample.pt3D.z /= sample.pt3D.z > 1.0 ? 3.0 : 1.0;  // Sums depend on the order now.
+    }
+    const int size = static_cast<int>(line.size());
+    for (const int window : {INT_MIN, -2, 0, 1, 2, 25, size, 2 * size - 3, 2 * size, INT_MAX}) {
       Line out(7);
+      Line expected;
       qo_lineDataSmoothing(line, window, out);
-      EXPECT_EQ(text(out), text(smoothedByPlainLoop(line, window / 2))) << "window " << window;
+      plain::smooth(line, window, expected);
+      ASSERT_EQ(text(out), text(expected)) << "window " << window;
     }
   }
 }
 
 TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
-  using Z = std::vector<double>;
   const std::tuple<const char*, Z, double, double, Z> cases[] = {
       {"steps up and down", {1, 3, 5, 90, 92, 1, 3}, 2, 5, {3, 3, 3, 91, 91, 2, 2}},
       {"exactly the limits", {10, 15}, 1, 5, {12.5, 12.5}},
@@ -82,47 +59,31 @@ TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
   }
 }
 
-TEST(RemoveOutlier, BlanksShortStretchesInAllForms) {
-  const std::tuple<const char*, std::vector<double>, SQO_outlierFilterParam, std::vector<int>>
-      cases[] = {
-          {"exactly the count limit", {10, 10.5, 50}, {1, 2}, {2}},
-          {"exactly the continuity limit", {10, 11, 10}, {1, 2}, {0, 1, 2}},
-          {"holes do not separate", {10, 0, 0.0001, -3, 10.5}, {1, 2}, {}},
-          {"holes inside go too", {0, 10, -3, 0.0001, 10.5, -3, 50, 50, 50}, {1, 3}, {1, 2, 3, 4}},
-          {"no joining over a gap", {10, 10, 50, 10, 10}, {1, 3}, {0, 1, 2, 3, 4}},
-          {"NaN is measured, alone", {10, 10, NAN, 10, 10}, {1, 2}, {2}},
-          {"NaN continuity limit", {10, 10}, {NAN, 2}, {0, 1}},
-          {"NaN count limit", {10, 50}, {1, NAN}, {}},
-      };
-  for (const auto& [what, z, para, noise] : cases) {
-    Line line = lineOfZ(z);
-    Line blanked = line;
-    for (const int k : noise) {
-      blanked[k].pt3D.z = 0.0;
+TEST(RemoveOutlier, AllFormsBlankShortStretches) {
+  build::GridLines grid(5);
+  for (int round = 0; round < 3000; ++round) {
+    const Line line = grid.line(25, {-4, -1, 0, 0.5, 1, 3});
+    const int size = line.empty() ? -1 : static_cast<int>(line.size());
+    const SQO_outlierFilterParam para = {grid.pick({0.5, 1, 1.25, 3, 100, NAN}),
+                                         grid.pick({0, 1.5, 2, 3, 4, 99, NAN})};
+    for (const bool inSpace : {false, true}) {
+      const auto measure = inSpace ? plain::distance : plain::heightDiff;
+      Line source = line;
+      Line filtered(3);
+      std::vector<int> noise = {-5};
+      (inSpace ? qo_lineDataRemoveOutlier_ptDistMethod : qo_lineDataRemoveOutlier)(
+          source.data(), size, para, filtered, noise);
+      std::vector<int> expectedNoise = {-5};
+      const std::string expected = text(plain::withoutOutliers(line, para, measure, expectedNoise));
+      ASSERT_EQ(text(filtered), expected) << text(line);
+      ASSERT_EQ(noise, expectedNoise);
+      ASSERT_EQ(text(source), text(line)) << "only read";
+      if (!inSpace) {
+        ju_vectorDataRemoveOutlier_overwrite(filtered = line, para);
+        qo_lineDataRemoveOutlier_changeOriginData(source.data(), size, para);
+        ASSERT_EQ(text(filtered) + text(source), expected + expected);
+      }
     }
-    const int size = static_cast<int>(line.size());
-    Line filtered(3);
-    std::vector<int> listed;
-    qo_lineDataRemoveOutlier(line.data(), size, para, filtered, listed);
-    EXPECT_EQ(listed, noise) << what;
-    EXPECT_EQ(text(filtered), text(blanked)) << what;
-    EXPECT_EQ(text(line), text(lineOfZ(z))) << what;
-    ju_vectorDataRemoveOutlier_overwrite(filtered = line, para);
-    EXPECT_EQ(text(filtered), text(blanked)) << what;
-    qo_lineDataRemoveOutlier_changeOriginData(line.data(), size, para);
-    EXPECT_EQ(text(line), text(blanked)) << what;
-  }
-}
-
-TEST(RemoveOutlierPtDist, MeasuresInSpace) {
-  // From the first to the last sample 2, 3 and 6: 7 in space.
-  Line line = {build::sample(0, 0, 10), build::sample(9, 9, 0), build::sample(2, 3, 16)};
-  for (const double continuity : {6.5, 7.0, 7.5}) {
-    Line filtered;
-    std::vector<int> noise;
-    qo_lineDataRemoveOutlier_ptDistMethod(line.data(), 3, {continuity, 2}, filtered, noise);
-    EXPECT_EQ(noise.size(), continuity > 7.0 ? 0U : 2U);
-    EXPECT_EQ(filtered[0].pt3D.z, continuity > 7.0 ? 10.0 : 0.0);
   }
 }
 
@@ -147,23 +108,22 @@ std::string text(const Pieces& pieces) {
 }
 
 TEST(NoiseFilter, FiltersAlongThenAcross) {
-  // Lines 0 and 7 stand alone across; the pair on line 4 stands alone along, and would part its
-  // columns if it were still there.
-  build::Scan scan = build::surfaceScan(8, 8, [](double x, double y) {
-    return x == 0.0 || x == 7.0 ? 80.0 : x == 4.0 && y < 2.0 ? 50.0 : 10.0;
-  });
-  build::Scan uneven = scan;
-  uneven[2].resize(9);
-  int errCode = 1;
-  ju_noiseFilter(scan, {1.0, 4.0}, &errCode);
-  EXPECT_EQ(errCode, 0);
-  for (int k = 0; k < 64; ++k) {
-    const bool isNoise = k < 8 || k >= 56 || k == 32 || k == 33;
-    EXPECT_EQ(scan[k / 8][k % 8].pt3D.z, isNoise ? 0.0 : 10.0) << k;
+  build::GridLines grid(6);
+  for (int round = 0; round < 500; ++round) {
+    build::Scan scan(1 + static_cast<std::size_t>(grid.below(8)));
+    for (Line& line : scan) {
+      line = grid.line(9, {-4, 0, 0, 0, 0.5, 4});
+      line.resize(grid.below(40) > 0 ? 9 : 8, build::sample(5.0, 6.0, grid.pick({0, 60})));
+    }
+    build::Scan expected = scan;
+    const SQO_outlierFilterParam para = {grid.pick({0.5, 1, 5, 9}), grid.pick({1.5, 2, 3, 4})};
+    int errCode = 1;
+    ju_noiseFilter(scan, para, &errCode);
+    ASSERT_EQ(errCode, plain::noiseFilter(expected, para));
+    for (std::size_t k = 0; k < scan.size(); ++k) {
+      ASSERT_EQ(text(scan[k]), text(expected[k])) << k;
+    }
   }
-  ju_noiseFilter(uneven, {1.0, 4.0}, &errCode);
-  EXPECT_EQ(errCode, -1000);
-  EXPECT_EQ(uneven[0][0].pt3D.z, 80.0) << "across, nothing is filtered";
 }
 
 using Case = std::tuple<std::vector<double>, double, const char*>;  // z, limit and runs
@@ -220,15 +180,17 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
 
 TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
   // Up to `wallY` in y the samples stand above each other.
-  using Z = std::vector<double>;
   const std::tuple<const char*, Z, STeskRangeD, const char*, const char*, double> cases[] = {
       {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 ", 0.0},
       {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 ", 0.0},
       {"two runs", {9, 9, 9, 50, 50, 50, 51, 52, 53}, {0, 9}, "0:2:1 3:5:4 ", "5:8:6 ", 0.0},
       {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", "", 0.0},
+      {"too short", {10, 10, 10}, {5, 9}, "", "", 0.0},
+      {"too long", {10, 10, 10, 10, 10, 10}, {0, 6}, "", "", 0.0},
       {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", "", 0.0},
       {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", "", 0.0},
       {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", "", 0.0},
+      {"hollow", {10, 0, 10}, {0, 9}, "", "", 0.0},
       {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", "", 0.0},
       {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", 2.0},
       {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", 9.0},
@@ -238,12 +200,14 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
     for (STesk3DPosition& sample : line) {
       sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four level samples on: a distance of 5.
       sample.pt3D.y = std::max(0.0, sample.pt3D.y - wallY);
+      sample.nPointIdx = 5;
     }
     Pieces best;
     Pieces others;
     ju_surfaceLineSegment(line, 6, lenRange, {4.5, 5.0, 0.5}, best, others);
     EXPECT_EQ(text(best), expectedBest) << what;
     EXPECT_EQ(text(others), expectedOthers) << what;
+    EXPECT_EQ(build::stampsOf(line), std::vector<int>(line.size(), 0));
   }
 }
 

@@ -1,18 +1,23 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <cmath>
 #include <opencv2/core.hpp>
+#include <string>
 #include <tuple>
 #include <utility>
 #include <vector>
 
 #include <scanline/line_features.h>
 #include "builders.h"
+#include "grid_lines.h"
+#include "plain_flat_peaks.h"
+#include "plain_local_peaks.h"
 
 namespace {
 
 using build::Line;
 using build::lineOfZ;
+using build::text;
 using Features = std::vector<SQO_basicFeature1D>;
 using Indices = std::vector<int>;
 using Spans = std::vector<std::pair<int, int>>;  // first and last sample
@@ -26,123 +31,144 @@ Indices samplesOf(const Features& features, int type) {
   return samples;
 }
 
-TEST(LineLocalPeaks, TurningPointsThatStandOut) {
-  const std::tuple<const char*, Line, double, Indices, Indices> cases[] = {
-      {"last of a plateau", lineOfZ({5, 3, 3, 5, 5, 2}), 1.0, {2}, {4}},
-      {"across holes, 0.0001 is a sample", lineOfZ({5, 0, 0.0001, 0, 5}), 1.0, {2}, {}},
-      {"a hole at the end closes a rise", lineOfZ({3, 4, 0, 0}), 1.0, {}, {1}},
-      {"a sample at the end closes nothing", lineOfZ({5, 0, 3}), 1.0, {}, {}},
-      {"a smaller one within the scale", lineOfZ({5, 2, 5, 1, 5}), 2.0, {3}, {2}},
-      {"a smaller one beyond the scale", lineOfZ({5, 2, 5, 1, 5}), 1.9, {1, 3}, {2}},
-      {"equal ones both stay", lineOfZ({5, 1, 6, 1, 6, 5}), 9.0, {1, 3}, {2, 4}},
-      {"a beaten one still beats", lineOfZ({9, 3, 9, 2, 9, 1, 9}), 2.0, {5}, {2, 4}},
-  };
-  for (auto [name, line, scale, expectedPeaks, expectedValleys] : cases) {
-    const int count = static_cast<int>(line.size());
-    Features peaks;
-    Features valleys;
-    qo_getLineLocalPeaks(line.data(), count, 7, scale, valleys, peaks);
-    EXPECT_EQ(samplesOf(peaks, FEATURE_PEAK), expectedPeaks) << name;
-    EXPECT_EQ(samplesOf(valleys, FEATURE_VALLEY), expectedValleys) << name;
-    EXPECT_EQ(line.back().nPointIdx, count - 1) << name;
-    line.back().nPointIdx = 99;
-    qo_getLineLocalPeaks(&line.back(), 1, 7, scale, valleys, peaks);
-    EXPECT_EQ(line.back().nPointIdx, 99) << "too short to be touched";
+/// What the features of a call are appended to.
+const Features kBefore = {{FEATURE_V, {7, 3}, {1.0, 2.0, 3.0}, 0.0}};
+
+TEST(LineLocalPeaks, AgreeWithThePlainRules) {
+  build::GridLines grid(1);
+  for (int round = 0; round < 4000; ++round) {
+    Line line = grid.line(30, {-2, -1, 0, 1, 2});
+    Line plainLine = line;
+    const double scale = grid.pick({0.0, 1.0, 2.0, 2.5, 4.0, 8.0, 1e9, NAN});
+    Features peaks = kBefore;
+    Features valleys = kBefore;
+    Features plainPeaks = kBefore;
+    Features plainValleys = kBefore;
+    qo_getLineLocalPeaks(line.data(), static_cast<int>(line.size()), 7, scale, valleys, peaks);
+    plain::localPeaks(plainLine, 7, scale, plainValleys, plainPeaks);
+    ASSERT_EQ(text(peaks), text(plainPeaks)) << text(plainLine);
+    ASSERT_EQ(text(valleys), text(plainValleys)) << text(plainLine);
+    ASSERT_EQ(text(line), text(plainLine));
   }
 }
 
-// Slopes over 2.0, jumps above 1.0 in z or 2.0 in y, pairs below 4.0, side views over 6.0.
-Features flatPeaksOf(Line& line) {
-  Features features;
-  qo_getFlatLineLocalPeaks_vector(line, 7, 2.0, 1.0, 4.0, features);
-  return features;
-}
-
-TEST(FlatLineLocalPeaks, JumpsAndPairs) {
-  using Places = std::vector<std::pair<double, double>>;  // y and z of the features
-  // The marks are 16 beside jumps and 13 on features.
-  const std::tuple<const char*, Line, Places, Indices> cases[] = {
-      {"pair on a hole", lineOfZ({5, 7, 0, 7, 5}), {{2, 5}}, {16, 0, 13, 0, 16}},
-      {"pair 3.0 apart", lineOfZ({5, 7, 7, 7, 7, 5}), {{2.5, 5}}, {16, 0, 13, 0, 0, 16}},
-      {"4.0", lineOfZ({5, 7, 7, 7, 7, 7, 5}), {{0.5, 6}, {5.5, 6}}, {13, 16, 0, 0, 0, 13, 16}},
-      {"gaps of the limit", lineOfZ({5, 5, 5, 5}, 0.0, 2.0), {}, {0, 0, 0, 0}},
-      {"a gap above it", lineOfZ({5, 5}, 0.0, 2.5), {{1.25, 5}}, {13, 16}},
-      {"rise with slopes", lineOfZ({5, 7, 7.75, 8.5, 7.75, 7}), {{2.5, 6}}, {16, 0, 13, 0, 0, 16}},
-      {"slopes", lineOfZ({5, 5.75, 6.5, 5.75, 5}), {{2, 5}}, {0, 0, 13, 0, 0}},
-  };
-  for (const auto& [name, original, places, marks] : cases) {
-    Line line = original;
-    const Features features = flatPeaksOf(line);
-    EXPECT_EQ(build::stampsOf(line), marks) << name;
-    ASSERT_EQ(features.size(), places.size()) << name;
-    for (std::size_t k = 0; k < features.size(); ++k) {
-      const STesk3DPoint& pos = features[k].jumpPos;
-      const double zBefore = original[features[k].jumpPos2D.y].pt3D.z;
-      EXPECT_EQ(std::make_pair(pos.y, pos.z), places[k]) << name;
-      EXPECT_EQ(line[features[k].jumpPos2D.y].pt3D.z, zBefore > 0.0 ? zBefore : pos.z) << name;
-    }
+TEST(FlatLineLocalPeaks, AgreeWithThePlainRules) {
+  build::GridLines grid(2);
+  const std::vector<double> shapes[] = {{-6, -2, -0.75, -0.5, -0.25, 0, 0, 0.25, 0.5, 0.75, 2, 6},
+                                        {-0.75, 0, 0, 0, 0, 0, 0, 0.75},
+                                        {-4, 0, 0, 0, 0, 0, 0, 4}};
+  for (int round = 0; round < 6000; ++round) {
+    Line line = grid.line(50, shapes[round % 3]);
+    Line plainLine = line;
+    const double window = grid.pick({0.0, 1.0, 2.0, 2.0, 3.0, 1e9});
+    const double jump = grid.pick({0.5, 1.0, 2.0, 2.0, 4.0});
+    const double width = grid.pick({1.0, 2.0, 4.0, 4.0, 6.0, 9.0, 1e9});
+    Features peaks = kBefore;
+    Features plainPeaks = kBefore;
+    qo_getFlatLineLocalPeaks_vector(line, 7, window, jump, width, peaks);
+    plain::flatLinePeaks(plainLine, 7, window, jump, width, plainPeaks);
+    ASSERT_EQ(text(peaks), text(plainPeaks)) << window << ' ' << jump << ' ' << width;
+    ASSERT_EQ(text(line), text(plainLine)) << window << ' ' << jump << ' ' << width;
   }
 }
 
-TEST(FlatLineLocalPeaks, LoneSlopesNeedRoomOnBothSides) {
-  // Last level sample before a slope that ends three samples further on, growth of z per sample,
-  // number of samples, whether a jump stands behind the last of them.
-  const std::tuple<const char*, int, double, int, bool, Indices> cases[] = {
-      {"high side within reach of sample 0", 7, -0.75, 30, false, {}},
-      {"high side clear of sample 0", 8, -0.75, 30, false, {8}},
-      {"low side off the line, measured against the start", 8, -0.75, 15, false, {}},
-      {"low side ends at a jump", 8, -0.75, 18, true, {17}},
-      {"low side ends before a jump", 8, -0.75, 19, true, {8, 18}},
-      {"high side ends before a jump", 8, 0.75, 19, true, {11, 18}},
-      {"low side off the line, measured against the foot", 3, 0.75, 20, true, {6, 19}},
-      {"rise that nothing follows", 8, 0.75, 30, false, {}},
-  };
-  for (const auto& [name, foot, slope, count, wall, expected] : cases) {
-    Line line;
-    for (int i = 0; i < count; ++i) {
-      line.push_back(build::sample(0.0, i, 8.0 + slope * std::min(3, std::max(0, i - foot))));
-    }
-    for (int i = 0; wall && i < 2; ++i) {
-      line.push_back(build::sample(0.0, count + i, line[count - 1].pt3D.z + 4.0));
-    }
-    Line marked = line;
-    EXPECT_EQ(samplesOf(flatPeaksOf(line), FEATURE_PEAK), expected) << name;
-    marked[foot - 1].nPointIdx = 16;
-    const Indices besideMark = wall ? Indices{count - 1} : Indices{};
-    EXPECT_EQ(samplesOf(flatPeaksOf(marked), FEATURE_PEAK), besideMark) << name;
-  }
-}
+/// The search for semi-circles step by step.
+struct PlainSemiCircles {
+  Line& line;
+  double widthUnit;
+  SQO_slopeParam param;
+  const cv::Mat& labels;
 
-TEST(LineUpperSemiCircle, JoinsByLabelAndHoldsBackTheLast) {
-  // Bumps of three samples, with two labelled holes between each and the next; one is just 0.0001.
-  Line line = lineOfZ({5, 4, 5, 0, 0, 6, 3, 6, 0, 0.0001, 5, 4, 5});
-  using Stretch = std::tuple<int, int, int, double>;  // first, last and middle sample, height
-  const Stretch first = {0, 2, 1, 4.0};
-  const Stretch second = {5, 7, 6, 3.0};
-  const Stretch joined = {0, 7, 2, 3.0};  // 2 and 5 are as near to the middle, which is a hole
-  const std::tuple<const char*, Indices, double, double, std::vector<Stretch>> cases[] = {
-      {"labels that differ", {1, 2, -1, -1}, 1.0, 1.5, {first, second}},
-      {"first two joined", {1, 1, 0, 0}, 1.0, 1.5, {joined}},
-      {"0.0001 counts inside", {0, 0, 4, 4}, 1.0, 1.5, {first, {5, 12, 9, 0.0001}}},
-      {"as wide as the limit", {0, 0, 0, 0}, 0.5, 1.5, {}},
-      {"holes as wide as the gap", {0, 0, 0, 0}, 1.0, 3.0, {first, second}},
-      {"one run across all holes", {0, 0, 0, 0}, 9.0, 3.5, {}},
-  };
-  for (const auto& [name, labels, widthUnit, maxGap, expected] : cases) {
-    cv::Mat image(13, 9, CV_32SC1, cv::Scalar(1));
-    for (int k = 0; k < 4; ++k) {
-      image.at<int>(Indices{3, 4, 8, 9}[k], 7) = labels[k];
+  [[nodiscard]] double y(int i) const {
+    return line[i].pt3D.y;
+  }
+  [[nodiscard]] double z(int i) const {
+    return line[i].pt3D.z;
+  }
+
+  [[nodiscard]] SQO_featureSemiCircle stretch(int first, int last) const {
+    int middle = first;
+    int lowest = first;
+    const double center = (y(first) + y(last)) * 0.5;
+    for (int i = first; i <= last; ++i) {
+      if (z(i) >= 0.0001) {
+        middle = std::abs(y(i) - center) < std::abs(y(middle) - center) ? i : middle;
+        lowest = z(i) < z(lowest) ? i : lowest;
+      }
     }
+    return {0, 7, first, last, middle, line[middle].pt3D, std::abs(y(first) - y(last)), z(lowest)};
+  }
+
+  std::vector<SQO_featureSemiCircle> stretches() {
     std::vector<SQO_featureSemiCircle> found;
-    qo_getLineUpperSemiCircleFeature(line.data(), 13, 7, widthUnit, {1.0, 0.0, 0.0, maxGap}, found,
-                                     image);
-    std::vector<Stretch> stretches;
-    for (const SQO_featureSemiCircle& f : found) {
-      stretches.emplace_back(f.startPtIdx, f.endPtIdx, f.midPtIdx, f.height);
-      EXPECT_TRUE(f.segState == 0 && f.lineIdx == 7 && f.midPt.y == f.midPtIdx) << name;
-      EXPECT_EQ(f.width, f.endPtIdx - f.startPtIdx) << name;
+    const int count = static_cast<int>(line.size());
+    for (int first = 0, last = 0; first < count; first = last + 1) {
+      const auto isData = [&](int i) { return i < count && z(i) > 0.0001; };
+      last = first;
+      if (!isData(first)) {
+        continue;
+      }
+      for (int i = first + 1; i < count; ++i) {
+        const bool joins =
+            isData(i) && (i == last + 1 || param.maxGap_y > std::abs(y(last) - y(i)));
+        if (isData(i) && !joins) {
+          break;
+        }
+        last = joins ? i : last;
+      }
+      Features valleys;
+      Features peaks;
+      const int len = last - first + 1;
+      qo_getLineLocalPeaks(&line[first], len, 7, param.scale, valleys, peaks);
+      if (!peaks.empty() && widthUnit * 4.0 > std::abs(y(first) - y(last))) {
+        found.push_back(stretch(first, last));
+      }
     }
-    EXPECT_EQ(stretches, expected) << name;
+    return found;
+  }
+
+  std::vector<SQO_featureSemiCircle> search() {
+    const std::vector<SQO_featureSemiCircle> all = stretches();
+    std::vector<SQO_featureSemiCircle> found;
+    for (std::size_t i = 0; i + 1 < all.size(); ++i) {
+      const int label = labels.at<int>(all[i].endPtIdx + 1, 7);
+      const bool joins = label >= 1 && label == labels.at<int>(all[i + 1].startPtIdx - 1, 7);
+      found.push_back(joins ? stretch(all[i].startPtIdx, all[i + 1].endPtIdx) : all[i]);
+      i += joins ? 1 : 0;
+    }
+    return found;
+  }
+};
+
+std::string text(const std::vector<SQO_featureSemiCircle>& stretches) {
+  Line line;
+  for (const SQO_featureSemiCircle& s : stretches) {
+    EXPECT_TRUE(s.segState == 0 && s.lineIdx == 7);
+    line.push_back({s.midPtIdx, s.midPt});
+    line.push_back({100 * s.startPtIdx + s.endPtIdx, {s.width, s.height, 0.0}});
+  }
+  return text(line);
+}
+
+TEST(LineUpperSemiCircle, AgreesWithThePlainRules) {
+  build::GridLines grid(8);
+  for (int round = 0; round < 6000; ++round) {
+    Line line = grid.line(40, {-4, -1, 0, 1, 4});
+    Line plainLine = line;
+    cv::Mat pixels(43, 12, CV_32SC1);
+    cv::Mat labels = pixels(cv::Rect(3, 2, 8, 41));  // A view whose rows are not adjacent.
+    for (int k = 0; k < 43 * 12; ++k) {
+      pixels.at<int>(k / 12, k % 12) = grid.below(3) - grid.below(2);
+    }
+    const double width = grid.pick({0.5, 1, 2, 3, 100});
+    const SQO_slopeParam param = {grid.pick({0, 1, 9}), 0.0, 0.0, grid.pick({0, 1.5, 2, 2.5, 4})};
+    std::vector<SQO_featureSemiCircle> found = {{0, 7, 1, 2, 3, {4.0, 5.0, 6.0}, 7.0, 8.0}};
+    const std::string before = text(found);
+    qo_getLineUpperSemiCircleFeature(line.data(), static_cast<int>(line.size()), 7, width, param,
+                                     found, labels);
+    PlainSemiCircles plain = {plainLine, width, param, labels};
+    ASSERT_EQ(text(found), before + text(plain.search())) << text(plainLine);
+    ASSERT_EQ(text(line), text(plainLine)) << "stamped inside the runs";
   }
 }
 
@@ -177,29 +203,59 @@ TEST(LineGloveArcs, SummitsAndLimits) {
   }
 }
 
-TEST(LineRaisedFeature, FromFallToRise) {
-  const std::tuple<const char*, Line, Spans> cases[] = {
-      {"fall and rise, with a hole", lineOfZ({9, 5, 0, 5, 9}), {{1, 3}}},
-      {"a second fall begins anew", lineOfZ({13, 9, 9, 5, 5, 9}), {{3, 4}}},
-      {"a rise without a fall, from a hole", lineOfZ({0.0001, 5, 5, 9}), {{0, 2}}},
-      {"a rise behind a rise", lineOfZ({5, 5, 9, 13}), {{0, 1}}},
-      {"a later rise reaches back to 0", lineOfZ({5, 5, 9, 9, 13}), {{0, 1}, {0, 3}}},
-      {"steps of the limit", lineOfZ({7, 5, 5, 7}), {}},
-      {"slopes of the limit", lineOfZ({9, 5, 9}, 0.0, 8.0), {}},
-      {"no distance in y is steep", lineOfZ({9, 5, 5, 9}, 0.0, 0.0), {{1, 2}}},
-      {"width of the limit", lineOfZ({9, 5, 5, 5, 5, 5, 9}), {{1, 5}}},
-      {"too wide", lineOfZ({9, 5, 5, 5, 5, 5, 5, 9}), {}},
-  };
-  for (auto [name, line, expected] : cases) {
+/// The search for raised stretches step by step.
+Spans plainRaised(Line& line, const SQO_raisedFeatureParam& param) {
+  Spans spans;
+  STesk3DPoint last = {0.0, 0.0, -1.0};
+  int start = 0;
+  int len = -1;
+  for (int i = 0; i < static_cast<int>(line.size()); ++i) {
+    line[i].nPointIdx = i;
+    const STesk3DPoint& point = line[i].pt3D;
+    if (point.z <= 0.0001) {
+      continue;
+    }
+    const double d = std::abs(point.z - last.z);
+    const bool steep = d > param.minJumpZ && d / std::abs(point.y - last.y) > param.minJumpK;
+    if (last.z > 0.0 && steep && last.z > point.z) {
+      start = i;
+      len = 1;
+    } else if (last.z > 0.0 && steep && point.z > last.z) {
+      const int end = start + len - 1;
+      const double width = len > 0 ? std::abs(line[start].pt3D.y - line[end].pt3D.y) : std::nan("");
+      if (width >= param.minWidth && param.maxWidth >= width) {
+        spans.emplace_back(start, end);
+      }
+      start = 0;
+      len = -1;
+    } else if (last.z > 0.0) {
+      len = i - start + 1;
+    }
+    last = point;
+  }
+  return spans;
+}
+
+TEST(LineRaisedFeature, AgreesWithThePlainRules) {
+  build::GridLines grid(9);
+  for (int round = 0; round < 6000; ++round) {
+    Line line = grid.line(30, {-4, -2, 0, 0, 0, 2, 4});
+    Line plainLine = line;
+    const SQO_raisedFeatureParam param = {grid.pick({1, 2, 3, 4}), grid.pick({0, 1, 2, 4}),
+                                          grid.pick({0, 1, 2}), grid.pick({2, 3, 99})};
     std::vector<SJU_segFeature> found;
-    ju_getLineRaisedFeature(line, 7, {2.0, 0.5, 0.0, 4.0}, found);
+    ju_getLineRaisedFeature(line, 7, param, found);
     Spans spans;
     for (const SJU_segFeature& f : found) {
       spans.emplace_back(f.startPtIdx, f.endPtIdx);
-      EXPECT_EQ(f.segValue, f.endPt.y - f.startPt.y) << name;
+      const Line ends = {{0, f.startPt}, {0, f.endPt}};
+      const Line expected = {{0, line[f.startPtIdx].pt3D}, {0, line[f.endPtIdx].pt3D}};
+      ASSERT_EQ(text(ends), text(expected));
+      ASSERT_TRUE(f.lineIdx == 7 && f.featureType == 0);
+      ASSERT_EQ(f.segValue, std::abs(f.endPt.y - f.startPt.y));
     }
-    EXPECT_EQ(spans, expected) << name;
-    EXPECT_EQ(line.back().nPointIdx, static_cast<int>(line.size()) - 1) << name;
+    ASSERT_EQ(spans, plainRaised(plainLine, param)) << text(line);
+    ASSERT_EQ(text(line), text(plainLine)) << "stamped";
   }
 }
 

@@ -35,11 +35,15 @@ struct SQO_lineSegParam {
  * is weighted or mirrored. Means are taken of the input alone, never of means. Holes, x, y and
  * `nPointIdx` are copied as they are.
  *
+ * The cost is the number of samples times the width of the window; linear where the window spans
+ * the line on both sides of every sample.
+ *
  * @param input       The line; not changed.
  * @param smoothWin   Width of the window in samples. It reaches `smoothWin / 2` (integer division)
  *                    samples to each side, so that 4 acts like 5, and -1, 0 and 1 copy the line.
  *                    From -2 down the window is empty and every measured z becomes NaN.
  * @param lineDataOut Replaced by the smoothed line; empty if `input` is. Must not be `input`.
+ * @throw std::bad_alloc  if memory runs out; @p lineDataOut is unchanged.
  */
 SCANLINE_API void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
                                        int smoothWin,
@@ -60,6 +64,7 @@ SCANLINE_API void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
  * @param smoothWin     Width of the window as in qo_lineDataSmoothing().
  * @param lineDataOut   The smoothed line is appended, one sample for each of `input`. Must not be
  *                      `input`.
+ * @throw std::bad_alloc  if memory runs out; @p lineDataOut is unchanged.
  */
 SCANLINE_API void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
                                       double seg_y_deltaTh,
@@ -83,6 +88,7 @@ SCANLINE_API void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
  * @param filteredData Replaced by the filtered line, sample by sample. Must not hold `lineData`.
  * @param noisePts     The indices of all blanked samples are appended in ascending order, those of
  *                     holes inside blanked stretches included.
+ * @throw std::bad_alloc  if memory runs out; @p filteredData and @p noisePts are unchanged.
  */
 SCANLINE_API void qo_lineDataRemoveOutlier(STesk3DPosition* lineData,
                                            int dataSize,
@@ -123,6 +129,7 @@ SCANLINE_API void ju_vectorDataRemoveOutlier_overwrite(std::vector<STesk3DPositi
  * @param filteredData Replaced by the filtered line, sample by sample. Must not hold `lineData`.
  * @param noisePts     The indices of all blanked samples are appended in ascending order, those of
  *                     holes inside blanked stretches included.
+ * @throw std::bad_alloc  if memory runs out; @p filteredData and @p noisePts are unchanged.
  */
 SCANLINE_API void qo_lineDataRemoveOutlier_ptDistMethod(STesk3DPosition* lineData,
                                                         int dataSize,
@@ -142,6 +149,7 @@ SCANLINE_API void qo_lineDataRemoveOutlier_ptDistMethod(STesk3DPosition* lineDat
  * @param outlierPara Limits as in qo_lineDataRemoveOutlier(), used in both directions.
  * @param errCode     Receives 0, or -1000 if the lines differ in length: then all lines have been
  *                    filtered along, and nothing across.
+ * @throw std::bad_alloc  if memory runs out; @p scanLines and @p errCode are unchanged.
  */
 SCANLINE_API void ju_noiseFilter(std::vector<std::vector<STesk3DPosition>>& scanLines,
                                  SQO_outlierFilterParam outlierPara,
@@ -160,6 +168,7 @@ SCANLINE_API void ju_noiseFilter(std::vector<std::vector<STesk3DPosition>>& scan
  *                    number of indices up to the last measured sample, holes counted. `value` is a
  *                    label from 1 on in every run but the last; in the last run it is the index of
  *                    the last measured sample. Nothing is appended if no sample is measured.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p segs are unchanged.
  */
 SCANLINE_API void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
                                           SQO_lineSegParam lineSegPara,
@@ -173,14 +182,15 @@ SCANLINE_API void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData
  * ends is straight. Any other is cut at the sample farthest from the chord, the lowest index on a
  * tie; that sample belongs to both parts. Pieces of fewer than 3 indices, and pieces whose first or
  * last z is below 0.0001, are dropped. A piece whose ends coincide has no chord and counts as
- * straight. Each cut measures its whole piece again: cost is linear in the run's length for each
- * level of cuts, quadratic if the cuts only ever take off an end.
+ * straight. Each cut measures its whole piece again: the cost is linear in the run's length for
+ * each level of cuts, and quadratic if every cut takes off only an end, as on a zigzag.
  *
  * @param run      The run, by `start` and `len`; must lie on the line (not checked).
  * @param lineData The line; not changed.
  * @param maxDist  Limit of the distance, in the unit of the samples; must be above 0 (not checked).
  * @param segs     The pieces are appended in line order: `run` itself, with its `value`, if it is
  *                 straight as a whole; otherwise pieces with `value` 0.
+ * @throw std::bad_alloc  if memory runs out; @p segs is unchanged.
  */
 SCANLINE_API void split(SQO_RUN run,
                         std::vector<STesk3DPosition>& lineData,
@@ -188,8 +198,8 @@ SCANLINE_API void split(SQO_RUN run,
                         std::vector<SQO_RUN>& segs);
 
 /**
- * Finds the straight pieces of a line that have a wanted length, and tells the flattest of each run
- * from the others.
+ * Finds the straight pieces of a line that have a wanted length, and separates the flattest of each
+ * run from the others.
  *
  * The line is cut by ju_getLineDataIntervals() and each run by split(). A piece is a candidate if
  * the distance in space between its ends is in `lenRange`, both limits included. Its middle is the
@@ -199,6 +209,8 @@ SCANLINE_API void split(SQO_RUN run,
  * infinite, or undefined if z is equal too; a first candidate of undefined slope stays the
  * flattest.
  *
+ * The cost is that of split().
+ *
  * @param lineData    The line; `nPointIdx` of every sample becomes 0.
  * @param lineIdx     Index of the line, copied into the results.
  * @param lenRange    Wanted length of a piece, in the unit of the samples.
@@ -206,6 +218,8 @@ SCANLINE_API void split(SQO_RUN run,
  * @param bestSegs    The flattest candidate of each run that has one is appended.
  * @param otherSegs   All other candidates are appended in line order. In both lists `segState`,
  *                    `width` and `height` carry nothing and are 0.
+ * @throw std::bad_alloc  if memory runs out; @p lineData, @p bestSegs and @p otherSegs are
+ *        unchanged.
  */
 SCANLINE_API void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
                                         int lineIdx,

@@ -30,8 +30,7 @@ struct SQO_slopeParam {
  * where it turns downwards a valley unless a greater one does; equal ones both stay. A line that
  * ends in a hole turns at its last valid sample; one that ends in a valid sample does not.
  *
- * Costs the number of samples plus, for each turning point, the turning points within `scale` up
- * to the first that beats it.
+ * The cost is linear in the number of samples, whatever `scale` is.
  *
  * @param lineData the samples of the line; `nPointIdx` of each becomes its index
  * @param dataSize number of samples; below 2 nothing at all is done
@@ -39,6 +38,7 @@ struct SQO_slopeParam {
  * @param scale    distance in y, included, within which a turning point must be the extreme one
  * @param valleys  a `FEATURE_VALLEY` for each valley is appended in line order, `featureValue` 0
  * @param peaks    a `FEATURE_PEAK` for each peak is appended in line order, `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData, @p valleys and @p peaks are unchanged.
  */
 SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
                                        int dataSize,
@@ -56,12 +56,14 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * steepest step stays. A jump gives a feature half way along it, or half way across the pair that
  * it makes with the next step closer than `peakWidth_y`: a jump if one of the two is lower than
  * `jumpTh_z` or a rise comes before a fall, and for a rise of `jumpTh_z` or more also a falling
- * slope. So does a rising slope with the falling slope behind it. A slope without partner, but for
+ * slope. So does a rising slope with the falling slope after it. A slope without partner, but for
  * a rising one at the end of the line, gives one on the greatest z within 1.5 * `peakWidth_y`
  * on its high side, if the mean z there exceeds that on its low side by 0.1 or more. That side
  * must not reach a jump or run off the line, nor may the low side reach a jump.
  *
- * Costs the number of samples, plus the samples of one window for each jump and each lone slope.
+ * The cost is linear in the number of samples, plus the samples of one window for each jump and
+ * each lone slope: with jumps all along the line and a `slopeWin_y` that spans much of it,
+ * quadratic.
  *
  * @param lineData    the samples of the line. `nPointIdx` becomes 16 on the outer samples of jumps
  *                    and 13 on those of features, and is left alone elsewhere; a 16 found there
@@ -72,6 +74,7 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * @param jumpTh_z    step in z that makes a jump, excluded
  * @param peakWidth_y expected width of a dent in y
  * @param peaks       features of type `FEATURE_PEAK` are appended in line order, `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p peaks are unchanged.
  */
 SCANLINE_API void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                                   int lineIdx,

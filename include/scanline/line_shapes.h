@@ -58,7 +58,12 @@ struct SQO_lineRightAngleParam {
  * In the end, of neighbouring jumps of one type closer than 20.0 in y the later one stays, in the
  * whole list and so among features from earlier calls too.
  *
- * A z of 0.0001 counts as measured. The last sample of a line begins no segment.
+ * A z of 0.0001 counts as measured, and so does a z that is not a number. A step from or to such a
+ * z, or between two equal infinities, is not a number either: it neither ends nor extends a run,
+ * which goes on at the next step that is one. A segment may begin or end at such a sample. The last
+ * sample of a line begins no segment.
+ *
+ * The cost is linear in the number of samples and of features in the list.
  *
  * @param lineData      the samples of the line; only read
  * @param dataSize      number of samples; below 2 nothing is appended, but jumps are merged
@@ -68,6 +73,7 @@ struct SQO_lineRightAngleParam {
  * @param line_features L and V are appended to `features` in line order, with `featureValue` 0; to
  *                      `endings` a `FEATURE_SEG_START` and a `FEATURE_SEG_END` for each segment.
  *                      `lineIdx` is left to the caller.
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
                                       int dataSize,
@@ -94,7 +100,8 @@ SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
  * feature, on the last of them whose backward arm ends on the very sample before, else on the
  * middle one.
  *
- * Costs the number of samples times those of the longest arms, whatever the length of the line.
+ * The cost is the number of samples times those of the longest arms. Arms that exceed the extent of
+ * the line cost nothing.
  *
  * @param lineData      the samples of the line; only read
  * @param dataSize      number of samples; below 1 nothing is appended
@@ -105,6 +112,7 @@ SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
  * @param fallFlatPara  arms of `FEATURE_RIGHT_ANGLE_3`
  * @param line_features corners are appended to `features` in line order, with `featureValue` 0.
  *                      `lineIdx` is left to the caller, `endings` as it was.
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
                                               int dataSize,
@@ -141,8 +149,10 @@ SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
  *
  * The data of a line is continuous from hole to hole, and across a hole less than `maxGap_y` wide
  * in y. A stretch of it counts if it has a peak as found by `qo_getLineLocalPeaks` and its ends lie
- * closer in y than 4 * `widthUnit`. Two such stretches in a row become one, whatever its width, if
- * the samples behind the first and before the second have the same label; a third cannot join.
+ * closer in y than 4 * `widthUnit`. Any place where z turns from falling to growing will do: the
+ * lowest one of a stretch is a peak at every scale. Two such stretches in a row become one,
+ * whatever its width, if the samples after the first and before the second have the same label; a
+ * third cannot join.
  * A z of 0.0001 ends the data, but counts among the samples inside a stretch.
  *
  * The last stretch of a line is not reported, unless it was joined to the one before it.
@@ -152,10 +162,12 @@ SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
  * @param dataSize      number of samples
  * @param lineIdx       index of the line, stored in the stretches, and its column in `labelImage`
  * @param widthUnit     a quarter of the limit on the width
- * @param slopeParam    tuning; only `scale` and `maxGap_y` are read
+ * @param slopeParam    tuning; only `maxGap_y` has an effect
  * @param line_features stretches are appended in line order, with `segState` 0
  * @param labelImage    labels as 32-bit ints, one row per sample and one column per line; 0 and
- *                      below are no labels. Only read; type and size are not checked.
+ *                      below are no labels. A view into a larger image will do. Only read; type and
+ *                      size are not checked.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void qo_getLineUpperSemiCircleFeature(
     STesk3DPosition* lineData,
@@ -216,7 +228,7 @@ struct SQO_raisedFeatureParam {
  * Finds raised stretches: from a steep fall of z to the next steep rise.
  *
  * A flank is a step from one valid sample to the next, holes or not, that exceeds `minJumpZ` in z
- * and `minJumpK` in slope. A stretch begins at the sample behind a fall, a later fall begins it
+ * and `minJumpK` in slope. A stretch begins at the sample after a fall, a later fall begins it
  * anew, and it ends at the last valid sample before a rise; without a rise it is dropped. The line
  * itself and each rise open a stretch at sample 0, valid or not. So a rise without a fall since
  * closes a stretch from there, unless it follows the first valid sample or another rise directly.
@@ -225,6 +237,7 @@ struct SQO_raisedFeatureParam {
  * @param lineIdx             index of the line, stored in the stretches
  * @param raisedFeaturePara   tuning; flanks exceed their limits strictly, widths include theirs
  * @param line_raisedFeatures stretches are appended in line order; `segValue` is the width in y
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_raisedFeatures are unchanged.
  */
 SCANLINE_API void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
                                           int lineIdx,

@@ -3,12 +3,18 @@
 #include <vector>
 
 #include <scanline/conditioning.h>
+#include "features/append.h"
 #include "records/sample_rules.h"
 
 namespace {
 
+using scanline::detail::append;
 using scanline::detail::isAboveNoSample;
 using scanline::detail::isNoSample;
+using scanline::detail::makeRoom;
+
+using Runs = std::vector<SQO_RUN>;
+using Pieces = std::vector<SQO_featureSemiCircle>;
 
 bool isContinuous(const STesk3DPoint& last,
                   const STesk3DPoint& point,
@@ -83,7 +89,7 @@ void appendCandidate(const STesk3DPosition* line,
                      int lineIdx,
                      const SQO_RUN& piece,
                      const STeskRangeD& lenRange,
-                     std::vector<SQO_featureSemiCircle>& candidates) {
+                     Pieces& candidates) {
   const int start = piece.start;
   const int end = piece.start + piece.len - 1;
   if (!isWithin(lenRange, distanceInSpace(line[start].pt3D, line[end].pt3D))) {
@@ -103,8 +109,7 @@ double steepness(const STesk3DPosition* line, const SQO_featureSemiCircle& candi
 
 /// The place of the flattest candidate. The first one stays unless another is strictly flatter,
 /// which none is if the slope of the first is undefined.
-std::size_t flattest(const STesk3DPosition* line,
-                     const std::vector<SQO_featureSemiCircle>& candidates) {
+std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
   std::size_t best = 0;
   double lowest = steepness(line, candidates.front());
   for (std::size_t i = 1; i < candidates.size(); ++i) {
@@ -117,43 +122,37 @@ std::size_t flattest(const STesk3DPosition* line,
   return best;
 }
 
-}  // namespace
-
-void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
-                             SQO_lineSegParam lineSegPara,
-                             std::vector<SQO_RUN>& segs) {
-  SQO_RUN run = {0, 0, 1};  // A length of 0 means that no run is open.
-  STesk3DPoint last = {0.0, 0.0, 0.0};
-  const int count = static_cast<int>(lineData.size());
-  for (int i = 0; i < count; ++i) {
-    lineData[i].nPointIdx = 0;
+Runs cutIntoRuns(const std::vector<STesk3DPosition>& lineData, const SQO_lineSegParam& para) {
+  Runs runs;
+  const STesk3DPoint* last = nullptr;
+  for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (!isAboveNoSample(point.z)) {
       continue;
     }
-    if (run.len == 0) {
-      run.start = i;
-    } else if (!isContinuous(last, point, lineSegPara)) {
-      segs.push_back(run);
-      ++run.value;
-      run.start = i;
+    if (last == nullptr || !isContinuous(*last, point, para)) {
+      runs.push_back({i, 0, static_cast<int>(runs.size()) + 1});
     }
-    run.len = i - run.start + 1;
-    last = point;
+    runs.back().len = i - runs.back().start + 1;
+    last = &point;
   }
-  if (run.len > 0) {
+  if (!runs.empty()) {
     // The last run carries its end instead of a label.
-    segs.push_back({run.start, run.len, run.start + run.len - 1});
+    runs.back().value = runs.back().start + runs.back().len - 1;
+  }
+  return runs;
+}
+
+void clearStamps(std::vector<STesk3DPosition>& lineData) {
+  for (STesk3DPosition& sample : lineData) {
+    sample.nPointIdx = 0;
   }
 }
 
-void split(SQO_RUN run,
-           std::vector<STesk3DPosition>& lineData,
-           double maxDist,
-           std::vector<SQO_RUN>& segs) {
-  const STesk3DPosition* const line = lineData.data();
+Runs cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDist) {
+  Runs pieces;
   // A stack of pieces instead of recursion: a long run can be cut thousands of levels deep.
-  std::vector<SQO_RUN> pending = {run};
+  Runs pending = {run};
   while (!pending.empty()) {
     const SQO_RUN piece = pending.back();
     pending.pop_back();
@@ -163,14 +162,31 @@ void split(SQO_RUN run,
     }
     const auto [distance, cut] = farthestFromChord(line, piece.start, end);
     // An end that is farthest off its own chord is there by rounding alone. Cutting at it would
-    // leave the piece as it is, for ever.
+    // leave the piece as it is.
     if (maxDist > distance || cut == piece.start || cut == end) {
-      segs.push_back(piece);
+      pieces.push_back(piece);
       continue;
     }
     pending.push_back({cut, end - cut + 1, 0});
     pending.push_back({piece.start, cut - piece.start + 1, 0});
   }
+  return pieces;
+}
+
+}  // namespace
+
+void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
+                             SQO_lineSegParam lineSegPara,
+                             std::vector<SQO_RUN>& segs) {
+  append(cutIntoRuns(lineData, lineSegPara), segs);
+  clearStamps(lineData);
+}
+
+void split(SQO_RUN run,
+           std::vector<STesk3DPosition>& lineData,
+           double maxDist,
+           std::vector<SQO_RUN>& segs) {
+  append(cutIntoPieces(lineData.data(), run, maxDist), segs);
 }
 
 void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
@@ -179,25 +195,25 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
                            SQO_lineSegParam lineSegPara,
                            std::vector<SQO_featureSemiCircle>& bestSegs,
                            std::vector<SQO_featureSemiCircle>& otherSegs) {
-  std::vector<SQO_RUN> runs;
-  ju_getLineDataIntervals(lineData, lineSegPara, runs);
   const STesk3DPosition* const line = lineData.data();
-
-  std::vector<SQO_RUN> pieces;
-  std::vector<SQO_featureSemiCircle> candidates;
-  for (const SQO_RUN& run : runs) {
-    pieces.clear();
-    split(run, lineData, lineSegPara.maxDist, pieces);
+  Pieces bests;
+  Pieces others;
+  Pieces candidates;
+  for (const SQO_RUN& run : cutIntoRuns(lineData, lineSegPara)) {
     candidates.clear();
-    for (const SQO_RUN& piece : pieces) {
+    for (const SQO_RUN& piece : cutIntoPieces(line, run, lineSegPara.maxDist)) {
       appendCandidate(line, lineIdx, piece, lenRange, candidates);
     }
     if (candidates.empty()) {
       continue;
     }
     const auto best = candidates.begin() + static_cast<std::ptrdiff_t>(flattest(line, candidates));
-    bestSegs.push_back(*best);
-    otherSegs.insert(otherSegs.end(), candidates.begin(), best);
-    otherSegs.insert(otherSegs.end(), best + 1, candidates.end());
+    bests.push_back(*best);
+    others.insert(others.end(), candidates.begin(), best);
+    others.insert(others.end(), best + 1, candidates.end());
   }
+  makeRoom(others.size(), otherSegs);
+  append(bests, bestSegs);
+  append(others, otherSegs);
+  clearStamps(lineData);
 }

@@ -9,6 +9,7 @@ using scanline::detail::LastHeight;
 using scanline::detail::OutlierWalk;
 
 using Scan = std::vector<std::vector<STesk3DPosition>>;
+using Walks = std::vector<OutlierWalk<LastHeight>>;
 
 constexpr int kUnevenLines = -1000;
 
@@ -23,17 +24,16 @@ bool filterAlongLines(Scan& scan, const SQO_outlierFilterParam& para) {
   return even;
 }
 
-/// Filters the samples of equal index across the lines. All columns are walked side by side, so
-/// that the scan is read as it lies in memory; blanking at once is safe, as a walk never looks back
-/// at the samples behind it.
-void filterAcrossLines(Scan& scan, const SQO_outlierFilterParam& para) {
+/// Filters the samples of equal index across the lines, one fresh walk for each. All columns are
+/// walked side by side, so that the scan is read as it lies in memory; blanking at once is safe, as
+/// a walk never looks back at the samples it has passed.
+void filterAcrossLines(Scan& scan, const SQO_outlierFilterParam& para, Walks& walks) {
   std::size_t column = 0;
   const auto blank = [&](int first, int last) {
     for (int k = first; k <= last; ++k) {
       scan[k][column].pt3D.z = 0.0;
     }
   };
-  std::vector<OutlierWalk<LastHeight>> walks(scan.front().size());
   const int lineCount = static_cast<int>(scan.size());
   for (int i = 0; i < lineCount; ++i) {
     const STesk3DPosition* const line = scan[i].data();
@@ -51,10 +51,11 @@ void filterAcrossLines(Scan& scan, const SQO_outlierFilterParam& para) {
 void ju_noiseFilter(std::vector<std::vector<STesk3DPosition>>& scanLines,
                     SQO_outlierFilterParam outlierPara,
                     int* errCode) {
+  Walks walks(scanLines.front().size());  // All that is allocated, before anything is written.
   *errCode = 0;
   if (!filterAlongLines(scanLines, outlierPara)) {
     *errCode = kUnevenLines;
     return;
   }
-  filterAcrossLines(scanLines, outlierPara);
+  filterAcrossLines(scanLines, outlierPara, walks);
 }

@@ -18,7 +18,7 @@ class LastHeight {
   }
 
  private:
-  double z_ = 0.0;
+  double z_ = {};
 };
 
 /// Continuity by distance in space.
@@ -35,16 +35,16 @@ class LastPoint {
   }
 
  private:
-  STesk3DPoint point_ = {0.0, 0.0, 0.0};
+  STesk3DPoint point_ = {};
 };
 
 /**
- * Cuts a sequence of samples into stretches of continuous ones and tells the stretches that hold
+ * Cuts a sequence of samples into stretches of continuous ones and reports the stretches that hold
  * too few, each as soon as it is complete.
  *
  * The samples are handed in one by one, from wherever they lie: many walks can go on side by side.
- * What the walk needs of the samples behind it, it keeps by value, so that those may be blanked at
- * once.
+ * What the walk needs of the samples it has passed, it keeps by value, so that those may be blanked
+ * at once.
  */
 template <typename Last>
 class OutlierWalk {
@@ -78,7 +78,7 @@ class OutlierWalk {
 
  private:
   /// The open stretch: first index, count of measured samples (0: none is open), last index.
-  SQO_RUN stretch_ = {0, 0, 0};
+  SQO_RUN stretch_ = {};
   Last last_;
 };
 

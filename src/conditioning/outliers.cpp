@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include "conditioning/outlier_walk.h"
@@ -9,23 +10,26 @@ using scanline::detail::LastHeight;
 using scanline::detail::LastPoint;
 using scanline::detail::OutlierWalk;
 
-/// Blanks the outliers of a line in place and calls `note(k)` for every index blanked.
-template <typename Last, typename Note>
-void blankOutliers(STesk3DPosition* line,
-                   int count,
-                   const SQO_outlierFilterParam& para,
-                   Note note) {
-  const auto blank = [&](int first, int last) {
+/// Calls `outlier(k)` for every index of a line that is to be blanked, holes included.
+template <typename Last, typename Outlier>
+void findOutliers(const STesk3DPosition* line,
+                  int count,
+                  const SQO_outlierFilterParam& para,
+                  Outlier outlier) {
+  const auto report = [&](int first, int last) {
     for (int k = first; k <= last; ++k) {
-      line[k].pt3D.z = 0.0;
-      note(k);
+      outlier(k);
     }
   };
   OutlierWalk<Last> walk;
   for (int i = 0; i < count; ++i) {
-    walk.take(i, line[i].pt3D, para, blank);
+    walk.take(i, line[i].pt3D, para, report);
   }
-  walk.finish(para, blank);
+  walk.finish(para, report);
+}
+
+void blankOutliers(STesk3DPosition* line, int count, const SQO_outlierFilterParam& para) {
+  findOutliers<LastHeight>(line, count, para, [line](int k) { line[k].pt3D.z = 0.0; });
 }
 
 template <typename Last>
@@ -34,11 +38,17 @@ void copyWithoutOutliers(const STesk3DPosition* line,
                          const SQO_outlierFilterParam& para,
                          std::vector<STesk3DPosition>& filtered,
                          std::vector<int>& noise) {
-  filtered.assign(line, line + std::max(count, 0));
-  blankOutliers<Last>(filtered.data(), count, para, [&](int k) { noise.push_back(k); });
+  std::vector<int> outliers;
+  findOutliers<Last>(line, count, para, [&](int k) { outliers.push_back(k); });
+  const auto size = static_cast<std::size_t>(std::max(count, 0));
+  filtered.reserve(size);
+  noise.insert(noise.end(), outliers.begin(), outliers.end());
+  // Nothing is allocated from here on.
+  filtered.assign(line, line + size);
+  for (const int k : outliers) {
+    filtered[k].pt3D.z = 0.0;
+  }
 }
-
-constexpr auto noNote = [](int) {};
 
 }  // namespace
 
@@ -53,13 +63,12 @@ void qo_lineDataRemoveOutlier(STesk3DPosition* lineData,
 void qo_lineDataRemoveOutlier_changeOriginData(STesk3DPosition* lineData,
                                                int dataSize,
                                                SQO_outlierFilterParam outlierPara) {
-  blankOutliers<LastHeight>(lineData, dataSize, outlierPara, noNote);
+  blankOutliers(lineData, dataSize, outlierPara);
 }
 
 void ju_vectorDataRemoveOutlier_overwrite(std::vector<STesk3DPosition>& lineData,
                                           SQO_outlierFilterParam outlierPara) {
-  const int count = static_cast<int>(lineData.size());
-  blankOutliers<LastHeight>(lineData.data(), count, outlierPara, noNote);
+  blankOutliers(lineData.data(), static_cast<int>(lineData.size()), outlierPara);
 }
 
 void qo_lineDataRemoveOutlier_ptDistMethod(STesk3DPosition* lineData,

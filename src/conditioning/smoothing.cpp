@@ -18,10 +18,6 @@ using Sums = std::array<double, kBlock>;
 /// Sums window i over the `width` heights from `z + i` on, for the `count` windows of a block. Each
 /// is added up one by one, from its first height to its last.
 void sumWindows(const double* z, std::size_t width, std::size_t count, Sums& sums) {
-  if (width == 0) {
-    sums.fill(0.0);
-    return;
-  }
   std::copy_n(z, count, sums.begin());
   // Two heights at a time, as the width is odd, halve the traffic of the sums.
   for (std::size_t k = 1; k < width; k += 2) {
@@ -34,40 +30,43 @@ void sumWindows(const double* z, std::size_t width, std::size_t count, Sums& sum
 /// The moving mean, run over one piece of a line after the other with the same working storage.
 class MovingMean {
  public:
-  explicit MovingMean(int smoothWin) : half_(smoothWin / 2) {}
+  /// Allocates all that pieces of up to `longest` samples need.
+  MovingMean(int smoothWin, std::size_t longest) : half_(smoothWin / 2) {
+    heights_.reserve(longest + reachWithin(longest));
+  }
 
   /// Smooths the piece of `count` samples in place.
   void smooth(STesk3DPosition* piece, std::size_t count) {
     if (count == 0) {
       return;
     }
-    // A window that reaches beyond both ends of the piece may as well end there.
-    const std::size_t reach = std::min(static_cast<std::size_t>(std::max(half_, 0)), count - 1);
-    const std::size_t width = half_ < 0 ? 0 : 2 * reach + 1;
+    const std::size_t reach = reachWithin(count);
     loadHeights(piece, count, reach);
-
-    Sums sums;
-    int measured = countMeasured(width);
-    for (std::size_t first = 0; first < count; first += kBlock) {
-      const std::size_t blockEnd = std::min(first + kBlock, count);
-      sumWindows(heights_.data() + first, width, blockEnd - first, sums);
-      for (std::size_t i = first; i < blockEnd; ++i) {
-        if (isMeasured(i + reach)) {
-          piece[i].pt3D.z = sums[i - first] / measured;
-        }
-        measured += static_cast<int>(isMeasured(i + width)) - static_cast<int>(isMeasured(i));
+    if (half_ < 0) {
+      for (std::size_t i = 0; i < count; ++i) {
+        setMean(piece, i, 0.0, 0);
       }
+      return;
     }
+    const int measured = smoothStart(piece, reach);
+    smoothRest(piece, count, reach, measured);
   }
 
  private:
-  /// Takes the measured z, with 0.0 for every hole and for what lies beyond the piece's ends. Such
-  /// a zero changes no bit of a sum of measured z, which is never a negative zero.
+  /// How far the window reaches to each side. One that reaches beyond both ends of the piece may as
+  /// well end there.
+  [[nodiscard]] std::size_t reachWithin(std::size_t count) const {
+    const std::size_t last = std::max<std::size_t>(count, 1) - 1;
+    return std::min(static_cast<std::size_t>(std::max(half_, 0)), last);
+  }
+
+  /// Takes the measured z, with 0.0 for every hole and for what lies beyond the piece's end. Such a
+  /// zero changes no bit of a sum of measured z, which is never a negative zero.
   void loadHeights(const STesk3DPosition* piece, std::size_t count, std::size_t reach) {
-    heights_.assign(count + 2 * reach + 1, 0.0);
+    heights_.assign(count + reach, 0.0);
     for (std::size_t i = 0; i < count; ++i) {
       const double z = piece[i].pt3D.z;
-      heights_[reach + i] = isAboveNoSample(z) ? z : 0.0;
+      heights_[i] = isAboveNoSample(z) ? z : 0.0;
     }
   }
 
@@ -75,13 +74,43 @@ class MovingMean {
     return heights_[k] > 0.0;
   }
 
-  /// How many of the first `width` heights are measured.
-  [[nodiscard]] int countMeasured(std::size_t width) const {
+  void setMean(STesk3DPosition* piece, std::size_t i, double sum, int measured) const {
+    if (isMeasured(i)) {
+      piece[i].pt3D.z = sum / measured;
+    }
+  }
+
+  /// Smooths the samples up to `reach`, whose windows all begin with the piece: each sum goes on
+  /// from the one before. Returns how many heights of the last window are measured.
+  int smoothStart(STesk3DPosition* piece, std::size_t reach) const {
+    double sum = 0.0;
     int measured = 0;
-    for (std::size_t k = 0; k < width; ++k) {
+    for (std::size_t k = 0; k <= 2 * reach; ++k) {
+      sum += heights_[k];
       measured += static_cast<int>(isMeasured(k));
+      if (k >= reach) {
+        setMean(piece, k - reach, sum, measured);
+      }
     }
     return measured;
+  }
+
+  /// Smooths the samples beyond `reach`, whose windows begin one sample after the other.
+  void smoothRest(STesk3DPosition* piece,
+                  std::size_t count,
+                  std::size_t reach,
+                  int measured) const {
+    const std::size_t width = 2 * reach + 1;
+    Sums sums;
+    for (std::size_t first = reach + 1; first < count; first += kBlock) {
+      const std::size_t blockEnd = std::min(first + kBlock, count);
+      sumWindows(heights_.data() + first - reach, width, blockEnd - first, sums);
+      for (std::size_t i = first; i < blockEnd; ++i) {
+        measured +=
+            static_cast<int>(isMeasured(i + reach)) - static_cast<int>(isMeasured(i - reach - 1));
+        setMean(piece, i, sums[i - first], measured);
+      }
+    }
   }
 
   int half_;  ///< Half-width of the window; below 0 the window is empty.
@@ -98,8 +127,9 @@ bool isStep(const STesk3DPoint& from, const STesk3DPoint& to, double yTh, double
 void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
                           int smoothWin,
                           std::vector<STesk3DPosition>& lineDataOut) {
+  MovingMean mean(smoothWin, input.size());
   lineDataOut = input;
-  MovingMean(smoothWin).smooth(lineDataOut.data(), lineDataOut.size());
+  mean.smooth(lineDataOut.data(), lineDataOut.size());
 }
 
 void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
@@ -107,11 +137,10 @@ void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
                          double seg_z_deltaTh,
                          int smoothWin,
                          std::vector<STesk3DPosition>& lineDataOut) {
+  MovingMean mean(smoothWin, input.size());
   const std::size_t base = lineDataOut.size();
   lineDataOut.insert(lineDataOut.end(), input.begin(), input.end());
   STesk3DPosition* const out = lineDataOut.data() + base;
-
-  MovingMean mean(smoothWin);
   std::size_t start = 0;
   bool measuredSeen = false;
   for (std::size_t i = 0; i < input.size(); ++i) {

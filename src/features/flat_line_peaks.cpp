@@ -2,8 +2,10 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/flat_steps.h"
+#include "features/flat_views.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
@@ -13,51 +15,13 @@ namespace {
 using detail::StepKind;
 using Line = std::vector<STesk3DPosition>;
 
-// Marks on the samples of the caller's line.
-constexpr int kJumpMark = 16;
+/// Mark on the samples of features in the caller's line.
 constexpr int kFeatureMark = 13;
 
 constexpr int kNoFeature = 0;
 constexpr double kMinSideDiff = 0.1;
 
-/// What a look along the line to one side of a slope shows.
-struct SideView {
-  int highest;    ///< Sample of the greatest z; -1 if a mark or the end of the line stopped it.
-  double mean;    ///< Mean z; defined unless it was stopped.
-  bool metsMark;  ///< It was a mark that stopped it.
-};
-
-constexpr SideView kOffTheLine = {-1, -1.0, false};
-constexpr SideView kAtMark = {-1, -1.0, true};
-
-/// Looks along the line over `width` in y. The first sample of the line is out of reach.
-SideView viewSide(const Line& lineData, int start, int step, double width) {
-  const STesk3DPoint& from = lineData[start].pt3D;
-  const int count = static_cast<int>(lineData.size());
-  double sum = from.z;
-  int taken = 1;
-  int highest = start;
-  for (int i = start + step; i >= 1 && i < count; i += step) {
-    if (lineData[i].nPointIdx == kJumpMark) {
-      return kAtMark;
-    }
-    const STesk3DPoint& point = lineData[i].pt3D;
-    if (!detail::isAboveNoSample(point.z)) {
-      continue;
-    }
-    if (std::abs(point.y - from.y) > width) {
-      return {highest, sum / taken, false};
-    }
-    sum += point.z;
-    ++taken;
-    if (point.z > lineData[highest].pt3D.z) {
-      highest = i;
-    }
-  }
-  return kOffTheLine;
-}
-
-/// Whether a jump makes a pair with the step behind it, as far as kinds and heights tell.
+/// Whether the kinds and heights of a jump and the next step make a pair.
 bool mayPair(const detail::SQO_flatStep& jump, const detail::SQO_flatStep& next, double jumpTh_z) {
   if (std::abs(jump.dz) < jumpTh_z) {
     return next.isJump();
@@ -81,6 +45,10 @@ class FlatPeakFinder {
         steps_(detail::steepestSteps(points_, limits)),
         features_(steps_.size()) {}
 
+  [[nodiscard]] std::size_t maxFeatures() const {
+    return features_.size();
+  }
+
   /// Puts a feature on each jump or pair with one, and marks the outer samples.
   void placeJumps() {
     for (std::size_t e = 0; e < steps_.size(); ++e) {
@@ -95,22 +63,23 @@ class FlatPeakFinder {
         steps_[e + 1].kind = StepKind::kNone;
       }
       features_[e] = featureBetween(step.first, last);
-      lineData_[points_[step.first].nPointIdx].nPointIdx = kJumpMark;
-      lineData_[points_[last].nPointIdx].nPointIdx = kJumpMark;
+      lineData_[points_[step.first].nPointIdx].nPointIdx = detail::kJumpMark;
+      lineData_[points_[last].nPointIdx].nPointIdx = detail::kJumpMark;
     }
   }
 
   /// Puts features on slopes, once all jumps are marked.
   void placeSlopes() {
+    const detail::SideViewer sides(lineData_, limits_.peakWidth_y * 1.5);
     for (std::size_t e = 0; e < steps_.size(); ++e) {
       if (steps_[e].kind == StepKind::kFallingSlope) {
-        features_[e] = featureBeside(steps_[e]);
+        features_[e] = featureBeside(steps_[e], sides);
       } else if (steps_[e].kind == StepKind::kRisingSlope && e + 1 < steps_.size()) {
         if (steps_[e + 1].kind == StepKind::kFallingSlope && isNextClose(e)) {
           features_[e] = featureBetween(steps_[e].first, steps_[e + 1].last);
           steps_[e + 1].kind = StepKind::kNone;
         } else {
-          features_[e] = featureBeside(steps_[e]);
+          features_[e] = featureBeside(steps_[e], sides);
         }
       }
     }
@@ -147,14 +116,14 @@ class FlatPeakFinder {
 
   /// The feature on the high side of a slope, if that side stands out. A mark counts only on the
   /// low side; on the high side it has stopped the view anyway.
-  [[nodiscard]] SQO_basicFeature1D featureBeside(const detail::SQO_flatStep& slope) const {
-    const double width = limits_.peakWidth_y * 1.5;
+  [[nodiscard]] SQO_basicFeature1D featureBeside(const detail::SQO_flatStep& slope,
+                                                 const detail::SideViewer& sides) const {
     const bool rising = slope.kind == StepKind::kRisingSlope;
-    const SideView before = viewSide(lineData_, points_[slope.first].nPointIdx, -1, width);
-    const SideView behind = viewSide(lineData_, points_[slope.last].nPointIdx, 1, width);
-    const SideView& high = rising ? behind : before;
-    const SideView& low = rising ? before : behind;
-    if (high.highest < 0 || low.metsMark) {
+    const detail::SideView before = sides.view(points_[slope.first].nPointIdx, -1);
+    const detail::SideView after = sides.view(points_[slope.last].nPointIdx, 1);
+    const detail::SideView& high = rising ? after : before;
+    const detail::SideView& low = rising ? before : after;
+    if (high.highest < 0 || low.meetsMark) {
       return {};
     }
     const double base = low.highest >= 0 ? low.mean : points_[slope.first].pt3D.z;
@@ -180,10 +149,9 @@ void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                      double jumpTh_z,
                                      double peakWidth_y,
                                      std::vector<SQO_basicFeature1D>& peaks) {
-  if (lineData.size() < 2) {
-    return;
-  }
   FlatPeakFinder finder(lineData, lineIdx, {slopeWin_y, jumpTh_z, peakWidth_y});
+  detail::makeRoom(finder.maxFeatures(), peaks);
+  // Nothing is allocated from here on.
   finder.placeJumps();
   finder.placeSlopes();
   finder.report(peaks);

@@ -1,7 +1,8 @@
 #include "features/flat_steps.h"
 
 #include <cmath>
-#include <limits>
+
+#include "features/extent.h"
 
 namespace scanline::detail {
 namespace {
@@ -14,11 +15,9 @@ class DistantPointSearch {
  public:
   DistantPointSearch(const Samples& points, double distance)
       : points_(points), distance_(distance), extentFrom_(points.size()) {
-    constexpr double kNothing = std::numeric_limits<double>::quiet_NaN();
-    STeskRangeD extent = {kNothing, kNothing};
+    Extent extent;
     for (std::size_t k = points.size(); k-- > 0;) {
-      extent.min = std::fmin(extent.min, points[k].pt3D.y);
-      extent.max = std::fmax(extent.max, points[k].pt3D.y);
+      extent.take(points[k].pt3D.y);
       extentFrom_[k] = extent;
     }
   }
@@ -29,25 +28,21 @@ class DistantPointSearch {
 
   /// Moves the cursor to the point found; leaves it and returns -1 if there is none.
   int find(double y) {
-    // Without this a distance that spans the line would have every point search all of it in vain.
-    const STeskRangeD& extent = extentFrom_[cursor_];
-    if (!(isDistant(extent.min, y) || isDistant(extent.max, y))) {
+    const auto isDistant = [&](double other) { return std::abs(other - y) >= distance_; };
+    // Without this a distance that spans the line would have every point search all of it.
+    if (!extentFrom_[cursor_].anyFar(isDistant)) {
       return -1;
     }
-    while (!isDistant(points_[cursor_].pt3D.y, y)) {
+    while (!isDistant(points_[cursor_].pt3D.y)) {
       ++cursor_;
     }
     return cursor_;
   }
 
  private:
-  [[nodiscard]] bool isDistant(double other, double y) const {
-    return std::abs(other - y) >= distance_;
-  }
-
   const Samples& points_;
   double distance_;
-  std::vector<STeskRangeD> extentFrom_;  ///< Extent in y of each point and all behind it, or NaN.
+  std::vector<Extent> extentFrom_;  ///< Extent in y of each point and all after it.
   int cursor_ = 0;
 };
 

@@ -2,89 +2,60 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "records/sample_rules.h"
+#include "features/append.h"
+#include "features/extent.h"
+#include "features/turning_points.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-using Turns = std::vector<STesk3DPosition>;
+using detail::Turns;
+using Features = std::vector<SQO_basicFeature1D>;
 
-/// Where z turns upwards (`minima`) and downwards (`maxima`).
-struct TurningPoints {
-  Turns minima;
-  Turns maxima;
-};
-
-TurningPoints stampAndFindTurns(STesk3DPosition* lineData, int dataSize) {
-  enum class Trend { kNone, kFalling, kRising };
-  TurningPoints turns;
-  Trend trend = Trend::kNone;
-  const STesk3DPosition* previous = nullptr;
-  for (int i = 0; i < dataSize; ++i) {
-    STesk3DPosition& sample = lineData[i];
-    sample.nPointIdx = i;
-    if (detail::isNoSample(sample.pt3D.z)) {
-      continue;
-    }
-    const double dz = previous == nullptr ? 0.0 : sample.pt3D.z - previous->pt3D.z;
-    if (dz > 0.0) {
-      if (trend == Trend::kFalling) {
-        turns.minima.push_back(*previous);
-      }
-      trend = Trend::kRising;
-    } else if (dz < 0.0) {
-      if (trend == Trend::kRising) {
-        turns.maxima.push_back(*previous);
-      }
-      trend = Trend::kFalling;
-    }
-    previous = &sample;
-  }
-  // Only a line that ends in a hole closes its last trend.
-  if (trend != Trend::kNone && detail::isNoSample(lineData[dataSize - 1].pt3D.z)) {
-    (trend == Trend::kFalling ? turns.minima : turns.maxima).push_back(*previous);
-  }
-  return turns;
-}
-
-/// Looks from turn `k` by `step` for one within the window that `beats` it.
+/// Marks the turns for which a look by `step` meets one that `beats` them before it meets one
+/// outside the window. A look goes from turn to turn over those that cannot beat it either: from
+/// one that does not, to the first that beats that one.
 template <typename Beats>
-bool isBeaten(const Turns& turns, int k, int step, double windowSquared, Beats beats) {
-  const STesk3DPoint own = turns[k].pt3D;
+void markBeaten(
+    const Turns& turns, int step, double windowSquared, Beats beats, std::vector<char>& beaten) {
   const int count = static_cast<int>(turns.size());
-  for (int other = k + step; other >= 0 && other < count; other += step) {
-    const STesk3DPoint& rival = turns[other].pt3D;
-    const double dy = own.y - rival.y;
-    if (dy * dy > windowSquared) {
-      return false;
+  const auto isTurn = [count](int k) { return k >= 0 && k < count; };
+  std::vector<int> beater(turns.size());
+  std::vector<detail::Extent> between(turns.size());  // In y, the beater included.
+  for (int k = step > 0 ? count - 1 : 0; isTurn(k); k -= step) {
+    const STesk3DPoint& own = turns[k].pt3D;
+    detail::Extent seen;
+    int other = k + step;
+    if (isTurn(other)) {
+      seen.take(turns[other].pt3D.y);
     }
-    if (beats(rival.z, own.z)) {
-      return true;
+    while (isTurn(other) && !beats(turns[other].pt3D.z, own.z)) {
+      seen.take(between[other]);
+      other = beater[other];
+    }
+    beater[k] = other;
+    between[k] = seen;
+    const auto isOutside = [&](double y) { return (own.y - y) * (own.y - y) > windowSquared; };
+    if (isTurn(other) && !seen.anyFar(isOutside)) {
+      beaten[k] = 1;
     }
   }
-  return false;
 }
 
-/// How the turns that stay become features.
-struct Report {
-  int featureType;
-  int lineIdx;
-  double windowSquared;  ///< Square of the distance in y within which a turn must not be beaten.
-};
-
+/// The turns that no other within `scale` in y beats, as features.
 template <typename Beats>
-void appendUnbeaten(const Turns& turns,
-                    const Report& report,
-                    Beats beats,
-                    std::vector<SQO_basicFeature1D>& features) {
-  for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
-    if (!isBeaten(turns, k, -1, report.windowSquared, beats) &&
-        !isBeaten(turns, k, 1, report.windowSquared, beats)) {
-      features.push_back(
-          {report.featureType, {report.lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
+Features unbeaten(const Turns& turns, int featureType, int lineIdx, double scale, Beats beats) {
+  std::vector<char> beaten(turns.size(), 0);
+  markBeaten(turns, -1, scale * scale, beats, beaten);
+  markBeaten(turns, 1, scale * scale, beats, beaten);
+  Features features;
+  for (std::size_t k = 0; k < turns.size(); ++k) {
+    if (beaten[k] == 0) {
+      features.push_back({featureType, {lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
     }
   }
+  return features;
 }
 
 }  // namespace
@@ -98,8 +69,13 @@ void qo_getLineLocalPeaks(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  const TurningPoints turns = stampAndFindTurns(lineData, dataSize);
-  const double window = scale * scale;
-  appendUnbeaten(turns.minima, {FEATURE_PEAK, lineIdx, window}, std::less<>(), peaks);
-  appendUnbeaten(turns.maxima, {FEATURE_VALLEY, lineIdx, window}, std::greater<>(), valleys);
+  const detail::TurningPoints turns = detail::findTurns(lineData, dataSize);
+  const Features low = unbeaten(turns.minima, FEATURE_PEAK, lineIdx, scale, std::less<>());
+  const Features high = unbeaten(turns.maxima, FEATURE_VALLEY, lineIdx, scale, std::greater<>());
+  detail::makeRoom(high.size(), valleys);
+  detail::append(low, peaks);
+  detail::append(high, valleys);
+  for (int i = 0; i < dataSize; ++i) {
+    lineData[i].nPointIdx = i;
+  }
 }

@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/line_runs.h"
 #include "features/lv_stages.h"
 
@@ -164,7 +165,10 @@ void qo_getLineLVFeature(STesk3DPosition* lineData,
                          SQO_VFeatureParam vFeatureParam,
                          SQO_lineFeature* line_features) {
   const detail::LvLine line = detail::qo_getLineSlopeRuns(lineData, dataSize, lineIdx, slopeParam);
-  appendShapes(line, slopeParam.jumpTh_z, vFeatureParam, line_features->features);
+  Features shapes;
+  appendShapes(line, slopeParam.jumpTh_z, vFeatureParam, shapes);
+  Features endings;
+  detail::appendEndings(lineData, lineIdx, line.segments, endings);
+  detail::append(shapes, endings, *line_features);
   mergeJumps(line_features->features);
-  detail::appendEndings(lineData, lineIdx, line.segments, line_features->endings);
 }

@@ -13,7 +13,7 @@ constexpr double kMinSteepness = 2.0;
 /// Indices from the end of a data segment within which a slope is the segment running out.
 constexpr int kSegmentMargin = 3;
 
-/// Steepness from the sample before the largest step to the one behind it. Holes serve as well,
+/// Steepness from the sample before the largest step to the one after it. Holes serve as well,
 /// and equal y give infinity or no number, which is no steepness.
 bool isSteep(const LvLine& line, const SQO_slopeRun& run) {
   const STesk3DPoint& p0 = line.point(std::max(run.maxStartIdx - 1, 0));
@@ -23,7 +23,7 @@ bool isSteep(const LvLine& line, const SQO_slopeRun& run) {
 
 bool isNearSegmentEnd(const LvLine& line, int index) {
   const auto lastOf = [](const SQO_RUN& segment) { return segment.start + segment.len - 1; };
-  // No segment before this one reaches the margin, and none behind it starts nearer than it ends.
+  // No segment before this one reaches the margin, and none after it starts nearer than it ends.
   const auto segment =
       std::partition_point(line.segments.begin(), line.segments.end(),
                            [&](const SQO_RUN& s) { return lastOf(s) <= index - kSegmentMargin; });

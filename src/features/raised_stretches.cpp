@@ -2,6 +2,7 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/stretches.h"
 #include "records/sample_rules.h"
 
@@ -9,8 +10,10 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample, and
-/// nothing tells it from one that a fall has opened there.
+using Features = std::vector<SJU_segFeature>;
+
+/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample and looks
+/// like one that a fall has opened there.
 struct OpenStretch {
   int start = 0;
   int len = -1;
@@ -36,7 +39,7 @@ void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
                      int lineIdx,
                      const OpenStretch& stretch,
                      const SQO_raisedFeatureParam& param,
-                     std::vector<SJU_segFeature>& features) {
+                     Features& features) {
   if (stretch.len <= 0) {
     return;
   }
@@ -49,28 +52,25 @@ void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
   }
 }
 
-}  // namespace
-
-void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
-                             int lineIdx,
-                             SQO_raisedFeatureParam raisedFeaturePara,
-                             std::vector<SJU_segFeature>& line_raisedFeatures) {
-  detail::stampIndices(lineData);
+Features findRaised(const std::vector<STesk3DPosition>& lineData,
+                    int lineIdx,
+                    const SQO_raisedFeatureParam& param) {
+  Features features;
   OpenStretch stretch;
-  STesk3DPoint before = {0.0, 0.0, -1.0};
+  const STesk3DPoint* before = nullptr;
   for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
-    const STesk3DPoint point = lineData[i].pt3D;
+    const STesk3DPoint& point = lineData[i].pt3D;
     if (detail::isHole(point.z)) {
       continue;
     }
     // A z that is not a number passes for a sample, yet nothing is measured against it.
-    if (before.z > 0.0) {
-      switch (flankBetween(before, point, raisedFeaturePara)) {
+    if (before != nullptr && !std::isnan(before->z)) {
+      switch (flankBetween(*before, point, param)) {
         case Flank::kFall:
           stretch = {i, 1};
           break;
         case Flank::kRise:
-          reportIfFitting(lineData, lineIdx, stretch, raisedFeaturePara, line_raisedFeatures);
+          reportIfFitting(lineData, lineIdx, stretch, param, features);
           stretch = {};
           break;
         case Flank::kNone:
@@ -78,6 +78,17 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
           break;
       }
     }
-    before = point;
+    before = &point;
   }
+  return features;
+}
+
+}  // namespace
+
+void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
+                             int lineIdx,
+                             SQO_raisedFeatureParam raisedFeaturePara,
+                             std::vector<SJU_segFeature>& line_raisedFeatures) {
+  detail::append(findRaised(lineData, lineIdx, raisedFeaturePara), line_raisedFeatures);
+  detail::stampIndices(lineData);
 }

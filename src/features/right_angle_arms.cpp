@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstddef>
 
+#include "features/extent.h"
 #include "features/right_angle_stages.h"
 #include "records/sample_rules.h"
 
@@ -12,19 +13,29 @@ ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) : lineData_(
   neighbours_.reserve(count);
   placeOf_.reserve(count + 1);
   placeOf_.push_back(0);
+  Extent y;
+  Extent z;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
+    if (!isNoSample(point.z)) {
+      y.take(point.y);
+      z.take(point.z);
+    }
     if (isAboveNoSample(point.z)) {
       neighbours_.push_back({point.y, point.z, i});
     }
     placeOf_.push_back(static_cast<int>(neighbours_.size()));
   }
+  span_ = (y.max - y.min) + (z.max - z.min);
 }
 
 ArmWalk ArmWalker::walk(int sample, int place, int stride, double armLen) const {
   const STesk3DPoint& origin = lineData_[sample].pt3D;
   const int count = static_cast<int>(neighbours_.size());
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
+  if (!(span_ > armLen)) {
+    return arm;
+  }
   for (; place >= 0 && place < count; place += stride) {
     const Neighbour& neighbour = neighbours_[place];
     const double dy = std::abs(neighbour.y - origin.y);

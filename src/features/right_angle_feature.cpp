@@ -1,6 +1,7 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/right_angle_stages.h"
 
 namespace detail = scanline::detail;
@@ -41,12 +42,15 @@ void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
                                  SQO_lineFeature* line_features) {
   const Marks marks = detail::markRightAngles(
       lineData, dataSize, {flatRisePara, riseFlatPara, flatFallPara, fallFlatPara});
-  int end = -1;
-  for (int start = 0; start < dataSize; start = end + 1) {
-    end = endOfKind(marks, start);
+  std::vector<SQO_basicFeature1D> corners;
+  int start = 0;
+  while (start < dataSize) {
+    const int end = endOfKind(marks, start);
     if (const int kind = marks[start].kind; kind != 0) {
       const int corner = cornerAmong(marks, start, end);
-      line_features->features.push_back({kind, {lineIdx, corner}, lineData[corner].pt3D, 0.0});
+      corners.push_back({kind, {lineIdx, corner}, lineData[corner].pt3D, 0.0});
     }
+    start = end + 1;
   }
+  detail::append(corners, line_features->features);
 }

@@ -93,8 +93,8 @@ class Marker {
   double maxTol_;
 };
 
-/// Whether walks from a point can end. Those from one that is no number never do, and would cost
-/// the whole line to find that out.
+/// Whether walks from a point can end. Those from one that is not a number never do, and would cost
+/// the whole line.
 bool canEndWalks(const STesk3DPoint& point) {
   return !std::isnan(point.y) && !std::isnan(point.z);
 }

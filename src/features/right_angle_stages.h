@@ -13,7 +13,8 @@ namespace scanline::detail {
 struct ArmWalk {
   static constexpr int kRanOut = -1;
 
-  int stop;      ///< Index of the first sample beyond the arm's length; `kRanOut` if there is none.
+  int stop;  ///< Index of the first sample beyond the arm's length; `kRanOut` if there is none.
+  // Defined unless the walk ran out.
   double maxDy;  ///< Largest distance in y on the way; -1.0 if nothing was.
   double maxDz;  ///< Largest distance in z on the way; -1.0 if nothing was.
 
@@ -22,8 +23,8 @@ struct ArmWalk {
   }
 };
 
-/// Walks along a line from its samples. Holes are left out beforehand, so that a walk costs the
-/// samples of one arm however wide they are.
+/// Walks along a line from its samples. Holes are left out beforehand, and so are walks longer than
+/// the line, so that a walk costs the samples of one arm.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
@@ -49,6 +50,7 @@ class ArmWalker {
   const STesk3DPosition* lineData_;
   std::vector<Neighbour> neighbours_;  ///< The samples that a walk sees.
   std::vector<int> placeOf_;  ///< For each sample and the end, the number of neighbours before it.
+  double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
 };
 
 /// The parameters of the four kinds.

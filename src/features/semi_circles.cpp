@@ -4,7 +4,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/append.h"
 #include "features/line_runs.h"
+#include "features/turning_points.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
@@ -13,8 +15,7 @@ namespace {
 
 using Stretches = std::vector<SQO_featureSemiCircle>;
 
-constexpr int kUnused = 0;
-constexpr int kUsed = 5;
+constexpr int kNoState = 0;
 
 /// The sample for which `measure` is smallest, the earliest among equals; -1 without samples.
 template <typename Measure>
@@ -45,31 +46,33 @@ SQO_featureSemiCircle stretchBetween(const STesk3DPosition* lineData,
       findLeast(lineData, first, last, [](const STesk3DPoint& point) { return point.z; });
   const STesk3DPoint& midPt = lineData[middle].pt3D;
   const double width = std::abs(startY - endY);
-  return {kUnused, lineIdx, first, last, middle, midPt, width, lineData[top].pt3D.z};
+  return {kNoState, lineIdx, first, last, middle, midPt, width, lineData[top].pt3D.z};
 }
 
-/// The runs of a line, joined across narrow holes, that hold a peak and stay below `widthLimit`.
-/// A peak lies strictly inside its run, so one that is found decides for the run as a whole.
-Stretches findStretches(STesk3DPosition* lineData,
-                        int dataSize,
-                        int lineIdx,
-                        double widthLimit,
-                        const SQO_slopeParam& param) {
+/// Whether a run holds a local peak. Whatever the scale of the search, the lowest of its minima
+/// is one, as none beats it.
+bool holdsPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
+  return !detail::findTurns(lineData + run.start, run.len).minima.empty();
+}
+
+/// The runs of a line, joined across narrow holes; `value` is 0 in those that were absorbed.
+std::vector<SQO_RUN> joinedRuns(const STesk3DPosition* lineData, int dataSize, double maxGap_y) {
   std::vector<SQO_RUN> runs =
       detail::findRuns(lineData, dataSize, std::numeric_limits<double>::infinity());
-  detail::joinRuns(lineData, param.maxGap_y, runs);
+  detail::joinRuns(lineData, maxGap_y, runs);
+  return runs;
+}
+
+/// The runs that hold a peak and stay below `widthLimit`. A peak lies strictly inside its run, so
+/// one that is found decides for the run as a whole.
+Stretches findStretches(const STesk3DPosition* lineData,
+                        int lineIdx,
+                        double widthLimit,
+                        const std::vector<SQO_RUN>& runs) {
   Stretches stretches;
-  std::vector<SQO_basicFeature1D> valleys;
-  std::vector<SQO_basicFeature1D> peaks;
   for (const SQO_RUN& run : runs) {
-    if (run.value == 0) {
-      continue;
-    }
-    valleys.clear();
-    peaks.clear();
-    qo_getLineLocalPeaks(lineData + run.start, run.len, lineIdx, param.scale, valleys, peaks);
     const int last = run.start + run.len - 1;
-    if (!peaks.empty() &&
+    if (run.value != 0 && holdsPeak(lineData, run) &&
         widthLimit > std::abs(lineData[run.start].pt3D.y - lineData[last].pt3D.y)) {
       stretches.push_back(stretchBetween(lineData, lineIdx, run.start, last));
     }
@@ -77,12 +80,40 @@ Stretches findStretches(STesk3DPosition* lineData,
   return stretches;
 }
 
+/// Stamps the samples of each run with their index inside it; a run of one sample keeps its stamp.
+void stampRuns(const std::vector<SQO_RUN>& runs, STesk3DPosition* lineData) {
+  for (const SQO_RUN& run : runs) {
+    for (int i = 0; run.value != 0 && run.len > 1 && i < run.len; ++i) {
+      lineData[run.start + i].nPointIdx = i;
+    }
+  }
+}
+
 /// Whether the samples that face each other across the hole between two stretches share a label.
 bool isHoleLabelled(const cv::Mat& labelImage,
                     const SQO_featureSemiCircle& before,
-                    const SQO_featureSemiCircle& behind) {
+                    const SQO_featureSemiCircle& after) {
   const int label = labelImage.at<int>(before.endPtIdx + 1, before.lineIdx);
-  return label >= 1 && label == labelImage.at<int>(behind.startPtIdx - 1, before.lineIdx);
+  return label >= 1 && label == labelImage.at<int>(after.startPtIdx - 1, before.lineIdx);
+}
+
+/// Joins each stretch with the next one if the hole between them is labelled. The last stretch is
+/// only there to be joined.
+Stretches joinAcrossLabels(const STesk3DPosition* lineData,
+                           const cv::Mat& labelImage,
+                           const Stretches& stretches) {
+  Stretches joined;
+  for (std::size_t i = 0; i + 1 < stretches.size(); ++i) {
+    const SQO_featureSemiCircle& stretch = stretches[i];
+    const SQO_featureSemiCircle& next = stretches[i + 1];
+    if (!isHoleLabelled(labelImage, stretch, next)) {
+      joined.push_back(stretch);
+      continue;
+    }
+    joined.push_back(stretchBetween(lineData, stretch.lineIdx, stretch.startPtIdx, next.endPtIdx));
+    ++i;  // The next one is used up.
+  }
+  return joined;
 }
 
 }  // namespace
@@ -94,19 +125,8 @@ void qo_getLineUpperSemiCircleFeature(STesk3DPosition* lineData,
                                       SQO_slopeParam slopeParam,
                                       std::vector<SQO_featureSemiCircle>& line_features,
                                       cv::Mat& labelImage) {
-  Stretches stretches = findStretches(lineData, dataSize, lineIdx, widthUnit * 4.0, slopeParam);
-  // The last stretch is only there to be joined.
-  for (std::size_t i = 0; i + 1 < stretches.size(); ++i) {
-    const SQO_featureSemiCircle& stretch = stretches[i];
-    SQO_featureSemiCircle& next = stretches[i + 1];
-    if (stretch.segState == kUsed) {
-      continue;
-    }
-    if (!isHoleLabelled(labelImage, stretch, next)) {
-      line_features.push_back(stretch);
-      continue;
-    }
-    line_features.push_back(stretchBetween(lineData, lineIdx, stretch.startPtIdx, next.endPtIdx));
-    next.segState = kUsed;
-  }
+  const std::vector<SQO_RUN> runs = joinedRuns(lineData, dataSize, slopeParam.maxGap_y);
+  const Stretches stretches = findStretches(lineData, lineIdx, widthUnit * 4.0, runs);
+  detail::append(joinAcrossLabels(lineData, labelImage, stretches), line_features);
+  stampRuns(runs, lineData);
 }

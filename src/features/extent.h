@@ -1,0 +1,29 @@
+#pragma once
+
+#include <limits>
+
+namespace scanline::detail {
+
+/// The extent of some values, to see at once whether any of them lies far from another. Values that
+/// are not a number are left out.
+struct Extent {
+  double min = std::numeric_limits<double>::infinity();
+  double max = -std::numeric_limits<double>::infinity();
+
+  void take(double value) {
+    min = value < min ? value : min;
+    max = value > max ? value : max;
+  }
+  void take(const Extent& other) {
+    min = other.min < min ? other.min : min;
+    max = other.max > max ? other.max : max;
+  }
+
+  /// Whether one of the values passes a test that grows with the distance from some place.
+  template <typename Test>
+  [[nodiscard]] bool anyFar(Test isFar) const {
+    return min <= max && (isFar(min) || isFar(max));
+  }
+};
+
+}  // namespace scanline::detail
