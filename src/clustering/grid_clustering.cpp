@@ -40,8 +40,8 @@ void drawIn(
     for (int y = ys.first; y <= ys.last; ++y) {
       SQO_featureClusteringInfo& info = grid[x][y];
       if (isOpen(info) && links(cell, STesk2DPoint{x, y})) {
-        info.queued = 1;
         queue.push_back({x, y});
+        info.queued = 1;
       }
     }
   }

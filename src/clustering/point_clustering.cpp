@@ -1,6 +1,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -134,13 +135,16 @@ void qo_pointClustering(std::vector<STesk3DPosition>& points,
                         double clusterDist,
                         std::vector<std::vector<STesk3DPosition>>& clusters) {
   FreePoints free(points, scanline::detail::leastSquareReaching(clusterDist));
+  std::vector<Points> found;
   std::vector<std::size_t> members;
   while (free.takeFirst(members)) {
     for (std::size_t i = 0; i < members.size(); ++i) {
       free.takeNear(points[members[i]].pt3D, members);
     }
-    clusters.push_back(copyOf(points, members));
+    found.push_back(copyOf(points, members));
     members.clear();
   }
+  clusters.insert(clusters.end(), std::make_move_iterator(found.begin()),
+                  std::make_move_iterator(found.end()));
   points.clear();
 }

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include <scanline/clustering.h>
+#include "records/new_image.h"
 
 namespace {
 
@@ -152,13 +153,26 @@ void linkRow(
   }
 }
 
+/// The type of an image that takes the pixels of `image` as integers.
+int labelType(const cv::Mat& image) {
+  return CV_MAKETYPE(CV_32S, image.channels());
+}
+
+/// Converts a row of an image to integers.
+void convertRow(const cv::Mat& image, int r, int* pixels) {
+  cv::Mat row(1, image.cols, labelType(image), pixels);
+  image.row(r).convertTo(row, CV_32S);
+}
+
 Equivalences linkRuns(const cv::Mat& image, int connectivity) {
   const int reach = connectivity == 8 ? 1 : 0;
   Equivalences regions(image.total() / 2);
+  std::vector<int> pixels(static_cast<std::size_t>(image.cols) * image.channels());
   RowRuns above(image.cols);
   RowRuns row(image.cols);
   for (int r = 1; r < image.rows - 1; ++r) {
-    row.find(image.ptr<int>(r));
+    convertRow(image, r, pixels.data());
+    row.find(pixels.data());
     linkRow(above, regions.size() - above.count(), row, reach, regions);
     std::swap(above, row);
   }
@@ -168,7 +182,8 @@ Equivalences linkRuns(const cv::Mat& image, int connectivity) {
 /// Hands out the regions' records, numbered in the order of asking.
 class RegionRecords {
  public:
-  explicit RegionRecords(std::vector<SQO_Region>& regions) : regions_(regions) {
+  explicit RegionRecords(const std::vector<SQO_Region>& regions)
+      : firstAdded_(static_cast<int>(regions.size())) {
     for (std::size_t i = 0; i < regions.size(); ++i) {
       earlier_[regions[i].labelID] = static_cast<int>(i);
     }
@@ -176,19 +191,24 @@ class RegionRecords {
     earlier_.erase(kFirstLabel);
   }
 
-  /// Index of the next region's record.
+  /// Index of the next region's record, as if the added ones followed those that came in.
   int next() {
     const int label = nextLabel_++;
     const auto found = earlier_.find(label);
     if (found != earlier_.end()) {
       return found->second;
     }
-    regions_.push_back({{INT_MAX, INT_MIN, INT_MAX, INT_MIN}, 0, label});
-    return static_cast<int>(regions_.size()) - 1;
+    added_.push_back({{INT_MAX, INT_MIN, INT_MAX, INT_MIN}, 0, label});
+    return firstAdded_ + static_cast<int>(added_.size()) - 1;
+  }
+
+  [[nodiscard]] const std::vector<SQO_Region>& added() const {
+    return added_;
   }
 
  private:
-  std::vector<SQO_Region>& regions_;
+  int firstAdded_;
+  std::vector<SQO_Region> added_;
   std::unordered_map<int, int> earlier_;
   int nextLabel_ = kFirstLabel;
 };
@@ -202,13 +222,17 @@ void measure(SQO_Region& region, int r, int begin, int end) {
   region.ptCounter += end - begin;
 }
 
-void labelRuns(const std::vector<int>& recordOfRun,
+void labelRuns(const cv::Mat& image,
+               const std::vector<int>& recordOfRun,
+               RowRuns& row,
                std::vector<SQO_Region>& regions,
-               cv::Mat& image) {
-  RowRuns row(image.cols);
+               cv::Mat& labels) {
+  convertRow(image, 0, labels.ptr<int>(0));
+  convertRow(image, image.rows - 1, labels.ptr<int>(image.rows - 1));
   auto record = recordOfRun.begin();
   for (int r = 1; r < image.rows - 1; ++r) {
-    int* pixels = image.ptr<int>(r);
+    int* pixels = labels.ptr<int>(r);
+    convertRow(image, r, pixels);
     row.find(pixels);
     const int* edge = row.edges();
     for (int k = 0; k < row.count(); ++k, edge += 2, ++record) {
@@ -219,18 +243,35 @@ void labelRuns(const std::vector<int>& recordOfRun,
   }
 }
 
+/// The image that the labels go to: `labImg` if it has the size and the type, else a new one.
+cv::Mat labelImage(const cv::Mat& bwImg, const cv::Mat& labImg) {
+  const int type = labelType(bwImg);
+  const bool fits = !labImg.empty() && labImg.size == bwImg.size && labImg.type() == type;
+  return fits ? labImg : scanline::detail::newImage(bwImg.rows, bwImg.cols, type);
+}
+
 }  // namespace
 
 void QO_TwoPassLabel(const cv::Mat& bwImg,
                      cv::Mat& labImg,
                      std::vector<SQO_Region>& regions,
                      int connectivity) {
-  bwImg.convertTo(labImg, CV_32S, 1.0, 0.0);
-  if (labImg.rows < 3 || labImg.cols < 3) {
+  if (bwImg.empty()) {
+    labImg.release();
+    return;
+  }
+  cv::Mat labels = labelImage(bwImg, labImg);
+  if (bwImg.rows < 3 || bwImg.cols < 3) {
+    bwImg.convertTo(labels, CV_32S);
+    labImg = labels;
     return;
   }
   RegionRecords records(regions);
   const std::vector<int> recordOfRun =
-      linkRuns(labImg, connectivity).numbered([&] { return records.next(); });
-  labelRuns(recordOfRun, regions, labImg);
+      linkRuns(bwImg, connectivity).numbered([&] { return records.next(); });
+  RowRuns row(bwImg.cols);
+  regions.insert(regions.end(), records.added().begin(), records.added().end());
+  // From here on nothing is allocated.
+  labelRuns(bwImg, recordOfRun, row, regions, labels);
+  labImg = labels;
 }
