@@ -190,7 +190,7 @@ void zeroBorder(cv::Mat& image) {
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
   if (src.empty()) {
-    dst.release();
+    dst = cv::Mat();
     return;
   }
   cv::Mat distances = scanline::detail::newImage(src.rows, src.cols, src.type());
