@@ -1,3 +1,4 @@
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -45,6 +46,9 @@ class FreePoints {
 
   /// Takes all points near to `from`.
   void takeNear(const STesk3DPoint& from, std::vector<std::size_t>& taken) {
+    if (std::isnan(from.x) || std::isnan(from.y)) {
+      return;  // near to none; without this the blocks would be searched, see mayHoldNear()
+    }
     if (takenCount_ > index_.size() / 4) {
       pack();
     }
