@@ -114,8 +114,9 @@ void searchBlock(const cv::Mat& map,
   SQO_2DValueI best = {-1, -1, 0, -1.0, 0};
   for (int x = xs.first; x < std::min(xs.second, map.cols); ++x) {
     for (int y = ys.first; y < std::min(ys.second, map.rows); ++y) {
-      if (replaces(map.at<float>(y, x), best.valueD)) {
-        best = {x, y, 0, map.at<float>(y, x), 0};
+      const auto value = static_cast<double>(map.at<float>(y, x));
+      if (replaces(value, best.valueD)) {
+        best = {x, y, 0, value, 0};
       }
     }
   }
