@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <opencv2/core.hpp>
 #include <string>
 #include <vector>
@@ -18,14 +17,14 @@ cv::Mat partOfLarger(int rows, int cols, int type) {
   return cv::Mat(rows + 2, cols + 3, type, cv::Scalar::all(-1))(cv::Rect(1, 1, cols, rows));
 }
 
-/// A map of small whole numbers, with odd ones among them if asked for.
-cv::Mat randomMap(cv::RNG& random, int rows, int cols, bool odd) {
+/// A map of small whole numbers, of which one in `oddPeriod` is odd; 0: none is.
+cv::Mat randomMap(cv::RNG& random, int rows, int cols, int oddPeriod) {
   cv::Mat map = partOfLarger(rows, cols, CV_32F);
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) {
       auto& cell = map.at<float>(r, c);
       cell = static_cast<float>(random.uniform(0, 10));
-      if (odd && random.uniform(0, 20) == 0) {
+      if (oddPeriod > 0 && random.uniform(0, oddPeriod) == 0) {
         cell = random.uniform(0, 2) == 0 ? NAN : -1.5F;
       }
     }
@@ -80,7 +79,7 @@ TEST(DistanceTrans, FollowsThePassesToTheBit) {
   constexpr std::array<float, 4> kDiagonals = {1.41421356F, 2.0F, 1.0F, 1.0F};
   cv::RNG random(1);
   for (int i = 0; i < 300; ++i) {
-    cv::Mat map = randomMap(random, random.uniform(1, 41), random.uniform(1, 71), i % 2 == 1);
+    cv::Mat map = randomMap(random, random.uniform(1, 41), random.uniform(1, 71), i % 2 * 20);
     map *= i % 3 == 0 ? 8.1 : 1e6;
     const std::string before = bytes(map);
     cv::Mat distances = map;
@@ -102,9 +101,11 @@ std::string text(const std::vector<SQO_2DValueI>& peaks) {
 }
 
 TEST(LocalPeaks, FollowTheWalkOfTheBlocks) {
+  constexpr std::array<int, 5> kOddPeriods = {0, 20, 0, 200, 1};
   cv::RNG random(2);
   for (int i = 0; i < 600; ++i) {
-    cv::Mat map = randomMap(random, random.uniform(1, 41), random.uniform(1, 41), i % 3 == 0);
+    cv::Mat map =
+        randomMap(random, random.uniform(1, 41), random.uniform(1, 41), kOddPeriods[i % 5]);
     const int w = random.uniform(2, 13);
     const SQO_localPkParam block = {w, i % 2 == 0 ? w : random.uniform(2, 13)};
     std::vector<SQO_2DValueI> found = {{1, 2, 3, 4.0, 5}};
