@@ -17,13 +17,13 @@ cv::Mat partOfLarger(int rows, int cols, int type) {
   return cv::Mat(rows + 2, cols + 3, type, cv::Scalar::all(-1))(cv::Rect(1, 1, cols, rows));
 }
 
-/// A map of small whole numbers, of which one in `oddPeriod` is odd; 0: none is.
+/// A map of few different heights, of which one in `oddPeriod` is odd; 0: none is.
 cv::Mat randomMap(cv::RNG& random, int rows, int cols, int oddPeriod) {
   cv::Mat map = partOfLarger(rows, cols, CV_32F);
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) {
       auto& cell = map.at<float>(r, c);
-      cell = static_cast<float>(random.uniform(0, 10));
+      cell = static_cast<float>(random.uniform(0, 10)) * 0.25F;
       if (oddPeriod > 0 && random.uniform(0, oddPeriod) == 0) {
         cell = random.uniform(0, 2) == 0 ? NAN : -1.5F;
       }
