@@ -1,79 +1,21 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <scanline/clustering.h>
+#include "clustering/row_runs.h"
 #include "records/new_image.h"
 
 namespace {
 
-constexpr int kForeground = 1;
+using scanline::detail::IntegerRows;
+using scanline::detail::labelType;
+using scanline::detail::RowRuns;
+
 constexpr int kFirstLabel = 2;
-
-/// The runs of foreground in one row, without the image's outer columns.
-class RowRuns {
- public:
-  explicit RowRuns(int cols)
-      : inner_(cols - 2),
-        changes_((static_cast<std::size_t>(inner_) + kWord) / kWord * kWord),
-        edges_(changes_.size() + kWord + 2, kBeyond) {}
-
-  /// Number of runs.
-  [[nodiscard]] int count() const {
-    return count_;
-  }
-
-  /// The column at which each run begins and the one behind its end, in turn; then `kBeyond`.
-  [[nodiscard]] const int* edges() const {
-    return edges_.data();
-  }
-
-  void find(const int* row) {
-    markChanges(row, inner_, changes_.data());
-    int found = 0;
-    for (std::size_t word = 0; word < changes_.size(); word += kWord) {
-      if (anyChange(word)) {
-        for (std::size_t i = word; i < word + kWord; ++i) {
-          edges_[found] = static_cast<int>(i) + 1;
-          found += changes_[i];
-        }
-      }
-    }
-    edges_[found] = kBeyond;
-    edges_[found + 1] = kBeyond;
-    count_ = found / 2;
-  }
-
- private:
-  static constexpr std::size_t kWord = sizeof(std::uint64_t);
-  static constexpr int kBeyond = INT_MAX;
-
-  /// Apart and without a branch, so that it compiles to vector instructions.
-  static void markChanges(const int* row, int inner, unsigned char* changes) {
-    changes[0] = static_cast<unsigned char>(row[1] == kForeground);
-    for (int i = 1; i < inner; ++i) {
-      changes[i] =
-          static_cast<unsigned char>((row[i] == kForeground) != (row[i + 1] == kForeground));
-    }
-    changes[inner] = static_cast<unsigned char>(row[inner] == kForeground);
-  }
-
-  [[nodiscard]] bool anyChange(std::size_t word) const {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &changes_[word], kWord);
-    return bits != 0;
-  }
-
-  int inner_;
-  int count_ = 0;
-  std::vector<unsigned char> changes_;  // 1 where a run begins or has ended, from column 1 on
-  std::vector<int> edges_;
-};
 
 /// Runs that hang together, as trees whose root is the first run of each region. Runs are known by
 /// their number in the order of the scan.
@@ -153,26 +95,14 @@ void linkRow(
   }
 }
 
-/// The type of an image that takes the pixels of `image` as integers.
-int labelType(const cv::Mat& image) {
-  return CV_MAKETYPE(CV_32S, image.channels());
-}
-
-/// Converts a row of an image to integers.
-void convertRow(const cv::Mat& image, int r, int* pixels) {
-  cv::Mat row(1, image.cols, labelType(image), pixels);
-  image.row(r).convertTo(row, CV_32S);
-}
-
 Equivalences linkRuns(const cv::Mat& image, int connectivity) {
   const int reach = connectivity == 8 ? 1 : 0;
   Equivalences regions(image.total() / 2);
-  std::vector<int> pixels(static_cast<std::size_t>(image.cols) * image.channels());
+  IntegerRows pixels(image);
   RowRuns above(image.cols);
   RowRuns row(image.cols);
   for (int r = 1; r < image.rows - 1; ++r) {
-    convertRow(image, r, pixels.data());
-    row.find(pixels.data());
+    row.find(pixels.next(r));
     linkRow(above, regions.size() - above.count(), row, reach, regions);
     std::swap(above, row);
   }
@@ -222,17 +152,14 @@ void measure(SQO_Region& region, int r, int begin, int end) {
   region.ptCounter += end - begin;
 }
 
-void labelRuns(const cv::Mat& image,
-               const std::vector<int>& recordOfRun,
+/// Labels the runs in an image of 0 and 1.
+void labelRuns(const std::vector<int>& recordOfRun,
                RowRuns& row,
                std::vector<SQO_Region>& regions,
-               cv::Mat& labels) {
-  convertRow(image, 0, labels.ptr<int>(0));
-  convertRow(image, image.rows - 1, labels.ptr<int>(image.rows - 1));
+               cv::Mat& image) {
   auto record = recordOfRun.begin();
   for (int r = 1; r < image.rows - 1; ++r) {
-    int* pixels = labels.ptr<int>(r);
-    convertRow(image, r, pixels);
+    int* pixels = image.ptr<int>(r);
     row.find(pixels);
     const int* edge = row.edges();
     for (int k = 0; k < row.count(); ++k, edge += 2, ++record) {
@@ -272,6 +199,7 @@ void QO_TwoPassLabel(const cv::Mat& bwImg,
   RowRuns row(bwImg.cols);
   regions.insert(regions.end(), records.added().begin(), records.added().end());
   // From here on nothing is allocated.
-  labelRuns(bwImg, recordOfRun, row, regions, labels);
+  bwImg.convertTo(labels, CV_32S);
+  labelRuns(recordOfRun, row, regions, labels);
   labImg = labels;
 }
