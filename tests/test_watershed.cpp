@@ -95,7 +95,7 @@ TEST(SeedWatershed, SettlesByDistinctLabels) {
   const Seeds ends = {seedAt(0, 0), seedAt(4, 0)};
   EXPECT_EQ(flooded(imageOf({{0, 1, 2, 1, 0}}), ends, 2), (Plane{{2, 2, w, 3, 3}}));
   // Levels far apart cost no more than their pixels.
-  EXPECT_EQ(flooded(imageOf({{0, 1, INT_MAX, 1, 0}}, {{2, 0, 0, 0, 2}}), {}, INT_MAX),
+  EXPECT_EQ(flooded(imageOf({{0, 1, INT_MAX - 1, 1, 0}}, {{2, 0, 0, 0, 2}}), {}, INT_MAX),
             flat(1, 5, 2));
   // Above the highest level only what the caller labelled counts.
   EXPECT_EQ(flooded(imageOf({{9, 1, 1, 9}}, {{8, 0, w, w}}), {}, 1), (Plane{{8, 8, 8, w}}));
