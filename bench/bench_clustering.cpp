@@ -7,9 +7,10 @@
 
 #include <scanline/clustering.h>
 #include "bench_scan.h"
+#include "plain_clustering.h"
 
-// Point clustering beside the plain double loop, grid clustering, and labelling beside OpenCV's
-// connected components.
+// Clustering and labelling beside their plain forms, and labelling beside OpenCV's connected
+// components.
 
 namespace {
 
@@ -38,33 +39,6 @@ Points makeGroups(std::int64_t count, std::int64_t groupSize) {
   return points;
 }
 
-double plainDistance(const STesk3DPoint& p, const STesk3DPoint& q) {
-  const double dx = p.x - q.x;
-  const double dy = p.y - q.y;
-  return std::sqrt(dx * dx + dy * dy);
-}
-
-/// The same clusters by the plain double loop over the caller's list.
-void clusterByPlainLoop(Points& points, double clusterDist, Clusters& clusters) {
-  while (!points.empty()) {
-    Points cluster = {points.front()};
-    points.front().nPointIdx = -1;
-    for (std::size_t i = 0; i < cluster.size(); ++i) {
-      const STesk3DPoint from = cluster[i].pt3D;
-      for (STesk3DPosition& point : points) {
-        if (point.nPointIdx >= 0 && clusterDist > plainDistance(from, point.pt3D)) {
-          cluster.push_back(point);
-          point.nPointIdx = -1;
-        }
-      }
-    }
-    clusters.push_back(cluster);
-    points.erase(std::remove_if(points.begin(), points.end(),
-                                [](const STesk3DPosition& point) { return point.nPointIdx < 0; }),
-                 points.end());
-  }
-}
-
 using Method = void (*)(Points&, double, Clusters&);
 
 void BM_Clustering_Points(benchmark::State& state, Method cluster) {
@@ -88,7 +62,7 @@ void pointCases(benchmark::internal::Benchmark* bench) {
   bench->Args({10000, 1})->Args({50000, 100});
 }
 BENCHMARK_CAPTURE(BM_Clustering_Points, library, qo_pointClustering)->Apply(pointCases);
-BENCHMARK_CAPTURE(BM_Clustering_Points, plainLoop, clusterByPlainLoop)->Apply(pointCases);
+BENCHMARK_CAPTURE(BM_Clustering_Points, plain, plain::pointClustering)->Apply(pointCases);
 
 constexpr int kGridSide = 1000;
 
@@ -129,6 +103,21 @@ BENCHMARK(BM_Clustering_Grid)
     ->Arg(1)
     ->Arg(5)
     ->Unit(benchmark::kMillisecond);
+
+void BM_Clustering_GridPlain(benchmark::State& state) {
+  const std::vector<SQO_featureClusteringInfo> column(kGridSide, {1, 0, 0, 0, 0, 0, 0});
+  for (auto _ : state) {
+    state.PauseTiming();
+    std::vector<std::vector<SQO_featureClusteringInfo>> grid(kGridSide, column);
+    std::vector<STesk2DPoint> queue = {{kGridSide / 2, kGridSide / 2}};
+    state.ResumeTiming();
+    plain::growOnGrid(
+        grid, 1, [](auto...) { return true; }, 1, queue);
+    benchmark::DoNotOptimize(queue.data());
+  }
+  bench::countSamples(state, std::int64_t{kGridSide} * kGridSide);
+}
+BENCHMARK(BM_Clustering_GridPlain)->Unit(benchmark::kMillisecond);
 
 using Picture = std::function<bool(int r, int c)>;
 
@@ -179,6 +168,17 @@ void BM_Labelling_Library(benchmark::State& state) {
   state.counters["regions"] = static_cast<double>(regions.size());
 }
 
+void BM_Labelling_Plain(benchmark::State& state) {
+  const cv::Mat image =
+      makePicture(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));
+  cv::Mat labels;
+  for (auto _ : state) {
+    image.convertTo(labels, CV_32S);
+    benchmark::DoNotOptimize(plain::labelRegions(labels, static_cast<int>(state.range(2))).data());
+  }
+  bench::countSamples(state, static_cast<std::int64_t>(image.total()));
+}
+
 /// The library runs in one thread, so OpenCV is shown in one thread and as it comes.
 void BM_Labelling_OpenCv(benchmark::State& state, int threads) {
   const cv::Mat image =
@@ -202,6 +202,7 @@ void pictureCases(benchmark::internal::Benchmark* bench) {
   bench->ArgsProduct({{0, 1, 2, 3}, {2048}, {4, 8}})->Args({2, 4096, 8})->Args({3, 4096, 4});
 }
 BENCHMARK(BM_Labelling_Library)->Apply(pictureCases);
+BENCHMARK(BM_Labelling_Plain)->Apply(pictureCases);
 BENCHMARK_CAPTURE(BM_Labelling_OpenCv, oneThread, 1)->Apply(pictureCases);
 BENCHMARK_CAPTURE(BM_Labelling_OpenCv, allThreads, -1)->Apply(pictureCases);
 

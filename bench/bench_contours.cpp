@@ -1,5 +1,6 @@
 #include <scanline/heightmap.h>
 #include "bench_scan.h"
+#include "plain_contours.h"
 
 // The cost of a scan around a peak must follow the size of the object, not that of the scan; what
 // selects contour points must cost the same per point however many edges there are.
@@ -28,17 +29,33 @@ class ObjectScan {
   }
 
   void scanPeak() {
-    constexpr SQO_2DValueI kPeak = {kSide / 2, kSide / 2, 0, 2.0, 0};
-    for (Contours& contours : contours_) {
-      contours.clear();
-    }
+    clear();
     qo_peakXYScan(lines_.data(), kSide, edges_, kPeak, {}, bag_, true, contours_[0], contours_[1],
                   contours_[2], contours_[3], maxEdges_, maxEdges_ + 1, maxEdges_ + 2,
                   maxEdges_ + 3);
   }
 
+  /// The same with the plain form, which takes the half-span as it is.
+  [[nodiscard]] plain::PeakScene plainScene() const {
+    return {scan_, edges_, kPeak, bag_.bagWidth - 0.5 * kPeak.valueD, true};
+  }
+
+  void scanPeakPlainly(const plain::PeakScene& scene) {
+    clear();
+    std::array<int, 4> maxEdges = {};
+    plain::peakXYScan(scene, {&contours_[0], &contours_[1], &contours_[2], &contours_[3]},
+                      maxEdges);
+  }
+
  private:
   static constexpr int kSide = 1200;
+  static constexpr SQO_2DValueI kPeak = {kSide / 2, kSide / 2, 0, 2.0, 0};
+
+  void clear() {
+    for (Contours& contours : contours_) {
+      contours.clear();
+    }
+  }
 
   static int flankType(int i, int halfSide) {
     if (i == kSide / 2 - halfSide) {
@@ -65,6 +82,22 @@ void BM_Contours_PeakScan(benchmark::State& state) {
   bench::countSamples(state, std::int64_t{8} * halfSide * halfSide);
 }
 BENCHMARK(BM_Contours_PeakScan)
+    ->ArgName("half_side")
+    ->Arg(50)
+    ->Arg(200)
+    ->Arg(500)
+    ->Unit(benchmark::kMicrosecond);
+
+void BM_Contours_PeakScanPlain(benchmark::State& state) {
+  const int halfSide = static_cast<int>(state.range(0));
+  ObjectScan object(halfSide);
+  const plain::PeakScene scene = object.plainScene();
+  for (auto _ : state) {
+    object.scanPeakPlainly(scene);
+  }
+  bench::countSamples(state, std::int64_t{8} * halfSide * halfSide);
+}
+BENCHMARK(BM_Contours_PeakScanPlain)
     ->ArgName("half_side")
     ->Arg(50)
     ->Arg(200)
@@ -98,6 +131,23 @@ void BM_Contours_PostProc(benchmark::State& state) {
 BENCHMARK(BM_Contours_PostProc)
     ->ArgNames({"points", "edges"})
     ->Args({1000, 1})
+    ->Args({1000, 3})
+    ->Args({1000, 100})
+    ->Args({100000, 3})
+    ->Unit(benchmark::kMicrosecond);
+
+void BM_Contours_PostProcPlain(benchmark::State& state) {
+  const int edges = static_cast<int>(state.range(1));
+  const std::vector<SQO_contourPtInfo> points = makePoints(state.range(0), edges);
+  std::vector<SQO_2DValueI> kept;
+  for (auto _ : state) {
+    kept.clear();
+    benchmark::DoNotOptimize(plain::appendPoints(plain::contourPostProc(points, 10.0), 0, kept));
+  }
+  bench::countSamples(state, state.range(0));
+}
+BENCHMARK(BM_Contours_PostProcPlain)
+    ->ArgNames({"points", "edges"})
     ->Args({1000, 3})
     ->Args({1000, 100})
     ->Args({100000, 3})

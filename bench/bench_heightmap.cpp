@@ -2,9 +2,10 @@
 
 #include <scanline/heightmap.h>
 #include "bench_scan.h"
+#include "plain_heightmap.h"
 
-// The library's own image processing beside OpenCV's on the same image, which runs on one thread
-// here.
+// The library's own image processing beside its plain form, and beside OpenCV's on the same image,
+// which runs on one thread here.
 
 namespace {
 
@@ -43,6 +44,19 @@ BENCHMARK(BM_HeightMap_Distances)
     ->ArgsProduct({{1024, 2048}, {0, 1, 2}})
     ->Unit(benchmark::kMillisecond);
 
+void BM_HeightMap_DistancesPlain(benchmark::State& state) {
+  const cv::Mat mask = maskImage(static_cast<int>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(plain::distances(mask, 2.0F).data);
+  }
+  bench::countSamples(state, pixels(state));
+}
+BENCHMARK(BM_HeightMap_DistancesPlain)
+    ->ArgName("size")
+    ->Arg(1024)
+    ->Arg(2048)
+    ->Unit(benchmark::kMillisecond);
+
 void BM_HeightMap_DistancesOpenCV(benchmark::State& state) {
   cv::setNumThreads(1);
   cv::Mat mask;
@@ -61,20 +75,24 @@ BENCHMARK(BM_HeightMap_DistancesOpenCV)
 
 const std::vector<std::vector<std::int64_t>> kPeakCases = {{1024, 2048}, {16, 32}};
 
-void BM_HeightMap_Peaks(benchmark::State& state) {
+using PeakSearch = void (*)(cv::Mat&, std::vector<SQO_2DValueI>&, SQO_localPkParam);
+
+void BM_HeightMap_Peaks(benchmark::State& state, PeakSearch search) {
   cv::Mat map = distanceMap(static_cast<int>(state.range(0)));
   const int block = static_cast<int>(state.range(1));
   std::vector<SQO_2DValueI> peaks;
   for (auto _ : state) {
     peaks.clear();
-    qo_getLocalPeaks_distTransform(map, peaks, {block, block});
+    search(map, peaks, {block, block});
   }
   bench::countSamples(state, pixels(state));
 }
-BENCHMARK(BM_HeightMap_Peaks)
-    ->ArgNames({"size", "block"})
-    ->ArgsProduct(kPeakCases)
-    ->Unit(benchmark::kMillisecond);
+
+void peakCases(benchmark::internal::Benchmark* bench) {
+  bench->ArgNames({"size", "block"})->ArgsProduct(kPeakCases)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(BM_HeightMap_Peaks, library, qo_getLocalPeaks_distTransform)->Apply(peakCases);
+BENCHMARK_CAPTURE(BM_HeightMap_Peaks, plain, plain::mapPeaks)->Apply(peakCases);
 
 void BM_HeightMap_PeaksOpenCV(benchmark::State& state) {
   cv::setNumThreads(1);
@@ -119,18 +137,22 @@ struct Projection {
   cv::Mat index = cv::Mat::zeros(1700, 2100, CV_32SC2);
 };
 
-void BM_HeightMap_Projection(benchmark::State& state) {
+void BM_HeightMap_Projection(benchmark::State& state, decltype(&pointClout2DProjection) project) {
   Projection images;
   const STeskRangeD range = {0.0, 0.0};
   const auto maxLinkDist = static_cast<double>(state.range(0));
   for (auto _ : state) {
     images.mask.setTo(0.0);
-    pointClout2DProjection(images.scan, range, range, 0.25, 0.0, 10, maxLinkDist, images.mask,
-                           images.index);
+    project(images.scan, range, range, 0.25, 0.0, 10, maxLinkDist, images.mask, images.index);
   }
   bench::countSamples(state);
 }
-BENCHMARK(BM_HeightMap_Projection)->ArgName("link")->Arg(0)->Arg(5)->Unit(benchmark::kMillisecond);
+
+void projectionCases(benchmark::internal::Benchmark* bench) {
+  bench->ArgName("link")->Arg(0)->Arg(5)->Unit(benchmark::kMillisecond);
+}
+BENCHMARK_CAPTURE(BM_HeightMap_Projection, library, pointClout2DProjection)->Apply(projectionCases);
+BENCHMARK_CAPTURE(BM_HeightMap_Projection, plain, plain::projection)->Apply(projectionCases);
 
 /// What the projection cannot do without: each sample is read, and its pixel written in both
 /// images.

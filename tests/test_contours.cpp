@@ -1,14 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
+#include <opencv2/core.hpp>
+#include <sstream>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <scanline/heightmap.h>
 #include "builders.h"
+#include "plain_contours.h"
 
 static_assert(sizeof(SQO_contourPtInfo) == 56 && offsetof(SQO_contourPtInfo, scanDist) == 24 &&
               sizeof(SQO_conotourPair) == 136 && offsetof(SQO_conotourPair, pairReserved) == 12 &&
@@ -16,222 +18,179 @@ static_assert(sizeof(SQO_contourPtInfo) == 56 && offsetof(SQO_contourPtInfo, sca
 
 namespace {
 
-/// A sample of section `s`: of a line or, with the axes exchanged, of the samples of one index.
-struct Spot {
-  int s, i, own, edge;
-  int other = 0, mark = 0;
-};
+using plain::Contours;
+using plain::PeakScene;
+using Points = plain::ContourPoints;
 
-/// A scan at unit spacing, with a peak of value 2.0 at index 10 of the section in the middle.
-struct Scene {
-  int sections;
-  std::vector<Spot> spots;
-  double width = 10.0;
-  bool useMark = true;
-  int peakFlag = 1;
-};
-constexpr int kCount = 20;
-
-struct Outline {
-  std::vector<SQO_lineConotours> lists[4] = {{{99, {}}}, {{99, {}}}, {{99, {}}}, {{99, {}}}};
-  int max[4] = {-7, -7, -7, -7};
-};
-
-/// Virtual labels of the one kind of walk in place of those of the other, if `exchanged`.
-int label(int edge, bool exchanged) {
-  return !exchanged || edge < 5 || edge > 8 ? edge : (edge < 7 ? edge + 2 : edge - 2);
+std::string text(const SQO_contourPtInfo& p) {
+  std::ostringstream out;
+  out << p.x << ',' << p.y << ':' << p.type << '/' << p.edgeId << '!' << p.sideFlag << '@'
+      << p.scanDist << '(' << p.edgePt.x << ' ' << p.edgePt.y << ' ' << p.edgePt.z << ") ";
+  return out.str();
 }
 
-Outline scanned(const Scene& scene, bool exchanged) {
-  const auto place = [&](int s, int i) { return exchanged ? cv::Point(i, s) : cv::Point(s, i); };
-  const cv::Point size = place(scene.sections, kCount);
-  build::Scan scan = build::surfaceScan(size.x, size.y, [](double x, double y) { return x - y; });
-  cv::Mat edges(size.y, size.x, CV_32SC4, cv::Scalar(0, 9, 9, 0));
-  for (const Spot& spot : scene.spots) {
-    const cv::Point at = place(spot.s, spot.i);
-    const int types = exchanged ? spot.other + 16 * spot.own : spot.own + 16 * spot.other;
-    scan[at.x][at.y].nPointIdx = types + 256 * spot.mark - 65536;  // the upper bits mean nothing
-    edges.at<cv::Vec4i>(at)[0] = label(spot.edge, exchanged);
+std::string text(const std::vector<SQO_2DValueI>& points) {
+  std::ostringstream out;
+  for (const auto& [x, y, value, valueD, tag] : points) {
+    out << x << ',' << y << ':' << value << '@' << valueD << '#' << tag << ' ';
   }
-  for (int s = 0; s < scene.sections; ++s) {
-    const cv::Point offTheGrid = place(s, 3);  // only the peak's own index tells what is near
-    scan[offTheGrid.x][offTheGrid.y].pt3D = {1e9, 1e9, 0.0};
-  }
-  const cv::Point peak = place(scene.sections / 2, 10);
-  edges.at<cv::Vec4i>(peak)[3] = scene.peakFlag;
-  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
-  Outline out;
-  auto& [lists, max] = out;
-  qo_peakXYScan(lines.data(), size.x, edges, {peak.x, peak.y, 0, 2.0, 0}, {}, {scene.width, 0.0},
-                scene.useMark, lists[0], lists[1], lists[2], lists[3], max, max + 1, max + 2,
-                max + 3);
-  return out;
+  return out.str();
 }
 
-/// "section> index:type/label", with ! for a point that faces the walk; checks the rest.
-std::string told(const Outline& out, int list, bool exchanged) {
-  std::string text;
-  int maxEdge = 0;
-  for (const SQO_lineConotours& contour : out.lists[list]) {
-    text += std::to_string(contour.lineIdx) + "> ";
-    for (const SQO_contourPtInfo& p : contour.contourPts) {
-      maxEdge = std::max(maxEdge, p.edgeId);
-      const int i = exchanged ? p.x : p.y;
-      EXPECT_TRUE(p.x + p.y == i + contour.lineIdx && p.edgePt.z == p.x - p.y &&
-                  p.scanDist == std::abs(i - 10));
-      text += std::to_string(i) + ':' + std::to_string(p.type) + '/' +
-              std::to_string(label(p.edgeId, exchanged)) + (p.sideFlag == 1 ? "! " : " ");
+/// A scan around a peak, mostly on a grid, with flags that are frequent or rare.
+PeakScene randomScene(cv::RNG& random) {
+  const int lines = random.uniform(1, 14);
+  const int samples = random.uniform(1, 14);
+  const int period = random.uniform(1, 12);
+  const auto rarely = [&](int end) {
+    return random.uniform(0, period) == 0 ? random.uniform(0, end) : 0;
+  };
+  PeakScene scene = {build::surfaceScan(lines, samples, [](double x, double y) { return x - y; }),
+                     cv::Mat(samples, lines, CV_32SC4),
+                     {random.uniform(0, lines), random.uniform(0, samples), 0, 0.0, 0},
+                     random.uniform(-1, 24) * 0.5,
+                     random.uniform(0, 3) > 0};
+  for (int l = 0; l < lines; ++l) {
+    for (int i = 0; i < samples; ++i) {
+      auto& [flags, point] = scene.scan[l][i];
+      // Nothing depends on the bits above the mark.
+      flags = rarely(10) + 16 * rarely(10) + 256 * rarely(2) + 32768 * rarely(2) - 65536;
+      point.x += random.uniform(0, 40) == 0 ? 40.0 : 30.0;
+      point.y += random.uniform(0, 40) == 0 ? 40.0 : 50.0;
+      scene.edges.at<cv::Vec4i>(i, l) = {random.uniform(-1, 10), 9, 9, 0};
     }
   }
-  EXPECT_EQ(out.max[list], maxEdge);
-  return text;
+  scene.edges.at<cv::Vec4i>(scene.peak.y, scene.peak.x)[3] = -1;
+  return scene;
 }
 
-/// What the walks towards lower and higher index found; those of the other axis find nothing.
-void expectOutline(const Scene& scene, const std::string& low, const std::string& high) {
-  for (const bool exchanged : {false, true}) {
-    SCOPED_TRACE(exchanged ? "across lines" : "along a line");
-    const Outline out = scanned(scene, exchanged);
-    const int first = exchanged ? 2 : 0;
-    EXPECT_EQ(told(out, first, exchanged), low);
-    EXPECT_EQ(told(out, first + 1, exchanged), high);
-    EXPECT_EQ(told(out, 2 - first, exchanged) + told(out, 3 - first, exchanged), "99> 99> ");
+struct Outline {
+  std::array<Contours, 4> lists;
+  std::array<int, 4> max;
+};
+
+std::string text(const Outline& out) {
+  std::string all;
+  for (int i = 0; i < 4; ++i) {
+    all += "\nmax " + std::to_string(out.max[i]) + ": ";
+    for (const auto& [index, points] : out.lists[i]) {
+      all += std::to_string(index) + "> ";
+      for (const SQO_contourPtInfo& p : points) {
+        all += text(p);
+      }
+    }
+  }
+  return all;
+}
+
+TEST(PeakXYScan, FollowsTheRulesOnRandomScenes) {
+  cv::RNG random(1);
+  for (int round = 0; round < 4000; ++round) {
+    PeakScene scene = randomScene(random);
+    std::vector<STesk3DLaserLine> lines = build::pointerForm(scene.scan);
+    Outline out = {{{{{99, {}}}, {{98, {}}}, {}, {{97, {}}}}}, {-7, -7, -7, -7}};
+    Outline expected = out;
+    // A caller may have one list for several kinds of walks.
+    const int highY = round % 8 == 1 ? 0 : 1;
+    const int lowX = round % 8 == 2 ? 0 : 2;
+    auto& [wanted, wantedMax] = expected;
+    if (round % 16 != 0) {
+      plain::peakXYScan(scene, {&wanted[0], &wanted[highY], &wanted[lowX], &wanted[3]}, wantedMax);
+    } else {
+      scene.edges.at<cv::Vec4i>(scene.peak.y, scene.peak.x)[3] = 0;  // no peak: nothing is written
+    }
+    scene.peak.valueD = round % 5;
+    const double width = scene.halfSpan + scene.peak.valueD * 0.5;
+    auto& [lists, max] = out;
+    qo_peakXYScan(lines.data(), static_cast<int>(lines.size()), scene.edges, scene.peak, {},
+                  {width, 0.0}, scene.useMark, lists[0], lists[highY], lists[lowX], lists[3],
+                  &max[0], &max[1], &max[2], &max[3]);
+    ASSERT_EQ(text(out), text(expected)) << round;
   }
 }
 
-TEST(PeakXYScan, WalksToTheFirstBoundaryEachWay) {
-  constexpr Spot kLeft = {0, 5, 1, 2};
-  const std::string left = "5:1/2! ";
-  const auto expectWalks = [](const char* situation, const std::vector<Spot>& spots,
-                              const std::string& low, const std::string& high,
-                              bool useMark = true) {
-    SCOPED_TRACE(situation);
-    const auto list = [](const std::string& points) {
-      return points.empty() ? "99> " : "0> " + points + "99> ";
-    };
-    expectOutline({1, spots, 10.0, useMark}, list(low), list(high));
-  };
-  expectWalks("jumps and slopes",
-              {kLeft, {0, 4, 1, 3}, {0, 12, 3, 1}, {0, 14, 4, 2}, {0, 15, 7, 1}, {0, 16, 1, 1}},
-              left, "12:3/1 14:4/2! 15:7/1 ");
-  expectWalks(
-      "other types; no label",
-      {{0, 7, 5, 1}, {0, 6, 15, 4}, {0, 5, 8, 1}, {0, 4, 1, 1}, {0, 14, 2, 0}, {0, 15, 2, 2}},
-      "7:5/1 6:15/4 5:8/1 ", "");
-  expectWalks("beside the peak", {{0, 9, 3, 1}, kLeft, {0, 11, 4, 1}, {0, 15, 2, 1}}, "", "");
-  expectWalks("virtual labels; foreign ones",
-              {{0, 7, 3, 5}, {0, 6, 3, 1}, {0, 12, 4, 8}, {0, 13, 4, 6}, {0, 14, 2, 1}}, "7:3/5! ",
-              "12:4/8! 13:4/6! ");
-  expectWalks("beyond, at the half-span", {{0, 0, 1, 4}, {0, 19, 2, 1}}, "", "19:2/1! ");
-  expectWalks("marks", {{0, 6, 0, 0, 0, 1}, {0, 14, 0, 3, 0, 128}}, "6:8/5 ", "14:8/6 ");
-  expectWalks("marked types", {{0, 6, 2, 3, 0, 1}, {0, 14, 4, 3, 0, 1}}, "6:2/3 ", "14:4/3! ");
-  expectWalks("marks unused", {{0, 6, 0, 3, 0, 1}, kLeft, {0, 14, 0, 3, 0, 1}}, left, "", false);
-  expectWalks("types four on", {kLeft, {0, 13, 0, 1, 1}, {0, 17, 6, 1}, {0, 18, 2, 1}}, left,
-              "17:6/1 ");
-  expectWalks("types five on", {kLeft, {0, 13, 0, 1, 2}, {0, 14, 0, 1, 0, 1}, {0, 18, 2, 1}}, "",
-              "");
-  expectWalks("the end ahead", {kLeft, {0, 16, 0, 1, 1}}, "", "");
-  expectWalks("other jump at the end", {kLeft, {0, 14, 0, 1, 3}, {0, 19, 0, 1, 1}}, left, "");
-  expectWalks("stop below", {{0, 8, 3, 4}, {0, 7, 0, 0, 1}, {0, 15, 2, 3}}, "8:3/4! ", "15:2/3! ");
-}
-
-TEST(PeakXYScan, TakesSectionsNearThePeakInOrderAroundWhatTheListsHold) {
-  Scene scene = {7, {{1, 0, 3, 1}}, 11.0};
-  for (const int s : {0, 1, 2, 3, 4, 6}) {
-    scene.spots.push_back({s, 15, 2, s + 10});
+/// Points with values that often tie, in three edges or more.
+Points randomPoints(cv::RNG& random, int edges) {
+  Points points(random.uniform(0, 24));
+  for (SQO_contourPtInfo& p : points) {
+    const double dist = random.uniform(0, 60) == 0 ? std::nan("") : random.uniform(0, 5) * 0.5;
+    const int edge = random.uniform(0, 3) > 0 ? edges : random.uniform(0, edges + 1);
+    p = {random.uniform(0, 9),
+         random.uniform(0, 9),
+         random.uniform(1, 9),
+         edge,
+         random.uniform(-1, 3),
+         dist,
+         {random.uniform(0, 4) * 1.0, random.uniform(0, 4) * 1.0, dist}};
   }
-  const std::string upTo4 = "0> 15:2/10! 1> 15:2/11! 2> 15:2/12! 3> 15:2/13! 99> 4> 15:2/14! ";
-  expectOutline(scene, "1> 0:3/1! 99> ", upTo4 + "6> 15:2/16! ");
-  scene.spots.push_back({5, 13, 0, 0, 1});
-  expectOutline(scene, "1> 0:3/1! 99> ", upTo4);
-
-  scene = {7, {{0, 12, 2, 9}, {1, 12, 2, 3}, {5, 12, 2, 2}, {6, 12, 2, 9}}, 3.0};
-  expectOutline(scene, "99> ", "1> 12:2/3! 99> 5> 12:2/2! ");
-  scene.width = 0.5;
-  expectOutline(scene, "99> ", "99> ");
-  scene.peakFlag = 0;
-  const Outline untouched = scanned(scene, false);
-  EXPECT_EQ(std::count(untouched.max, untouched.max + 4, -7), 4);
+  return points;
 }
 
-SQO_contourPtInfo point(int edge, double dist = 1.0, int sideFlag = 0) {
-  return {1, 2, 3, edge, sideFlag, dist, {dist, 5.0, dist}};
-}
-
-/// The heights of points that came from point(), which equal their distances, and the verdict.
-using Kept = std::pair<std::vector<double>, int>;
-
-Kept kept(const std::vector<SQO_2DValueI>& points, int tag, int verdict) {
-  Kept result = {{}, verdict};
-  for (const SQO_2DValueI& p : points) {
-    EXPECT_TRUE(p.x == 1 && p.y == 2 && p.value == 3 && p.tag == tag);
-    result.first.push_back(p.valueD);
-  }
-  return result;
-}
-
-TEST(ContourPts, PicksOneEdgeAndJudgesTheWholeList) {
-  std::vector<SQO_lineConotours> contours = {{0, {point(1, 7.0, 1), point(2, 1.0, 1)}},
-                                             {1, {point(1, 8.0, 1)}}};
-  std::vector<SQO_2DValueI> points;
-  int verdict = 0;
-  qo_getContourPts(contours, 1, points, &verdict);
-  EXPECT_EQ(kept(points, 0, verdict), Kept({7.0, 8.0}, 1));
-  qo_getContourPts(contours, 1, points, &verdict);
-  EXPECT_EQ(kept(points, 0, verdict), Kept({7.0, 8.0, 7.0, 8.0}, 0)) << "half is not most";
-}
-
-TEST(ContourPostProc, KeepsLongEdgesNearestToThePeak) {
-  const auto processed = [](std::vector<SQO_contourPtInfo> points, double distTol) {
-    std::vector<SQO_2DValueI> out;
+TEST(ContourPts, PickAndPostProcFollowTheRules) {
+  cv::RNG random(2);
+  for (int round = 0; round < 4000; ++round) {
+    const int edge = random.uniform(0, 4);
+    Contours contours = {{0, randomPoints(random, edge)}, {1, randomPoints(random, edge)}};
+    Points all = contours[0].contourPts;
+    all.insert(all.end(), contours[1].contourPts.begin(), contours[1].contourPts.end());
+    std::vector<SQO_2DValueI> list(random.uniform(0, 6));
+    std::vector<SQO_2DValueI> expected = list;
     int verdict = 9;
-    qo_contourPostProc(points, 9, distTol, out, 6, &verdict);
-    Kept result = kept(out, 6, verdict);
-    out.resize(out.size() + 20);
-    qo_contourPostProc(points, 9, distTol, out, 6, &verdict);
-    EXPECT_EQ(verdict, 0) << "what the list held counts";
-    return result;
-  };
-  std::vector<SQO_contourPtInfo> tenEdges;
-  std::vector<SQO_contourPtInfo> nearButShort(3, point(0, 0.5, 1));
-  for (int k = 0; k < 10; ++k) {
-    tenEdges.push_back(point(k));
-    nearButShort.push_back(point(1, 3.0, k < 6 ? 1 : 0));
+    qo_getContourPts(contours, edge, list, &verdict);
+    ASSERT_EQ(verdict, plain::appendPoints(plain::ofEdge(all, edge), 0, expected));
+    ASSERT_EQ(text(list), text(expected));
+    const double distTol = random.uniform(-1, 9) * 0.25;
+    qo_contourPostProc(all, edge + round % 2, distTol, list, 6, &verdict);
+    ASSERT_EQ(
+        verdict,
+        all.empty() ? 0 : plain::appendPoints(plain::contourPostProc(all, distTol), 6, expected));
+    ASSERT_EQ(text(list), text(expected));
   }
-  EXPECT_EQ(processed({point(0)}, 0.0), Kept({}, 0));
-  EXPECT_EQ(processed(tenEdges, 1.0), Kept({}, 0));
-  EXPECT_EQ(processed(nearButShort, 0.1), Kept(std::vector<double>(10, 3.0), 1));
-  const std::vector<SQO_contourPtInfo> single = {point(2, 3.0), point(0, 1.0, 2), point(1, 2.5)};
-  EXPECT_EQ(processed(single, 1.5), Kept({1.0}, 1));
-  EXPECT_EQ(processed(single, 1.75), Kept({1.0, 2.5}, 0)) << "half is not most";
-  EXPECT_EQ(processed({point(2, 3.0, 1), point(0), point(2), point(0, 2.0)}, 1.0),
-            Kept({3.0, 1.0, 1.0, 2.0}, 0));
-  EXPECT_EQ(processed({point(0, NAN), point(1)}, 1.0), Kept({}, 0));
-  EXPECT_EQ(processed({point(0), point(1, NAN)}, 1.0), Kept({1.0}, 0));
 }
 
-TEST(PairingContourPts, KeepsPairsOfListedEdgesStrictlyInsideTheWindow) {
-  std::vector<SQO_conotourPair> pairs = {{0, 1, 2, 7, 8.0, point(0, 1.0, 0), point(0, 2.0, 1)},
-                                         {1, 1, 2, 7, 8.0, point(0, 0.0, 1), point(0, 1.0, 1)},
-                                         {2, 1, 2, 7, 8.0, point(0, 1.0, 1), point(0, 3.0, 1)},
-                                         {3, 1, 2, 7, 8.0, point(0, 2.0, 1), point(0, 1.0, 0)},
-                                         {4, 1, 2, 7, 8.0, point(0, 1.0, 2), point(0, 1.0, 0)},
-                                         {5, 2, 1, 7, 8.0, point(0, 1.0, 1), point(0, 1.0, 1)}};
-  std::vector<SQO_intPair> edgePairs = {{1, 1, 0}, {1, 2, 0}, {1, 2, 0}};
-  std::vector<SQO_conotourPair> matched;
-  int verdicts[2] = {9, 9};
-  const auto run = [&](STeskRangeD window, bool useX) {
-    qo_getPairingContourPts(pairs, edgePairs, matched, window, useX, verdicts, verdicts + 1);
-    return matched.size();
-  };
-  ASSERT_EQ(run({0.0, 3.0}, true), 3U);
-  EXPECT_TRUE(matched[0].pairTag == 0 && matched[1].pairTag == 3 && matched[2].pairTag == 4);
-  EXPECT_TRUE(matched[2].pairReserved == 7 && matched[2].pairReservedD == 8.0);
-  EXPECT_TRUE(verdicts[0] == 1 && verdicts[1] == 0) << "half of 3 is 1";
-  EXPECT_EQ(run({0.0, 3.0}, true), 6U);
-  EXPECT_TRUE(verdicts[0] == 0 && verdicts[1] == 0) << "what the list held counts";
-  EXPECT_EQ(run({0.0, 5.0}, false), 6U) << "all have a y of 5.0";
-  EXPECT_EQ(run({4.5, 5.5}, false), 11U);
+TEST(PairingContourPts, FollowTheRules) {
+  cv::RNG random(3);
+  for (int round = 0; round < 2000; ++round) {
+    std::vector<SQO_conotourPair> pairs;
+    for (const SQO_contourPtInfo& p : randomPoints(random, 2)) {
+      const int tag = static_cast<int>(pairs.size());
+      pairs.push_back({tag, p.edgeId, random.uniform(0, 3), 7, 8.5, p, p});
+      pairs.back().contourPt_2.edgePt = {random.uniform(0, 4) * 1.0, random.uniform(0, 4) * 1.0,
+                                         5.0};
+      pairs.back().contourPt_2.sideFlag = random.uniform(-1, 3);
+    }
+    std::vector<SQO_intPair> edgePairs = {{2, 1, 9}, {2, 1, 9}, {random.uniform(0, 3), 2, 9}};
+    edgePairs.resize(random.uniform(0, 4));
+    const STeskRangeD window = {random.uniform(-1, 2) * 1.0, random.uniform(1, 5) * 1.0};
+    const bool useX = round % 2 == 0;
+    const auto isInside = [&](const STesk3DPoint& p) {
+      return (useX ? p.x : p.y) > window.min && (useX ? p.x : p.y) < window.max;
+    };
+    std::vector<SQO_conotourPair> matched(random.uniform(0, 4), {-1, 0, 0, 0, 0.0, {}, {}});
+    std::vector<SQO_conotourPair> expected = matched;
+    std::array<std::size_t, 2> facing = {0, 0};
+    for (const SQO_conotourPair& pair : pairs) {
+      for (const SQO_intPair& edges : edgePairs) {
+        if (pair.edgeId_1 == edges.first && pair.edgeId_2 == edges.second &&
+            isInside(pair.contourPt_1.edgePt) && isInside(pair.contourPt_2.edgePt)) {
+          expected.push_back(pair);
+          facing[0] += pair.contourPt_1.sideFlag >= 1 ? 1 : 0;
+          facing[1] += pair.contourPt_2.sideFlag >= 1 ? 1 : 0;
+          break;
+        }
+      }
+    }
+    std::array<int, 2> verdicts = {9, 9};
+    qo_getPairingContourPts(pairs, edgePairs, matched, window, useX, &verdicts[0], &verdicts[1]);
+    ASSERT_EQ(matched.size(), expected.size());
+    for (std::size_t i = 0; i < matched.size(); ++i) {
+      ASSERT_TRUE(matched[i].pairTag == expected[i].pairTag &&
+                  matched[i].pairReservedD == expected[i].pairReservedD &&
+                  text(matched[i].contourPt_2) == text(expected[i].contourPt_2));
+    }
+    ASSERT_EQ(verdicts[0], facing[0] > expected.size() / 2 ? 1 : 0);
+    ASSERT_EQ(verdicts[1], facing[1] > expected.size() / 2 ? 1 : 0);
+  }
 }
 
 }  // namespace

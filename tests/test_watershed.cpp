@@ -31,11 +31,6 @@ SQO_2DValueI seedAt(int x, int y) {
   return {x, y, -7, 0.5, 3};
 }
 
-Plane segmented(SJU_waterShedImage image) {
-  watershed(image);
-  return image.markers;
-}
-
 Plane flooded(SJU_waterShedImage image, Seeds seeds, int maxLevel, int startLabel = 2) {
   ju_seedWatershed(image, seeds, maxLevel, startLabel);
   return image.markers;
@@ -62,24 +57,12 @@ class Random {
   std::mt19937 random_{5};
 };
 
-TEST(Watershed, SmallImages) {
-  const int w = -1;
-  EXPECT_EQ(segmented(imageOf({})), Plane{});
-  EXPECT_EQ(segmented(imageOf(flat(2, 2))), flat(2, 2));
-  EXPECT_EQ(segmented(imageOf(flat(3, 3))), (Plane{{2, w, 2}, {w, 2, w}, {2, w, 2}}));
-  EXPECT_EQ(segmented(imageOf(flat(4, 4))), flat(4, 4)) << "each label is wiped by the next pixel";
-  // The value at (1, 0) calls up the marker at (0, 1) first; equal labels count one by one.
-  const Plane gray = {{9, 5}, {1, 7}};
-  EXPECT_EQ(segmented(imageOf(gray, {{3, 0}, {0, 0}})), (Plane{{3, 3}, {w, w}}));
-  EXPECT_EQ(segmented(imageOf(gray, {{1, 0}, {0, w}})), (Plane{{1, 1}, {w, w}}));
-}
-
 TEST(Watershed, FollowsTheRulesOnRandomImages) {
   const std::vector<std::pair<int, int>> ranges = {
       {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX}};
   Random random;
-  for (int i = 0; i < 400; ++i) {
-    const int side = random.between(1, 24);
+  for (int i = 0; i < 600; ++i) {
+    const int side = random.between(0, 24);
     const auto [low, high] = ranges[i % 4];
     const Plane gray = random.plane(side, side, low, high);
     const Plane markers = random.plane(side, side, -1, 4, i % 3 * 10);
@@ -110,9 +93,10 @@ TEST(SeedWatershed, FillsPlateausBeforeTheFlood) {
 TEST(SeedWatershed, SettlesByDistinctLabels) {
   const int w = -1;
   const Seeds ends = {seedAt(0, 0), seedAt(4, 0)};
-  EXPECT_EQ(flooded(imageOf({{0, 1, 1, 1, 0}}), ends, 1), (Plane{{2, 2, 2, w, 3}}));
   EXPECT_EQ(flooded(imageOf({{0, 1, 2, 1, 0}}), ends, 2), (Plane{{2, 2, w, 3, 3}}));
-  EXPECT_EQ(flooded(imageOf({{0, 1, 2, 1, 0}}, {{2, 0, 0, 0, 2}}), {}, INT_MAX), flat(1, 5, 2));
+  // Levels far apart cost no more than their pixels.
+  EXPECT_EQ(flooded(imageOf({{0, 1, INT_MAX - 1, 1, 0}}, {{2, 0, 0, 0, 2}}), {}, INT_MAX),
+            flat(1, 5, 2));
   // Above the highest level only what the caller labelled counts.
   EXPECT_EQ(flooded(imageOf({{9, 1, 1, 9}}, {{8, 0, w, w}}), {}, 1), (Plane{{8, 8, 8, w}}));
 }
@@ -122,7 +106,8 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
   int settled = 0;
   for (int i = 0; i < 1500; ++i) {
     const int height = random.between(1, 16);
-    const int width = random.between(1, 16);
+    // Rows of about 1024 values are laid out at a distance of their own.
+    const int width = random.between(1, 16) + (i % 100 == 0 ? 1000 : 0);
     const int maxLevel = random.between(0, 9);
     const int scale = random.between(0, 1) == 0 ? 1 : 400000;
     Plane gray = random.plane(height, width, 0, random.between(1, i % 5 == 0 ? 3000 : 12));

@@ -43,11 +43,12 @@ struct SQO_Region {
  *
  * @param points      The points; empty on return. A point with an `nPointIdx` below 0 counts as
  *                    taken and is dropped, unless it is the very first, which starts a cluster all
- *                    the same. If an exception passes, the points are as they were.
+ *                    the same.
  * @param clusterDist Two points are linked if they are less than this apart; exactly this does not
  *                    link them, and at 0.0, below, or NaN every point is a cluster of its own. A
  *                    point whose x or y is NaN is linked to none.
  * @param clusters    The clusters are appended, copies of the points with their `nPointIdx`.
+ * @throw std::bad_alloc  if memory runs out; @p points and @p clusters are unchanged.
  */
 SCANLINE_API void qo_pointClustering(std::vector<STesk3DPosition>& points,
                                      double clusterDist,
@@ -66,6 +67,8 @@ SCANLINE_API void qo_pointClustering(std::vector<STesk3DPosition>& points,
  * The window holds its own cell: a seed that is not yet `queued` draws itself in, and stands on the
  * queue twice. A seed's `featureFlag` is not read.
  *
+ * The cost is the number of cells taken times the number of grid cells in a window.
+ *
  * @param featureInfo     The grid, `featureInfo[x][y]`; all columns as long as the first (not
  *                        checked). `clusterID` and `queued` are written.
  * @param feature3D       The cells' points, in the same shape (not checked); not changed.
@@ -79,6 +82,8 @@ SCANLINE_API void qo_pointClustering(std::vector<STesk3DPosition>& points,
  * @param clusterRoi      Bounds in x, y and z, widened by the points of all cells taken. Start
  *                        values count, also those of an empty range: give the first seed's point,
  *                        or huge and tiny ones.
+ * @throw std::bad_alloc  if memory runs out; @p featureInfo, @p clusterQueue and @p clusterRoi are
+ *                        valid but incomplete. The same call with them completes the cluster.
  */
 SCANLINE_API void ju_gridPointClustering(
     std::vector<std::vector<SQO_featureClusteringInfo>>& featureInfo,
@@ -102,6 +107,8 @@ SCANLINE_API void ju_gridPointClustering(
  *                     taken, in order. If empty, nothing happens.
  * @param clusterRoi   Widened by the indices of all cells taken: `left` and `right` by x, `top` and
  *                     `bottom` by y. Start values count.
+ * @throw std::bad_alloc  if memory runs out; @p featureInfo, @p clusterQueue and @p clusterRoi are
+ *                     valid but incomplete. The same call with them completes the cluster.
  */
 SCANLINE_API void ju_gridPointClustering_labelling(
     std::vector<std::vector<SQO_featureClusteringInfo>>& featureInfo,
@@ -124,11 +131,14 @@ SCANLINE_API void ju_gridPointClustering_labelling(
  * @param bwImg        Image of 0 and 1, of one channel and any depth (not checked); may be a part
  *                     of a larger image.
  * @param labImg       The labels, `CV_32S`: 0 background, 1 foreground on the outer frame, 2 and
- *                     above the regions. May be `bwImg` itself.
+ *                     above the regions. An image of the right size and type is written in place;
+ *                     otherwise a new one is allocated. May be `bwImg` itself; otherwise the two
+ *                     must not share pixels.
  * @param regions      The regions are appended in the order of their numbers. It should come in
  *                     empty: a record that has come in takes up the region of its `labelID` (the
  *                     last such record, and any number but 2) instead of a new record.
  * @param connectivity 8: pixels are neighbours by side and corner; any other value: by side alone.
+ * @throw std::exception  if memory runs out; @p labImg and @p regions are unchanged.
  */
 SCANLINE_API void QO_TwoPassLabel(const cv::Mat& bwImg,
                                   cv::Mat& labImg,

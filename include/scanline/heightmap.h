@@ -79,6 +79,7 @@ SCANLINE_API void pointClout2DProjection(std::vector<std::vector<STesk3DPosition
  *                  former data see no change. May be the image of `src`.
  * @param distType  cost of a diagonal step: 0 the square root of 2, 1 two (city block), otherwise
  *                  one (chessboard); an axial step costs one
+ * @throw std::exception  if memory runs out; @p dst is unchanged.
  */
 SCANLINE_API void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType);
 
@@ -103,6 +104,7 @@ SCANLINE_API void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType);
  * @param[in,out] peaks the peaks are appended, blocks in row-major order: `x` the column, `y` the
  *                      row, `valueD` the map's value
  * @param blockSize     size of the blocks; a side below 2 is not caught
+ * @throw std::bad_alloc  if memory runs out; @p peaks is unchanged.
  */
 SCANLINE_API void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
                                                  std::vector<SQO_2DValueI>& peaks,
@@ -123,6 +125,7 @@ SCANLINE_API void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
  * @param[in,out] peaks the peaks are appended, blocks line by line: `x` the line, `y` the sample,
  *                      `valueD` the z
  * @param blockSize     size of the blocks; a side below 2 is not caught
+ * @throw std::bad_alloc  if memory runs out; @p peaks is unchanged.
  */
 SCANLINE_API void qo_getLocalPeaks(STesk3DLaserLine* scanLines,
                                    int lineNum,
@@ -200,6 +203,7 @@ struct SQO_conotourPair {
  * @param lowXContours,highXContours  likewise of the walks across the lines, by sample index
  * @param maxEdgeLowY,maxEdgeHighY,maxEdgeLowX,maxEdgeHighX  the largest label that was added to
  *                   the list, 0 without any: the size of table that qo_contourPostProc() needs
+ * @throw std::bad_alloc  if memory runs out; the four lists and the four labels are unchanged.
  */
 SCANLINE_API void qo_peakXYScan(STesk3DLaserLine* scanLines,
                                 int lineNum,
@@ -227,6 +231,7 @@ SCANLINE_API void qo_peakXYScan(STesk3DLaserLine* scanLines,
  * @param sideVerdict 1 if more than half of `contourPts`, counting what it held before, are points
  *                    of this call that face the walk (`sideFlag` of at least 1), else 0; 0 without
  *                    any `contours`
+ * @throw std::bad_alloc  if memory runs out; @p contourPts and @p sideVerdict are unchanged.
  */
 SCANLINE_API void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
                                    int edgeId,
@@ -235,6 +240,9 @@ SCANLINE_API void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
 
 /**
  * Filters pairs of contour points by their edges and by a window in space.
+ *
+ * The cost is the product of the sizes of `pairs` and `edgePairs`, at most: each pair inside the
+ * window is compared with the pairs of labels until one matches.
  *
  * @param pairs       the pairs; only read
  * @param edgePairs   the pairs of labels to keep: `first` for the first side, `second` for the
@@ -246,6 +254,7 @@ SCANLINE_API void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
  * @param sideVerdict_1,sideVerdict_2  1 if the number of pairs kept by this call whose point on
  *                    that side faces the walk (`sideFlag` of at least 1) exceeds half the size of
  *                    `matched`, counting what it held before and rounded down; else 0
+ * @throw std::bad_alloc  if memory runs out; @p matched and both verdicts are unchanged.
  */
 SCANLINE_API void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
                                           std::vector<SQO_intPair>& edgePairs,
@@ -264,7 +273,8 @@ SCANLINE_API void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
  *
  * @param contourPts  the points of all edges; only read. `scanDist` must not be negative. If the
  *                    first edge that is long enough has a mean that is not a number, none stays.
- * @param maxEdgeId   largest label; that all labels lie from 0 to this one is not checked
+ * @param maxEdgeId   largest label; that all labels lie from 0 to this one is not checked. A table
+ *                    of 16 bytes per label is allocated, up to the largest one that occurs.
  * @param distTol     tolerance of the mean distance, in the unit of the samples
  * @param outPts      the points of the edges that stay are appended, edge by edge in the order of
  *                    their first points: `x`, `y`, the type as `value`, z as `valueD`, and `tag`
@@ -272,6 +282,7 @@ SCANLINE_API void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
  * @param sideVerdict 1 if more than half of `outPts`, counting what it held before, are points of
  *                    this call that face the walk (`sideFlag` of at least 1), else 0; 0 if no edge
  *                    is long enough
+ * @throw std::bad_alloc  if memory runs out; @p outPts and @p sideVerdict are unchanged.
  */
 SCANLINE_API void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
                                      int maxEdgeId,

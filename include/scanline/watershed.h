@@ -4,7 +4,7 @@
  * @file
  * Watershed segmentation of integer images: each pixel takes the label of the basin that it lies
  * in, in ascending order of grey value. Images can have almost 2^32 pixels, with a frame around
- * them that is added inside; beyond that std::length_error is thrown.
+ * them that is added inside; beyond that std::length_error is thrown, and nothing is changed.
  *
  * An image comes with a plane of markers, whose starting values take part: above 0 is a label, 0 is
  * none, -1 is a watershed pixel, where basins meet. Neighbours are the eight around a pixel, as far
@@ -42,6 +42,7 @@ struct SJU_waterShedImage {
  *
  * @param image the image, which must be square since rows and columns are crossed. `markers` is
  *              changed in place. Below 3 x 3 pixels no minima are sought.
+ * @throw std::bad_alloc  if memory runs out; @p image is unchanged.
  */
 SCANLINE_API void watershed(SJU_waterShedImage& image);
 
@@ -71,7 +72,8 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
  * @param startLabel label of the first seed, rising by 1 per seed; must not leave the range of int.
  *                   Should be above 0: a label below is none to the flood, and a label of 0
  *                   fills no plateau.
- * @throw std::length_error for a `maxLevel` below -1, with the plateaus labelled
+ * @throw std::length_error  for a `maxLevel` below -1; the plateaus and @p seeds are labelled.
+ * @throw std::bad_alloc  if memory runs out; @p image and @p seeds are unchanged.
  */
 SCANLINE_API void ju_seedWatershed(SJU_waterShedImage& image,
                                    std::vector<SQO_2DValueI>& seeds,

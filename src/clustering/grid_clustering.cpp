@@ -12,18 +12,15 @@ using Grid = std::vector<std::vector<SQO_featureClusteringInfo>>;
 
 /// A stretch of grid indices, inclusive at both ends.
 struct IndexRange {
-  int first;
-  int last;
+  std::int64_t first;
+  std::int64_t last;
 };
 
-/// The part of the window around `centre` that lies on a grid of `count` cells. Wide sums, since
-/// the caller's window may reach anywhere.
-IndexRange windowOnGrid(int centre, int reach, std::size_t count) {
-  const std::int64_t last = static_cast<std::int64_t>(count) - 1;
-  const std::int64_t from = std::int64_t{centre} - reach;
-  const std::int64_t to = std::int64_t{centre} + reach;
-  return {static_cast<int>(std::clamp<std::int64_t>(from, 0, last + 1)),
-          static_cast<int>(std::clamp<std::int64_t>(to, -1, last))};
+/// What the window around `centre` covers of a grid of `count` cells. Wide sums, since the caller's
+/// window may reach anywhere.
+IndexRange windowOnGrid(std::int64_t centre, int reach, std::size_t count) {
+  const auto last = static_cast<std::int64_t>(count) - 1;
+  return {std::max<std::int64_t>(centre - reach, 0), std::min(centre + reach, last)};
 }
 
 bool isOpen(const SQO_featureClusteringInfo& info) {
@@ -36,12 +33,13 @@ void drawIn(
     Grid& grid, STesk2DPoint cell, int reach, Links links, std::vector<STesk2DPoint>& queue) {
   const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
   const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
-  for (int x = xs.first; x <= xs.last; ++x) {
-    for (int y = ys.first; y <= ys.last; ++y) {
+  for (std::int64_t x = xs.first; x <= xs.last; ++x) {
+    for (std::int64_t y = ys.first; y <= ys.last; ++y) {
       SQO_featureClusteringInfo& info = grid[x][y];
-      if (isOpen(info) && links(cell, STesk2DPoint{x, y})) {
+      const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
+      if (isOpen(info) && links(cell, neighbour)) {
+        queue.push_back(neighbour);
         info.queued = 1;
-        queue.push_back({x, y});
       }
     }
   }

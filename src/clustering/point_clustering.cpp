@@ -1,6 +1,8 @@
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -44,6 +46,9 @@ class FreePoints {
 
   /// Takes all points near to `from`.
   void takeNear(const STesk3DPoint& from, std::vector<std::size_t>& taken) {
+    if (std::isnan(from.x) || std::isnan(from.y)) {
+      return;  // near to none; without this the blocks would be searched, see mayHoldNear()
+    }
     if (takenCount_ > index_.size() / 4) {
       pack();
     }
@@ -134,13 +139,16 @@ void qo_pointClustering(std::vector<STesk3DPosition>& points,
                         double clusterDist,
                         std::vector<std::vector<STesk3DPosition>>& clusters) {
   FreePoints free(points, scanline::detail::leastSquareReaching(clusterDist));
+  std::vector<Points> found;
   std::vector<std::size_t> members;
   while (free.takeFirst(members)) {
     for (std::size_t i = 0; i < members.size(); ++i) {
       free.takeNear(points[members[i]].pt3D, members);
     }
-    clusters.push_back(copyOf(points, members));
+    found.push_back(copyOf(points, members));
     members.clear();
   }
+  clusters.insert(clusters.end(), std::make_move_iterator(found.begin()),
+                  std::make_move_iterator(found.end()));
   points.clear();
 }

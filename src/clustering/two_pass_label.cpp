@@ -1,78 +1,21 @@
 #include <algorithm>
 #include <climits>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <scanline/clustering.h>
+#include "clustering/row_runs.h"
+#include "records/new_image.h"
 
 namespace {
 
-constexpr int kForeground = 1;
+using scanline::detail::IntegerRows;
+using scanline::detail::labelType;
+using scanline::detail::RowRuns;
+
 constexpr int kFirstLabel = 2;
-
-/// The runs of foreground in one row, without the image's outer columns.
-class RowRuns {
- public:
-  explicit RowRuns(int cols)
-      : inner_(cols - 2),
-        changes_((static_cast<std::size_t>(inner_) + kWord) / kWord * kWord),
-        edges_(changes_.size() + kWord + 2, kBeyond) {}
-
-  /// Number of runs.
-  [[nodiscard]] int count() const {
-    return count_;
-  }
-
-  /// The column at which each run begins and the one behind its end, in turn; then `kBeyond`.
-  [[nodiscard]] const int* edges() const {
-    return edges_.data();
-  }
-
-  void find(const int* row) {
-    markChanges(row, inner_, changes_.data());
-    int found = 0;
-    for (std::size_t word = 0; word < changes_.size(); word += kWord) {
-      if (anyChange(word)) {
-        for (std::size_t i = word; i < word + kWord; ++i) {
-          edges_[found] = static_cast<int>(i) + 1;
-          found += changes_[i];
-        }
-      }
-    }
-    edges_[found] = kBeyond;
-    edges_[found + 1] = kBeyond;
-    count_ = found / 2;
-  }
-
- private:
-  static constexpr std::size_t kWord = sizeof(std::uint64_t);
-  static constexpr int kBeyond = INT_MAX;
-
-  /// Apart and without a branch, so that it compiles to vector instructions.
-  static void markChanges(const int* row, int inner, unsigned char* changes) {
-    changes[0] = static_cast<unsigned char>(row[1] == kForeground);
-    for (int i = 1; i < inner; ++i) {
-      changes[i] =
-          static_cast<unsigned char>((row[i] == kForeground) != (row[i + 1] == kForeground));
-    }
-    changes[inner] = static_cast<unsigned char>(row[inner] == kForeground);
-  }
-
-  [[nodiscard]] bool anyChange(std::size_t word) const {
-    std::uint64_t bits = 0;
-    std::memcpy(&bits, &changes_[word], kWord);
-    return bits != 0;
-  }
-
-  int inner_;
-  int count_ = 0;
-  std::vector<unsigned char> changes_;  // 1 where a run begins or has ended, from column 1 on
-  std::vector<int> edges_;
-};
 
 /// Runs that hang together, as trees whose root is the first run of each region. Runs are known by
 /// their number in the order of the scan.
@@ -155,10 +98,11 @@ void linkRow(
 Equivalences linkRuns(const cv::Mat& image, int connectivity) {
   const int reach = connectivity == 8 ? 1 : 0;
   Equivalences regions(image.total() / 2);
+  IntegerRows pixels(image);
   RowRuns above(image.cols);
   RowRuns row(image.cols);
   for (int r = 1; r < image.rows - 1; ++r) {
-    row.find(image.ptr<int>(r));
+    row.find(pixels.next(r));
     linkRow(above, regions.size() - above.count(), row, reach, regions);
     std::swap(above, row);
   }
@@ -168,7 +112,8 @@ Equivalences linkRuns(const cv::Mat& image, int connectivity) {
 /// Hands out the regions' records, numbered in the order of asking.
 class RegionRecords {
  public:
-  explicit RegionRecords(std::vector<SQO_Region>& regions) : regions_(regions) {
+  explicit RegionRecords(const std::vector<SQO_Region>& regions)
+      : firstAdded_(static_cast<int>(regions.size())) {
     for (std::size_t i = 0; i < regions.size(); ++i) {
       earlier_[regions[i].labelID] = static_cast<int>(i);
     }
@@ -176,19 +121,24 @@ class RegionRecords {
     earlier_.erase(kFirstLabel);
   }
 
-  /// Index of the next region's record.
+  /// Index of the next region's record, as if the added ones followed those that came in.
   int next() {
     const int label = nextLabel_++;
     const auto found = earlier_.find(label);
     if (found != earlier_.end()) {
       return found->second;
     }
-    regions_.push_back({{INT_MAX, INT_MIN, INT_MAX, INT_MIN}, 0, label});
-    return static_cast<int>(regions_.size()) - 1;
+    added_.push_back({{INT_MAX, INT_MIN, INT_MAX, INT_MIN}, 0, label});
+    return firstAdded_ + static_cast<int>(added_.size()) - 1;
+  }
+
+  [[nodiscard]] const std::vector<SQO_Region>& added() const {
+    return added_;
   }
 
  private:
-  std::vector<SQO_Region>& regions_;
+  int firstAdded_;
+  std::vector<SQO_Region> added_;
   std::unordered_map<int, int> earlier_;
   int nextLabel_ = kFirstLabel;
 };
@@ -202,10 +152,11 @@ void measure(SQO_Region& region, int r, int begin, int end) {
   region.ptCounter += end - begin;
 }
 
+/// Labels the runs in an image of 0 and 1.
 void labelRuns(const std::vector<int>& recordOfRun,
+               RowRuns& row,
                std::vector<SQO_Region>& regions,
                cv::Mat& image) {
-  RowRuns row(image.cols);
   auto record = recordOfRun.begin();
   for (int r = 1; r < image.rows - 1; ++r) {
     int* pixels = image.ptr<int>(r);
@@ -219,18 +170,36 @@ void labelRuns(const std::vector<int>& recordOfRun,
   }
 }
 
+/// The image that the labels go to: `labImg` if it has the size and the type, else a new one.
+cv::Mat labelImage(const cv::Mat& bwImg, const cv::Mat& labImg) {
+  const int type = labelType(bwImg);
+  const bool fits = !labImg.empty() && labImg.size == bwImg.size && labImg.type() == type;
+  return fits ? labImg : scanline::detail::newImage(bwImg.rows, bwImg.cols, type);
+}
+
 }  // namespace
 
 void QO_TwoPassLabel(const cv::Mat& bwImg,
                      cv::Mat& labImg,
                      std::vector<SQO_Region>& regions,
                      int connectivity) {
-  bwImg.convertTo(labImg, CV_32S, 1.0, 0.0);
-  if (labImg.rows < 3 || labImg.cols < 3) {
+  if (bwImg.empty()) {
+    labImg.release();
+    return;
+  }
+  cv::Mat labels = labelImage(bwImg, labImg);
+  if (bwImg.rows < 3 || bwImg.cols < 3) {
+    bwImg.convertTo(labels, CV_32S);
+    labImg = labels;
     return;
   }
   RegionRecords records(regions);
   const std::vector<int> recordOfRun =
-      linkRuns(labImg, connectivity).numbered([&] { return records.next(); });
-  labelRuns(recordOfRun, regions, labImg);
+      linkRuns(bwImg, connectivity).numbered([&] { return records.next(); });
+  RowRuns row(bwImg.cols);
+  regions.insert(regions.end(), records.added().begin(), records.added().end());
+  // From here on nothing is allocated.
+  bwImg.convertTo(labels, CV_32S);
+  labelRuns(recordOfRun, row, regions, labels);
+  labImg = labels;
 }

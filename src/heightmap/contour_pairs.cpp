@@ -26,19 +26,21 @@ void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
                              bool useX,
                              int* sideVerdict_1,
                              int* sideVerdict_2) {
-  *sideVerdict_1 = 0;
-  *sideVerdict_2 = 0;
+  std::vector<SQO_conotourPair> kept;
   std::size_t facing1 = 0;
   std::size_t facing2 = 0;
   for (const SQO_conotourPair& pair : pairs) {
     if (isInside(pair.contourPt_1.edgePt, window, useX) &&
         isInside(pair.contourPt_2.edgePt, window, useX) && joinsEdges(pair, edgePairs)) {
-      matched.push_back(pair);
+      kept.push_back(pair);
       facing1 += pair.contourPt_1.sideFlag >= 1 ? 1 : 0;
       facing2 += pair.contourPt_2.sideFlag >= 1 ? 1 : 0;
     }
   }
+  matched.insert(matched.end(), kept.begin(), kept.end());
   const std::size_t half = matched.size() / 2;
+  *sideVerdict_1 = 0;
+  *sideVerdict_2 = 0;
   if (facing1 > half) {
     *sideVerdict_1 = 1;
   }

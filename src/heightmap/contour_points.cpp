@@ -6,21 +6,21 @@
 
 namespace {
 
-/// Appends contour points as plain positions, and judges their sides against the whole list.
-class PointList {
+/// Contour points as plain positions.
+class PickedPoints {
  public:
-  explicit PointList(std::vector<SQO_2DValueI>& points) : points_(points) {}
-
   void add(const SQO_contourPtInfo& point, int tag) {
     points_.push_back({point.x, point.y, point.type, point.edgePt.z, tag});
     facing_ += point.sideFlag >= 1 ? 1 : 0;
   }
-  [[nodiscard]] bool mostlyFaces() const {
-    return 2 * facing_ > points_.size();
+  /// Appends the points. Returns the verdict: 1 if more than half of the whole list face the walk.
+  [[nodiscard]] int appendTo(std::vector<SQO_2DValueI>& list) const {
+    list.insert(list.end(), points_.begin(), points_.end());
+    return 2 * facing_ > list.size() ? 1 : 0;
   }
 
  private:
-  std::vector<SQO_2DValueI>& points_;
+  std::vector<SQO_2DValueI> points_;
   std::size_t facing_ = 0;
 };
 
@@ -40,8 +40,13 @@ struct EdgeTable {
 };
 
 EdgeTable sumByEdge(const std::vector<SQO_contourPtInfo>& contourPts, int maxEdgeId) {
+  int largest = 0;
+  for (const SQO_contourPtInfo& point : contourPts) {
+    largest = std::max(largest, point.edgeId);
+  }
   // Widened so that a label below -1 asks for an impossible table instead of a wrapped one.
-  EdgeTable table = {std::vector<EdgeStat>(static_cast<std::size_t>(maxEdgeId + 1LL)), {}};
+  const auto size = static_cast<std::size_t>(std::min(maxEdgeId, largest) + 1LL);
+  EdgeTable table = {std::vector<EdgeStat>(size), {}};
   for (const SQO_contourPtInfo& point : contourPts) {
     EdgeStat& stat = table.stats[point.edgeId];
     if (stat.ptCount == 0) {
@@ -78,8 +83,7 @@ void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
                       int edgeId,
                       std::vector<SQO_2DValueI>& contourPts,
                       int* sideVerdict) {
-  *sideVerdict = 0;
-  PointList points(contourPts);
+  PickedPoints points;
   for (const SQO_lineConotours& contour : contours) {
     for (const SQO_contourPtInfo& point : contour.contourPts) {
       if (point.edgeId == edgeId) {
@@ -87,7 +91,7 @@ void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
       }
     }
   }
-  *sideVerdict = points.mostlyFaces() ? 1 : 0;
+  *sideVerdict = points.appendTo(contourPts);
 }
 
 void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
@@ -96,14 +100,14 @@ void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
                         std::vector<SQO_2DValueI>& outPts,
                         int tag,
                         int* sideVerdict) {
-  *sideVerdict = 0;
   if (contourPts.empty()) {
+    *sideVerdict = 0;
     return;
   }
   EdgeTable table = sumByEdge(contourPts, maxEdgeId);
   dropShortEdges(3 * contourPts.size() / 10, table);
   const double best = closestMean(table);
-  PointList points(outPts);
+  PickedPoints points;
   // A pass per edge is cheap: no more than three can hold over 30 % of the points each.
   for (const int label : table.labels) {
     if (!(distTol > table.stats[label].meanDist() - best)) {
@@ -115,5 +119,5 @@ void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
       }
     }
   }
-  *sideVerdict = points.mostlyFaces() ? 1 : 0;
+  *sideVerdict = points.appendTo(outPts);
 }

@@ -4,6 +4,7 @@
 #include <cstddef>
 
 #include <scanline/heightmap.h>
+#include "records/new_image.h"
 
 namespace {
 
@@ -162,10 +163,17 @@ class ChamferPass {
   std::array<float, kRows> before_ = {};  // the pixel before each chunk
 };
 
-void zeroBorder(cv::Mat& image) {
-  if (image.empty()) {
-    return;
+/// Copies what the first pass does not write: the outer rows and the first column.
+void copyOuterPixels(const cv::Mat& from, cv::Mat& to) {
+  for (const int r : {0, from.rows - 1}) {
+    std::copy_n(from.ptr<float>(r), from.cols, to.ptr<float>(r));
   }
+  for (int r = 1; r < from.rows - 1; ++r) {
+    *to.ptr<float>(r) = *from.ptr<float>(r);
+  }
+}
+
+void zeroBorder(cv::Mat& image) {
   const int lastCol = image.cols - 1;
   for (float* row : {image.ptr<float>(0), image.ptr<float>(image.rows - 1)}) {
     std::fill(row, row + image.cols, 0.0F);
@@ -181,19 +189,17 @@ void zeroBorder(cv::Mat& image) {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
-  cv::Mat distances;
+  if (src.empty()) {
+    dst = cv::Mat();
+    return;
+  }
+  cv::Mat distances = scanline::detail::newImage(src.rows, src.cols, src.type());
   if (src.rows >= 3 && src.cols >= 2) {
-    // The first pass copies the image by the way.
-    distances.create(src.size(), src.type());
-    src.row(0).copyTo(distances.row(0));
-    src.row(src.rows - 1).copyTo(distances.row(src.rows - 1));
-    src.col(0).copyTo(distances.col(0));
+    copyOuterPixels(src, distances);  // the first pass copies the others
     const StepCosts costs = stepCosts(distType);
     ChamferPass<1>(src, distances, costs).run();
     ChamferPass<-1>(distances, distances, costs).run();
-  } else {
-    src.copyTo(distances);
   }
-  zeroBorder(distances);
+  zeroBorder(distances);  // all pixels of a smaller image
   dst = distances;
 }

@@ -60,7 +60,7 @@ class MapSearch {
     while (map_.ptr<float>(r)[c] != *highest) {
       ++r;
     }
-    return BlockCandidate{r, c, map_.ptr<float>(r)[c]};
+    return BlockCandidate{r, c, static_cast<double>(map_.ptr<float>(r)[c])};
   }
 
  private:
@@ -103,7 +103,7 @@ class MapSearch {
     BlockCandidate best = {-1, -1, -1.0};
     for (int c = columns.start; c < columns.limit; ++c) {
       for (int r = rows.start; r < rows.limit; ++r) {
-        const double value = map_.ptr<float>(r)[c];
+        const auto value = static_cast<double>(map_.ptr<float>(r)[c]);
         if (best.value < 0.0 || value > best.value) {
           best = {r, c, value};
         }
@@ -130,8 +130,10 @@ void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
                                height);
   const detail::BlockAxis columns(distMap.cols, detail::halfBlocks(distMap.cols, width), height,
                                   width);
+  std::vector<SQO_2DValueI> found;
   detail::walkBlocks(rows, columns, MapSearch(distMap, rows.reach(), columns.reach()),
                      [&](const BlockCandidate& peak) {
-                       peaks.push_back({peak.inner, peak.outer, 0, peak.value, 0});
+                       found.push_back({peak.inner, peak.outer, 0, peak.value, 0});
                      });
+  peaks.insert(peaks.end(), found.begin(), found.end());
 }

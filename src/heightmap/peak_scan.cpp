@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -13,27 +14,59 @@ namespace {
 using ContourPoints = std::vector<SQO_contourPtInfo>;
 using Contours = std::vector<SQO_lineConotours>;
 
-/// Where the walks in the two directions of one axis leave what they found.
-struct Sides {
-  Contours& low;
-  Contours& high;
-  int* maxEdgeLow;
-  int* maxEdgeHigh;
+/// Removes the contours that were added to a list, unless keep() is called.
+class AddedContours {
+ public:
+  explicit AddedContours(Contours& contours) : contours_(contours), kept_(contours.size()) {}
+  AddedContours(const AddedContours&) = delete;
+  AddedContours& operator=(const AddedContours&) = delete;
+  ~AddedContours() {
+    contours_.erase(contours_.begin() + static_cast<std::ptrdiff_t>(kept_), contours_.end());
+  }
+
+  void keep() {
+    kept_ = contours_.size();
+  }
+
+ private:
+  Contours& contours_;
+  std::size_t kept_;
 };
 
-void addContour(int lineIdx, ContourPoints&& points, Contours& contours, int* maxEdge) {
-  for (const SQO_contourPtInfo& point : points) {
-    *maxEdge = std::max(*maxEdge, point.edgeId);
+/// What the walks in one direction of an axis appended to the caller's list.
+struct Side {
+  Contours& contours;
+  std::size_t first;       ///< Index of the first contour that was appended.
+  std::size_t beyond = 0;  ///< Index of the first one of a place beyond the peak's.
+  int maxEdge = 0;
+
+  void add(int lineIdx, ContourPoints&& points) {
+    for (const SQO_contourPtInfo& point : points) {
+      maxEdge = std::max(maxEdge, point.edgeId);
+    }
+    if (!points.empty()) {
+      contours.push_back({lineIdx, std::move(points)});
+    }
   }
-  if (!points.empty()) {
-    contours.push_back({lineIdx, std::move(points)});
+
+  /// Moves the contours up to the peak's place, the last one first, before all others.
+  void turnToFront() const {
+    const auto added = contours.begin() + static_cast<std::ptrdiff_t>(first);
+    const auto end = contours.begin() + static_cast<std::ptrdiff_t>(beyond);
+    std::reverse(added, end);
+    std::rotate(contours.begin(), added, end);
   }
-}
+};
+
+struct Sides {
+  Side low;
+  Side high;
+};
 
 /// Follows the guide from index k on in steps of -1 or 1, as far as it stays near the peak, and
 /// walks both ways from each place on it. Contours are appended in the order of the places.
 template <typename WalkAxis, typename Guide>
-void walkFromGuide(const Guide& guide, int k, int step, const Sides& sides) {
+void walkFromGuide(const Guide& guide, int k, int step, Sides& sides) {
   for (; step < 0 ? k >= 0 : k < guide.count(); k += step) {
     if (detail::distanceAt(guide, k) > guide.peak.halfSpan) {
       return;
@@ -45,32 +78,33 @@ void walkFromGuide(const Guide& guide, int k, int step, const Sides& sides) {
     if (detail::walkFromPeak(axis, 1, high)) {
       return;
     }
-    addContour(k, std::move(low), sides.low, sides.maxEdgeLow);
-    addContour(k, std::move(high), sides.high, sides.maxEdgeHigh);
+    sides.low.add(k, std::move(low));
+    sides.high.add(k, std::move(high));
   }
-}
-
-/// Puts what follows the first `held` contours in front of them, the last one first.
-void turnToFront(Contours& contours, std::size_t held) {
-  const auto added = contours.begin() + static_cast<std::ptrdiff_t>(held);
-  std::reverse(added, contours.end());
-  std::rotate(contours.begin(), added, contours.end());
 }
 
 /// Walks from all places near the peak on the guide, which runs through the peak.
 template <typename WalkAxis, typename Guide>
-void scanAround(const Guide& guide, const Sides& sides) {
-  *sides.maxEdgeLow = 0;
-  *sides.maxEdgeHigh = 0;
-  const std::size_t heldLow = sides.low.size();
-  const std::size_t heldHigh = sides.high.size();
+Sides scanAround(const Guide& guide, Contours& low, Contours& high) {
+  Sides sides = {{low, low.size()}, {high, high.size()}};
   walkFromGuide<WalkAxis>(guide, guide.start(), -1, sides);
-  turnToFront(sides.low, heldLow);
-  // A caller may have one list for both sides, which must not be turned back.
-  if (&sides.high != &sides.low) {
-    turnToFront(sides.high, heldHigh);
-  }
+  sides.low.beyond = low.size();
+  sides.high.beyond = high.size();
   walkFromGuide<WalkAxis>(guide, guide.start() + 1, 1, sides);
+  return sides;
+}
+
+/// Brings the contours into the order of their places; allocates nothing.
+void finish(const Sides& sides, int* maxEdgeLow, int* maxEdgeHigh) {
+  sides.low.turnToFront();
+  // A caller may have one list for both sides, which must not be turned back.
+  if (&sides.high.contours != &sides.low.contours) {
+    sides.high.turnToFront();
+  }
+  *maxEdgeLow = 0;
+  *maxEdgeHigh = 0;
+  *maxEdgeLow = std::max(*maxEdgeLow, sides.low.maxEdge);
+  *maxEdgeHigh = std::max(*maxEdgeHigh, sides.high.maxEdge);
 }
 
 }  // namespace
@@ -102,8 +136,15 @@ void qo_peakXYScan(STesk3DLaserLine* scanLines,
                                  scanLines[peak.x].p3DPosition[peak.y].pt3D,
                                  bagParam.bagWidth - peak.valueD * 0.5,
                                  useMark};
-  scanAround<detail::AlongLine>(detail::AcrossLines{view, peak.y},
-                                {lowYContours, highYContours, maxEdgeLowY, maxEdgeHighY});
-  scanAround<detail::AcrossLines>(detail::AlongLine{view, peak.x},
-                                  {lowXContours, highXContours, maxEdgeLowX, maxEdgeHighX});
+  std::array<AddedContours, 4> added = {AddedContours(lowYContours), AddedContours(highYContours),
+                                        AddedContours(lowXContours), AddedContours(highXContours)};
+  const Sides sidesY =
+      scanAround<detail::AlongLine>(detail::AcrossLines{view, peak.y}, lowYContours, highYContours);
+  const Sides sidesX =
+      scanAround<detail::AcrossLines>(detail::AlongLine{view, peak.x}, lowXContours, highXContours);
+  for (AddedContours& contours : added) {
+    contours.keep();
+  }
+  finish(sidesY, maxEdgeLowY, maxEdgeHighY);
+  finish(sidesX, maxEdgeLowX, maxEdgeHighX);
 }

@@ -54,9 +54,6 @@ struct AlongLine {
   static double coordinate(const STesk3DPoint& point) {
     return point.y;
   }
-  static constexpr bool areJumps(int previousType, int type) {
-    return isJumpType(previousType) && isJumpType(type);
-  }
 };
 
 /// The samples of one index, which are numbered by their lines.
@@ -80,10 +77,6 @@ struct AcrossLines {
   }
   static double coordinate(const STesk3DPoint& point) {
     return point.x;
-  }
-  /// Unlike along a line, falls do not count.
-  static constexpr bool areJumps(int previousType, int type) {
-    return previousType == FEATURE_JUMP_RISE && type == FEATURE_JUMP_RISE;
   }
 };
 
@@ -147,15 +140,8 @@ bool isBesideStart(const Axis& axis, int i, int step) {
   return step > 0 ? i <= axis.start() + 1 : i >= axis.start() - 1;
 }
 
-/// Two jumps in a row that cannot be of one object. Never so while jumps end a walk.
-template <typename Axis>
-bool areJumpsApart(const SQO_contourPtInfo& previous, const SQO_contourPtInfo& point) {
-  constexpr double kMaxJumpGap = 100.0;
-  return Axis::areJumps(previous.type, point.type) &&
-         std::fabs(previous.scanDist - point.scanDist) > kMaxJumpGap;
-}
-
 /// Whether a walk ends at this sample, be it added or not. Slopes let it go on to what is harder.
+/// Jumps end it, so that the walk needs no rule for two jumps in a row that are far apart.
 template <typename Axis>
 bool isBoundary(const SQO_contourPtInfo& point) {
   return isJumpType(point.type) || point.type == FEATURE_SEG_START ||
@@ -169,7 +155,6 @@ template <typename Axis>
 bool walkFromPeak(const Axis& axis, int step, std::vector<SQO_contourPtInfo>& found) {
   const PeakView& peak = axis.peak;
   const int last = axis.count() - 1;
-  SQO_contourPtInfo previous = {};
   for (int i = axis.start(); i >= 0 && i <= last; i += step) {
     const int flags = peak.sample(axis.place(i)).nPointIdx;
     const int type = typeIn(flags, Axis::kOwnShift);
@@ -178,7 +163,6 @@ bool walkFromPeak(const Axis& axis, int step, std::vector<SQO_contourPtInfo>& fo
       if (isJumpType(typeIn(flags, Axis::kOtherShift)) && !seesTypeAhead(axis, i, step)) {
         return true;
       }
-      previous = {};
       continue;
     }
     const SQO_contourPtInfo point = contourPointAt(axis, i, step, isMarked, type);
@@ -189,15 +173,11 @@ bool walkFromPeak(const Axis& axis, int step, std::vector<SQO_contourPtInfo>& fo
       if (isBesideStart(axis, i, step)) {
         return false;
       }
-      if (areJumpsApart<Axis>(previous, point)) {
-        return true;
-      }
       found.push_back(point);
     }
     if (isBoundary<Axis>(point)) {
       return false;
     }
-    previous = point;
   }
   return false;
 }

@@ -104,8 +104,10 @@ void qo_getLocalPeaks(STesk3DLaserLine* scanLines,
   const auto [width, height] = blockSize;
   const detail::BlockAxis lines(lineNum, detail::halfBlocks(sampleCount, height), width, width);
   const detail::BlockAxis samples(sampleCount, detail::halfBlocks(lineNum, width), height, height);
+  std::vector<SQO_2DValueI> found;
   detail::walkBlocks(lines, samples, ScanSearch(scanLines, samples.reach()),
                      [&](const BlockCandidate& peak) {
-                       peaks.push_back({peak.outer, peak.inner, 0, peak.value, 0});
+                       found.push_back({peak.outer, peak.inner, 0, peak.value, 0});
                      });
+  peaks.insert(peaks.end(), found.begin(), found.end());
 }
