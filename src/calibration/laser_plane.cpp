@@ -43,14 +43,19 @@ PlaneSums sumPoints(const FitPoints& points) {
 LaserPlane fitLaserPlane(const FitPoints& points) {
   const PlaneSums s = sumPoints(points);
   const auto n = static_cast<double>(points.size());
-  const cv::Mat normal = (cv::Mat_<double>(3, 3) << s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
-  const cv::Mat right = (cv::Mat_<double>(3, 1) << s.xz, s.yz, s.z);
-  // The same bits as normal.inv() * right, which OpenCV evaluates as a solve, not as a product.
-  cv::Mat solution;
-  if (!cv::solve(normal, right, solution, cv::DECOMP_LU)) {
-    return {};
-  }
-  return {solution.at<double>(0), solution.at<double>(1), solution.at<double>(2)};
+  // The small matrices are headers over local arrays, so that nothing is allocated.
+  double normal[9] = {s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n};
+  double right[3] = {s.xz, s.yz, s.z};
+  double inverse[9];
+  double solution[3];
+  cv::Mat inverseMat(3, 3, CV_64F, inverse);
+  cv::Mat solutionMat(3, 1, CV_64F, solution);
+  // Inverse and product are formed one after the other: OpenCV evaluates `a.inv() * b` as a solve,
+  // which differs in the last digits, and on badly conditioned points in more. The inverse of a
+  // singular matrix is zero.
+  cv::invert(cv::Mat(3, 3, CV_64F, normal), inverseMat, cv::DECOMP_LU);
+  cv::gemm(inverseMat, cv::Mat(3, 1, CV_64F, right), 1.0, cv::noArray(), 0.0, solutionMat);
+  return {solution[0], solution[1], solution[2]};
 }
 
 }  // namespace scanline::detail

@@ -9,13 +9,17 @@ namespace {
 /// The rows (x^2, x, 1). The bound on the columns makes this a type of its own, which the
 /// specialisation below needs; 8 is the smallest bound with which Eigen forms products in the order
 /// of an unbounded matrix.
-using Design = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::ColMajor,  //
-                             Eigen::Dynamic, 8>;
+using Design = Eigen::Matrix<double,
+                             Eigen::Dynamic,
+                             Eigen::Dynamic,
+                             Eigen::ColMajor,  //
+                             Eigen::Dynamic,
+                             8>;
 
 }  // namespace
 
-/// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member and
-/// constructs it again in place; if that runs out of memory, the member is destroyed twice.
+/// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member
+/// and constructs it again in place; if that runs out of memory, the member is destroyed twice.
 template <>
 class Eigen::internal::qr_preconditioner_impl<Design,
                                               Eigen::ColPivHouseholderQRPreconditioner,
