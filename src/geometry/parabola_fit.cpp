@@ -9,12 +9,8 @@ namespace {
 /// The rows (x^2, x, 1). The bound on the columns makes this a type of its own, which the
 /// specialisation below needs; 8 is the smallest bound with which Eigen forms products in the order
 /// of an unbounded matrix.
-using Design = Eigen::Matrix<double,
-                             Eigen::Dynamic,
-                             Eigen::Dynamic,
-                             Eigen::ColMajor,  //
-                             Eigen::Dynamic,
-                             8>;
+using Design =
+    Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::ColMajor, Eigen::Dynamic, 8>;
 
 }  // namespace
 
