@@ -48,6 +48,7 @@ TEST(ComputeRTMatrix, NearlyParallelDirectionsAndNoDirections) {
       {{1, 0, 1.1e-7}, {-1, 0, 0}, kHalfTurnAboutX},
       {{0.9e-7, 0, 0}, {0, 0, -1}, kIdentity},
       {{0, 1, 0}, {0, 0, 0.9e-7}, kIdentity},
+      {{1e200, 0, 0}, {0, 0, -1}, kIdentity},  // The length overflows.
       {{1.1e-7, 0, 0}, {0, 1.1e-7, 0}, Matrix{0, -1, 0, 1, 0, 0, 0, 0, 1}}};
   for (auto& [from, to, turn] : cases) {
     const Matrix level = toArray(ju_computeRTMatrix(from, to).levelMatrix);
@@ -141,15 +142,16 @@ TEST(EulerZYX, RollsFirstAndConvertsBack) {
 }
 
 TEST(CaculateLaserPlane, MultipliesByTheInverse) {
-  std::mt19937 random(2);
-  std::vector<double> res = {42.0};
-  std::vector<double> expected = res;
+  std::mt19937 engine(2);
+  const auto random = [&](int end) { return static_cast<int>(engine() % end); };
+  Values res = {42.0};
+  Values expected = res;
   for (int round = 0; round < 300; ++round) {
     cv::Matx33d a = cv::Matx33d::zeros();
     cv::Matx31d b = cv::Matx31d::zeros();
     std::vector<cv::Point3_<float>> points;
     for (int i = round % 7; i > 0; --i) {
-      const cv::Vec3i p(random() % 4, random() % 4, random() % 9 + 1000 * (round % 2));
+      const cv::Vec3i p(random(4), random(4), random(9) + 1000 * (round % 2));
       points.push_back(cv::Point3i(p));
       a += cv::Vec3d(p[0], p[1], 1) * cv::Vec3d(p[0], p[1], 1).t();
       b += cv::Vec3d(p[0], p[1], 1) * p[2];

@@ -43,19 +43,17 @@ PlaneSums sumPoints(const FitPoints& points) {
 LaserPlane fitLaserPlane(const FitPoints& points) {
   const PlaneSums s = sumPoints(points);
   const auto n = static_cast<double>(points.size());
-  // The small matrices are headers over local arrays, so that nothing is allocated.
-  double normal[9] = {s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n};
-  double right[3] = {s.xz, s.yz, s.z};
-  double inverse[9];
-  double solution[3];
-  cv::Mat inverseMat(3, 3, CV_64F, inverse);
-  cv::Mat solutionMat(3, 1, CV_64F, solution);
+  // On the stack, so that nothing is allocated.
+  const cv::Matx33d normal(s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
+  const cv::Matx31d right(s.xz, s.yz, s.z);
+  cv::Matx33d inverse;
+  cv::Matx31d solution;
   // Inverse and product are formed one after the other: OpenCV evaluates `a.inv() * b` as a solve,
   // which differs in the last digits, and on badly conditioned points in more. The inverse of a
   // singular matrix is zero.
-  cv::invert(cv::Mat(3, 3, CV_64F, normal), inverseMat, cv::DECOMP_LU);
-  cv::gemm(inverseMat, cv::Mat(3, 1, CV_64F, right), 1.0, cv::noArray(), 0.0, solutionMat);
-  return {solution[0], solution[1], solution[2]};
+  cv::invert(normal, inverse, cv::DECOMP_LU);
+  cv::gemm(inverse, right, 1.0, cv::noArray(), 0.0, solution);
+  return {solution(0), solution(1), solution(2)};
 }
 
 }  // namespace scanline::detail
