@@ -106,7 +106,7 @@ void BM_GetPlaneCalibPara_Plain(benchmark::State& state) {
     samples.insert(samples.end(), line.begin(), line.end());
   }
   for (auto _ : state) {
-    benchmark::DoNotOptimize(plain::planeCalib(samples));
+    benchmark::DoNotOptimize(plain::planeCalib(samples, false));
   }
   bench::countSamples(state);
 }

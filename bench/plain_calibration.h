@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <numeric>
 #include <optional>
 #include <utility>
 #include <vector>
@@ -84,9 +85,8 @@ inline std::optional<STeskRangeD> planeHeights(const std::vector<double>& height
   return window;
 }
 
-/// The calibration of the plane that the samples show, its height the lowest and the mean one.
-inline std::pair<SQO_planeCalibPara, double> planeCalib(
-    const std::vector<STesk3DPosition>& samples) {
+/// The calibration of the plane that the samples show, its height the lowest or the mean one.
+inline SQO_planeCalibPara planeCalib(const std::vector<STesk3DPosition>& samples, bool takesMean) {
   std::vector<double> heights;
   int total = 0;
   for (const STesk3DPosition& sample : samples) {
@@ -101,7 +101,7 @@ inline std::pair<SQO_planeCalibPara, double> planeCalib(
   if (!window) {
     SQO_planeCalibPara none = adjustPlaneToXYPlane(0, 0, 0);
     none.planeHeight = -1.0;
-    return {none, -1.0};
+    return none;
   }
   std::vector<cv::Point3_<float>> points;
   for (const STesk3DPosition& sample : samples) {
@@ -113,15 +113,15 @@ inline std::pair<SQO_planeCalibPara, double> planeCalib(
   std::vector<double> plane;
   teskCaculateLaserPlane(points, plane);
   SQO_planeCalibPara record = adjustPlaneToXYPlane(plane[0], plane[1], plane[2]);
-  double sum = 0.0;
-  for (const cv::Point3_<float>& point : points) {
-    const cv::Point3_<double> p = point;
-    const auto z =
-        static_cast<double>(static_cast<float>(turned(record.levelMatrix, {p.x, p.y, p.z}).z));
-    record.planeHeight = sum == 0.0 ? z : std::min(record.planeHeight, z);
-    sum += z;
+  std::vector<double> levelled;
+  for (const cv::Point3_<double> p : points) {
+    const double z = turned(record.levelMatrix, {p.x, p.y, p.z}).z;
+    levelled.push_back(static_cast<double>(static_cast<float>(z)));
   }
-  return {record, sum / static_cast<double>(points.size())};
+  record.planeHeight = takesMean ? std::accumulate(levelled.begin(), levelled.end(), 0.0) /
+                                       static_cast<double>(levelled.size())
+                                 : *std::min_element(levelled.begin(), levelled.end());
+  return record;
 }
 
 }  // namespace plain
