@@ -146,7 +146,7 @@ TEST(FitLine3D, FindsThePrincipalAxisOrSaysWhyNotInGbk) {
             "Error: \265\343\274\257\312\375\301\277\261\330\320\353\264\363\323\332"
             "\265\310\323\332\062\243\241\n");
   std::tie(fit, words) = fitAxis({{1, NAN, 3}, {1, 2, 5}});
-  EXPECT_EQ(Values(&fit[2], &fit[7]), Values({4, 7, 7, 7, 0}));
+  EXPECT_EQ(Values(fit.begin() + 2, fit.end()), Values({4, 7, 7, 7, 0}));
   EXPECT_EQ(words, "Error: \314\330\325\367\326\265\267\326\275\342\312\247\260\334\243\241\n");
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -94,45 +95,34 @@ TEST(Codes, KeepTheirNumbers) {
   static_assert(TREE_GROWING == 1 && TREE_CLOSED == 2);
 }
 
-std::string text(const STesk3DRangeD& box) {
+std::string text(const STeskRangeD& x, const STeskRangeD& y, const STeskRangeD& z) {
   std::ostringstream out;
-  for (const STeskRangeD& range : {box.xRange, box.yRange, box.zRange}) {
-    out << range.min << ".." << range.max << ' ';
-  }
+  out << x.min << ".." << x.max << ' ' << y.min << ".." << y.max << ' ' << z.min << ".." << z.max;
   return out.str();
 }
 
-/// The box of a scan, which must be the same for all four functions that find it.
-std::string boundsOf(build::Scan scan) {
-  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
-  std::vector<STesk3DPoint> points;
-  for (const build::Line& line : scan) {
-    for (const STesk3DPosition& sample : line) {
-      points.push_back(sample.pt3D);
+TEST(Bounds, AreTheSameFromAllFourFunctions) {
+  const std::pair<build::Scan, const char*> cases[] = {
+      {{{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}, "0..-1 0..-1 0..-1"},
+      {{{sample(7, -2, 0.0001)}}, "7..7 -2..-2 0.0001..0.0001"},
+      {{{sample(30, 5, 9), sample(0, 0, 4)}, {sample(-1, 8, 0)}}, "0..30 0..5 4..9"},
+      {{{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}, "-0..-0 0..0 1..1"},
+      // What is not a number stays if it comes first, and is passed over later.
+      {{{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}, "nan..nan 0..1 5..6"}};
+  for (auto [scan, expected] : cases) {
+    std::vector<STesk3DPoint> points;
+    for (const build::Line& line : scan) {
+      std::for_each(line.begin(), line.end(), [&](auto& at) { points.push_back(at.pt3D); });
+    }
+    const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
+    EXPECT_EQ(text(para.xRange, para.yRange, para.zRange), expected);
+    for (const auto& [x, y, z] :
+         {qo_getScanDataROI_vector(scan), ju_getPointCloudROI(points),
+          qo_getScanDataROI(build::pointerForm(scan).data(), static_cast<int>(scan.size()))}) {
+      EXPECT_EQ(text(x, y, z), expected);
     }
   }
-  const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
-  std::string box = text(qo_getScanDataROI_vector(scan));
-  EXPECT_EQ(text(qo_getScanDataROI(lines.data(), static_cast<int>(lines.size()))), box);
-  EXPECT_EQ(text(ju_getPointCloudROI(points)), box);
-  EXPECT_EQ(text({para.xRange, para.yRange, para.zRange}), box);
-  return box;
-}
-
-TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
-  const std::string empty = "0..-1 0..-1 0..-1 ";
-  EXPECT_EQ(boundsOf({{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}), empty);
-  EXPECT_EQ(boundsOf({{sample(7, -2, 0.0001)}}), "7..7 -2..-2 0.0001..0.0001 ");
-  EXPECT_EQ(boundsOf({{sample(30, 5, 9), sample(0, 0, 4)}, {sample(-1, 8, 0)}}),
-            "0..30 0..5 4..9 ");
   EXPECT_EQ(qo_getScanDataROI(nullptr, -1).xRange.max, -1.0);
-}
-
-TEST(Bounds, KeepTheFirstOfValuesThatAreNotLess) {
-  EXPECT_EQ(boundsOf({{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}), "-0..-0 0..0 1..1 ");
-  // What is not a number stays if it comes first, and is passed over later.
-  EXPECT_EQ(boundsOf({{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}),
-            "nan..nan 0..1 5..6 ");
 }
 
 TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
