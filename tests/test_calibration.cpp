@@ -270,6 +270,7 @@ TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
       {lineOfZ({40, 34, 28, 0.0001, 22, 0}), 4},
       {lineOfZ({40, 39, 38, 37}), 0},
       {lineOfZ({50, 40, 34, 28}), 3},
+      {lineOfZ({40, 34, 28, 22}, 0, 0.0), 4},
       {lineOfZ({0, 0, 0}), 0}};
   for (const auto& [line, groundSamples] : cases) {
     build::Scan scan = {line};

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include "records/sample_rules.h"
@@ -76,7 +77,7 @@ std::uint64_t forEachBin(const Scan& scan, double lowest, int bins, Take take) {
 /// apart the heights are.
 template <typename Scan>
 HeightHistogram countHeights(const Scan& scan, double lowest, int bins) {
-  HeightHistogram histogram;
+  HeightHistogram histogram = {};
   BinCounts& counts = histogram.counts;
   if (static_cast<std::size_t>(bins) <= kStoredBinsPerSample * sampleCount(scan)) {
     counts = emptyBins(bins);
