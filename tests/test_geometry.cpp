@@ -28,10 +28,10 @@ TEST(LineFormulas, CrossingsDistancesAndFeet) {
   EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
   EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
   EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), HUGE_VAL);
-  // The foot of (3, 1) on y = 2 x + 5, in both forms.
-  const auto foot = ny_getFootPoint(3, 1, 2, 5);
-  const auto footAbc = ny_getFootPoint_abc(3, 1, 4, -2, 10);
-  EXPECT_EQ(Values({foot.x, foot.y, footAbc.x, footAbc.y}), Values({-1, 3, -1, 3}));
+  // The foot of (4, 7) on y = 3 x + 5, in both forms.
+  const auto foot = ny_getFootPoint(4, 7, 3, 5);
+  const auto footAbc = ny_getFootPoint_abc(4, 7, 6, -2, 10);
+  EXPECT_EQ(Values({foot.x, foot.y, footAbc.x, footAbc.y}), Values({1, 8, 1, 8}));
 }
 
 TEST(LineFormulas, Angles) {
