@@ -1,5 +1,6 @@
 #include <scanline/calibration.h>
 #include "bench_scan.h"
+#include "plain_calibration.h"
 
 namespace {
 
@@ -51,6 +52,21 @@ void BM_LineDataRT_Vector(benchmark::State& state) {
 }
 BENCHMARK(BM_LineDataRT_Vector)->Unit(benchmark::kMillisecond);
 
+/// The same by the plain rule.
+void BM_LineDataRT_Plain(benchmark::State& state) {
+  bench::Scan scan = bench::sharedScan();
+  Turns turns;
+  for (auto _ : state) {
+    const double* matrix = turns.next();
+    for (bench::Line& line : scan) {
+      plain::level(line, matrix, kCutHeight, false);
+    }
+    benchmark::ClobberMemory();
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_LineDataRT_Plain)->Unit(benchmark::kMillisecond);
+
 void BM_LineDataRT_RGBD(benchmark::State& state) {
   std::vector<STeskXYZRGBDPoint> points;
   points.reserve(bench::kScanSamples);
@@ -82,6 +98,19 @@ void BM_GetPlaneCalibPara(benchmark::State& state) {
   bench::countSamples(state);
 }
 BENCHMARK(BM_GetPlaneCalibPara)->Unit(benchmark::kMillisecond);
+
+/// The same by the plain search.
+void BM_GetPlaneCalibPara_Plain(benchmark::State& state) {
+  bench::Line samples;
+  for (const bench::Line& line : bench::sharedScan()) {
+    samples.insert(samples.end(), line.begin(), line.end());
+  }
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(plain::planeCalib(samples, false));
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_GetPlaneCalibPara_Plain)->Unit(benchmark::kMillisecond);
 
 /// The calibrations that take the vector form, those included that stamp its samples.
 template <SQO_planeCalibPara (*calibrate)(bench::Scan&)>

@@ -1,11 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <cfloat>
 #include <climits>
 #include <cmath>
-#include <cstdlib>
-#include <limits>
 #include <opencv2/core.hpp>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include <scanline/geometry.h>
@@ -27,10 +28,10 @@ TEST(LineFormulas, CrossingsDistancesAndFeet) {
   EXPECT_EQ(compute2DLen({1, 2, 0}, {4, -2, 99}), 5.0);
   EXPECT_EQ(computePtDistToLine(1, 1, 3, 4, -17), 2.0);
   EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), HUGE_VAL);
-  // The foot of (3, 1) on y = 2 x + 5, in both forms.
-  const auto foot = ny_getFootPoint(3, 1, 2, 5);
-  const auto footAbc = ny_getFootPoint_abc(3, 1, 4, -2, 10);
-  EXPECT_EQ(Values({foot.x, foot.y, footAbc.x, footAbc.y}), Values({-1, 3, -1, 3}));
+  // The foot of (4, 7) on y = 3 x + 5, in both forms.
+  const auto foot = ny_getFootPoint(4, 7, 3, 5);
+  const auto footAbc = ny_getFootPoint_abc(4, 7, 6, -2, 10);
+  EXPECT_EQ(Values({foot.x, foot.y, footAbc.x, footAbc.y}), Values({1, 8, 1, 8}));
 }
 
 TEST(LineFormulas, Angles) {
@@ -90,95 +91,78 @@ TEST(LineFittingAbc, EndPointsChooseTheDirection) {
 }
 
 TEST(FitCircle, ErrorCountsPointsOutsideOnly) {
-  constexpr double kNoFit = std::numeric_limits<double>::max();
   STesk3DPoint center = {1, 2, 42};
   double radius = 4;
-  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 0, 0}}, center, radius), kNoFit);
-  EXPECT_EQ(valuesOf(center), Values({1, 2, 42}));
-  EXPECT_EQ(radius, 4);
-  EXPECT_NEAR(fitCircleByLeastSquare({{8, -2, 1}, {3, 3, 2}, {-2, -2, 3}}, center, radius), 0,
-              1e-9);
-  EXPECT_EQ(valuesOf(center), Values({3, -2, 42}));
-  EXPECT_DOUBLE_EQ(radius, 5);
-  const Points cross = {{2, 0, 0}, {-2, 0, 0}, {0, 1, 0}, {0, -1, 0}};
-  EXPECT_DOUBLE_EQ(fitCircleByLeastSquare(cross, center, radius), 1.5);
-  EXPECT_DOUBLE_EQ(radius, std::sqrt(2.5));
-  EXPECT_EQ(fitCircleByLeastSquare({{0, 0, 0}, {1, 1, 0}, {2, 2, 0}}, center, radius), 0.0);
+  const auto fit = [&](const Points& points) {
+    const double error = fitCircleByLeastSquare(points, center, radius);
+    return Values({error, center.x, center.y, center.z, radius});
+  };
+  EXPECT_EQ(fit({{0, 0, 0}, {1, 0, 0}}), Values({DBL_MAX, 1, 2, 42, 4}));
+  build::expectNear(fit({{8, -2, 1}, {3, 3, 2}, {-2, -2, 3}}), {0, 3, -2, 42, 5}, 1e-9);
+  build::expectNear(fit({{5, 7, 0}, {1, 7, 0}, {3, 8, 0}, {3, 6, 0}}),
+                    {1.5, 3, 7, 42, std::sqrt(2.5)}, 1e-12);
+  EXPECT_EQ(fit({{0, 0, 0}, {1, 1, 0}, {2, 2, 0}})[0], 0.0);
   EXPECT_FALSE(std::isfinite(center.x) || std::isfinite(radius));
 }
 
-struct Parabola {
-  double a = 7, b = 7, c = 7, mse = 7, maxError = 7;
-  bool ok;
-  explicit Parabola(const std::vector<cv::Point_<double>>& points)
-      : ok(leastSquareParabolaFitEigen(points, a, b, c, mse, maxError)) {}
-};
+Values fitParabola(const std::vector<cv::Point_<double>>& points) {
+  Values v(5, 7.0);
+  const bool ok = leastSquareParabolaFitEigen(points, v[0], v[1], v[2], v[3], v[4]);
+  EXPECT_EQ(ok, points.size() > 2);
+  return v;
+}
 
 TEST(FitParabola, FindsCoefficientsAndErrors) {
   // x^2 - 2 x + 4 with errors along the third difference, which no parabola takes up.
-  const Parabola fit({{-3, 18}, {-1, 10}, {1, 0}, {3, 8}});
-  EXPECT_TRUE(fit.ok);
-  build::expectNear({fit.a, fit.b, fit.c, fit.mse, fit.maxError}, {1, -2, 4, 5, 3}, 1e-12);
-  const Parabola two({{0, 0}, {1, 1}});
-  EXPECT_FALSE(two.ok);
-  EXPECT_EQ(Values({two.a, two.b, two.c, two.mse, two.maxError}), Values(5, 7.0));
+  build::expectNear(fitParabola({{-3, 18}, {-1, 10}, {1, 0}, {3, 8}}), {1, -2, 4, 5, 3}, 1e-12);
+  build::expectNear(fitParabola({{1, 3}, {2, 4}, {4, 12}}), {1, -2, 4, 0, 0}, 1e-12);
+  EXPECT_EQ(fitParabola({{0, 0}, {1, 1}}), Values(5, 7.0));
   for (const double x : Values{NAN, HUGE_VAL, 1e200}) {
-    const Parabola wild({{0, 0}, {1, 1}, {x, 2}, {3, 3}});
-    EXPECT_TRUE(wild.ok && std::isnan(wild.a) && std::isnan(wild.mse) && wild.maxError == 0.0);
+    const Values wild = fitParabola({{0, 0}, {1, 1}, {x, 2}, {3, 3}});
+    EXPECT_TRUE(std::isnan(wild[0]) && std::isnan(wild[3]) && wild[4] == 0.0);
   }
 }
 
-struct Axis {
-  STesk3DPoint center = {7, 7, 7};
-  STesk3DPoint direction = {7, 7, 7};
-  bool ok;
-  std::string words;
-  explicit Axis(const Points& points) {
-    testing::internal::CaptureStderr();
-    ok = fitLine3DLeastSquares(points, center, direction);
-    words = testing::internal::GetCapturedStderr();
-  }
-};
+/// The center, the direction and 1 or 0 for success of a fit, and what it printed.
+std::pair<Values, std::string> fitAxis(const Points& points) {
+  STesk3DPoint c = {7, 7, 7};
+  STesk3DPoint d = c;
+  testing::internal::CaptureStderr();
+  const double ok = fitLine3DLeastSquares(points, c, d) ? 1 : 0;
+  return {{c.x, c.y, c.z, d.x, d.y, d.z, ok}, testing::internal::GetCapturedStderr()};
+}
 
-TEST(FitLine3D, FindsThePrincipalAxis) {
+TEST(FitLine3D, FindsThePrincipalAxisOrSaysWhyNotInGbk) {
   // Along (2, -1, 2) through (1, 1, 5), with a small spread across.
-  const Axis axis({{7, -2, 11}, {-5, 4, -1}, {1.1, 1.2, 5}, {0.9, 0.8, 5}});
-  EXPECT_TRUE(axis.ok && axis.words.empty());
-  EXPECT_EQ(valuesOf(axis.center), Values({1, 1, 5}));
-  const STesk3DPoint& d = axis.direction;
-  EXPECT_NEAR(std::abs(2 * d.x - d.y + 2 * d.z), 3, 1e-9);
-  EXPECT_TRUE(Axis({{1, 2, 3}, {1, 2, 3}}).ok);
-}
-
-TEST(FitLine3D, FailuresSayWhyInGbk) {
-  const Axis single({{1, 2, 3}});
-  EXPECT_FALSE(single.ok);
-  EXPECT_EQ(valuesOf(single.center), Values({7, 7, 7}));
-  EXPECT_EQ(single.words,
+  auto [fit, words] = fitAxis({{7, -2, 11}, {-5, 4, -1}, {1.1, 1.2, 5}, {0.9, 0.8, 5}});
+  const double sign = std::copysign(3, fit[3]);
+  build::expectNear({fit[0], fit[1], fit[2], sign * fit[3], sign * fit[4], sign * fit[5], fit[6]},
+                    {1, 1, 5, 2, -1, 2, 1}, 1e-2);
+  EXPECT_EQ(words, "");
+  EXPECT_EQ(fitAxis({{1, 2, 3}, {1, 2, 3}}).first.back(), 1);
+  std::tie(fit, words) = fitAxis({{1, 2, 3}});
+  EXPECT_EQ(fit, Values({7, 7, 7, 7, 7, 7, 0}));
+  EXPECT_EQ(words,
             "Error: \265\343\274\257\312\375\301\277\261\330\320\353\264\363\323\332"
             "\265\310\323\332\062\243\241\n");
-  const Axis wild({{1, NAN, 3}, {1, 2, 5}});
-  EXPECT_FALSE(wild.ok);
-  EXPECT_EQ(wild.center.z, 4);
-  EXPECT_EQ(wild.direction.z, 7);
-  EXPECT_EQ(wild.words,
-            "Error: \314\330\325\367\326\265\267\326\275\342\312\247\260\334\243\241\n");
+  std::tie(fit, words) = fitAxis({{1, NAN, 3}, {1, 2, 5}});
+  EXPECT_EQ(Values(fit.begin() + 2, fit.end()), Values({4, 7, 7, 7, 0}));
+  EXPECT_EQ(words, "Error: \314\330\325\367\326\265\267\326\275\342\312\247\260\334\243\241\n");
 }
 
 TEST(MeanZ, TakesPointsAboveTheLimitOnly) {
-  const auto meanOf = [](Points points) { return computeMeanZ(points); };
-  EXPECT_EQ(meanOf({{0, 0, 0.0001}, {0, 0, -3}, {0, 0, NAN}}), 0.0);
-  EXPECT_EQ(meanOf({{0, 0, 2}, {0, 0, 0.0001}, {0, 0, 3}}), 2.5);
+  Points points = {{0, 0, 0.0001}, {0, 0, -3}, {0, 0, NAN}};
+  EXPECT_EQ(computeMeanZ(points), 0.0);
+  points.insert(points.begin() + 1, {{0, 0, 2}, {0, 0, 3}});
+  EXPECT_EQ(computeMeanZ(points), 2.5);
 }
 
 using CvPoint = cv::Point3_<double>;
 using CvPoints = std::vector<CvPoint>;
 
 const CvPoints kPoints = {{0, 0, 0}, {4, 0, 1}, {0, 3, -2}, {1, 1, 5}, {-2, 7, 1}};
-const cv::Matx33d kQuarterTurn = {0, -1, 0, 1, 0, 0, 0, 0, 1};
 const cv::Matx33d kOblique = {0.36, 0.48, -0.8, -0.8, 0.6, 0, 0.48, 0.64, 0.6};
 const cv::Matx33d kMirror = {1, 0, 0, 0, 1, 0, 0, 0, -1};
-
 const cv::Mat kEye = cv::Mat::eye(3, 3, CV_64F);
 
 struct Transform {
@@ -190,7 +174,7 @@ struct Transform {
 };
 
 TEST(RigidTransform, MapsOntoTheOtherList) {
-  for (const cv::Matx33d& turn : {kQuarterTurn, kOblique, kMirror}) {
+  for (const cv::Matx33d& turn : {kOblique, kOblique.t(), kMirror}) {
     const CvPoint shift(5, -6, 70);
     CvPoints to;
     for (const CvPoint& p : kPoints) {
@@ -200,18 +184,21 @@ TEST(RigidTransform, MapsOntoTheOtherList) {
     const Transform t(kPoints, to);
     EXPECT_LT(cv::norm(t.R * t.R.t(), kEye), 1e-14);
     EXPECT_NEAR(cv::determinant(t.R), 1.0, 1e-14);
-    if (turn == kMirror) {
-      continue;  // The rotation is a proper one, and fits no better than it can.
+    EXPECT_LT(cv::norm(t.center1 - CvPoint(0.6, 2.2, 1)), 1e-15);
+    EXPECT_LT(cv::norm(t.center2 - turn * t.center1 - shift), 1e-13);
+    if (turn != kMirror) {  // The rotation is a proper one, and fits no better than it can.
+      EXPECT_LT(cv::norm(t.R, cv::Mat(turn)), 1e-14);
+      EXPECT_LT(cv::norm(t.T, cv::Mat(shift)), 1e-13);
     }
-    EXPECT_LT(cv::norm(t.R, cv::Mat(turn)), 1e-14);
-    EXPECT_LT(cv::norm(t.T, cv::Mat(shift)), 1e-13);
-
-    cv::Mat part = cv::Mat(5, 7, CV_64F)(cv::Rect(2, 1, 3, 3));
-    t.R.copyTo(part);
-    CvPoint out = kPoints[1];
-    pointRT(part, cv::Mat(), t.center1, t.center2, out, out);
-    EXPECT_LT(cv::norm(out - to[1]), 1e-13);
   }
+}
+
+TEST(RigidTransform, MapsAPointAboutTheCenters) {
+  cv::Mat part = cv::Mat(5, 7, CV_64F)(cv::Rect(2, 1, 3, 3));
+  cv::Mat(cv::Matx33d(1, 2, 4, 8, 16, 32, 64, 128, 256)).copyTo(part);
+  CvPoint out(3, 5, 4);
+  pointRT(part, cv::Mat(), {2, 2, -1}, {0.25, 0.5, 0.75}, out, out);
+  EXPECT_EQ(out, CvPoint(27.25, 216.5, 1728.75));
 }
 
 TEST(RigidTransform, TakesWhateverComes) {
@@ -219,11 +206,9 @@ TEST(RigidTransform, TakesWhateverComes) {
   EXPECT_EQ(cv::norm(none.R, kEye), 0.0);
   EXPECT_TRUE(std::isnan(none.center1.x) && std::isnan(none.T.at<double>(2)));
   EXPECT_TRUE(std::isnan(Transform({{HUGE_VAL, 0, 0}}, kPoints).R.at<double>(1, 1)));
-
   const cv::Mat before = none.R;
-  caculateRT({{1, 2, 3}, {1, 2, 4}}, {{5, 5, 5}, {5, 6, 5}}, none.R, none.T, none.center1,
-             none.center2);
-  EXPECT_EQ(cv::norm(before, kEye), 0.0) << "storage was not new";
+  caculateRT(kPoints, {5, {5, 5, 5}}, none.R, none.T, none.center1, none.center2);
+  EXPECT_NE(before.data, none.R.data) << "storage was not new";
 }
 
 }  // namespace

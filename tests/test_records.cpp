@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <sstream>
 #include <string>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 #include <vector>
@@ -14,81 +16,74 @@
 
 namespace {
 
+using build::lineOfZ;
 using build::sample;
 using Bytes = std::vector<std::size_t>;
 
 template <typename... Record>
-Bytes plainSizes() {
+Bytes sizes() {
   static_assert(((std::is_trivial_v<Record> && std::is_standard_layout_v<Record>)&&...));
   static_assert((std::is_aggregate_v<Record> && ...));
   return {sizeof(Record)...};
 }
 
+/// The places of the fields of a record, and its size.
 template <typename Record, typename... Field>
-Bytes offsets(Field Record::*... field) {
+Bytes layout(Field Record::*... field) {
   static_assert(std::is_aggregate_v<Record>);
   const Record record = {};
   const auto place = [](const auto& object) { return reinterpret_cast<std::uintptr_t>(&object); };
-  return {place(record.*field) - place(record)...};
-}
-
-TEST(Layout, PlainRecordsHaveFixedSizes) {
-  EXPECT_EQ((plainSizes<STesk3DPoint, STesk2DPoint, STesk2DPointD, STesk3DPosition,
-                        STesk3DLaserLine, STeskXYZRGBDPoint, STeskXYZRGBDLaserLine>()),
-            (Bytes{24, 8, 16, 32, 24, 16, 16}));
-  EXPECT_EQ((plainSizes<STeskRangeD, STesk3DRangeD, STeskRect, SQO_2DValueI, SQO_intPair, SQO_RUN,
-                        SJU_pointCloudPara, SQO_planeCalibPara, SQO_EulerAngles>()),
-            (Bytes{16, 48, 16, 32, 12, 12, 64, 152, 24}));
-  EXPECT_EQ((plainSizes<SQO_basicFeature1D, SQO_basicFeatureGap, SJU_segFeature,
-                        SQO_featureSemiCircle, SQO_treeGrowParam, SQO_bagParam>()),
-            (Bytes{48, 128, 72, 64, 48, 16}));
-  EXPECT_EQ((plainSizes<SQO_cornerParam, SQO_outlierFilterParam, SQO_lineSegParam, SQO_slopeParam,
-                        SQO_VFeatureParam, SQO_lineRightAngleParam, SQO_gloveArcParam,
-                        SQO_raisedFeatureParam>()),
-            (Bytes{48, 16, 24, 32, 16, 24, 24, 32}));
-  EXPECT_EQ(sizeof(SQO_lineFeature), 56U);
-}
-
-// The other records are written by position and read by name somewhere, which holds their order.
-TEST(Layout, FieldsStandInOrder) {
-  using Calib = SQO_planeCalibPara;
-  EXPECT_EQ(offsets(&Calib::levelMatrix, &Calib::planeHeight, &Calib::invLevelMatrix),
-            (Bytes{0, 72, 80}));
-  using Gap = SQO_basicFeatureGap;
-  EXPECT_EQ(offsets(&Gap::lineIdx, &Gap::reserved1, &Gap::gapStart, &Gap::gapEnd, &Gap::reserved2),
-            (Bytes{0, 8, 32, 64, 96}));
-  using Seg = SJU_segFeature;
-  EXPECT_EQ(offsets(&Seg::lineIdx, &Seg::startPtIdx, &Seg::endPtIdx, &Seg::featureType,
-                    &Seg::startPt, &Seg::endPt, &Seg::segValue),
-            (Bytes{0, 4, 8, 12, 16, 40, 64}));
-  using Semi = SQO_featureSemiCircle;
-  EXPECT_EQ(offsets(&Semi::segState, &Semi::lineIdx, &Semi::startPtIdx, &Semi::endPtIdx,
-                    &Semi::midPtIdx, &Semi::midPt, &Semi::width, &Semi::height),
-            (Bytes{0, 4, 8, 12, 16, 24, 48, 56}));
+  return {place(record.*field) - place(record)..., sizeof(Record)};
 }
 
 template <typename Tree>
 Bytes layoutOfTree() {
-  Bytes bytes =
-      offsets(&Tree::treeState, &Tree::treeType, &Tree::sLineIdx, &Tree::eLineIdx, &Tree::treeValue,
-              &Tree::xRange, &Tree::yRange, &Tree::treeNodes, &Tree::anchorNode);
-  bytes.push_back(sizeof(Tree));
-  return bytes;
+  return layout(&Tree::treeState, &Tree::treeType, &Tree::sLineIdx, &Tree::eLineIdx,
+                &Tree::treeValue, &Tree::xRange, &Tree::yRange, &Tree::treeNodes,
+                &Tree::anchorNode);
 }
 
-TEST(Layout, Trees) {
-  const Bytes expected = {0, 4, 8, 12, 16, 24, 40, 56, 80, 88};
-  EXPECT_EQ(layoutOfTree<SQO_featureTree>(), expected);
-  EXPECT_EQ(layoutOfTree<SQO_gapFeatureTree>(), expected);
-  using Seg = SJU_segFeatureTree;
-  EXPECT_EQ(
-      offsets(&Seg::treeState, &Seg::sLineIdx, &Seg::eLineIdx, &Seg::treeValue, &Seg::treeNodes),
-      (Bytes{0, 4, 8, 16, 24}));
-  using Semi = SQO_semiCircleFeatureTree;
-  EXPECT_EQ(
-      offsets(&Semi::treeState, &Semi::treeType, &Semi::sLineIdx, &Semi::eLineIdx, &Semi::treeRange,
-              &Semi::treeValue, &Semi::treeValue2, &Semi::treeTag, &Semi::treeNodes),
-      (Bytes{0, 4, 8, 12, 16, 64, 72, 80, 88}));
+// The records that are not listed by their fields are written by position and read by name
+// somewhere, which holds their order.
+TEST(Layout, IsFixed) {
+  using Calib = SQO_planeCalibPara;
+  using Gap = SQO_basicFeatureGap;
+  using Seg = SJU_segFeature;
+  using Semi = SQO_featureSemiCircle;
+  using SegTree = SJU_segFeatureTree;
+  using SemiTree = SQO_semiCircleFeatureTree;
+  const std::pair<Bytes, Bytes> cases[] = {
+      {sizes<STesk3DPoint, STesk2DPoint, STesk2DPointD, STesk3DPosition, STesk3DLaserLine,
+             STeskXYZRGBDPoint, STeskXYZRGBDLaserLine, STeskRangeD, STesk3DRangeD, STeskRect,
+             SQO_2DValueI, SQO_intPair, SQO_RUN, SJU_pointCloudPara, SQO_EulerAngles>(),
+       {24, 8, 16, 32, 24, 16, 16, 16, 48, 16, 32, 12, 12, 64, 24}},
+      {sizes<SQO_basicFeature1D, Gap, Seg, Semi, Calib, SQO_treeGrowParam, SQO_bagParam,
+             SQO_cornerParam, SQO_outlierFilterParam, SQO_lineSegParam, SQO_slopeParam,
+             SQO_VFeatureParam, SQO_lineRightAngleParam, SQO_gloveArcParam,
+             SQO_raisedFeatureParam>(),
+       {48, 128, 72, 64, 152, 48, 16, 48, 16, 24, 32, 16, 24, 24, 32}},
+      {{sizeof(SQO_lineFeature)}, {56}},
+      {layout(&Calib::levelMatrix, &Calib::planeHeight, &Calib::invLevelMatrix), {0, 72, 80, 152}},
+      {layout(&Gap::lineIdx, &Gap::reserved1, &Gap::gapStart, &Gap::gapEnd, &Gap::reserved2),
+       {0, 8, 32, 64, 96, 128}},
+      {layout(&Seg::lineIdx, &Seg::startPtIdx, &Seg::endPtIdx, &Seg::featureType, &Seg::startPt,
+              &Seg::endPt, &Seg::segValue),
+       {0, 4, 8, 12, 16, 40, 64, 72}},
+      {layout(&Semi::segState, &Semi::lineIdx, &Semi::startPtIdx, &Semi::endPtIdx, &Semi::midPtIdx,
+              &Semi::midPt, &Semi::width, &Semi::height),
+       {0, 4, 8, 12, 16, 24, 48, 56, 64}},
+      {layoutOfTree<SQO_featureTree>(), {0, 4, 8, 12, 16, 24, 40, 56, 80, 88}},
+      {layoutOfTree<SQO_gapFeatureTree>(), {0, 4, 8, 12, 16, 24, 40, 56, 80, 88}},
+      {layout(&SegTree::treeState, &SegTree::sLineIdx, &SegTree::eLineIdx, &SegTree::treeValue,
+              &SegTree::treeNodes),
+       {0, 4, 8, 16, 24, 48}},
+      {layout(&SemiTree::treeState, &SemiTree::treeType, &SemiTree::sLineIdx, &SemiTree::eLineIdx,
+              &SemiTree::treeRange, &SemiTree::treeValue, &SemiTree::treeValue2, &SemiTree::treeTag,
+              &SemiTree::treeNodes),
+       {0, 4, 8, 12, 16, 64, 72, 80, 88, 112}}};
+  for (const auto& [actual, expected] : cases) {
+    EXPECT_EQ(actual, expected);
+  }
 }
 
 TEST(Codes, KeepTheirNumbers) {
@@ -100,68 +95,53 @@ TEST(Codes, KeepTheirNumbers) {
   static_assert(TREE_GROWING == 1 && TREE_CLOSED == 2);
 }
 
-std::string text(const STesk3DRangeD& box) {
+std::string text(const STeskRangeD& x, const STeskRangeD& y, const STeskRangeD& z) {
   std::ostringstream out;
-  for (const STeskRangeD& range : {box.xRange, box.yRange, box.zRange}) {
-    out << range.min << ".." << range.max << ' ';
-  }
+  out << x.min << ".." << x.max << ' ' << y.min << ".." << y.max << ' ' << z.min << ".." << z.max;
   return out.str();
 }
 
-/// The box of a scan, which must be the same for all four functions that find it.
-std::string boundsOf(build::Scan scan) {
-  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
-  std::vector<STesk3DPoint> points;
-  for (const build::Line& line : scan) {
-    for (const STesk3DPosition& sample : line) {
-      points.push_back(sample.pt3D);
+TEST(Bounds, AreTheSameFromAllFourFunctions) {
+  const std::pair<build::Scan, const char*> cases[] = {
+      {{{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}, "0..-1 0..-1 0..-1"},
+      {{{sample(7, -2, 0.0001)}}, "7..7 -2..-2 0.0001..0.0001"},
+      {{{sample(30, 5, 9), sample(0, 0, 4)}, {sample(-1, 8, 0)}}, "0..30 0..5 4..9"},
+      {{{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}, "-0..-0 0..0 1..1"},
+      // What is not a number stays if it comes first, and is passed over later.
+      {{{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}, "nan..nan 0..1 5..6"}};
+  for (auto [scan, expected] : cases) {
+    std::vector<STesk3DPoint> points;
+    for (const build::Line& line : scan) {
+      std::for_each(line.begin(), line.end(), [&](auto& at) { points.push_back(at.pt3D); });
+    }
+    const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
+    EXPECT_EQ(text(para.xRange, para.yRange, para.zRange), expected);
+    for (const auto& [x, y, z] :
+         {qo_getScanDataROI_vector(scan), ju_getPointCloudROI(points),
+          qo_getScanDataROI(build::pointerForm(scan).data(), static_cast<int>(scan.size()))}) {
+      EXPECT_EQ(text(x, y, z), expected);
     }
   }
-  const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
-  std::string box = text(qo_getScanDataROI_vector(scan));
-  EXPECT_EQ(text(qo_getScanDataROI(lines.data(), static_cast<int>(lines.size()))), box);
-  EXPECT_EQ(text(ju_getPointCloudROI(points)), box);
-  EXPECT_EQ(text({para.xRange, para.yRange, para.zRange}), box);
-  return box;
-}
-
-TEST(Bounds, TakeEverySampleThatIsNotBelowTheLimit) {
-  const std::string empty = "0..-1 0..-1 0..-1 ";
-  EXPECT_EQ(boundsOf({{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}), empty);
-  EXPECT_EQ(boundsOf({{sample(7, -2, 0.0001)}}), "7..7 -2..-2 0.0001..0.0001 ");
-  EXPECT_EQ(boundsOf({{sample(30, 5, 9), sample(0, 0, 4)}, {sample(-1, 8, 0)}}),
-            "0..30 0..5 4..9 ");
   EXPECT_EQ(qo_getScanDataROI(nullptr, -1).xRange.max, -1.0);
 }
 
-TEST(Bounds, KeepTheFirstOfValuesThatAreNotLess) {
-  EXPECT_EQ(boundsOf({{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}), "-0..-0 0..0 1..1 ");
-  // What is not a number stays if it comes first, and is passed over later.
-  EXPECT_EQ(boundsOf({{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}),
-            "nan..nan 0..1 5..6 ");
-}
-
-/// The steps in the lines and between them.
-std::pair<double, double> stepsOf(build::Scan scan) {
-  const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
-  return {para.ptStep, para.scanLineStep};
-}
-
 TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
-  // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
-  EXPECT_EQ(stepsOf({{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1),
-                      sample(0, 9, 0)},
-                     {sample(2, 0, 1), sample(9, 7, 0), sample(-4, 3, 1), sample(9, 7, -1),
-                      sample(9, 7, 1)}}),
-            std::make_pair(3.0, 3.5));
-  EXPECT_EQ(stepsOf({build::lineOfZ({1, 0, 1, 0, 1})}), std::make_pair(-1.0, -1.0));
-}
-
-TEST(CloudPara, SampleAtTheLimitHasNeighboursButIsNone) {
-  const build::Line before = {sample(0, 0, 1), sample(9, 1, 0.0001)};
-  const build::Line line = build::lineOfZ({0.0001, 1}, 4.0);
-  EXPECT_EQ(stepsOf({line}), std::make_pair(-1.0, -1.0));
-  EXPECT_EQ(stepsOf({before, line}), std::make_pair(1.0, 4.0));
+  const build::Line limits = lineOfZ({0.0001, 1}, 4.0);
+  const std::tuple<build::Scan, double, double> cases[] = {
+      // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
+      {{{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1), sample(0, 9, 0)},
+        {sample(2, 0, 1), sample(9, 7, 0), sample(-4, 3, 1), sample(9, 7, -1), sample(9, 7, 1)}},
+       3.0,
+       3.5},
+      {{lineOfZ({1, 0, 1, 0, 1})}, -1.0, -1.0},
+      // A sample at the limit has neighbours but is none.
+      {{limits}, -1.0, -1.0},
+      {{{sample(0, 0, 1), sample(9, 1, 0.0001)}, limits}, 1.0, 4.0}};
+  for (auto [scan, ptStep, scanLineStep] : cases) {
+    const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
+    EXPECT_EQ(para.ptStep, ptStep);
+    EXPECT_EQ(para.scanLineStep, scanLineStep);
+  }
 }
 
 }  // namespace

@@ -139,9 +139,9 @@ SCANLINE_API void eulerToRotationMatrixZYX(const SQO_EulerAngles& angles, double
  * @return `levelMatrix` and `invLevelMatrix`, and as `planeHeight` the smallest levelled z of the
  *         plane's samples. Without a plane (no samples, no peak that is strong enough, heights that
  *         are not finite) both matrices are the identity and `planeHeight` is -1.0.
- * @throws std::length_error, std::bad_alloc  The memory of the histogram is proportional to the
- *         span of the heights, which has no upper limit but what an int can number and memory
- * holds.
+ * @throw std::length_error  if the heights span 2147483647 or more, which an int cannot number.
+ * @throw std::bad_alloc  if memory runs out; nothing of the caller's is changed. The memory needed
+ *        follows the number of samples, not the span of their heights.
  */
 SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum);
 
@@ -153,7 +153,8 @@ SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, in
  * @param scan  The scan, which is only read.
  * @return As qo_getPlaneCalibPara(), with the mean instead of the smallest levelled z of the
  *         plane's samples; -1.0 likewise if there is no plane.
- * @throws std::length_error, std::bad_alloc  As qo_getPlaneCalibPara().
+ * @throw std::length_error  as qo_getPlaneCalibPara().
+ * @throw std::bad_alloc  if memory runs out; @p scan is unchanged.
  */
 SCANLINE_API SQO_planeCalibPara
 qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan);
@@ -170,7 +171,8 @@ qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan);
  * @param roi   The region.
  * @return The two matrices, and as `planeHeight` the smallest levelled z of the region's samples.
  *         Without a sample both matrices are the identity and `planeHeight` is 0.0. There is no
- *         record that tells a failure.
+ *         record for a failure.
+ * @throw std::bad_alloc  if memory runs out; @p scan is unchanged.
  */
 SCANLINE_API SQO_planeCalibPara
 qo_getPlaneCalibPara2_ROI(std::vector<std::vector<STesk3DPosition>>& scan, STesk3DRangeD roi);
@@ -185,6 +187,7 @@ qo_getPlaneCalibPara2_ROI(std::vector<std::vector<STesk3DPosition>>& scan, STesk
  * @param lineNum  Number of lines; 0 or below is an empty scan.
  * @param rois     The regions; none at all hold no sample. Not changed.
  * @return As qo_getPlaneCalibPara2_ROI().
+ * @throw std::bad_alloc  if memory runs out; @p lines and @p rois are unchanged.
  */
 SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* lines,
                                                           int lineNum,
@@ -201,6 +204,8 @@ SCANLINE_API SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* line
  * @return The two matrices, and as `planeHeight` the mean levelled z of the samples used. If no
  *         line is in one piece both matrices are the identity and `planeHeight` is 0.0; it is
  *         never a mark that no plane was found.
+ * @throw std::bad_alloc  if memory runs out; `nPointIdx` of the samples of @p scan is valid but
+ *        incomplete, nothing else is changed.
  */
 SCANLINE_API SQO_planeCalibPara
 qo_getHolePlaneCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
@@ -220,6 +225,8 @@ qo_getHolePlaneCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
  * @return The two matrices, and as `planeHeight` the mean levelled y, not z, of the ground's
  *         samples. Without ground the rotation is the quarter turn from (0, 0, -1) to (0, 1, 0) and
  *         `planeHeight` is 0.0; it is never a mark that no ground was found.
+ * @throw std::bad_alloc  if memory runs out; `nPointIdx` of the samples of @p scan is valid but
+ *        incomplete, nothing else is changed.
  */
 SCANLINE_API SQO_planeCalibPara
 qo_HCameraVScan_getGroundCalibPara(std::vector<std::vector<STesk3DPosition>>& scan);
@@ -227,13 +234,16 @@ qo_HCameraVScan_getGroundCalibPara(std::vector<std::vector<STesk3DPosition>>& sc
 /**
  * Fits the plane z = a x + b y + c to points by linear least squares in z.
  *
- * The normal equations are solved by OpenCV (`cv::solve` with `DECOMP_LU`). If their matrix is
- * singular, as for no points, points on one line, or a plane that contains the z direction, a, b
- * and c are 0.0. No point is left out; the no-sample rule is not applied.
+ * The matrix of the normal equations is inverted by OpenCV (`cv::invert` with `DECOMP_LU`) and the
+ * inverse is multiplied by their right side. If the matrix is singular, as for no points, points on
+ * one line, or a plane that contains the z direction, the inverse is zero, and so are a, b and c.
+ * Rounding may leave the matrix of such points regular; the result is then what the inverse gives.
+ * No point is left out; the no-sample rule is not applied.
  *
  * @param points  The points.
  * @param res     The four doubles a, b, -1.0, c are appended, which are the coefficients of
  *                a x + b y - z + c = 0; what it holds before stays.
+ * @throw std::bad_alloc  if memory runs out; @p res is unchanged.
  */
 SCANLINE_API void teskCaculateLaserPlane(std::vector<cv::Point3_<float>> points,
                                          std::vector<double>& res);

@@ -139,9 +139,9 @@ SCANLINE_API STesk2DPointD ny_getFootPoint_abc(double x, double y, double a, dou
  * same round, so that there are max(|x1 - x0|, |y1 - y0|) + 1 points. Equal ends give one point.
  *
  * @param x0,y0           The start.
- * @param x1,y1           The end. The arithmetic is that of int: ends so far apart that twice the
- *                        distance overflows are not caught.
+ * @param x1,y1           The end.
  * @param[in,out] points  The points are appended.
+ * @throw std::bad_alloc  if memory runs out; @p points is unchanged.
  */
 SCANLINE_API void drawLine(int x0, int y0, int x1, int y1, std::vector<STesk2DPoint>& points);
 
@@ -197,6 +197,7 @@ SCANLINE_API double fitCircleByLeastSquare(const std::vector<STesk3DPoint>& poin
  * @param[out] mse        The mean of the squared errors in y.
  * @param[out] maxError   The largest absolute error in y; errors that are not numbers do not count.
  * @return False with fewer than 3 points, which leave all outputs untouched; otherwise true.
+ * @throw std::bad_alloc  if memory runs out; all outputs are unchanged.
  */
 SCANLINE_API bool leastSquareParabolaFitEigen(const std::vector<cv::Point_<double>>& points,
                                               double& a,
@@ -223,6 +224,7 @@ SCANLINE_API bool leastSquareParabolaFitEigen(const std::vector<cv::Point_<doubl
  * @param[out] direction  The axis as a unit vector; untouched on failure.
  * @return False with fewer than 2 points, and when the decomposition fails, as it does when a
  *         coordinate is not finite; otherwise true.
+ * @throw std::bad_alloc  if memory runs out; @p center and @p direction are unchanged.
  */
 SCANLINE_API bool fitLine3DLeastSquares(const std::vector<STesk3DPoint>& points,
                                         STesk3DPoint& center,
@@ -253,6 +255,7 @@ SCANLINE_API double computeMeanZ(std::vector<STesk3DPoint>& points);
  * @param T       Replaced by a new 3 x 1 matrix of `CV_64F`: `center2` - R `center1`.
  * @param center1 Receives the centroid of `pts1`.
  * @param center2 Receives the centroid of the points used of `pts2`.
+ * @throw std::exception  if memory runs out; @p R, @p T and the centers are unchanged.
  */
 SCANLINE_API void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
                              const std::vector<cv::Point3_<double>>& pts2,

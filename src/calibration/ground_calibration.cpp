@@ -56,7 +56,7 @@ std::optional<SQO_RUN> lastPiece(Line& line, Segments& room) {
 bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
   const double dz = start.z - end.z;
   const double dy = std::fabs(end.y - start.y) + kMinRun;
-  return dz > 0.0 && dz / dy > std::tan(kGroundAngle);
+  return dz / dy > std::tan(kGroundAngle);
 }
 
 /// Marks the measured samples of a piece as ground and appends them.

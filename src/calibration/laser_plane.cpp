@@ -43,14 +43,17 @@ PlaneSums sumPoints(const FitPoints& points) {
 LaserPlane fitLaserPlane(const FitPoints& points) {
   const PlaneSums s = sumPoints(points);
   const auto n = static_cast<double>(points.size());
-  const cv::Mat normal = (cv::Mat_<double>(3, 3) << s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
-  const cv::Mat right = (cv::Mat_<double>(3, 1) << s.xz, s.yz, s.z);
-  // The same bits as normal.inv() * right, which OpenCV evaluates as a solve, not as a product.
-  cv::Mat solution;
-  if (!cv::solve(normal, right, solution, cv::DECOMP_LU)) {
-    return {};
-  }
-  return {solution.at<double>(0), solution.at<double>(1), solution.at<double>(2)};
+  // On the stack, so that nothing is allocated.
+  const cv::Matx33d normal(s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
+  const cv::Matx31d right(s.xz, s.yz, s.z);
+  cv::Matx33d inverse;
+  cv::Matx31d solution;
+  // Inverse and product are formed one after the other: OpenCV evaluates `a.inv() * b` as a solve,
+  // which differs in the last digits, and on badly conditioned points in more. The inverse of a
+  // singular matrix is zero.
+  cv::invert(normal, inverse, cv::DECOMP_LU);
+  cv::gemm(inverse, right, 1.0, cv::noArray(), 0.0, solution);
+  return {solution(0), solution(1), solution(2)};
 }
 
 }  // namespace scanline::detail

@@ -1,18 +1,10 @@
 #include "calibration/plane_search.h"
 
 #include <algorithm>
-#include <cmath>
-#include <functional>
-#include <limits>
-#include <numeric>
-#include <stdexcept>
 
 namespace scanline::detail {
 
 namespace {
-
-/// How many bins the window of the profile reaches to either side.
-constexpr std::size_t kProfileReach = 5;
 
 /// The profile has to hold more than one in so many samples at a peak.
 constexpr std::uint64_t kPeakShare = 10;
@@ -20,26 +12,28 @@ constexpr std::uint64_t kPeakShare = 10;
 enum class Trend { flat, rising, falling };
 
 BinCounts slidingSums(const BinCounts& counts) {
+  constexpr std::size_t kReach = kProfileReach;
   const std::size_t bins = counts.size();
-  BinCounts sums(bins);
+  BinCounts sums = counts;
   std::uint32_t sum = 0;
-  for (std::size_t ahead = 0; ahead < std::min(kProfileReach, bins); ++ahead) {
-    sum += counts[ahead];
+  for (std::size_t ahead = 0; ahead < std::min(kReach, bins); ++ahead) {
+    sum += counts[ahead].count;
   }
-  for (std::size_t bin = 0; bin < bins; ++bin) {
-    if (bin + kProfileReach < bins) {
-      sum += counts[bin + kProfileReach];
+  for (std::size_t i = 0; i < bins; ++i) {
+    if (i + kReach < bins) {
+      sum += counts[i + kReach].count;
     }
-    if (bin > kProfileReach) {
-      sum -= counts[bin - kProfileReach - 1];
+    if (i > kReach) {
+      sum -= counts[i - kReach - 1].count;
     }
-    sums[bin] = sum;
+    sums[i].count = sum;
   }
   return sums;
 }
 
 bool isLevel(const BinCounts& profile) {
-  return std::adjacent_find(profile.begin(), profile.end(), std::not_equal_to<>()) == profile.end();
+  return std::all_of(profile.begin(), profile.end(),
+                     [&](const BinCount& bin) { return bin.count == profile.front().count; });
 }
 
 /// The value of a bin number, which passes through single precision.
@@ -48,17 +42,6 @@ double binOffset(int bin) {
 }
 
 }  // namespace
-
-int binCount(const STeskRangeD& heights) {
-  const double span = heights.max - heights.min;
-  if (!std::isfinite(span)) {
-    return 0;
-  }
-  if (span >= static_cast<double>(std::numeric_limits<int>::max())) {
-    throw std::length_error("height histogram");
-  }
-  return static_cast<int>(span) + 1;
-}
 
 BinCounts heightProfile(const BinCounts& counts) {
   BinCounts profile = slidingSums(counts);
@@ -71,37 +54,37 @@ BinCounts heightProfile(const BinCounts& counts) {
 ProfileExtrema findExtrema(const BinCounts& profile) {
   ProfileExtrema found;
   Trend trend = Trend::flat;
-  const int bins = static_cast<int>(profile.size());
-  for (int bin = 1; bin < bins; ++bin) {
-    const std::uint32_t before = profile[bin - 1];
-    const std::uint32_t value = profile[bin];
-    const bool turns = trend == Trend::rising ? value < before : value > before;
-    if (trend != Trend::flat && (turns || bin == bins - 1)) {
-      std::vector<Extremum>& list = trend == Trend::rising ? found.peaks : found.valleys;
-      list.push_back(turns ? Extremum{bin - 1, before} : Extremum{bin, value});
+  for (std::size_t i = 1; i < profile.size(); ++i) {
+    const BinCount& before = profile[i - 1];
+    const BinCount& here = profile[i];
+    const bool turns =
+        trend == Trend::rising ? here.count < before.count : here.count > before.count;
+    if (trend != Trend::flat && (turns || i == profile.size() - 1)) {
+      BinCounts& list = trend == Trend::rising ? found.peaks : found.valleys;
+      list.push_back(turns ? before : here);
     }
-    if (value != before) {
-      trend = value > before ? Trend::rising : Trend::falling;
+    if (here.count != before.count) {
+      trend = here.count > before.count ? Trend::rising : Trend::falling;
     }
   }
   return found;
 }
 
-std::optional<Extremum> choosePeak(const std::vector<Extremum>& peaks, std::uint64_t total) {
+std::optional<BinCount> choosePeak(const BinCounts& peaks, std::uint64_t total) {
   const std::uint64_t minPeak = total / kPeakShare;
   const auto chosen = std::find_if(peaks.begin(), peaks.end(),
-                                   [&](const Extremum& peak) { return peak.value > minPeak; });
+                                   [&](const BinCount& peak) { return peak.count > minPeak; });
   if (chosen == peaks.end()) {
     return std::nullopt;
   }
   return *chosen;
 }
 
-ValleyBounds enclosingValleys(const std::vector<Extremum>& valleys, const Extremum& peak) {
-  const std::uint32_t half = peak.value / 2;
+ValleyBounds enclosingValleys(const BinCounts& valleys, const BinCount& peak) {
+  const std::uint32_t half = peak.count / 2;
   ValleyBounds bounds;
-  for (const Extremum& valley : valleys) {
-    if (valley.value >= half) {
+  for (const BinCount& valley : valleys) {
+    if (valley.count >= half) {
       continue;
     }
     if (valley.bin > peak.bin) {
@@ -125,15 +108,19 @@ STeskRangeD heightWindow(const STeskRangeD& heights, const ValleyBounds& bounds)
 }
 
 std::size_t samplesBetween(const BinCounts& counts, const ValleyBounds& bounds) {
-  const auto first = counts.begin() + bounds.lower.value_or(0);
-  const auto end = bounds.upper ? counts.begin() + *bounds.upper + 1 : counts.end();
-  return std::accumulate(first, end, std::size_t{0});
+  std::size_t samples = 0;
+  for (const BinCount& bin : counts) {
+    if (bin.bin >= bounds.lower.value_or(0) && bin.bin <= bounds.upper.value_or(bin.bin)) {
+      samples += bin.count;
+    }
+  }
+  return samples;
 }
 
 std::optional<PlaneWindow> findWindow(const HeightHistogram& histogram,
                                       const STeskRangeD& heights) {
   const ProfileExtrema extrema = findExtrema(heightProfile(histogram.counts));
-  const std::optional<Extremum> peak = choosePeak(extrema.peaks, histogram.total);
+  const std::optional<BinCount> peak = choosePeak(extrema.peaks, histogram.total);
   if (!peak) {
     return std::nullopt;
   }

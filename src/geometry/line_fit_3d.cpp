@@ -37,10 +37,9 @@ bool fitLine3DLeastSquares(const std::vector<STesk3DPoint>& points,
   }
   Eigen::MatrixX3d centered = toMatrix(points);
   const Eigen::RowVector3d centroid = centered.colwise().mean();
-  center = {centroid.x(), centroid.y(), centroid.z()};
   centered.rowwise() -= centroid;
-
   const Eigen::Matrix3d scatter = centered.transpose() * centered;
+  center = {centroid.x(), centroid.y(), centroid.z()};
   const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(scatter);
   if (solver.info() != Eigen::Success) {
     std::cerr << kNoDecomposition << '\n';

@@ -6,9 +6,39 @@
 
 namespace {
 
+/// The rows (x^2, x, 1). The bound on the columns makes this a type of its own, which the
+/// specialisation below needs; 8 is the smallest bound with which Eigen forms products in the order
+/// of an unbounded matrix.
+using Design =
+    Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::ColMajor, Eigen::Dynamic, 8>;
+
+}  // namespace
+
+/// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member
+/// and constructs it again in place; if that runs out of memory, the member is destroyed twice.
+template <>
+class Eigen::internal::qr_preconditioner_impl<Design,
+                                              Eigen::ColPivHouseholderQRPreconditioner,
+                                              Eigen::internal::PreconditionIfMoreRowsThanCols,
+                                              true> {
+ public:
+  void allocate(const JacobiSVD<Design>& /*svd*/) {}
+
+  bool run(JacobiSVD<Design>& svd, const Design& matrix) {
+    const ColPivHouseholderQR<Design> qr(matrix);
+    svd.m_workMatrix = qr.matrixQR().topRows(matrix.cols()).template triangularView<Upper>();
+    svd.m_matrixU.setIdentity(matrix.rows(), matrix.cols());
+    qr.householderQ().applyThisOnTheLeft(svd.m_matrixU);
+    svd.m_matrixV = qr.colsPermutation();
+    return true;
+  }
+};
+
+namespace {
+
 Eigen::Vector3d solveCoefficients(const std::vector<cv::Point_<double>>& points) {
   const auto n = static_cast<Eigen::Index>(points.size());
-  Eigen::MatrixXd design(n, 3);
+  Design design(n, 3);
   Eigen::VectorXd ordinates(n);
   Eigen::Index row = 0;
   for (const cv::Point_<double>& point : points) {
@@ -16,7 +46,7 @@ Eigen::Vector3d solveCoefficients(const std::vector<cv::Point_<double>>& points)
     ordinates(row) = point.y;
     ++row;
   }
-  const Eigen::BDCSVD<Eigen::MatrixXd> svd(design, Eigen::ComputeThinU | Eigen::ComputeThinV);
+  const Eigen::BDCSVD<Design> svd(design, Eigen::ComputeThinU | Eigen::ComputeThinV);
   if (svd.info() == Eigen::InvalidInput) {
     // The solver leaves its rank unset for a matrix that is not finite, and solve() would use it.
     return Eigen::Vector3d::Constant(std::numeric_limits<double>::quiet_NaN());

@@ -66,16 +66,14 @@ Eigen::Matrix3d bestRotation(const Eigen::Matrix3d& w) {
   return v * mending * u.transpose();
 }
 
-/// A new matrix with the elements of `m`; the storage of the one it replaces is left alone.
+/// Writes the elements of `m` into a matrix of the same size.
 template <typename Matrix>
-cv::Mat toMat(const Matrix& m) {
-  cv::Mat mat(static_cast<int>(m.rows()), static_cast<int>(m.cols()), CV_64F);
+void store(const Matrix& m, cv::Mat& mat) {
   for (int r = 0; r < mat.rows; ++r) {
     for (int c = 0; c < mat.cols; ++c) {
       mat.at<double>(r, c) = m(r, c);
     }
   }
-  return mat;
 }
 
 }  // namespace
@@ -86,6 +84,9 @@ void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
                 cv::Mat& T,
                 cv::Point3_<double>& center1,
                 cv::Point3_<double>& center2) {
+  // New matrices: the storage of those that they replace may be in use elsewhere.
+  cv::Mat newR(3, 3, CV_64F);
+  cv::Mat newT(3, 1, CV_64F);
   const Eigen::Vector3d mean1 = centroid(pts1, pts1.size());
   const Eigen::Vector3d mean2 = centroid(pts2, pts1.size());
   center1 = {mean1.x(), mean1.y(), mean1.z()};
@@ -93,8 +94,10 @@ void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
 
   const Eigen::Matrix3d rotation = bestRotation(crossCovariance(pts1, pts2, mean1, mean2));
   const Eigen::Vector3d translation = mean2 - rotation * mean1;
-  R = toMat(rotation);
-  T = toMat(translation);
+  store(rotation, newR);
+  store(translation, newT);
+  R = newR;
+  T = newT;
 }
 
 void pointRT(const cv::Mat& R,

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <vector>
 
 #include <scanline/scan_records.h>
@@ -57,6 +58,17 @@ void forEachSample(const Scan& scan, Take take) {
       take(sample);
     }
   }
+}
+
+/// The number of samples of a scan, no-samples included.
+template <typename Scan>
+std::size_t sampleCount(const Scan& scan) {
+  std::size_t count = 0;
+  for (int i = 0; i < scan.lineCount(); ++i) {
+    const LineView line = scan.line(i);
+    count += static_cast<std::size_t>(line.end() - line.begin());
+  }
+  return count;
 }
 
 }  // namespace scanline::detail
