@@ -16,7 +16,8 @@
 
 namespace calls {
 
-/// What makes an argument unusable: a tree without nodes, an image with a size but no data.
+/// What must never be: a tree without nodes, an image with a size but no data or with a changed
+/// margin.
 struct Broken {};
 
 /// Where a number is. Sizes are only shown.
@@ -36,6 +37,9 @@ struct Image {
   cv::Mat whole;
   cv::Mat view;
 };
+
+/// Whether the margin of an image still holds its bytes.
+bool marginIsKept(const Image& image);
 
 /// A scan in pointer form with what it points to.
 struct PointerScan {
@@ -170,10 +174,8 @@ inline void walk(Image& image, const Visitor& visit) {
   visit(&layout[0]);
   visit(&layout[1]);
   visit(&layout[2]);
-  if (view.data == nullptr) {
-    if (view.total() > 0) {
-      visit(Broken{});
-    }
+  if ((view.data == nullptr && view.total() > 0) || !marginIsKept(image)) {
+    visit(Broken{});
   } else if (view.depth() == CV_8U) {
     walkPixels<std::uint8_t>(view, visit);
   } else if (view.depth() == CV_32S) {

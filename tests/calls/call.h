@@ -93,6 +93,13 @@ class Call {
 
 struct NoResult {};
 
+inline int sizeOf(const std::vector<STesk3DPosition>& line) {
+  return static_cast<int>(line.size());
+}
+inline int sizeOf(const PointerScan& scan) {
+  return static_cast<int>(scan.lines.size());
+}
+
 template <typename R, typename... P>
 class BoundCall : public Call {
  public:
@@ -122,32 +129,41 @@ class BoundCall : public Call {
   }
 
   void visit(int argument, const Visitor& visitor) override {
-    int index = 0;
-    std::apply(
-        [&](auto&... held) { ((index++ == argument ? walk(held.value, visitor) : void()), ...); },
-        arguments_);
+    visitOne(argument, visitor, std::index_sequence_for<P...>{});
     if (argument == count()) {
       walk(result_, visitor);
     }
   }
 
  private:
-  /// An int after a pointer to samples or lines is their number.
+  /// Whether argument `I` is an int after a pointer to samples or lines, which is their number.
+  template <std::size_t I>
+  static constexpr bool isCount() {
+    if constexpr (I > 0) {
+      using Before = std::tuple_element_t<I - 1, std::tuple<P...>>;
+      return std::is_same_v<std::tuple_element_t<I, std::tuple<P...>>, int> &&
+             (std::is_same_v<Before, STesk3DPosition*> ||
+              std::is_same_v<Before, STesk3DLaserLine*>);
+    }
+    return false;
+  }
+
   template <std::size_t... I>
-  void setCounts(std::index_sequence<I...>) {
+  void visitOne(int argument, const Visitor& visitor, std::index_sequence<I...> /*all*/) {
+    ((!isCount<I>() && argument == static_cast<int>(I)
+          ? walk(std::get<I>(arguments_).value, visitor)
+          : void()),
+     ...);
+  }
+
+  template <std::size_t... I>
+  void setCounts(std::index_sequence<I...> /*all*/) {
     (setCount<I>(), ...);
   }
   template <std::size_t I>
   void setCount() {
-    if constexpr (I + 1 < sizeof...(P)) {
-      auto& held = std::get<I>(arguments_);
-      if constexpr (std::is_same_v<std::tuple_element_t<I + 1, Arguments>, Held<int>>) {
-        if constexpr (std::is_same_v<decltype(held), Held<STesk3DPosition*>&>) {
-          std::get<I + 1>(arguments_).value = static_cast<int>(held.value.size());
-        } else if constexpr (std::is_same_v<decltype(held), Held<STesk3DLaserLine*>&>) {
-          std::get<I + 1>(arguments_).value = static_cast<int>(held.value.lines.size());
-        }
-      }
+    if constexpr (isCount<I>()) {
+      std::get<I>(arguments_).value = sizeOf(std::get<I - 1>(arguments_).value);
     }
   }
 
@@ -155,15 +171,13 @@ class BoundCall : public Call {
   Arguments arguments_;
   std::conditional_t<std::is_void_v<R>, NoResult, std::decay_t<R>> result_{};
 };
-template <typename R, typename... P>
-BoundCall(R (*)(P...), Scene&, ...) -> BoundCall<R, P...>;
-
 /// One exported function: how to build a call of it, and what it promises.
 struct Row {
   std::string name;
   std::function<std::unique_ptr<Call>(unsigned seed, int size)> make;
   std::vector<int> incomplete;  ///< Arguments that an exception leaves valid but incomplete.
   std::vector<int> fixed;       ///< Arguments whose numbers must be consistent with the others.
+  std::vector<int> indices;     ///< Arguments of which only the ints must be.
   int minSize = 0;              ///< Smallest size of input that is allowed.
 
   Row mayLose(std::initializer_list<int> arguments) && {
@@ -172,6 +186,10 @@ struct Row {
   }
   Row keep(std::initializer_list<int> arguments) && {
     fixed = arguments;
+    return std::move(*this);
+  }
+  Row keepInts(std::initializer_list<int> arguments) && {
+    indices = arguments;
     return std::move(*this);
   }
   Row atLeast(int size) && {
@@ -187,7 +205,7 @@ Row row(const char* name, R (*function)(P...), Adjust... adjust) {
     Scene scene(seed, size);
     return std::make_unique<BoundCall<R, P...>>(function, scene, adjust...);
   };
-  return {name, make, {}, {}, 0};
+  return {name, make, {}, {}, {}, 0};
 }
 
 /// Picks argument `I` from a list of choices.

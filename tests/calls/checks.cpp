@@ -3,6 +3,8 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <iomanip>
+#include <sstream>
 
 namespace calls {
 
@@ -61,6 +63,12 @@ std::uint64_t hashOfSeeds(const Row& row, int first, int last, bool rounded) {
     hash = hash * 31 + hashOf(*call, rounded);
   }
   return hash;
+}
+
+std::string resultsOf(const Row& row, bool rounded) {
+  std::ostringstream text;
+  text << std::hex << std::setw(16) << std::setfill('0') << hashOfSeeds(row, 0, 128, rounded);
+  return text.str();
 }
 
 }  // namespace calls

@@ -21,4 +21,7 @@ std::uint64_t hashOf(Call& call, bool rounded = false);
 /// Hash of what the calls of some seeds leave.
 std::uint64_t hashOfSeeds(const Row& row, int first, int last, bool rounded = false);
 
+/// The same of 128 seeds, as text.
+std::string resultsOf(const Row& row, bool rounded);
+
 }  // namespace calls

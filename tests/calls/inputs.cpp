@@ -47,14 +47,17 @@ Image makeImage(int rows, int columns, int type, const std::function<double()>& 
 }
 
 bool marginIsKept(const Image& image) {
-  cv::Mat rest = image.whole.clone();
-  const int inner = rest.cols - 3;
-  const std::size_t pixel = rest.elemSize();
-  for (int row = 1; row + 1 < rest.rows; ++row) {
-    std::uint8_t* first = rest.ptr(row) + pixel;
-    std::fill(first, first + pixel * static_cast<std::size_t>(inner), kMargin);
+  const int pixel = static_cast<int>(image.whole.elemSize());
+  for (int row = 0; row < image.whole.rows; ++row) {
+    const bool outer = row == 0 || row + 1 == image.whole.rows;
+    for (int k = 0; k < image.whole.cols * pixel; ++k) {
+      const bool inside = !outer && k >= pixel && k < (image.whole.cols - 2) * pixel;
+      if (!inside && image.whole.ptr(row)[k] != kMargin) {
+        return false;
+      }
+    }
   }
-  return std::all_of(rest.datastart, rest.dataend, [](std::uint8_t b) { return b == kMargin; });
+  return true;
 }
 
 PointerScan makePointerScan(build::Scan scan) {

@@ -27,8 +27,6 @@ struct Scene {
 
 /// An image whose channels all come from `value`, as a view with a margin of known bytes.
 Image makeImage(int rows, int columns, int type, const std::function<double()>& value);
-/// Whether the margin still holds these bytes.
-bool marginIsKept(const Image& image);
 PointerScan makePointerScan(std::vector<std::vector<STesk3DPosition>> scan);
 
 void fill(Scene& scene, Image& image);
@@ -130,7 +128,7 @@ constexpr bool kIsOnGrid = std::is_same_v<T, STesk3DPoint> || std::is_same_v<T, 
 
 template <typename T>
 void fill(Scene& scene, std::vector<T>& list) {
-  const int some = scene.size < 4 ? scene.size : scene.random.whole(1, 2 + scene.size / 4);
+  const int some = scene.size < 4 ? scene.size : scene.random.whole(1, scene.columns);
   list.resize(static_cast<std::size_t>(kIsOnGrid<T> ? scene.rows : some));
   for (T& value : list) {
     fill(scene, value);

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <cinttypes>
 #include <cstdio>
 #include <cstring>
 
@@ -11,8 +10,7 @@ int main(int argc, char** argv) {
   const bool rounded = argc == 2 && std::strcmp(argv[1], "--rounded") == 0;
   if (rounded || (argc == 2 && std::strcmp(argv[1], "--hashes") == 0)) {
     for (const calls::Row& row : calls::table()) {
-      std::printf("%s %016" PRIx64 "\n", row.name.c_str(),
-                  calls::hashOfSeeds(row, 0, 128, rounded));
+      std::printf("%s %s\n", row.name.c_str(), calls::resultsOf(row, rounded).c_str());
     }
     return 0;
   }

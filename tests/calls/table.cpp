@@ -100,7 +100,7 @@ std::vector<Row> features() {
       row(NAMED(qo_getLineCornerFeature)),
       row(NAMED(qo_maskData_getLineCornerFeature), at<2>(2), stamps),
       row(NAMED(qo_getLineCornerFeature_BQ), at<3>(30.0, 40.0, 50.0)),
-      row(NAMED(qo_getLineContourCornerFeature_groundMask_BQ), at<3>(1.0, 2.5, 6.0)),
+      row(NAMED(qo_getLineContourCornerFeature_groundMask_BQ), at<3>(1.0, 2.5, 6.0)).keepInts({0}),
       row(NAMED(ju_getLineCornerFeature_PSM), at<3>(40.0, 50.0, 90.0)),
       row(NAMED(ju_getLineCorerFeature)),
       row(NAMED(qo_getLineGapFeature)),
@@ -111,7 +111,8 @@ std::vector<Row> features() {
       row(NAMED(qo_getLineLocalPeaks), at<3>(0.5, 1.0, 2.0, 5.0)),
       row(NAMED(qo_getFlatLineLocalPeaks_vector), at<2>(1.0, 2.0, 3.0), at<3>(0.75, 1.0, 3.0),
           at<4>(2.0, 4.0, 8.0), stamps),
-      row(NAMED(qo_getLineUpperSemiCircleFeature), at<3>(1.0, 2.0, 4.0), by<6>(labels)),
+      row(NAMED(qo_getLineUpperSemiCircleFeature), at<3>(1.0, 2.0, 4.0), by<6>(labels))
+          .keepInts({2}),
       row(NAMED(ju_getRingArcFeature)),
       row(NAMED(ju_getLineGloveArcs)),
       row(NAMED(ju_getLineRaisedFeature)),
@@ -135,8 +136,9 @@ std::vector<Row> trees() {
       row(NAMED(qo_cornerFeaturesGrowing)),
       row(NAMED(qo_peakFeatureGrowing)),
       row(NAMED(ju_getFeatureGrowingTrees_noTypeMatch)),
-      row(NAMED(qo_getEndingGrowingTrees), crossed),
-      row(NAMED(qo_getEndingGrowingTrees_angleCheck), at<6>(1.0, 2.0, 4.0), crossed),
+      row(NAMED(qo_getEndingGrowingTrees), crossed).keepInts({0}),
+      row(NAMED(qo_getEndingGrowingTrees_angleCheck), at<6>(1.0, 2.0, 4.0), crossed)
+          .keepInts({0, 4}),
       row(NAMED(qo_lineGapsGrowing)),
       row(NAMED(qo_getFeatureGrowingTrees_semiCircle), at<2>(4, 5, 6, 9)),
       row(NAMED(ju_getSegFeatureGrowingTrees)),
@@ -196,7 +198,7 @@ std::vector<Row> clustersAndMaps() {
       row(NAMED(qo_getPairingContourPts)),
       row(NAMED(qo_contourPostProc), at<1>(4), at<2>(0.5, 2.0, 6.0)).keep({0, 1}),
       row(NAMED(watershed)).keep({0}),
-      row(NAMED(ju_seedWatershed), by<1>(seeds), at<2>(5)).atLeast(1).keep({0, 1, 2}),
+      row(NAMED(ju_seedWatershed), by<1>(seeds), at<2>(5)).atLeast(4).keep({0, 1, 2}),
   };
 }
 

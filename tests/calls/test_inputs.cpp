@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+#include <pthread.h>
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <exception>
+#include <iterator>
+#include <limits>
+#include <string>
+#include <type_traits>
+#include <variant>
+#include <vector>
+
+#include "checks.h"
+
+namespace {
+
+using calls::Call;
+using calls::Row;
+
+const double kOddReals[] = {std::nan(""),
+                            HUGE_VAL,
+                            -HUGE_VAL,
+                            0.0,
+                            -0.0,
+                            5e-324,
+                            -1e-310,
+                            std::numeric_limits<double>::max(),
+                            -std::numeric_limits<double>::max(),
+                            0.0001,
+                            std::nextafter(0.0001, 0.0),
+                            std::nextafter(0.0001, 1.0),
+                            1e8,
+                            -2147483649.0};
+const int kOddInts[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
+
+bool contains(const std::vector<int>& arguments, int argument) {
+  return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
+}
+
+/// Puts an odd number in the place of the `place`-th number that may have any value.
+/// Returns the number of such places.
+int replaceOne(Call& call, const Row& row, int place, int odd) {
+  int count = 0;
+  const auto put = [&](auto* at, auto value) {
+    *at = count++ == place ? static_cast<std::remove_pointer_t<decltype(at)>>(value) : *at;
+  };
+  const double real = kOddReals[odd % std::size(kOddReals)];
+  for (int argument = 0; argument < call.count(); ++argument) {
+    if (contains(row.fixed, argument)) {
+      continue;
+    }
+    call.visit(argument, [&](calls::Number number) {
+      if (double* const* at = std::get_if<double*>(&number)) {
+        put(*at, real);
+      } else if (float* const* single = std::get_if<float*>(&number)) {
+        put(*single, real);
+      } else if (int* const* whole = std::get_if<int*>(&number);
+                 whole != nullptr && !contains(row.indices, argument)) {
+        put(*whole, kOddInts[odd % std::size(kOddInts)]);
+      }
+    });
+  }
+  return count;
+}
+
+bool isValid(Call& call) {
+  bool valid = true;
+  for (int argument = 0; argument <= call.count(); ++argument) {
+    call.visit(argument, [&valid](calls::Number number) {
+      valid = valid && !std::holds_alternative<calls::Broken>(number);
+    });
+  }
+  return valid;
+}
+
+class EveryInput : public testing::TestWithParam<Row> {};
+
+TEST_P(EveryInput, MayHoldOddNumbers) {
+  const Row& row = GetParam();
+  const int places = replaceOne(*row.make(1, 20), row, -1, 0);
+  const int step = std::max(1, places / 40);
+  for (int place = 0; place < places; place += step) {
+    for (int odd = 0; odd < static_cast<int>(std::size(kOddReals)); ++odd) {
+      SCOPED_TRACE("place " + std::to_string(place) + ", odd number " + std::to_string(odd));
+      const auto call = row.make(1, 20);
+      replaceOne(*call, row, place, odd);
+      try {
+        call->run();
+      } catch (const std::exception&) {
+      }
+      EXPECT_TRUE(isValid(*call));
+    }
+  }
+}
+
+TEST_P(EveryInput, MayBeTiny) {
+  const Row& row = GetParam();
+  for (int size = row.minSize; size <= 3; ++size) {
+    for (unsigned seed = 0; seed < 20; ++seed) {
+      const auto call = row.make(seed, size);
+      call->run();
+      EXPECT_TRUE(isValid(*call)) << "size " << size << ", seed " << seed;
+    }
+  }
+}
+
+TEST_P(EveryInput, NeedsLittleStack) {
+  const auto call = GetParam().make(1, 20000);
+  const auto run = [](void* argument) -> void* {
+    static_cast<Call*>(argument)->run();
+    return nullptr;
+  };
+  pthread_attr_t attributes;
+  pthread_t thread = {};
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, call.get()), 0);
+  ASSERT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+  EXPECT_TRUE(isValid(*call));
+}
+
+INSTANTIATE_TEST_SUITE_P(Table,
+                         EveryInput,
+                         testing::ValuesIn(calls::table()),
+                         [](const auto& test) { return test.param.name; });
+
+}  // namespace
