@@ -2,44 +2,25 @@
 
 /// Walks over every number of an argument, whatever its type: to compare, to hash, to replace.
 
-#include <array>
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <opencv2/core.hpp>
 #include <type_traits>
 #include <utility>
-#include <variant>
 #include <vector>
 
 #include <scanline/scanline.h>
+#include "calls.h"
 
 namespace calls {
 
-/// What must never be: a tree without nodes, an image with a size but no data or with a changed
-/// margin.
-struct Broken {};
-
-/// Where a number is. Sizes are only shown.
-using Number = std::variant<double*,
-                            float*,
-                            int*,
-                            std::uint32_t*,
-                            std::uint64_t*,
-                            bool*,
-                            std::uint8_t*,
-                            const std::size_t*,
-                            Broken>;
-using Visitor = std::function<void(Number)>;
-
-/// An image that is a view of a larger one, whose other pixels must stay.
+/// An image that is a view of a larger one, whose other bytes must stay.
 struct Image {
+  static constexpr std::uint8_t kMargin = 0xA5;
   cv::Mat whole;
   cv::Mat view;
 };
-
-/// Whether the margin of an image still holds its bytes.
-bool marginIsKept(const Image& image);
 
 /// A scan in pointer form with what it points to.
 struct PointerScan {
@@ -74,35 +55,27 @@ constexpr std::size_t fieldCount() {
 /// Calls `action` with all fields of a record.
 template <typename T, typename Action>
 void withFields(T& record, const Action& action) {
+#define SPLIT_INTO(number, ...)                \
+  if constexpr (fieldCount<T>() == (number)) { \
+    auto& [__VA_ARGS__] = record;              \
+    action(__VA_ARGS__);                       \
+  }
   if constexpr (std::is_same_v<T, SQO_planeCalibPara>) {
     action(record.levelMatrix, record.planeHeight, record.invLevelMatrix);
   } else if constexpr (std::is_same_v<T, SQO_basicFeatureGap>) {
     action(record.lineIdx, record.reserved1, record.gapStart, record.gapEnd, record.reserved2);
-  } else if constexpr (fieldCount<T>() == 2) {
-    auto& [a, b] = record;
-    action(a, b);
-  } else if constexpr (fieldCount<T>() == 3) {
-    auto& [a, b, c] = record;
-    action(a, b, c);
-  } else if constexpr (fieldCount<T>() == 4) {
-    auto& [a, b, c, d] = record;
-    action(a, b, c, d);
-  } else if constexpr (fieldCount<T>() == 5) {
-    auto& [a, b, c, d, e] = record;
-    action(a, b, c, d, e);
-  } else if constexpr (fieldCount<T>() == 6) {
-    auto& [a, b, c, d, e, f] = record;
-    action(a, b, c, d, e, f);
-  } else if constexpr (fieldCount<T>() == 7) {
-    auto& [a, b, c, d, e, f, g] = record;
-    action(a, b, c, d, e, f, g);
-  } else if constexpr (fieldCount<T>() == 8) {
-    auto& [a, b, c, d, e, f, g, h] = record;
-    action(a, b, c, d, e, f, g, h);
   } else {
-    auto& [a, b, c, d, e, f, g, h, i] = record;
-    action(a, b, c, d, e, f, g, h, i);
+    static_assert(fieldCount<T>() >= 2 && fieldCount<T>() <= 9);
+    SPLIT_INTO(2, a, b)
+    SPLIT_INTO(3, a, b, c)
+    SPLIT_INTO(4, a, b, c, d)
+    SPLIT_INTO(5, a, b, c, d, e)
+    SPLIT_INTO(6, a, b, c, d, e, f)
+    SPLIT_INTO(7, a, b, c, d, e, f, g)
+    SPLIT_INTO(8, a, b, c, d, e, f, g, h)
+    SPLIT_INTO(9, a, b, c, d, e, f, g, h, i)
   }
+#undef SPLIT_INTO
 }
 
 template <typename T, typename = void>
@@ -110,9 +83,10 @@ struct IsTree : std::false_type {};
 template <typename T>
 struct IsTree<T, std::void_t<decltype(T::treeNodes)>> : std::true_type {};
 
-inline void walk(Image& image, const Visitor& visit);
-inline void walk(PointerScan& scan, const Visitor& visit);
-inline void walk(ColourLine& line, const Visitor& visit);
+template <typename T>
+struct IsVector : std::false_type {};
+template <typename T>
+struct IsVector<std::vector<T>> : std::true_type {};
 
 template <typename T>
 void walk(cv::Point_<T>& point, const Visitor& visit) {
@@ -132,48 +106,43 @@ void walk(T& value, const Visitor& visit);
 
 template <typename T>
 void walk(std::vector<T>& list, const Visitor& visit) {
-  const std::size_t size = list.size();
-  visit(&size);
+  visit(std::uint64_t{list.size()});
   for (T& value : list) {
     walk(value, visit);
   }
 }
 
-template <typename T>
-void walk(T& value, const Visitor& visit) {
-  if constexpr (std::is_arithmetic_v<T>) {
-    visit(&value);
-  } else if constexpr (std::is_array_v<T>) {
-    for (auto& element : value) {
-      walk(element, visit);
-    }
-  } else if constexpr (!std::is_empty_v<T>) {
-    withFields(value, [&visit](auto&... field) { (walk(field, visit), ...); });
-    if constexpr (IsTree<T>::value) {
-      if (value.treeNodes.empty()) {
-        visit(Broken{});
-      }
-    }
-  }
+inline void walk(PointerScan& scan, const Visitor& visit) {
+  walk(scan.scan, visit);
+}
+
+inline void walk(ColourLine& line, const Visitor& visit) {
+  walk(line.points, visit);
 }
 
 template <typename T>
 void walkPixels(cv::Mat& image, const Visitor& visit) {
   for (int row = 0; row < image.rows; ++row) {
     for (int k = 0; k < image.cols * image.channels(); ++k) {
-      visit(&image.ptr<T>(row)[k]);
+      walk(image.ptr<T>(row)[k], visit);
     }
   }
 }
 
+inline bool marginIsKept(const Image& image) {
+  cv::Mat rest = image.whole.clone();
+  for (int row = 1; row + 1 < rest.rows; ++row) {
+    const std::size_t pixel = rest.elemSize();
+    std::fill_n(rest.ptr(row) + pixel, pixel * (rest.cols - 3), Image::kMargin);
+  }
+  return std::all_of(rest.datastart, rest.dataend, [](auto b) { return b == Image::kMargin; });
+}
+
 inline void walk(Image& image, const Visitor& visit) {
   cv::Mat& view = image.view;
-  const std::size_t layout[] = {static_cast<std::size_t>(view.rows),
-                                static_cast<std::size_t>(view.cols),
-                                static_cast<std::size_t>(view.type())};
-  visit(&layout[0]);
-  visit(&layout[1]);
-  visit(&layout[2]);
+  visit(static_cast<std::uint64_t>(view.rows));
+  visit(static_cast<std::uint64_t>(view.cols));
+  visit(static_cast<std::uint64_t>(view.type()));
   if ((view.data == nullptr && view.total() > 0) || !marginIsKept(image)) {
     visit(Broken{});
   } else if (view.depth() == CV_8U) {
@@ -187,17 +156,24 @@ inline void walk(Image& image, const Visitor& visit) {
   }
 }
 
-inline void walk(PointerScan& scan, const Visitor& visit) {
-  walk(scan.scan, visit);
-  for (STesk3DLaserLine& line : scan.lines) {
-    const auto count = static_cast<std::size_t>(line.nPositionCnt);
-    visit(&count);
-    visit(&line.lineTag);
+template <typename T>
+void walk(T& value, const Visitor& visit) {
+  if constexpr (std::is_same_v<T, int> || std::is_floating_point_v<T>) {
+    visit(&value);
+  } else if constexpr (std::is_integral_v<T>) {
+    visit(std::uint64_t{value});
+  } else if constexpr (std::is_array_v<T>) {
+    for (auto& element : value) {
+      walk(element, visit);
+    }
+  } else if constexpr (!std::is_empty_v<T>) {
+    withFields(value, [&visit](auto&... field) { (walk(field, visit), ...); });
   }
-}
-
-inline void walk(ColourLine& line, const Visitor& visit) {
-  walk(line.points, visit);
+  if constexpr (IsTree<T>::value) {
+    if (value.treeNodes.empty()) {
+      visit(Broken{});
+    }
+  }
 }
 
 }  // namespace calls

@@ -2,10 +2,13 @@
 
 /// Inputs of the calls, built from a seed and a size by the types of the parameters.
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
-#include <functional>
+#include <cstdint>
 #include <opencv2/core.hpp>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <scanline/scanline.h>
@@ -16,7 +19,29 @@ namespace calls {
 
 /// What the arguments of one call have in common.
 struct Scene {
-  Scene(unsigned seed, int aSize);
+  Scene(unsigned seed, int aSize)
+      : random(seed),
+        size(aSize),
+        columns(size < 4 ? size : 3 + static_cast<int>(std::sqrt(size))),
+        rows(size < 4 ? size : 3 + static_cast<int>(2.0 * std::sqrt(size))),
+        line(random.whole(2, 5)) {}
+
+  /// One of the choices.
+  template <typename... T>
+  auto operator()(T... choices) {
+    return random.pick({choices...});
+  }
+  double grid(double low, double high) {
+    return random.grid(low, high);
+  }
+  int whole(int low, int high) {
+    return random.whole(low, high);
+  }
+  /// A point on the current line, with few different y and z.
+  STesk3DPoint onLine() {
+    return {3.5 + line + (*this)(0.0, 0.0, 0.0, 0.5), random.grid(10.0, 16.0, 0.5),
+            random.grid(30.0, 32.0, 0.5)};
+  }
 
   build::Random random;
   int size;     ///< Samples of a line, points of a list.
@@ -26,144 +51,232 @@ struct Scene {
 };
 
 /// An image whose channels all come from `value`, as a view with a margin of known bytes.
-Image makeImage(int rows, int columns, int type, const std::function<double()>& value);
-PointerScan makePointerScan(std::vector<std::vector<STesk3DPosition>> scan);
+template <typename Value>
+Image makeImage(int rows, int columns, int type, const Value& value) {
+  Image image;
+  image.whole.create(rows + 2, columns + 3, type);
+  std::fill_n(image.whole.data, image.whole.total() * image.whole.elemSize(), Image::kMargin);
+  image.view = image.whole(cv::Rect(1, 1, columns, rows));
+  cv::Mat values(rows, columns * image.view.channels(), CV_64F);
+  std::generate(values.begin<double>(), values.end<double>(), value);
+  values.reshape(image.view.channels()).convertTo(image.view, type);
+  return image;
+}
 
-void fill(Scene& scene, Image& image);
-void fill(Scene& scene, PointerScan& lines);
-void fill(Scene& scene, ColourLine& line);
-void fill(Scene& scene, double (&matrix)[9]);
-void fill(Scene& scene, double (&matrix)[3][3]);
-void fill(Scene& scene, std::vector<int>& marks);
-void fill(Scene& scene, STesk2DPoint& cell);
-void fill(Scene& scene, STesk3DPoint& point);
-void fill(Scene& scene, STeskRangeD& range);
-void fill(Scene& scene, STesk3DRangeD& box);
-void fill(Scene& scene, SQO_2DValueI& position);
-void fill(Scene& scene, SQO_EulerAngles& angles);
-void fill(Scene& scene, SQO_Region& region);
-void fill(Scene& scene, SQO_basicFeature1D& feature);
-void fill(Scene& scene, SQO_basicFeatureGap& gap);
-void fill(Scene& scene, SJU_segFeature& segment);
-void fill(Scene& scene, SQO_featureSemiCircle& semiCircle);
-void fill(Scene& scene, SQO_featureClusteringInfo& cell);
-void fill(Scene& scene, SQO_contourPtInfo& point);
-void fill(Scene& scene, SQO_intPair& labels);
-void fill(Scene& scene, SQO_conotourPair& pair);
-void fill(Scene& scene, SJU_waterShedImage& image);
-void fill(Scene& scene, SQO_cornerParam& param);
-void fill(Scene& scene, SQO_lineSegParam& param);
-void fill(Scene& scene, SQO_outlierFilterParam& param);
-void fill(Scene& scene, SQO_slopeParam& param);
-void fill(Scene& scene, SQO_VFeatureParam& param);
-void fill(Scene& scene, SQO_lineRightAngleParam& param);
-void fill(Scene& scene, SQO_gloveArcParam& param);
-void fill(Scene& scene, SQO_raisedFeatureParam& param);
-void fill(Scene& scene, SQO_treeGrowParam& param);
-void fill(Scene& scene, SQO_bagParam& param);
-void fill(Scene& scene, SQO_localPkParam& param);
-void fill(Scene& scene, std::vector<STesk3DPosition>& line);
-void fill(Scene& scene, std::vector<std::vector<STesk3DPosition>>& scan);
+inline PointerScan makePointerScan(build::Scan scan) {
+  PointerScan result;
+  result.scan = std::move(scan);
+  result.lines = build::pointerForm(result.scan);
+  return result;
+}
 
+inline void fill(Scene& s, build::Line& line) {
+  line = build::randomLine(s.random, s.size, s.grid(2.0, 9.0));
+}
+inline void fill(Scene& s, build::Scan& scan) {
+  scan = build::randomScan(s.random, s.columns, s.rows);
+}
+inline void fill(Scene& s, PointerScan& lines) {
+  lines = makePointerScan(build::randomScan(s.random, s.columns, s.rows));
+}
+inline void fill(Scene& s, ColourLine& line) {
+  for (const auto& [idx, pt] : build::randomLine(s.random, s.size, 3.5)) {
+    line.points.push_back({static_cast<float>(pt.x), static_cast<float>(pt.y),
+                           static_cast<float>(pt.z), static_cast<std::uint32_t>(idx)});
+  }
+  line.line = {line.points.data(), s.size};
+}
+inline void fill(Scene& s, Image& image) {
+  image = makeImage(s.rows, s.columns, CV_32F, [&s] { return s.whole(0, 9); });
+}
+inline void fill(Scene& s, double (&matrix)[9]) {
+  std::generate_n(matrix, 9, [&s] { return s.random.grid(-1.0, 1.0, 0.125); });
+}
+inline void fill(Scene& s, double (&row)[3]) {
+  std::generate_n(row, 3, [&s] { return s(-1.0, -0.5, 0.0, 0.125, 0.9); });
+}
+inline void fill(Scene& s, std::vector<int>& marks) {
+  marks.resize(static_cast<std::size_t>(s.size));
+  std::generate(marks.begin(), marks.end(), [&s] { return s(0, 0, 1); });
+}
+
+// Places
+
+inline void fill(Scene& s, STesk2DPoint& cell) {
+  cell = {s.whole(0, s.columns - 1), s.whole(0, s.rows - 1)};
+}
+inline void fill(Scene& s, STesk3DPoint& point) {
+  point = {s.grid(2.0, 12.0), s.grid(-4.0, 10.0), s.random.chance(8) ? 0.0 : s.grid(5.0, 30.0)};
+}
+inline void fill(Scene& s, STeskRangeD& range) {
+  range.min = s.grid(0.0, 6.0);
+  range.max = range.min + s(-1.0, 2.0, 5.0, 9.0, 30.0);
+}
+inline void fill(Scene& s, STesk3DRangeD& box) {
+  const double x = s.grid(1.0, 6.0);
+  const double y = s.grid(1.0, 9.0);
+  box = {{x, x + s.grid(2.0, 9.0)},
+         {y, y + s.grid(4.0, 30.0)},
+         {s.grid(5.0, 40.0), s.grid(8.0, 30.0)}};
+}
+inline void fill(Scene& s, SQO_2DValueI& at) {
+  at = {s.whole(0, s.columns - 1), s.whole(0, s.rows - 1), 3, s.grid(0.0, 6.0), 4};
+}
+inline void fill(Scene& s, SQO_EulerAngles& angles) {
+  const double right = s(-90.0, 45.0, 90.0);
+  angles = {s.grid(-180.0, 180.0), s.random.chance(30) ? right : s.grid(-80.0, 80.0),
+            s.grid(-180.0, 180.0)};
+}
 template <typename T>
-void fill(Scene& scene, cv::Point_<T>& point) {
-  point = {static_cast<T>(scene.random.grid(-4.0, 9.0)), static_cast<T>(scene.random.grid(1, 9))};
+void fill(Scene& s, cv::Point_<T>& point) {
+  point.x = static_cast<T>(s.grid(-4.0, 9.0));
+  point.y = static_cast<T>(s.grid(1.0, 9.0));
+}
+template <typename T>
+void fill(Scene& s, cv::Point3_<T>& point) {
+  point.x = static_cast<T>(s.grid(-4.0, 9.0));
+  point.y = static_cast<T>(s.grid(-4.0, 9.0));
+  point.z = static_cast<T>(s.grid(-4.0, 9.0));
+}
+
+// Features
+
+inline void fill(Scene& s, SQO_basicFeature1D& feature) {
+  const int type = s(1, 1, 2, 3, 4, 5, 5, 6, 7, 8, 9, 13, 14, 15, 0);
+  feature = {type, {s.line, s.whole(0, 20)}, s.onLine(), 0.25 * type};
+}
+inline void fill(Scene& s, SQO_basicFeatureGap& gap) {
+  gap = {s.line, {1, 2, 3}, {4, s.onLine()}, {5, s.onLine()}, {6, 7, 8, 9}};
+}
+inline void fill(Scene& s, SJU_segFeature& segment) {
+  segment = {s.line, 1, 2, 3, s.onLine(), s.onLine(), s.grid(1.0, 5.0)};
+}
+inline void fill(Scene& s, SQO_featureSemiCircle& arc) {
+  const int state = s(0, 0, 0, 0, 0, 1, 2, 3, 4, 5);
+  arc = {state, s.line, 1, 5, 3, s.onLine(), s.grid(1.0, 5.0), 30.0};
+}
+inline void fill(Scene& s, SQO_featureClusteringInfo& cell) {
+  cell = {s(0, 1, 1, 1), 2, 3, s(0, 0, 0, 0, 0, 1), s(0, 0, 0, 0, 1), 4, 5};
+}
+inline void fill(Scene& s, SQO_Region& region) {
+  region = {{1, 3, 2, 4}, s.whole(1, 6), s.whole(2, 9)};
+}
+inline void fill(Scene& s, SQO_intPair& labels) {
+  labels = {s.whole(0, 2), s.whole(0, 2), 7};
+}
+inline void fill(Scene& s, SQO_contourPtInfo& point) {
+  const STesk3DPoint at = {s.grid(0.0, 9.0), s.grid(0.0, 9.0), s.grid(5.0, 9.0)};
+  point = {s.whole(0, 9), 3, s.whole(0, 8), s.whole(0, 4), s(0, 0, 1, 2), s.grid(0.0, 12.0), at};
+}
+inline void fill(Scene& s, SQO_conotourPair& pair) {
+  pair = {1, s.whole(0, 2), s.whole(0, 2), 2, 3.5, {}, {}};
+  fill(s, pair.contourPt_1);
+  fill(s, pair.contourPt_2);
+}
+inline void fill(Scene& s, SJU_waterShedImage& image) {
+  const auto side = static_cast<std::size_t>(s.columns);
+  image = {s.columns, s.columns, {side, std::vector<int>(side)}, {side, std::vector<int>(side)}};
+  for (std::size_t k = 0; k < side * side; ++k) {
+    image.gray[k / side][k % side] = s.whole(0, 5);
+    image.markers[k / side][k % side] = s.random.chance(4) ? s.whole(1, 3) : 0;
+  }
+}
+
+// Tuning
+
+inline void fill(Scene& s, SQO_cornerParam& p) {
+  p = {s(1.5, 3.0, 6.0),    s(2.0, 3.0, 5.0, 9.0), s(1.0, 1.5, 2.0, 3.0),
+       s(10.0, 20.0, 45.0), s(20.0, 30.0, 60.0),   s(10.0, 30.0, 45.0)};
+}
+inline void fill(Scene& s, SQO_lineSegParam& p) {
+  p = {s(1.25, 2.0, 4.0), s(1.0, 3.0, 6.0), s(0.25, 0.5, 1.0, 2.0)};
+}
+inline void fill(Scene& s, SQO_outlierFilterParam& p) {
+  p = {s(0.5, 1.0, 2.0, 4.0), s(1.0, 2.0, 3.0, 4.5)};
+}
+inline void fill(Scene& s, SQO_slopeParam& p) {
+  p = {s(1.0, 2.0, 4.0), s(0.5, 1.0, 2.0), s(2.0, 4.0, 6.0), s(1.5, 3.0, 6.0)};
+}
+inline void fill(Scene& s, SQO_VFeatureParam& p) {
+  p = {s(1.0, 3.0, 6.0), s(5.0, 15.0, 30.0, 60.0)};
+}
+inline void fill(Scene& s, SQO_lineRightAngleParam& p) {
+  p = {s(1.0, 2.0, 3.0), s(2.0, 4.0, 8.0), s(0.6, 1.0, 1.5, 2.5)};
+}
+inline void fill(Scene& s, SQO_gloveArcParam& p) {
+  p = {s(1.0, 2.0, 3.0), s(3.0, 5.0, 8.0), s(20.0, 45.0, 90.0)};
+}
+inline void fill(Scene& s, SQO_raisedFeatureParam& p) {
+  p = {s(1.0, 3.0, 5.0), s(0.5, 1.0, 2.0), s(0.0, 2.0), s(4.0, 12.0, 30.0)};
+}
+inline void fill(Scene& s, SQO_treeGrowParam& p) {
+  p = {s(0.5, 1.0, 1.5, 2.5), s(0.5, 1.0, 2.5),      s.whole(0, 3),
+       s(0.5, 1.5, 2.5),      s(0.0, 1.0, 2.0, 3.0), s(0.0, 1.0, 2.0)};
+}
+inline void fill(Scene& s, SQO_bagParam& p) {
+  p = {s(2.0, 4.0, 8.0), s(2.0, 4.0, 8.0, 16.0)};
+}
+inline void fill(Scene& s, SQO_localPkParam& p) {
+  p = {s.whole(2, 7), s.whole(2, 7)};
+}
+
+/// A few nodes on the lines before the current one.
+template <typename Tree>
+void fillNodes(Scene& s, Tree& tree) {
+  const int line = s.line;
+  tree.treeNodes.resize(static_cast<std::size_t>(s.whole(1, 4)));
+  s.line -= static_cast<int>(tree.treeNodes.size());
+  tree.sLineIdx = s.line;
+  for (auto& node : tree.treeNodes) {
+    fill(s, node);
+    tree.eLineIdx = s.line++;
+  }
+  s.line = line;
+  tree.treeState = s(TREE_GROWING, TREE_GROWING, TREE_CLOSED);
+  if constexpr (std::is_same_v<Tree, SQO_featureTree>) {
+    tree.treeType = tree.treeNodes.front().featureType;
+    tree.anchorNode = s(-1, 0);
+  }
 }
 
 template <typename T>
-void fill(Scene& scene, cv::Point3_<T>& point) {
-  const auto value = [&] { return static_cast<T>(scene.random.grid(-4.0, 9.0)); };
-  point.x = value();
-  point.y = value();
-  point.z = value();
-}
-
-template <typename T>
-void fill(Scene& scene, std::vector<T>& list);
-template <typename T>
-void fill(Scene& scene, std::vector<std::vector<T>>& grid);
-
-template <typename T>
-void fill(Scene& scene, T& value) {
+void fill(Scene& s, T& value) {
   if constexpr (std::is_same_v<T, bool>) {
-    value = scene.random.chance(50);
+    value = s.random.chance(50);
   } else if constexpr (std::is_floating_point_v<T>) {
-    value = static_cast<T>(scene.random.grid(-6.0, 10.0));
+    value = static_cast<T>(s.grid(-6.0, 10.0));
   } else if constexpr (std::is_integral_v<T>) {
-    value = static_cast<T>(scene.random.whole(0, 9));
+    value = static_cast<T>(s.whole(0, 9));
   } else if constexpr (std::is_array_v<T>) {
     for (auto& element : value) {
-      fill(scene, element);
+      fill(s, element);
     }
   } else {
-    withFields(value, [&scene](auto&... field) { (fill(scene, field), ...); });
+    withFields(value, [&s](auto&... field) { (fill(s, field), ...); });
   }
   if constexpr (std::is_same_v<T, SQO_lineFeature>) {
-    value.lineIdx = scene.line;
-  }
-  if constexpr (IsTree<T>::value) {
-    // A few nodes on the lines before this one.
-    const int last = scene.line;
-    value.treeNodes.resize(static_cast<std::size_t>(scene.random.whole(1, 4)));
-    scene.line -= static_cast<int>(value.treeNodes.size());
-    value.sLineIdx = scene.line;
-    for (auto& node : value.treeNodes) {
-      fill(scene, node);
-      value.eLineIdx = scene.line++;
-    }
-    scene.line = last;
-    value.treeState = scene.random.pick({TREE_GROWING, TREE_GROWING, TREE_CLOSED});
-  }
-  if constexpr (std::is_same_v<T, SQO_featureTree>) {
-    value.treeType = value.treeNodes.front().featureType;
-    value.anchorNode = scene.random.pick({-1, 0});
+    value.lineIdx = s.line;
+  } else if constexpr (IsTree<T>::value) {
+    fillNodes(s, value);
   }
 }
 
-/// Of points and cells there are as many in every list.
+/// Lists of points and of cells are as long as a line of the scan, lists of lines as the scan.
 template <typename T>
-constexpr bool kIsOnGrid = std::is_same_v<T, STesk3DPoint> || std::is_same_v<T, cv::Point2d> ||
+void fill(Scene& s, std::vector<T>& list) {
+  constexpr bool isPoint = std::is_same_v<T, STesk3DPoint> || std::is_same_v<T, cv::Point2d> ||
                            std::is_same_v<T, cv::Point3d> || std::is_same_v<T, cv::Point3f> ||
                            std::is_same_v<T, SQO_featureClusteringInfo>;
-
-template <typename T>
-void fill(Scene& scene, std::vector<T>& list) {
-  const int some = scene.size < 4 ? scene.size : scene.random.whole(1, scene.columns);
-  list.resize(static_cast<std::size_t>(kIsOnGrid<T> ? scene.rows : some));
+  constexpr bool isLine = std::is_same_v<T, SQO_lineFeature> || IsVector<T>::value;
+  const int some = s.size < 4 ? s.size : s.whole(1, s.columns);
+  list.resize(static_cast<std::size_t>(isLine ? s.columns : isPoint ? s.rows : some));
+  const int line = s.line;
+  s.line = isLine ? 0 : s.line;
   for (T& value : list) {
-    fill(scene, value);
+    fill(s, value);
+    s.line += isLine ? 1 : 0;
   }
-}
-
-/// A list of lines.
-template <typename T>
-void fillByLine(Scene& scene, std::vector<T>& lines) {
-  lines.resize(static_cast<std::size_t>(scene.columns));
-  const int line = scene.line;
-  scene.line = 0;
-  for (T& value : lines) {
-    fill(scene, value);
-    ++scene.line;
-  }
-  scene.line = line;
-}
-
-inline void fill(Scene& scene, std::vector<SQO_lineFeature>& lines) {
-  fillByLine(scene, lines);
-}
-
-template <typename T>
-void fill(Scene& scene, std::vector<std::vector<T>>& grid) {
-  fillByLine(scene, grid);
-}
-
-template <typename T>
-void fillArgument(Scene& scene, T& value) {
-  fill(scene, value);
-}
-/// A whole number is the index of the line unless its row says otherwise.
-inline void fillArgument(Scene& scene, int& value) {
-  value = scene.line;
+  s.line = line;
 }
 
 }  // namespace calls

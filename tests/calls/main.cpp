@@ -1,16 +1,16 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <cstring>
+#include <iostream>
+#include <string>
 
-#include "checks.h"
+#include "calls.h"
 
-/// With `--hashes` or `--rounded`, prints the hash of each function's results instead of testing.
+/// With `--hashes` or `--rounded`, lists the hash of each function's results instead of testing.
 int main(int argc, char** argv) {
-  const bool rounded = argc == 2 && std::strcmp(argv[1], "--rounded") == 0;
-  if (rounded || (argc == 2 && std::strcmp(argv[1], "--hashes") == 0)) {
+  const std::string option = argc == 2 ? argv[1] : "";
+  if (option == "--hashes" || option == "--rounded") {
     for (const calls::Row& row : calls::table()) {
-      std::printf("%s %s\n", row.name.c_str(), calls::resultsOf(row, rounded).c_str());
+      std::cout << calls::resultsOf(row, option == "--rounded") << '\n';
     }
     return 0;
   }
