@@ -6,6 +6,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <variant>
@@ -56,6 +57,11 @@ struct Row {
     return std::move(*this);
   }
 };
+
+/// Names the row in the messages of GoogleTest.
+inline void PrintTo(const Row& row, std::ostream* out) {
+  *out << row.name;
+}
 
 /// All exported functions.
 const std::vector<Row>& table();

@@ -114,10 +114,8 @@ inline void fill(Scene& s, STeskRangeD& range) {
 }
 inline void fill(Scene& s, STesk3DRangeD& box) {
   const double x = s.grid(1.0, 6.0);
-  const double y = s.grid(1.0, 9.0);
-  box = {{x, x + s.grid(2.0, 9.0)},
-         {y, y + s.grid(4.0, 30.0)},
-         {s.grid(5.0, 40.0), s.grid(8.0, 30.0)}};
+  const double y = s.grid(0.0, 2.0);
+  box = {{x, x + s.grid(8.0, 30.0)}, {y, y + 40.0}, {s.grid(5.0, 50.0), s.grid(6.0, 30.0)}};
 }
 inline void fill(Scene& s, SQO_2DValueI& at) {
   at = {s.whole(0, s.columns - 1), s.whole(0, s.rows - 1), 3, s.grid(0.0, 6.0), 4};
