@@ -1,0 +1,80 @@
+#pragma once
+
+/// One call of each exported function, as a table, and what the checks of the table share.
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <memory>
+#include <ostream>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace calls {
+
+/// What must never be: a tree without nodes, an image with a size but no data, a changed margin.
+struct Broken {};
+
+/// A number of a call: where it is if it can be replaced, or a value such as a size.
+using Number = std::variant<double*, float*, int*, std::uint64_t, Broken>;
+using Visitor = std::function<void(Number)>;
+
+/// A call of a function with arguments of its own.
+class Call {
+ public:
+  virtual ~Call() = default;
+  virtual void run() = 0;
+  [[nodiscard]] virtual int count() const = 0;  ///< Number of arguments.
+  /// Visits the numbers of an argument, or of the result at `count()`.
+  virtual void visit(int argument, const Visitor& visitor) = 0;
+};
+
+/// One exported function: how to build a call of it, and what holds for its arguments.
+struct Row {
+  std::string name;
+  std::function<std::unique_ptr<Call>(unsigned seed, int size)> make;
+  std::vector<int> incomplete = {};  ///< Arguments that an exception leaves valid but incomplete.
+  std::vector<int> fixed = {};       ///< Arguments whose numbers must go with the others.
+  std::vector<int> indices = {};     ///< Arguments whose ints must.
+  int minSize = 0;                   ///< Smallest input that is allowed.
+
+  Row mayLose(std::initializer_list<int> arguments) && {
+    incomplete = arguments;
+    return std::move(*this);
+  }
+  Row keep(std::initializer_list<int> arguments) && {
+    fixed = arguments;
+    return std::move(*this);
+  }
+  Row keepInts(std::initializer_list<int> arguments) && {
+    indices = arguments;
+    return std::move(*this);
+  }
+  Row atLeast(int size) && {
+    minSize = size;
+    return std::move(*this);
+  }
+};
+
+/// Names the row in the messages of GoogleTest.
+inline void PrintTo(const Row& row, std::ostream* out) {
+  *out << row.name;
+}
+
+/// All exported functions.
+const std::vector<Row>& table();
+bool contains(const std::vector<int>& arguments, int argument);
+
+/// The numbers of an argument, or of the result: each bit of them but those of NaNs.
+using Numbers = std::vector<std::uint64_t>;
+Numbers numbersOf(Call& call, int argument);
+/// Whether nothing in the arguments and the result is broken.
+bool isValid(Call& call);
+/// Hash of what the calls of the first seeds leave. If `rounded`, values count to seven digits.
+std::uint64_t hashOf(const Row& row, int seeds, bool rounded = false);
+/// The line of a function in a list of results.
+std::string resultsOf(const Row& row, bool rounded);
+
+}  // namespace calls
