@@ -13,7 +13,7 @@ namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 constexpr double kBeyond = 1e9;
-constexpr int kSamples = 4000;
+constexpr int kSamples = 1000;
 
 SQO_cornerParam corner(double scale) {
   return {2.0, 50.0, scale, 20.0, 30.0, 15.0};

@@ -11,7 +11,7 @@ namespace cost {
 namespace {
 
 constexpr double kBeyond = 1e9;
-constexpr int kSamples = 4000;
+constexpr int kSamples = 1000;
 
 using Features = std::vector<SQO_basicFeature1D>;
 

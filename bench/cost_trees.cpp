@@ -9,7 +9,7 @@ namespace cost {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int kFeatures = 2000;
+constexpr int kFeatures = 1000;
 
 using Features = std::vector<SQO_basicFeature1D>;
 using FeatureLines = std::vector<Features>;

@@ -9,7 +9,7 @@ show them.
 """
 import argparse
 import collections
-import concurrent.futures
+import concurrent.futures as futures
 import fcntl
 import fnmatch
 import hashlib
@@ -26,21 +26,9 @@ from pathlib import Path
 sys.dont_write_bytecode = True
 import mutations  # noqa: E402
 
-Mutant = collections.namedtuple("Mutant", "file line start end text before after")
-
 
 class Broken(Exception):
     """The run cannot go on."""
-
-
-def mutants_of(root, file):
-    source = (root / file).read_text()
-    for start, end, text in mutations.edits_of(source):
-        first = source.rfind("\n", 0, start) + 1
-        last = source.find("\n", end)
-        before = " ".join(source[first:last].split())
-        after = " ".join((source[first:start] + text + source[end:last]).split())
-        yield Mutant(file, source.count("\n", 0, start) + 1, start, end, text, before, after)
 
 
 def read_equivalents(path):
@@ -58,14 +46,13 @@ def read_equivalents(path):
 
 def choose(root, options):
     """The sampled mutants in the order of their places, and the number of equivalent ones."""
-    pattern, line = f"src/{options.room or '*'}/*", None
+    pattern, line = options.files or f"src/{options.room or '*'}/*", None
     if options.line:
         pattern, _, line = options.line.rpartition(":")
-    elif options.files:
-        pattern = options.files
     files = sorted(str(f.relative_to(root)) for f in (root / "src").rglob("*")
                    if f.suffix in (".cpp", ".h") and fnmatch.fnmatch(f.relative_to(root), pattern))
-    found = [m for file in files for m in mutants_of(root, file) if line in (None, str(m.line))]
+    found = [m for file in files
+             for m in mutations.mutants_of(root, file) if line in (None, str(m.line))]
     known = read_equivalents(root / "scripts" / "mutate_equivalent.txt")
     kept = [m for m in found if (m.file, m.before, m.after) not in known]
     if not kept:
@@ -87,11 +74,11 @@ class Workshop:
         self.tree = root / "build" / "mutate" / str(index) / "tree"
         self.build = self.tree.parent / "build"
         self.filter = gtest_filter
+        self.env = {"CCACHE_BASEDIR": str(root), **os.environ}
+        self.cpu_limit = 600
         self.process = None
         self.stopped = False
-        self.cpu_limit = 600
         self.copy(root)
-        self.env = {"CCACHE_BASEDIR": str(root), **os.environ}
 
     def copy(self, root):
         listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"], cwd=root,
@@ -126,10 +113,6 @@ class Workshop:
         if self.process and self.process.poll() is None:
             os.killpg(self.process.pid, signal.SIGKILL)
 
-    def stop(self):
-        self.stopped = True
-        self.kill()
-
     def make(self, *targets, **env):
         return self.run(["cmake", "--build", self.build, "--parallel", "1", "--target", *targets],
                         1800, **env)
@@ -150,8 +133,7 @@ class Workshop:
         if code != 0:
             raise Broken(f"the tree does not build:\n{output[-3000:]}")
         started = time.monotonic()
-        fault = self.test()
-        if fault:
+        if fault := self.test():
             raise Broken(f"the tests fail without a mutation: {fault}")
         self.cpu_limit = 10 + 10 * round(time.monotonic() - started)
 
@@ -198,17 +180,12 @@ def print_table(counts, equivalent):
         mutants = count["killed"] + count["SURVIVED"]
         share = f"{100 * count['killed'] / mutants:.1f}" if mutants else "-"
         print(f"{room:<14}{mutants:>8}{count['killed']:>8}{count['SURVIVED']:>10}{share:>10}")
-    print(f"not compiled: {total['not compiled']}; "
-          f"left out as known to be equivalent before sampling: {equivalent}", flush=True)
+    print(f"not compiled: {total['not compiled']}; left out as equivalent: {equivalent}")
 
 
-def run(root, options):
-    sample, equivalent = choose(root, options)
+def run(root, options, sample):
+    """Tries the mutants and returns how each room fared."""
     counts = collections.defaultdict(collections.Counter)
-    if options.list:
-        for mutant in sample:
-            report(mutant, "mutant", None)
-        return
     printing = threading.Lock()
 
     def work(shop, mutants):
@@ -223,16 +200,17 @@ def run(root, options):
     shops = [Workshop(root, k, options.gtest_filter) for k in range(jobs)]
     # Neighbours share a compilation, so each worker takes a stretch of the sample.
     cuts = [len(sample) * k // jobs for k in range(jobs + 1)]
-    with concurrent.futures.ThreadPoolExecutor(jobs) as pool:
+    with futures.ThreadPoolExecutor(jobs) as pool:
         try:
             done = [pool.submit(work, shop, sample[cuts[k]:cuts[k + 1]])
                     for k, shop in enumerate(shops)]
-            for future in concurrent.futures.as_completed(done):
+            for future in futures.as_completed(done):
                 future.result()
         finally:
             for shop in shops:
-                shop.stop()
-    print_table(counts, equivalent)
+                shop.stopped = True
+                shop.kill()
+    return counts
 
 
 def main():
@@ -247,12 +225,18 @@ def main():
     parser.add_argument("--list", action="store_true", help="only list the mutants")
     top = subprocess.run(["git", "rev-parse", "--show-toplevel"], capture_output=True, text=True)
     root = Path(top.stdout.strip() or ".")
+    options = parser.parse_args()
     signal.signal(signal.SIGTERM, signal.default_int_handler)
     try:
+        sample, equivalent = choose(root, options)
+        if options.list:
+            for mutant in sample:
+                report(mutant, "mutant", None)
+            return
         (root / "build" / "mutate").mkdir(parents=True, exist_ok=True)
         with open(root / "build" / "mutate" / "lock", "w") as lock:
             fcntl.flock(lock, fcntl.LOCK_EX | fcntl.LOCK_NB)
-            run(root, parser.parse_args())
+            print_table(run(root, options, sample), equivalent)
     except BlockingIOError:
         sys.exit("mutate.py: another run is at work in this tree")
     except Broken as fault:

@@ -1,4 +1,5 @@
 """The mutations of C++ sources that are formatted by clang-format, for mutate.py."""
+import collections
 import decimal
 import re
 
@@ -107,3 +108,17 @@ def edits_of(source):
             last = statement_end(words, i)
             if last is not None and "reserve" not in words[i:last]:
                 yield start, tokens[last].start(), ""
+
+
+Mutant = collections.namedtuple("Mutant", "file line start end text before after")
+
+
+def mutants_of(root, file):
+    """Yields the mutants of a file: the edit, and the lines it changes without their indents."""
+    source = (root / file).read_text()
+    for start, end, text in edits_of(source):
+        first = source.rfind("\n", 0, start) + 1
+        last = source.find("\n", end)
+        before = " ".join(source[first:last].split())
+        after = " ".join((source[first:start] + text + source[end:last]).split())
+        yield Mutant(file, source.count("\n", 0, start) + 1, start, end, text, before, after)
