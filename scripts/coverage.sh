@@ -11,9 +11,8 @@ scripts/setup.sh --dev
   cmake --preset coverage -D SCANLINE_BUILD_EXAMPLES=OFF
   cmake --build --preset coverage --parallel "$(getconf _NPROCESSORS_ONLN)"
   find build/coverage -name '*.gcda' -delete
-  for program in build/coverage/tests/scanline*_tests; do
-    "$program" --gtest_brief=1
-  done
+  find build/coverage/tests -name 'scanline*_tests' -type f -perm -u+x \
+    -exec {} --gtest_brief=1 \;
 ) >&2
 
 report=(gcovr --root . --filter src/ --exclude-throw-branches --exclude-unreachable-branches)

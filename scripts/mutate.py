@@ -75,9 +75,8 @@ class Workshop:
         self.build = self.tree.parent / "build"
         self.filter = gtest_filter
         self.env = {"CCACHE_BASEDIR": str(root), **os.environ}
-        self.cpu_limit = 600
-        self.process = None
-        self.stopped = False
+        self.cpu_limit, self.programs = 600, []
+        self.process, self.stopped = None, False
         self.copy(root)
 
     def copy(self, root):
@@ -126,10 +125,12 @@ class Workshop:
         code, output = self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
                                  "-DCMAKE_BUILD_TYPE=None",
                                  "-DCMAKE_CXX_FLAGS=-O1 -D_GLIBCXX_ASSERTIONS", *off], 600)
-        listing = (self.tree / "tests" / "CMakeLists.txt").read_text()
-        self.programs = re.findall(r"add_executable\(\s*(scanline\w*_tests)\b", listing)
+        for lists in sorted((self.tree / "tests").rglob("CMakeLists.txt")):
+            folder = self.build / lists.parent.relative_to(self.tree)
+            names = re.findall(r"add_executable\(\s*(scanline\w*_tests)\b", lists.read_text())
+            self.programs += [folder / name for name in names]
         if code == 0:
-            code, output = self.make("scanline", *self.programs)
+            code, output = self.make("scanline", *(p.name for p in self.programs))
         if code != 0:
             raise Broken(f"the tree does not build:\n{output[-3000:]}")
         started = time.monotonic()
@@ -138,21 +139,20 @@ class Workshop:
         self.cpu_limit = 10 + 10 * round(time.monotonic() - started)
 
     def test(self):
-        """What noticed the fault: a test, a signal, the time limit; or None. Stops at the first."""
+        """What noticed the fault first, a test or a program; or None."""
         ran = 0
         for program in self.programs:
             limits = f'ulimit -c 0 -t {self.cpu_limit} -v 8000000; exec "$@"'
             code, output = self.run(
-                ["sh", "-c", limits, "sh", self.build / "tests" / program, "--gtest_fail_fast",
-                 "--gtest_color=no", f"--gtest_filter={self.filter}"], 10 * self.cpu_limit)
+                ["sh", "-c", limits, "sh", program, "--gtest_fail_fast", "--gtest_color=no",
+                 f"--gtest_filter={self.filter}"], 10 * self.cpu_limit)
             ran += int((re.search(r"Running (\d+) test", output) or [0, 0])[1])
             if code != 0:
                 names = re.findall(r"\[ (?: FAILED |RUN     ) \] (\S+)", output)
                 how = {None: "time ", -signal.SIGXCPU: "time "}.get(code, "")
-                return how + (names[-1] if names else f"{program}, exit {code}")
+                return how + (names[-1] if names else f"{program.name}, exit {code}")
         if ran == 0:
             raise Broken(f"no tests match '{self.filter}'")
-        return None
 
     def judge(self, mutant):
         path = self.tree / mutant.file
