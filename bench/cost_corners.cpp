@@ -35,6 +35,13 @@ Line stillLine(int count) {
   return makeLine(count, [](int i) { return STesk3DPoint{0.0, 5.0, zigzag(i)}; });
 }
 
+/// Three places in turn, less than a `scale` of 1.0 apart in a box whose corners are farther apart.
+Line triangle(int count) {
+  constexpr double kY[] = {0.0, 0.86, 0.86};
+  constexpr double kZ[] = {100.49, 100.0, 100.98};
+  return makeLine(count, [=](int i) { return STesk3DPoint{0.0, kY[i % 3], kZ[i % 3]}; });
+}
+
 /// Teeth of equal corners, 10 samples each and so close in y that one `scale` of 2.0 holds them.
 Line teeth(int count) {
   return makeLine(count, [count](int i) {
@@ -123,6 +130,8 @@ std::vector<Case> cornerCases() {
        [](int size) { return on<SQO_lineFeature>(evenLine, corners(0.5 * size))(size); }},
       {"features/corners/nan-y", linear, kSamples, on<SQO_lineFeature>(nanLine, corners(2.0))},
       {"features/corners/still-y", linear, kSamples, on<SQO_lineFeature>(stillLine, corners(2.0))},
+      {"features/corners/triangle", Growth::kQuadratic, kSamples,
+       on<SQO_lineFeature>(triangle, corners(1.0))},
       {"features/corners/equal-teeth", linear, kSamples, on<SQO_lineFeature>(teeth, corners(2.0))},
       {"features/masked-corners/scale-beyond-line", linear, kSamples,
        on<Features>(evenLine, maskedCorners)},

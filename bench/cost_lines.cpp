@@ -37,15 +37,19 @@ Scan squareScan(int size, double step) {
   return scan;
 }
 
-std::function<void()> smoothing(int size) {
-  return [line = profile(size, zigzag), size, out = Line{}]() mutable {
-    qo_lineDataSmoothing(line, size, out);
+/// With a window `reach` times as long as the line.
+std::function<std::function<void()>(int)> smoothing(double reach) {
+  return [reach](int size) {
+    const int window = static_cast<int>(reach * size);
+    return [line = profile(size, zigzag), window, out = Line{}]() mutable {
+      qo_lineDataSmoothing(line, window, out);
+    };
   };
 }
 
 std::function<void()> segSmoothing(int size) {
   return [line = profile(size, zigzag), size, out = Line{}]() mutable {
-    qo_lineSegSmoothing(line, kBeyond, kBeyond, size, out);
+    qo_lineSegSmoothing(line, kBeyond, kBeyond, 2 * size, out);
   };
 }
 
@@ -174,8 +178,9 @@ std::vector<Case> lineCases() {
       {"calibration/regions/last-of-many", linear, kSamples, regions},
       {"calibration/whole-lines/scan", linear, kSamples, wholeLines},
       {"calibration/ground/zigzag", linear, kSamples, ground},
-      {"conditioning/smoothing/window-of-line", linear, kSamples, smoothing},
-      {"conditioning/seg-smoothing/window-of-line", linear, kSamples, segSmoothing},
+      {"conditioning/smoothing/window-beyond-line", linear, kSamples, smoothing(2.0)},
+      {"conditioning/smoothing/window-of-half-line", Growth::kQuadratic, 1000, smoothing(0.5)},
+      {"conditioning/seg-smoothing/window-beyond-line", linear, kSamples, segSmoothing},
       {"conditioning/outliers/every-sample", linear, kSamples, outliers},
       {"conditioning/noise-filter/every-sample", linear, kSamples, noiseFilter},
       {"conditioning/surface-segments/arc", linear, kSamples, surfaceSegments},

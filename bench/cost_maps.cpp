@@ -120,22 +120,23 @@ Prepared projection(int size) {
   };
 }
 
-/// A typed sample with a label on every walk but for those around the peak.
+/// Contour points all over the scan but for a cross of bare samples, in which the walks start.
 Prepared peakScan(int size) {
   const int side = sideOf(size);
   Scan scan = squareScan(size, 1.0);
   cv::Mat edges(side, side, CV_32SC4, cv::Scalar(3, 0, 0, 1));
-  for (Line& line : scan) {
-    for (STesk3DPosition& sample : line) {
-      sample.nPointIdx = FEATURE_SLOPE_RISE + 16 * FEATURE_SLOPE_RISE;
+  const int peak = side / 2;
+  for (int l = 0; l < side; ++l) {
+    for (int i = 0; i < side; ++i) {
+      const bool isBare = std::abs(l - peak) <= 1 || std::abs(i - peak) <= 1;
+      scan[l][i].nPointIdx = isBare ? 0 : FEATURE_SLOPE_RISE + 16 * FEATURE_SLOPE_RISE;
     }
   }
-  scan[side / 2][side / 2].nPointIdx = 0;
   return [=, contours = std::vector<std::vector<SQO_lineConotours>>(4)]() mutable {
     std::vector<STesk3DLaserLine> lines = pointerForm(scan);
     int maxEdges[4] = {};
-    qo_peakXYScan(lines.data(), side, edges, {side / 2, side / 2, 0, 0.0, 0}, {}, {1.0 * side, 0.0},
-                  true, contours[0], contours[1], contours[2], contours[3], maxEdges, maxEdges + 1,
+    qo_peakXYScan(lines.data(), side, edges, {peak, peak, 0, 0.0, 0}, {}, {1.0 * side, 0.0}, true,
+                  contours[0], contours[1], contours[2], contours[3], maxEdges, maxEdges + 1,
                   maxEdges + 2, maxEdges + 3);
   };
 }

@@ -63,8 +63,10 @@ auto lvShapes(int run, double height, double spacing) {
   };
 }
 
-auto rightAngles(double armLen) {
-  return [armLen](int size) {
+/// Arms of a length in samples, or in lines.
+auto rightAngles(double samples, double lines) {
+  return [=](int size) {
+    const double armLen = samples + lines * size;
     Line line = profile(size, [](int i) { return 100.0 + i % 2; });
     return [line, armLen, found = SQO_lineFeature{}]() mutable {
       const SQO_lineRightAngleParam kind = {armLen, armLen, kBeyond};
@@ -116,9 +118,10 @@ std::vector<Case> shapeCases() {
       {"features/lv/steep-teeth", linear, kSamples, lvShapes(1, 50.0, 1.0)},
       {"features/lv/wide-teeth", linear, kSamples, lvShapes(4, 4.0, 1.0)},
       {"features/lv/still-y", linear, kSamples, lvShapes(4, 4.0, 0.0)},
-      {"features/right-angles/short-arms", linear, kSamples, rightAngles(16.0)},
-      {"features/right-angles/arms-beyond-line", Growth::kQuadratic, kSamples,
-       rightAngles(kBeyond)},
+      {"features/right-angles/short-arms", linear, kSamples, rightAngles(16.0, 0.0)},
+      {"features/right-angles/arms-beyond-line", linear, kSamples, rightAngles(0.0, 4.0)},
+      {"features/right-angles/arms-of-half-line", Growth::kQuadratic, kSamples,
+       rightAngles(0.0, 0.5)},
       {"features/semi-circles/joined", linear, kSamples, semiCircles()},
       {"features/glove-arcs/scale-beyond-line", linear, kSamples, gloveArcs(kBeyond, 10.0)},
       {"features/glove-arcs/flanks-beyond-line", Growth::kQuadratic, kSamples,

@@ -1,72 +1,18 @@
-#include <limits>
-
 #include <scanline/trees.h>
 #include "cost.h"
+#include "cost_features.h"
 
 // All growers on the same features in their own records.
 
 namespace cost {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr int kFeatures = 1000;
+constexpr int kFeatures = 500;
 
-using Features = std::vector<SQO_basicFeature1D>;
-using FeatureLines = std::vector<Features>;
 using Trees = std::vector<SQO_featureTree>;
 
 /// Limits that all features of a case lie within, and trees that never close before the end.
 constexpr SQO_treeGrowParam kGrow = {2.0, 5.0, 0, 1e9, 0.0, 0.0};
-
-SQO_basicFeature1D featureAt(int line, int idx, double y) {
-  return {FEATURE_SLOPE_RISE, {line, idx}, {1.0 * line, y, 10.0}, 1.0};
-}
-
-/// Equal features, all on one line: each starts a tree that no other may join.
-FeatureLines equalOnALine(int count) {
-  return {Features(count, featureAt(0, 0, 5.0))};
-}
-
-/// Features on one line that lie within one deviation of each other.
-FeatureLines closeOnALine(int count) {
-  FeatureLines lines(1);
-  for (int i = 0; i < count; ++i) {
-    lines[0].push_back(featureAt(0, 0, 5.0 + 1.0 * i / count));
-  }
-  return lines;
-}
-
-/// The same on two lines: each feature of the second finds the first free tree.
-FeatureLines equalOnTwoLines(int count) {
-  FeatureLines lines = equalOnALine(count / 2);
-  lines.emplace_back(count - count / 2, featureAt(1, 0, 5.0));
-  return lines;
-}
-
-FeatureLines oneALine(int count, double y) {
-  FeatureLines lines;
-  for (int l = 0; l < count; ++l) {
-    lines.push_back({featureAt(l, 0, y)});
-  }
-  return lines;
-}
-
-/// One tree with a node on each line.
-FeatureLines longTree(int count) {
-  return oneALine(count, 5.0);
-}
-
-/// One feature a line, and no y to find a tree by.
-FeatureLines withoutY(int count) {
-  return oneALine(count, kNaN);
-}
-
-/// All without y on a line, beside a tree that the next line goes on with.
-FeatureLines withoutYOnALine(int count) {
-  FeatureLines lines = {Features(count, featureAt(0, 0, kNaN))};
-  lines.push_back({featureAt(1, 0, 5.0)});
-  return lines;
-}
 
 std::vector<SQO_lineFeature> asRecords(const FeatureLines& lines) {
   std::vector<SQO_lineFeature> records;
@@ -194,20 +140,19 @@ Prepared lv(const FeatureLines& lines) {
 }
 
 template <typename Grow>
-Case growing(const char* name, FeatureLines (*make)(int), Grow grow, int size = kFeatures) {
-  return {name, Growth::kLinear, size, [=](int count) { return Prepared(grow(make(count))); }};
+Case growing(const char* name,
+             FeatureLines (*make)(int),
+             Grow grow,
+             Growth growth = Growth::kLinear) {
+  return {name, growth, kFeatures, [=](int count) { return Prepared(grow(make(count))); }};
 }
 
 /// Trees of one node each, all too short for the object: each is compared with all others.
 Case shortTrees() {
   return {"trees/lv/short-trees", Growth::kQuadratic, 500, [](int count) {
-            FeatureLines lines(1);
-            for (int i = 0; i < count; ++i) {
-              lines[0].push_back(featureAt(0, i, 10.0 * i));
-            }
             SQO_treeGrowParam keepAll = kGrow;
             keepAll.minLTypeTreeLen = -1.0;
-            return [records = asRecords(lines), trees = Trees{}, keepAll]() mutable {
+            return [records = asRecords(spreadOnALine(count)), trees = Trees{}, keepAll]() mutable {
               std::vector<SQO_2DValueI> starts;
               std::vector<SQO_2DValueI> ends;
               qo_LVFeatureGrowing(records, trees, {300.0, 500.0}, keepAll, starts, ends);
@@ -225,6 +170,9 @@ std::vector<Case> treeCases() {
       growing("trees/whole-scan/nan-y", withoutY, wholeScan),
       growing("trees/whole-scan/nan-y-on-a-line", withoutYOnALine, wholeScan),
       growing("trees/whole-scan/long-tree", longTree, wholeScan),
+      growing("trees/whole-scan/far-apart", farApart, wholeScan),
+      growing("trees/whole-scan/unmatched-types", unmatched, wholeScan, Growth::kQuadratic),
+      growing("trees/whole-scan/wall", wall, wholeScan, Growth::kQuadratic),
       growing("trees/line-by-line/equal-on-a-line", equalOnALine, lineByLine),
       growing("trees/corners/equal-on-a-line", equalOnALine, byLists<qo_cornerFeaturesGrowing>),
       growing("trees/peaks/equal-on-a-line", equalOnALine, byLists<qo_peakFeatureGrowing>),
