@@ -32,15 +32,16 @@ class Broken(Exception):
 
 
 def read_equivalents(path):
-    """The mutants known to be equivalent: blocks of a file, a -line, a +line and the reason."""
+    """The mutants known to be equivalent: blocks of a file, a -line, +lines or + *, the reason."""
     known = set()
     if path.exists():
         for block in re.split(r"\n\s*\n", path.read_text()):
             lines = [line for line in block.splitlines() if not line.startswith("#")]
-            if len(lines) > 3 and lines[1][0] == "-" and lines[2][0] == "+":
-                known.add((lines[0].strip(), lines[1][1:].strip(), lines[2][1:].strip()))
+            after = [line[1:].strip() for line in lines if line[0] == "+"]
+            if len(lines) > len(after) + 2 and after and lines[1][0] == "-":
+                known |= {(lines[0].strip(), lines[1][1:].strip(), text) for text in after}
             elif lines:
-                raise Broken(f"{path}: not a block of file, -line, +line and reason:\n{block}")
+                raise Broken(f"{path}: not a block of file, -line, +lines and reason:\n{block}")
     return known
 
 
@@ -54,7 +55,7 @@ def choose(root, options):
     found = [m for file in files
              for m in mutations.mutants_of(root, file) if line in (None, str(m.line))]
     known = read_equivalents(root / "scripts" / "mutate_equivalent.txt")
-    kept = [m for m in found if (m.file, m.before, m.after) not in known]
+    kept = [m for m in found if not {(m.file, m.before, m.after), (m.file, m.before, "*")} & known]
     if not kept:
         raise Broken(f"no mutants in '{pattern}'{' at line ' + line if line else ''}")
 
