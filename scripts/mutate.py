@@ -98,7 +98,7 @@ class Workshop:
         if self.stopped:
             raise Broken("stopped")
         self.process = subprocess.Popen(
-            command, env={**self.env, **env}, text=True, errors="replace", start_new_session=True,
+            command, env={**self.env, **env}, text=True, errors="replace", preexec_fn=os.setpgrp,
             stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.STDOUT)
         try:
             output, _ = self.process.communicate(timeout=timeout)
