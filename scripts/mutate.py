@@ -224,8 +224,7 @@ def main():
     parser.add_argument("--gtest-filter", metavar="F", default="*")
     parser.add_argument("--jobs", type=int, default=1, help="copies that work side by side, 1")
     parser.add_argument("--list", action="store_true", help="only list the mutants")
-    top = subprocess.run(["git", "rev-parse", "--show-toplevel"], capture_output=True, text=True)
-    root = Path(top.stdout.strip() or ".")
+    root = Path(subprocess.getoutput("git rev-parse --show-toplevel"))
     options = parser.parse_args()
     signal.signal(signal.SIGTERM, signal.default_int_handler)
     try:
