@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what scanline is built with from the packages of Debian or Ubuntu: setup.sh [--dev]
 #
-# Quick when nothing is missing. With --dev also the tools of scripts/lint.sh. Elsewhere install
+# Quick when nothing is missing. With --dev also the tools of the other scripts. Elsewhere install
 # the packages named below by hand and set SCANLINE_SKIP_SETUP=1.
 set -euo pipefail
 
@@ -12,7 +12,10 @@ packages=(
   libgtest-dev libbenchmark-dev     # tests and benchmarks
   libcli11-dev                      # the options of the example programs
 )
-dev_packages=(clang-format-14 clang-tidy-14 doxygen git shellcheck)
+dev_packages=(
+  clang-format-14 clang-tidy-14 doxygen git shellcheck  # lint.sh
+  gcovr valgrind python3                                # coverage.sh, cost.py, mutate.py
+)
 
 fail() {
   echo "setup.sh: $*" >&2
