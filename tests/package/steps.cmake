@@ -166,7 +166,7 @@ elseif(STEP STREQUAL "source")
   list(APPEND opencv -D FAKE_OPENCV_VERSION=4.6.0)
 
   set(SOURCE ${unpacked})
-  set(CONFIG "") # Neither optimised nor with debug information: the quickest to compile.
+  set(CONFIG None) # Neither optimised nor with debug information: the quickest to compile.
   consume_by_cmake(${WORK}/subproject ${opencv} -D SCANLINE_SUBPROJECT=${unpacked} -D
                    SCANLINE_INSTALL=ON -D BUILD_SHARED_LIBS=OFF -D CMAKE_INSTALL_LIBDIR=${LIBDIR})
   install_moved(${WORK}/subproject ${prefix}-static)
