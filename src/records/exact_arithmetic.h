@@ -10,7 +10,7 @@
 #error "scanline needs exact arithmetic: do not use -ffast-math, options of it, or /fp:fast"
 #endif
 
-// On x86, arithmetic without SSE2 is wider than its types. The value 16 concerns only half precision.
+// On x86, arithmetic without SSE2 is wider than its types. 16 concerns only half precision.
 #if FLT_EVAL_METHOD != 0 && FLT_EVAL_METHOD != 16
 #error "scanline needs exact arithmetic: use -msse2 -mfpmath=sse or /arch:SSE2"
 #endif
