@@ -155,7 +155,9 @@ elseif(STEP STREQUAL "source")
       CMAKE_DISABLE_FIND_PACKAGE_GTest=ON -D CMAKE_DISABLE_FIND_PACKAGE_benchmark=ON -D
       CMAKE_DISABLE_FIND_PACKAGE_CLI11=ON)
 
-  set(world ${WORK}/opencv/libopencv_world${CMAKE_SHARED_LIBRARY_SUFFIX})
+  get_filename_component(world ${OPENCV_LIBRARY} NAME)
+  string(REGEX MATCH "\\.[a-z]+" suffix ${world})
+  set(world ${WORK}/opencv/libopencv_world${suffix})
   file(MAKE_DIRECTORY ${WORK}/opencv)
   file(CREATE_LINK ${OPENCV_LIBRARY} ${world} SYMBOLIC)
   set(opencv -D OpenCV_DIR=${CMAKE_CURRENT_LIST_DIR}/opencv -D FAKE_OPENCV_WORLD=${world} -D
