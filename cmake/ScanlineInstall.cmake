@@ -8,7 +8,12 @@ install(
   RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
   ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT dev)
-install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
+# The folder carries the SOVERSION, as the Debian package does, so that two can be installed at once.
+install(
+  FILES LICENSE
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/doc/libscanline${SCANLINE_SOVERSION}
+  RENAME copyright
+  COMPONENT runtime)
 install(
   DIRECTORY include/scanline
   DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}
@@ -54,6 +59,21 @@ set(SCANLINE_PC_CFLAGS "")
 if(scanline_type STREQUAL "STATIC_LIBRARY")
   set(SCANLINE_PC_CFLAGS " -DSCANLINE_STATIC")
 endif()
+# OpenCV's own pkg-config file is not asked for: it names all of OpenCV's libraries.
+foreach(directory IN LISTS OpenCV_INCLUDE_DIRS)
+  string(APPEND SCANLINE_PC_CFLAGS " -I${directory}")
+endforeach()
+set(SCANLINE_PC_LIBS "")
+foreach(library IN LISTS SCANLINE_OPENCV_LIBS)
+  get_target_property(location ${library} LOCATION)
+  get_filename_component(directory ${location} DIRECTORY)
+  get_filename_component(file ${location} NAME)
+  if(NOT directory IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+    string(APPEND SCANLINE_PC_LIBS " -L${directory}")
+  endif()
+  string(REGEX REPLACE "^lib|\\.(so|a|dylib|dll|lib|[0-9.]+\\.dylib)[.0-9]*$" "" name ${file})
+  string(APPEND SCANLINE_PC_LIBS " -l${name}")
+endforeach()
 configure_file(cmake/scanline.pc.in ${PROJECT_BINARY_DIR}/scanline.pc @ONLY)
 install(
   FILES ${PROJECT_BINARY_DIR}/scanline.pc

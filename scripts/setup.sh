@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Installs what scanline is built with from the packages of Debian or Ubuntu: setup.sh [--dev]
+# Installs what scanline is built with from the packages of Debian or Ubuntu: setup.sh [--test | --dev]
 #
-# Quick when nothing is missing. With --dev also the tools of the other scripts. Elsewhere install
-# the packages named below by hand and set SCANLINE_SKIP_SETUP=1.
+# Quick when nothing is missing. With --test also what scripts/test.sh needs, with --dev also the
+# tools of the other scripts. Elsewhere install the packages named below by hand and set
+# SCANLINE_SKIP_SETUP=1.
 set -euo pipefail
 
 packages=(
@@ -11,6 +12,11 @@ packages=(
   libeigen3-dev                     # only inside the library
   libgtest-dev libbenchmark-dev     # tests and benchmarks
   libcli11-dev                      # the options of the example programs
+)
+test_packages=(
+  abigail-tools  # abi.sh
+  dpkg-dev       # the test of the Debian packages
+  clang          # the second compiler
 )
 dev_packages=(
   clang-format-14 clang-tidy-14 doxygen git shellcheck  # lint.sh
@@ -24,8 +30,9 @@ fail() {
 
 case "$#:${1-}" in
   0:) ;;
-  1:--dev) packages+=("${dev_packages[@]}") ;;
-  *) fail "unknown argument '$*'; the only option is --dev" ;;
+  1:--test) packages+=("${test_packages[@]}") ;;
+  1:--dev) packages+=("${test_packages[@]}" "${dev_packages[@]}") ;;
+  *) fail "unknown argument '$*'; the options are --test and --dev" ;;
 esac
 
 if [[ ${SCANLINE_SKIP_SETUP-} == 1 ]]; then

@@ -6,6 +6,7 @@
  * or reads scans and shows what came out.
  */
 
+#include <CLI/CLI.hpp>
 #include <tuple>
 #include <utility>
 
@@ -103,8 +104,8 @@ void calibrate(const Options& options) {
 
 int main(int argc, char** argv) {
   examples::Options options;
-  CLI::App app("Calibrates a laser-line scan in every way: of a file, or scans that it makes.",
-               "calibrate");
-  examples::addOptions(app, options);
-  return examples::runProgram(app, argc, argv, [&] { examples::calibrate(options); });
+  const examples::ProgramHead head = {
+      "calibrate", "Calibrates a laser-line scan in every way: of a file, or scans that it makes.",
+      [&](CLI::App& app) { examples::addOptions(app, options); }};
+  return examples::runProgram(head, argc, argv, [&] { examples::calibrate(options); });
 }

@@ -1,5 +1,7 @@
 #include "output_options.h"
 
+#include <CLI/CLI.hpp>
+
 #include "program.h"
 
 namespace examples {

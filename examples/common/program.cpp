@@ -1,5 +1,6 @@
 #include "program.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -24,7 +25,12 @@ int keepQuiet(int, const char*, const char*, const char*, int, void*) {
 
 }  // namespace
 
-int runProgram(CLI::App& app, int argc, char** argv, const std::function<void()>& body) noexcept {
+int runProgram(const ProgramHead& head,
+               int argc,
+               char** argv,
+               const std::function<void()>& body) noexcept {
+  CLI::App app(head.purpose, head.name);
+  head.addOptions(app);
   try {
     cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     cv::redirectError(keepQuiet);

@@ -1,10 +1,14 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <functional>
 #include <optional>
 #include <stdexcept>
 #include <string>
+
+namespace CLI {
+class App;
+class Validator;
+}  // namespace CLI
 
 namespace examples {
 
@@ -17,13 +21,23 @@ class UserError : public std::runtime_error {
 /// What stops a program that was given something it cannot work with.
 constexpr int kExitBadInput = 2;
 
+/// What a program is called, what it does, and how it adds its options to its command line.
+struct ProgramHead {
+  const char* name;
+  const char* purpose;
+  std::function<void(CLI::App&)> addOptions;
+};
+
 /**
  * Parses the command line and runs the program's body.
  *
  * Help goes to the standard output. Whatever goes wrong is told in exactly one line on the standard
  * error stream and ends with kExitBadInput; nothing is thrown.
  */
-int runProgram(CLI::App& app, int argc, char** argv, const std::function<void()>& body) noexcept;
+int runProgram(const ProgramHead& head,
+               int argc,
+               char** argv,
+               const std::function<void()>& body) noexcept;
 
 /// Makes a folder for the pictures. @throws UserError if it cannot be made.
 void prepareFolder(const std::string& folder);

@@ -1,5 +1,6 @@
 #include "scan_input.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cmath>
 #include <filesystem>

@@ -5,6 +5,7 @@
  * The calls of the extractors are in the exhibits' files.
  */
 
+#include <CLI/CLI.hpp>
 #include <cstdio>
 #include <filesystem>
 
@@ -66,12 +67,15 @@ bool showAll(const std::string& folder) {
 
 int main(int argc, char** argv) {
   std::string folder = "feature_gallery_out";
-  CLI::App app("Draws a picture of what each extractor of line features finds.", "feature_gallery");
-  app.add_option("--out", folder, "Folder for the pictures")
-      ->capture_default_str()
-      ->type_name("FOLDER");
+  const examples::ProgramHead head = {
+      "feature_gallery", "Draws a picture of what each extractor of line features finds.",
+      [&](CLI::App& app) {
+        app.add_option("--out", folder, "Folder for the pictures")
+            ->capture_default_str()
+            ->type_name("FOLDER");
+      }};
   bool allFound = true;
   const int code =
-      examples::runProgram(app, argc, argv, [&] { allFound = examples::showAll(folder); });
+      examples::runProgram(head, argc, argv, [&] { allFound = examples::showAll(folder); });
   return code == 0 && !allFound ? examples::kExitNothingFound : code;
 }

@@ -89,9 +89,9 @@ void run(const Options& options) {
 
 int main(int argc, char** argv) {
   examples::Options options;
-  CLI::App app(
+  const examples::ProgramHead head = {
+      "split_objects",
       "Finds and outlines touching objects on a belt: in a scan file, or a belt that it makes.",
-      "split_objects");
-  examples::addOptions(app, options);
-  return examples::runProgram(app, argc, argv, [&] { examples::run(options); });
+      [&](CLI::App& app) { examples::addOptions(app, options); }};
+  return examples::runProgram(head, argc, argv, [&] { examples::run(options); });
 }

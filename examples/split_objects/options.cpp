@@ -1,5 +1,7 @@
 #include "options.h"
 
+#include <CLI/CLI.hpp>
+
 #include "program.h"
 
 namespace examples {

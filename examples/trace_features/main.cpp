@@ -95,8 +95,9 @@ void run(Options options) {
 
 int main(int argc, char** argv) {
   examples::Options options;
-  CLI::App app("Traces the edges of a laser-line scan: of a file, or of a scene that it makes.",
-               "trace_features");
-  examples::addOptions(app, options);
-  return examples::runProgram(app, argc, argv, [&] { examples::run(options); });
+  const examples::ProgramHead head = {
+      "trace_features",
+      "Traces the edges of a laser-line scan: of a file, or of a scene that it makes.",
+      [&](CLI::App& app) { examples::addOptions(app, options); }};
+  return examples::runProgram(head, argc, argv, [&] { examples::run(options); });
 }

@@ -1,12 +1,15 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 
 #include "output_options.h"
 #include "pipeline.h"
 #include "scan_input.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace examples {
 

@@ -139,8 +139,8 @@ void run(const Options& options) {
 
 int main(int argc, char** argv) {
   examples::Options options;
-  CLI::App app("Follows gaps across a laser-line scan: of a file, or of a part that it makes.",
-               "track_gaps");
-  examples::addOptions(app, options);
-  return examples::runProgram(app, argc, argv, [&] { examples::run(options); });
+  const examples::ProgramHead head = {
+      "track_gaps", "Follows gaps across a laser-line scan: of a file, or of a part that it makes.",
+      [&](CLI::App& app) { examples::addOptions(app, options); }};
+  return examples::runProgram(head, argc, argv, [&] { examples::run(options); });
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,6 +8,10 @@
 #include "pipeline.h"
 #include "scan_input.h"
 #include "scene.h"
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace examples {
 

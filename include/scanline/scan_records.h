@@ -7,6 +7,10 @@
  * All records are plain aggregates that the caller owns. Arrays of them cross the library's
  * boundary, so the order and the widths of their fields are fixed.
  *
+ * Vectors of the standard library cross the boundary too. Its debug modes change their layout, so a
+ * program must use the same as the library: `_GLIBCXX_DEBUG` of libstdc++, `_ITERATOR_DEBUG_LEVEL`
+ * and the kind of runtime of Visual C++.
+ *
  * A scan is an ordered sequence of lines, a line an ordered sequence of samples. Along a line the
  * samples follow y, from line to line the scan advances in x, and z is the measured value. All
  * lengths are in the unit of the incoming samples, which is never converted; angles are in degrees.

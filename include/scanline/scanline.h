@@ -15,4 +15,5 @@
 #include <scanline/scan_bounds.h>
 #include <scanline/scan_records.h>
 #include <scanline/trees.h>
+#include <scanline/version.h>
 #include <scanline/watershed.h>

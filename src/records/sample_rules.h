@@ -1,6 +1,7 @@
 #pragma once
 
 #include <scanline/scan_records.h>
+#include "records/exact_arithmetic.h"
 
 namespace scanline::detail {
 

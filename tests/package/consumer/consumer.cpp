@@ -1,10 +1,16 @@
 // Hands plain records, std::vector and cv types over the boundary of the library, both ways.
+#include <geometry.h>
+#include <trees.h>
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <vector>
 
 #include <scanline/scanline.h>
+
+static_assert(kOwnGeometry && kOwnTrees, "the headers of the program are hidden");
+static_assert(SCANLINE_VERSION >= 100, "the version is older than 0.1.0");
 
 namespace {
 
