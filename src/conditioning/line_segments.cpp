@@ -3,7 +3,7 @@
 #include <vector>
 
 #include <scanline/conditioning.h>
-#include "features/append.h"
+#include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/signed_peaks.h"
 #include "features/stretches.h"
+#include "records/append.h"
 
 namespace scanline::detail {
 namespace {

@@ -1,8 +1,8 @@
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/line_runs.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

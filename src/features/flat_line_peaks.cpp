@@ -2,10 +2,10 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/flat_steps.h"
 #include "features/flat_views.h"
+#include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

@@ -1,9 +1,9 @@
 #include <cmath>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/stretches.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

@@ -3,10 +3,10 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/reach_search.h"
 #include "geometry/root_free.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

@@ -2,9 +2,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/extent.h"
 #include "features/turning_points.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

@@ -3,9 +3,9 @@
 #include <optional>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/line_runs.h"
 #include "features/lv_stages.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

@@ -1,7 +1,7 @@
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/corner_types.h"
+#include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/stretches.h"
+#include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

@@ -1,8 +1,8 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/right_angle_stages.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

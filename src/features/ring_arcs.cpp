@@ -2,9 +2,9 @@
 #include <optional>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/corner_stages.h"
 #include "features/stretches.h"
+#include "records/append.h"
 
 namespace detail = scanline::detail;
 

@@ -4,9 +4,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/append.h"
 #include "features/line_runs.h"
 #include "features/turning_points.h"
+#include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;

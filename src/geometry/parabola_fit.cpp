@@ -14,6 +14,8 @@ using Design =
 
 }  // namespace
 
+// Internals of Eigen 3.4; later versions have another interface here, and go without.
+#if !EIGEN_VERSION_AT_LEAST(3, 4, 90)
 /// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member
 /// and constructs it again in place; if that runs out of memory, the member is destroyed twice.
 template <>
@@ -33,6 +35,7 @@ class Eigen::internal::qr_preconditioner_impl<Design,
     return true;
   }
 };
+#endif
 
 namespace {
 
@@ -46,7 +49,8 @@ Eigen::Vector3d solveCoefficients(const std::vector<cv::Point_<double>>& points)
     ordinates(row) = point.y;
     ++row;
   }
-  const Eigen::BDCSVD<Design> svd(design, Eigen::ComputeThinU | Eigen::ComputeThinV);
+  // What BDCSVD hands matrices of so few columns to.
+  const Eigen::JacobiSVD<Design> svd(design, Eigen::ComputeThinU | Eigen::ComputeThinV);
   if (svd.info() == Eigen::InvalidInput) {
     // The solver leaves its rank unset for a matrix that is not finite, and solve() would use it.
     return Eigen::Vector3d::Constant(std::numeric_limits<double>::quiet_NaN());

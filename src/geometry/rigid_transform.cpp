@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <scanline/geometry.h>
+#include "records/new_image.h"
 
 namespace {
 
@@ -85,8 +86,8 @@ void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
                 cv::Point3_<double>& center1,
                 cv::Point3_<double>& center2) {
   // New matrices: the storage of those that they replace may be in use elsewhere.
-  cv::Mat newR(3, 3, CV_64F);
-  cv::Mat newT(3, 1, CV_64F);
+  cv::Mat newR = scanline::detail::newImage(3, 3, CV_64F);
+  cv::Mat newT = scanline::detail::newImage(3, 1, CV_64F);
   const Eigen::Vector3d mean1 = centroid(pts1, pts1.size());
   const Eigen::Vector3d mean2 = centroid(pts2, pts1.size());
   center1 = {mean1.x(), mean1.y(), mean1.z()};

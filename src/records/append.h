@@ -1,11 +1,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <vector>
 
 #include <scanline/feature_records.h>
 
-/// What all extractors do last, so that a failing allocation leaves the caller's lists unchanged.
+/// What functions with lists as outputs do last, so that a failing allocation leaves the caller's
+/// lists unchanged.
 namespace scanline::detail {
 
 /// Appends `found` to a list. If memory runs out the list is unchanged.
