@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <optional>
 #include <unordered_map>
@@ -57,13 +58,31 @@ struct DirectedGrowth {
   std::unordered_map<int, detail::NodeBoxes> boxes;  // of the trees with an anchor, by tree
 };
 
+/// Index of the first of a tree's nodes after its anchor that lies near a feature, or -1. Mostly it
+/// is one of the next few; only a longer search is worth the boxes.
+int firstNearAnchor(const SQO_basicFeature1D& feature, int treeId, DirectedGrowth& directed) {
+  constexpr int kFew = 16;
+  const SQO_featureTree& tree = directed.growth.trees[treeId];
+  const int first = tree.anchorNode + 1;
+  const int count = static_cast<int>(tree.treeNodes.size());
+  const int end = std::min(first + kFew, count);
+  for (int node = first; node < end; ++node) {
+    if (directed.checkDist > detail::planeDistance(feature.jumpPos, tree.treeNodes[node].jumpPos)) {
+      return node;
+    }
+  }
+  if (end == count) {
+    return -1;
+  }
+  return directed.boxes[treeId].firstNear(feature.jumpPos, directed.checkDist, end, tree.treeNodes);
+}
+
 /// Gives a tree its anchor once it is long enough to have a direction, and later moves it up to the
 /// node before the first one that is near the feature.
 void settleAnchor(const SQO_basicFeature1D& feature, int treeId, DirectedGrowth& directed) {
   SQO_featureTree& tree = directed.growth.trees[treeId];
   if (tree.anchorNode >= 0) {
-    const int near = directed.boxes[treeId].firstNear(feature.jumpPos, directed.checkDist,
-                                                      tree.anchorNode + 1, tree.treeNodes);
+    const int near = firstNearAnchor(feature, treeId, directed);
     tree.anchorNode = near < 0 ? tree.anchorNode : near - 1;
   } else if (!(detail::planeDistance(feature.jumpPos, tree.treeNodes.front().jumpPos) <
                directed.checkDist)) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <utility>
 #include <vector>
 
@@ -36,13 +37,14 @@ class OpenTrees {
 
   /// Takes over the trees that the list holds, for the features of `ahead`.
   void admit(const Outlook& ahead) {
+    isRemoved_.resize(trees_.size());
     for (int id = 0; id < static_cast<int>(trees_.size()); ++id) {
       const Tree& tree = trees_[id];
       if (tree.treeState == TREE_CLOSED) {
         continue;
       }
       if (ahead.reaches(tree.treeNodes.back(), reach_)) {
-        index_.insert(id, endOf(tree));
+        index_.insert(id, endOf(tree).y);
       }
       watchIf(isClosable(tree), id);
     }
@@ -56,8 +58,11 @@ class OpenTrees {
       if (fits(id)) {
         return Verdict::kFits;
       }
-      const bool isAhead = ahead.reaches(trees_[id].treeNodes.back(), reach_);
-      return isAhead ? Verdict::kNot : Verdict::kNever;
+      const Node& last = trees_[id].treeNodes.back();
+      if (lineOf(last) == lineOf(feature)) {
+        return Verdict::kNotOnLine;
+      }
+      return ahead.reaches(last, reach_) ? Verdict::kNot : Verdict::kNever;
     });
   }
 
@@ -68,8 +73,9 @@ class OpenTrees {
   /// Appends a tree to the list.
   void append(Tree tree) {
     const int id = static_cast<int>(trees_.size());
+    isRemoved_.push_back(0);
     trees_.push_back(std::move(tree));
-    index_.insert(id, endOf(trees_.back()));
+    index_.insert(id, endOf(trees_.back()).y);
     watchIf(isClosable(trees_.back()), id);
   }
 
@@ -77,10 +83,9 @@ class OpenTrees {
   template <typename Change>
   void grow(int id, Change change) {
     Tree& tree = trees_[id];
-    const LineAndY before = endOf(tree);
     const bool wasClosable = isClosable(tree);
     change(tree);
-    index_.move(id, before, endOf(tree));
+    index_.move(id, endOf(tree));
     watchIf(!wasClosable && isClosable(tree), id);
   }
 
@@ -121,37 +126,35 @@ class OpenTrees {
     }
   }
 
-  /// A tree that cannot be closed for want of memory is still growing afterwards.
   template <typename Stays>
   void close(int id, Stays& stays) {
     Tree& tree = trees_[id];
-    closed_.push_back(id);
-    index_.erase(id, endOf(tree));
+    tree.treeState = TREE_CLOSED;
+    index_.erase(id);
     if (!stays(tree)) {
       tree.treeNodes = {};
+      isRemoved_[id] = 1;
     }
-    tree.treeState = TREE_CLOSED;
   }
 
   void dropRemoved() {
-    if (closed_.empty()) {
-      return;
-    }
-    std::sort(closed_.begin(), closed_.end());
+    const auto firstRemoved = std::find(isRemoved_.begin(), isRemoved_.end(), 1);
     const auto isRemoved = [&](const Tree& tree) {
-      const auto id = static_cast<int>(&tree - trees_.data());
-      return tree.treeNodes.empty() && std::binary_search(closed_.begin(), closed_.end(), id);
+      const auto id = static_cast<std::size_t>(&tree - trees_.data());
+      return id < isRemoved_.size() && isRemoved_[id] != 0;
     };
-    const auto first = trees_.begin() + closed_.front();
-    trees_.erase(std::remove_if(first, trees_.end(), isRemoved), trees_.end());
+    if (firstRemoved != isRemoved_.end()) {
+      const auto first = trees_.begin() + (firstRemoved - isRemoved_.begin());
+      trees_.erase(std::remove_if(first, trees_.end(), isRemoved), trees_.end());
+    }
   }
 
   std::vector<Tree>& trees_;
   Reach reach_;
   NearIndex index_;  // the trees that can take a feature
   Test closable_;
-  std::vector<int> watched_;  // the trees that a closing walk has to look at
-  std::vector<int> closed_;   // the trees that have closed; those without nodes are removed
+  std::vector<int> watched_;     // the trees that a closing walk has to look at
+  std::vector<char> isRemoved_;  // by tree
 };
 
 }  // namespace scanline::detail
