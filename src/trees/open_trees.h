@@ -126,15 +126,16 @@ class OpenTrees {
     }
   }
 
+  /// If `stays(tree)` runs out of memory, the tree is still growing.
   template <typename Stays>
   void close(int id, Stays& stays) {
     Tree& tree = trees_[id];
-    tree.treeState = TREE_CLOSED;
     index_.erase(id);
     if (!stays(tree)) {
       tree.treeNodes = {};
       isRemoved_[id] = 1;
     }
+    tree.treeState = TREE_CLOSED;
   }
 
   void dropRemoved() {
