@@ -1,17 +1,24 @@
 #!/usr/bin/env bash
-# Builds and runs all tests, in Release and then under AddressSanitizer and UBSan: test.sh
+# Builds and runs all tests: test.sh
 #
-# Release builds everything; there the example programs and the packages are tested, and the binary
-# interface is compared with the stored one. The sanitizers' build has the library and its own tests.
-# Stops at the first step that fails.
+# All functions on eight threads under ThreadSanitizer; everything under AddressSanitizer and UBSan;
+# everything in Release, with the binary interface and the results of a second compiler. Stops at
+# the first build that fails to build or to pass; the last lines are ctest's.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh --test
 jobs=$(getconf _NPROCESSORS_ONLN)
-for preset in release asan; do
-  cmake --preset "$preset"
-  cmake --build --preset "$preset" --parallel "$jobs"
-  ctest --preset "$preset" --parallel "$jobs"
-done
-scripts/abi.sh build/release/src/libscanline.so
+
+build() { # build PRESET [TARGET]
+  cmake --preset "$1"
+  cmake --build --preset "$1" --parallel "$jobs" --target "${2-all}"
+}
+
+build tsan scanline_call_tests
+ctest --preset tsan -R calls.Threads
+build asan
+ctest --preset asan --parallel "$jobs"
+build release
+scripts/abi.sh
+ctest --preset release --parallel "$jobs"
