@@ -124,21 +124,25 @@ std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
 
 Runs cutIntoRuns(const std::vector<STesk3DPosition>& lineData, const SQO_lineSegParam& para) {
   Runs runs;
-  const STesk3DPoint* last = nullptr;
+  runs.reserve(64);  // Enough for most lines.
+  int start = 0;
+  int last = -1;
   for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (!isAboveNoSample(point.z)) {
       continue;
     }
-    if (last == nullptr || !isContinuous(*last, point, para)) {
-      runs.push_back({i, 0, static_cast<int>(runs.size()) + 1});
+    if (last < 0) {
+      start = i;
+    } else if (!isContinuous(lineData[last].pt3D, point, para)) {
+      runs.push_back({start, last - start + 1, static_cast<int>(runs.size()) + 1});
+      start = i;
     }
-    runs.back().len = i - runs.back().start + 1;
-    last = &point;
+    last = i;
   }
-  if (!runs.empty()) {
+  if (last >= 0) {
     // The last run carries its end instead of a label.
-    runs.back().value = runs.back().start + runs.back().len - 1;
+    runs.push_back({start, last - start + 1, last});
   }
   return runs;
 }
