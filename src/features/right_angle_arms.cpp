@@ -33,9 +33,11 @@ ArmWalk ArmWalker::walk(int sample, int place, int stride, double armLen) const 
   const STesk3DPoint& origin = lineData_[sample].pt3D;
   const int count = static_cast<int>(neighbours_.size());
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
+#ifndef NOCHK
   if (!(span_ > armLen)) {
     return arm;
   }
+#endif
   for (; place >= 0 && place < count; place += stride) {
     const Neighbour& neighbour = neighbours_[place];
     const double dy = std::abs(neighbour.y - origin.y);
