@@ -208,6 +208,7 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
                            std::vector<SQO_featureSemiCircle>& otherSegs) {
   const STesk3DPosition* const line = lineData.data();
   Runs runs;
+  runs.reserve(64);  // Enough for most lines.
   cutIntoRuns(
       lineData, lineSegPara, [](const STesk3DPosition&) {}, runs);
   Runs pieces;
