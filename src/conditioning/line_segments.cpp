@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
@@ -122,35 +123,43 @@ std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
   return best;
 }
 
-Runs cutIntoRuns(const std::vector<STesk3DPosition>& lineData, const SQO_lineSegParam& para) {
-  Runs runs;
-  const STesk3DPoint* last = nullptr;
+/// Appends the runs of a line, and visits each sample on the way.
+template <typename Visit>
+void cutIntoRuns(std::vector<STesk3DPosition>& lineData,
+                 const SQO_lineSegParam& para,
+                 Visit visit,
+                 Runs& runs) {
+  int label = 1;
+  int start = 0;
+  int end = -1;  // No run is open.
+  STesk3DPoint last = {0.0, 0.0, 0.0};
   for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
+    visit(lineData[i]);
     const STesk3DPoint& point = lineData[i].pt3D;
     if (!isAboveNoSample(point.z)) {
       continue;
     }
-    if (last == nullptr || !isContinuous(*last, point, para)) {
-      runs.push_back({i, 0, static_cast<int>(runs.size()) + 1});
+    if (end < 0) {
+      start = i;
+    } else if (!isContinuous(last, point, para)) {
+      runs.push_back({start, end - start + 1, label++});
+      start = i;
     }
-    runs.back().len = i - runs.back().start + 1;
-    last = &point;
+    end = i;
+    last = point;
   }
-  if (!runs.empty()) {
+  if (end >= 0) {
     // The last run carries its end instead of a label.
-    runs.back().value = runs.back().start + runs.back().len - 1;
-  }
-  return runs;
-}
-
-void clearStamps(std::vector<STesk3DPosition>& lineData) {
-  for (STesk3DPosition& sample : lineData) {
-    sample.nPointIdx = 0;
+    runs.push_back({start, end - start + 1, end});
   }
 }
 
-Runs cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDist) {
-  Runs pieces;
+void clearStamp(STesk3DPosition& sample) {
+  sample.nPointIdx = 0;
+}
+
+/// Appends the pieces of a run.
+void cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDist, Runs& pieces) {
   // A stack of pieces instead of recursion: a long run can be cut thousands of levels deep.
   Runs pending = {run};
   while (!pending.empty()) {
@@ -170,7 +179,6 @@ Runs cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDi
     pending.push_back({cut, end - cut + 1, 0});
     pending.push_back({piece.start, cut - piece.start + 1, 0});
   }
-  return pieces;
 }
 
 }  // namespace
@@ -178,15 +186,18 @@ Runs cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDi
 void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
                              SQO_lineSegParam lineSegPara,
                              std::vector<SQO_RUN>& segs) {
-  append(cutIntoRuns(lineData, lineSegPara), segs);
-  clearStamps(lineData);
+  // At most one run for each sample: nothing is allocated once the line is written to.
+  makeRoom(lineData.size(), segs);
+  cutIntoRuns(lineData, lineSegPara, clearStamp, segs);
 }
 
 void split(SQO_RUN run,
            std::vector<STesk3DPosition>& lineData,
            double maxDist,
            std::vector<SQO_RUN>& segs) {
-  append(cutIntoPieces(lineData.data(), run, maxDist), segs);
+  Runs pieces;
+  cutIntoPieces(lineData.data(), run, maxDist, pieces);
+  append(pieces, segs);
 }
 
 void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
@@ -196,12 +207,19 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
                            std::vector<SQO_featureSemiCircle>& bestSegs,
                            std::vector<SQO_featureSemiCircle>& otherSegs) {
   const STesk3DPosition* const line = lineData.data();
+  Runs runs;
+  runs.reserve(64);  // Enough for most lines.
+  cutIntoRuns(
+      lineData, lineSegPara, [](const STesk3DPosition&) {}, runs);
+  Runs pieces;
   Pieces bests;
   Pieces others;
   Pieces candidates;
-  for (const SQO_RUN& run : cutIntoRuns(lineData, lineSegPara)) {
+  for (const SQO_RUN& run : runs) {
+    pieces.clear();
+    cutIntoPieces(line, run, lineSegPara.maxDist, pieces);
     candidates.clear();
-    for (const SQO_RUN& piece : cutIntoPieces(line, run, lineSegPara.maxDist)) {
+    for (const SQO_RUN& piece : pieces) {
       appendCandidate(line, lineIdx, piece, lenRange, candidates);
     }
     if (candidates.empty()) {
@@ -215,5 +233,5 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
   makeRoom(others.size(), otherSegs);
   append(bests, bestSegs);
   append(others, otherSegs);
-  clearStamps(lineData);
+  std::for_each(lineData.begin(), lineData.end(), clearStamp);
 }

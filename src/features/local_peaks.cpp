@@ -13,9 +13,29 @@ namespace {
 using detail::Turns;
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// Marks the turns for which a look by `step` meets one that `beats` them before it meets one
-/// outside the window. A look goes from turn to turn over those that cannot beat it either: from
-/// one that does not, to the first that beats that one.
+/// Looks from turn `k` by `step` for one within the window that `beats` it, and counts the steps.
+template <typename Beats>
+bool isBeaten(
+    const Turns& turns, int k, int step, double windowSquared, Beats beats, std::size_t& steps) {
+  const double y = turns[k].pt3D.y;
+  const double z = turns[k].pt3D.z;
+  const int count = static_cast<int>(turns.size());
+  for (int other = k + step; other >= 0 && other < count; other += step) {
+    ++steps;
+    const STesk3DPoint& rival = turns[other].pt3D;
+    if ((y - rival.y) * (y - rival.y) > windowSquared) {
+      return false;
+    }
+    if (beats(rival.z, z)) {
+      return true;
+    }
+  }
+  return false;
+}
+
+/// Marks the turns that a look by `step` finds beaten, in linear time. A look goes from turn to
+/// turn over those that cannot beat it either: from one that does not, to the first that beats that
+/// one.
 template <typename Beats>
 void markBeaten(
     const Turns& turns, int step, double windowSquared, Beats beats, std::vector<char>& beaten) {
@@ -43,15 +63,32 @@ void markBeaten(
   }
 }
 
-/// The turns that no other within `scale` in y beats, as features.
+/// One mark for each turn, however long the looks are.
+template <typename Beats>
+std::vector<char> beatenTurns(const Turns& turns, double windowSquared, Beats beats) {
+  std::vector<char> beaten(turns.size(), 0);
+  markBeaten(turns, -1, windowSquared, beats, beaten);
+  markBeaten(turns, 1, windowSquared, beats, beaten);
+  return beaten;
+}
+
+/// The turns that no other within `scale` in y beats, as features. Looks are short on most lines;
+/// where they are not, the marks of all turns cost less.
 template <typename Beats>
 Features unbeaten(const Turns& turns, int featureType, int lineIdx, double scale, Beats beats) {
-  std::vector<char> beaten(turns.size(), 0);
-  markBeaten(turns, -1, scale * scale, beats, beaten);
-  markBeaten(turns, 1, scale * scale, beats, beaten);
+  constexpr std::size_t kStepsPerTurn = 16;
+  const double windowSquared = scale * scale;
+  std::vector<char> beaten;
+  std::size_t steps = 0;
   Features features;
-  for (std::size_t k = 0; k < turns.size(); ++k) {
-    if (beaten[k] == 0) {
+  for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
+    if (beaten.empty() && steps > kStepsPerTurn * turns.size()) {
+      beaten = beatenTurns(turns, windowSquared, beats);
+    }
+    const bool stays = beaten.empty() ? !isBeaten(turns, k, -1, windowSquared, beats, steps) &&
+                                            !isBeaten(turns, k, 1, windowSquared, beats, steps)
+                                      : beaten[k] == 0;
+    if (stays) {
       features.push_back({featureType, {lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
     }
   }

@@ -11,8 +11,7 @@ namespace scanline::detail {
 ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) : lineData_(lineData) {
   const auto count = static_cast<std::size_t>(std::max(dataSize, 0));
   neighbours_.reserve(count);
-  placeOf_.reserve(count + 1);
-  placeOf_.push_back(0);
+  placeOf_.resize(count + 1);
   Extent y;
   Extent z;
   for (int i = 0; i < dataSize; ++i) {
@@ -24,7 +23,7 @@ ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) : lineData_(
     if (isAboveNoSample(point.z)) {
       neighbours_.push_back({point.y, point.z, i});
     }
-    placeOf_.push_back(static_cast<int>(neighbours_.size()));
+    placeOf_[i + 1] = static_cast<int>(neighbours_.size());
   }
   span_ = (y.max - y.min) + (z.max - z.min);
 }
@@ -33,9 +32,6 @@ ArmWalk ArmWalker::walk(int sample, int place, int stride, double armLen) const 
   const STesk3DPoint& origin = lineData_[sample].pt3D;
   const int count = static_cast<int>(neighbours_.size());
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
-  if (!(span_ > armLen)) {
-    return arm;
-  }
   for (; place >= 0 && place < count; place += stride) {
     const Neighbour& neighbour = neighbours_[place];
     const double dy = std::abs(neighbour.y - origin.y);

@@ -9,6 +9,7 @@ namespace scanline::detail {
 namespace {
 
 constexpr RightAngleMark kNoMark = {0, false};
+constexpr ArmWalk kNoWalk = {ArmWalk::kRanOut, -1.0, -1.0};
 
 /// The shortest arm of all kinds: what a candidate must have on both sides.
 double shortestArm(const RightAngleKinds& kinds) {
@@ -32,6 +33,11 @@ class Marker {
         kinds_(kinds),
         minLen_(shortestArm(kinds)),
         maxTol_(widestTolerance(kinds)) {}
+
+  /// Whether any sample can be marked.
+  [[nodiscard]] bool canMark() const {
+    return walker_.canEnd(minLen_);
+  }
 
   [[nodiscard]] RightAngleMark markOf(int i) const {
     const ArmWalk back = walker_.backward(i, minLen_);
@@ -58,10 +64,17 @@ class Marker {
     return lineData_[i].pt3D.z;
   }
 
+  [[nodiscard]] ArmWalk backward(int i, double armLen) const {
+    return walker_.canEnd(armLen) ? walker_.backward(i, armLen) : kNoWalk;
+  }
+  [[nodiscard]] ArmWalk forward(int i, double armLen) const {
+    return walker_.canEnd(armLen) ? walker_.forward(i, armLen) : kNoWalk;
+  }
+
   [[nodiscard]] RightAngleMark markFlatThenSteep(int i, bool rises) const {
     const SQO_lineRightAngleParam& param = rises ? kinds_.flatRise : kinds_.flatFall;
-    const ArmWalk flat = walker_.backward(i, param.flatArmLen);
-    const ArmWalk steep = walker_.forward(i, param.steepArmLen);
+    const ArmWalk flat = backward(i, param.flatArmLen);
+    const ArmWalk steep = forward(i, param.steepArmLen);
     const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
     const double steepStray = steep.isComplete() ? steep.maxDy : 0.0;
     // The tolerance of the rising kind holds for the falling one as well; callers' corners depend
@@ -75,8 +88,8 @@ class Marker {
 
   [[nodiscard]] RightAngleMark markSteepThenFlat(int i, bool rises) const {
     const SQO_lineRightAngleParam& param = rises ? kinds_.riseFlat : kinds_.fallFlat;
-    const ArmWalk steep = walker_.backward(i, param.steepArmLen);
-    const ArmWalk flat = walker_.forward(i, param.flatArmLen);
+    const ArmWalk steep = backward(i, param.steepArmLen);
+    const ArmWalk flat = forward(i, param.flatArmLen);
     const bool isSharp = steep.stop == i - 1;
     const double steepStray = steep.isComplete() && !isSharp ? steep.maxDy : 0.0;
     const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
@@ -106,6 +119,9 @@ std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
                                             const RightAngleKinds& kinds) {
   std::vector<RightAngleMark> marks(static_cast<std::size_t>(std::max(dataSize, 0)), kNoMark);
   const Marker marker(lineData, dataSize, kinds);
+  if (!marker.canMark()) {
+    return marks;
+  }
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (!isNoSample(point.z) && canEndWalks(point)) {

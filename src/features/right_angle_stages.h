@@ -23,11 +23,16 @@ struct ArmWalk {
   }
 };
 
-/// Walks along a line from its samples. Holes are left out beforehand, and so are walks longer than
-/// the line, so that a walk costs the samples of one arm.
+/// Walks along a line from its samples. Holes are left out beforehand, so that a walk costs the
+/// samples of one arm. A walk that cannot end costs the whole line and must not be made.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
+
+  /// Whether any walk of this length can end.
+  [[nodiscard]] bool canEnd(double armLen) const {
+    return span_ > armLen;
+  }
 
   /// Walks from a sample to lower indices, up to the first with |dy| + |dz| > `armLen`.
   [[nodiscard]] ArmWalk backward(int sample, double armLen) const {
