@@ -4,7 +4,6 @@
 #include <array>
 #include <climits>
 #include <cmath>
-#include <cstddef>
 #include <cstring>
 #include <opencv2/core.hpp>
 #include <string>
@@ -18,11 +17,6 @@ namespace {
 
 using Points = std::vector<STesk3DPosition>;
 using Info = SQO_featureClusteringInfo;
-
-// Arrays of both records cross the boundary: seven ints, and six.
-static_assert(sizeof(Info) == 28 && offsetof(Info, clusterID) == 12 &&
-              offsetof(Info, queued) == 16);
-static_assert(sizeof(SQO_Region) == 24 && offsetof(SQO_Region, labelID) == 20);
 
 TEST(PointClustering, FollowsTheRulesOnRandomPoints) {
   const std::array<double, 9> distances = {

@@ -12,10 +12,6 @@
 #include "builders.h"
 #include "plain_contours.h"
 
-static_assert(sizeof(SQO_contourPtInfo) == 56 && offsetof(SQO_contourPtInfo, scanDist) == 24 &&
-              sizeof(SQO_conotourPair) == 136 && offsetof(SQO_conotourPair, pairReserved) == 12 &&
-              offsetof(SQO_conotourPair, pairReservedD) == 16);
-
 namespace {
 
 using plain::Contours;

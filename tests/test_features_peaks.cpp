@@ -3,7 +3,6 @@
 #include <cmath>
 #include <opencv2/core.hpp>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -16,20 +15,9 @@
 namespace {
 
 using build::Line;
-using build::lineOfZ;
 using build::text;
 using Features = std::vector<SQO_basicFeature1D>;
-using Indices = std::vector<int>;
 using Spans = std::vector<std::pair<int, int>>;  // first and last sample
-
-Indices samplesOf(const Features& features, int type) {
-  Indices samples;
-  for (const SQO_basicFeature1D& f : features) {
-    EXPECT_TRUE(f.featureType == type && f.jumpPos2D.x == 7);
-    samples.push_back(f.jumpPos2D.y);
-  }
-  return samples;
-}
 
 /// What the features of a call are appended to.
 const Features kBefore = {{FEATURE_V, {7, 3}, {1.0, 2.0, 3.0}, 0.0}};
@@ -169,37 +157,6 @@ TEST(LineUpperSemiCircle, AgreesWithThePlainRules) {
     PlainSemiCircles plain = {plainLine, width, param, labels};
     ASSERT_EQ(text(found), before + text(plain.search())) << text(plainLine);
     ASSERT_EQ(text(line), text(plainLine)) << "stamped inside the runs";
-  }
-}
-
-TEST(LineGloveArcs, FlanksReachDifferently) {
-  // Around the summit at 6 the steps are 1.25 long, the next ones on either side 2.24 and steeper.
-  Line line = lineOfZ({5, 5, 5, 5, 5, 7, 7.75, 7, 5, 5, 5, 5, 5});
-  const auto turnWith = [&](double armLen) {
-    Features arcs;
-    ju_getLineGloveArcs(line, 7, {1.1, armLen, 10.0}, arcs);
-    EXPECT_EQ(samplesOf(arcs, FEATURE_PEAK), Indices{6});
-    return arcs.empty() ? 0.0 : arcs[0].featureValue;
-  };
-  const double gentle = 36.86989764584402;
-  const double steep = 63.43494882292201;
-  EXPECT_NEAR(turnWith(1.25), 2.0 * gentle, 1e-9) << "one sample before reaches the length, counts";
-  EXPECT_NEAR(turnWith(1.3), steep + gentle, 1e-9)
-      << "the sample behind reaches it, does not count";
-  EXPECT_NEAR(turnWith(3.6), 2.0 * steep, 1e-9);
-}
-
-TEST(LineGloveArcs, SummitsAndLimits) {
-  const std::tuple<const char*, Line, double, Indices> cases[] = {
-      {"nine samples are too few", lineOfZ({1, 2, 3, 4, 5, 4, 3, 2, 1}), 45.0, {}},
-      {"exactly the limit, holes count", lineOfZ({1, 2, 3, 4, 5, 4, 3, 2, 1, 0}), 90.0, {4}},
-      {"less", lineOfZ({1, 2, 3, 4, 5, 4, 3, 2, 1, 0}), 90.001, {}},
-      {"first of a plateau", lineOfZ({1, 2, 3, 4, 5, 5, 4, 3, 2, 1}), 45.0, {4}},
-  };
-  for (auto [name, line, minTurn, expected] : cases) {
-    Features arcs;
-    ju_getLineGloveArcs(line, 7, {1.0, 2.0, minTurn}, arcs);
-    EXPECT_EQ(samplesOf(arcs, FEATURE_PEAK), expected) << name;
   }
 }
 
