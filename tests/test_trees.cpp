@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -39,38 +38,35 @@ std::string text(const Trees& trees) {
 }
 
 /// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
-struct RandomScan {
-  std::mt19937 random;
+struct RandomScan : build::Random {
+  using Random::Random;
 
-  int integer(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random);
-  }
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
-        feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 70.0 + 0.5 * integer(-20, 20),
-                integer(0, 3) == 0 ? integer(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
-                0.25 * integer(0, 9));
-    f.jumpPos.x += 30.0 + 0.5 * integer(-1, 1);
-    f.jumpPos.y = integer(0, 60) == 0 ? kNaN : f.jumpPos.y;
+        feature(line + (whole(0, 9) == 0 ? whole(-2, 2) : 0), 70.0 + 0.5 * whole(-20, 20),
+                whole(0, 3) == 0 ? whole(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * whole(0, 8),
+                0.25 * whole(0, 9));
+    f.jumpPos.x += 30.0 + 0.5 * whole(-1, 1);
+    f.jumpPos.y = whole(0, 60) == 0 ? kNaN : f.jumpPos.y;
     return f;
   }
   Lines lines(int count, int most) {
     Lines result(count);
     for (int i = 0; i < count; ++i) {
-      for (int k = integer(most > 1 ? -2 : 1, most); k > 0; --k) {
+      for (int k = whole(most > 1 ? -2 : 1, most); k > 0; --k) {
         result[i].push_back(node(i));
       }
     }
     return result;
   }
   SQO_treeGrowParam param() {
-    return {0.5 * integer(-1, 12), 0.5 * integer(1, 8),  integer(-1, 4),
-            0.5 * integer(0, 8),   0.5 * integer(-1, 8), 0.5 * integer(-1, 8)};
+    return {0.5 * whole(-1, 12), 0.5 * whole(1, 8),  whole(-1, 4),
+            0.5 * whole(0, 8),   0.5 * whole(-1, 8), 0.5 * whole(-1, 8)};
   }
   Trees passedIn() {
     Trees trees;
-    for (int k = integer(0, 4); k > 0; --k) {
-      trees.push_back(treeOf({node(integer(-3, 3)), node(integer(-3, 3))}, integer(0, 3)));
+    for (int k = whole(0, 4); k > 0; --k) {
+      trees.push_back(treeOf({node(whole(-3, 3)), node(whole(-3, 3))}, whole(0, 3)));
     }
     return trees;
   }
@@ -79,8 +75,8 @@ struct RandomScan {
 TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
-    Lines lines = random.lines(random.integer(0, 40), 12);
+    RandomScan random(seed);
+    Lines lines = random.lines(random.whole(0, 40), 12);
     const SQO_treeGrowParam param = random.param();
     const Trees passedIn = random.passedIn();
     std::vector<SQO_lineFeature> records, reversed;
@@ -115,7 +111,7 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
 TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 500; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
+    RandomScan random(seed);
     const bool isLineFirst = seed % 2 == 0;
     const bool isLong = seed % 25 == 1;
     const int type = seed % 10 == 0 ? 8 : FEATURE_SEG_END;
@@ -136,7 +132,7 @@ TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
         endings.push_back({{type, {l, k}, at, 0.0}});
       }
     }
-    const double checkDist = 0.75 * random.integer(-1, 8);
+    const double checkDist = 0.75 * random.whole(-1, 8);
     const Trees passedIn = random.passedIn();
     Trees trees = passedIn, directed = passedIn;
     auto lines = build::pointerForm(scan);
@@ -166,7 +162,7 @@ Trees asFeatureTrees(const std::vector<Tree>& trees, Of of) {
 TEST(GapAndSegmentGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 300; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
+    RandomScan random(seed);
     Lines lines = random.lines(20, 12);
     const SQO_treeGrowParam param = random.param();
     std::vector<SQO_gapFeatureTree> gapTrees;
@@ -176,7 +172,7 @@ TEST(GapAndSegmentGrowing, AgreesWithThePlainWalkOverTheWholeList) {
       std::vector<SQO_basicFeatureGap> gaps;
       for (SQO_basicFeature1D& f : lines[i]) {
         const auto [x, y, z] = f.jumpPos;
-        const double w = random.integer(1, 9);
+        const double w = random.whole(1, 9);
         f = {1, {i, 0}, {x, y, z}, 0.0};
         gaps.push_back({i, {}, {0, {x - w, y - w, z + w}}, {0, {x + w, y + w, z - w}}, {}});
         segments[i].push_back({i, 0, 0, 0, {x, y, z}, {x + 3.0, y + 5.0, z - 4.0}, 0.0});
