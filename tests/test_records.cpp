@@ -4,7 +4,6 @@
 #include <cmath>
 #include <sstream>
 #include <string>
-#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -13,7 +12,6 @@
 
 namespace {
 
-using build::lineOfZ;
 using build::sample;
 
 std::string text(const STeskRangeD& x, const STeskRangeD& y, const STeskRangeD& z) {
@@ -44,25 +42,6 @@ TEST(Bounds, AreTheSameFromAllFourFunctions) {
     }
   }
   EXPECT_EQ(qo_getScanDataROI(nullptr, -1).xRange.max, -1.0);
-}
-
-TEST(CloudPara, StepsAreMeansOverDirectNeighbours) {
-  const build::Line limits = lineOfZ({0.0001, 1}, 4.0);
-  const std::tuple<build::Scan, double, double> cases[] = {
-      // In-line steps 1, 3 and 5, steps between the lines 2 and 5.
-      {{{sample(0, 0, 1), sample(0, 1, 1), sample(1, -2, 1), sample(0, 3, 1), sample(0, 9, 0)},
-        {sample(2, 0, 1), sample(9, 7, 0), sample(-4, 3, 1), sample(9, 7, -1), sample(9, 7, 1)}},
-       3.0,
-       3.5},
-      {{lineOfZ({1, 0, 1, 0, 1})}, -1.0, -1.0},
-      // A sample at the limit has neighbours but is none.
-      {{limits}, -1.0, -1.0},
-      {{{sample(0, 0, 1), sample(9, 1, 0.0001)}, limits}, 1.0, 4.0}};
-  for (auto [scan, ptStep, scanLineStep] : cases) {
-    const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
-    EXPECT_EQ(para.ptStep, ptStep);
-    EXPECT_EQ(para.scanLineStep, scanLineStep);
-  }
 }
 
 }  // namespace
