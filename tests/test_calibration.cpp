@@ -118,29 +118,6 @@ TEST(EulerZYX, ConvertsBack) {
   }
 }
 
-TEST(CaculateLaserPlane, MultipliesByTheInverse) {
-  std::mt19937 engine(2);
-  const auto random = [&](int end) { return static_cast<int>(engine() % end); };
-  Values res = {42.0};
-  Values expected = res;
-  for (int round = 0; round < 300; ++round) {
-    cv::Matx33d a = cv::Matx33d::zeros();
-    cv::Matx31d b = cv::Matx31d::zeros();
-    std::vector<cv::Point3_<float>> points;
-    for (int i = round % 7; i > 0; --i) {
-      const cv::Vec3i p(random(4), random(4), random(9) + 1000 * (round % 2));
-      points.push_back(cv::Point3i(p));
-      a += cv::Vec3d(p[0], p[1], 1) * cv::Vec3d(p[0], p[1], 1).t();
-      b += cv::Vec3d(p[0], p[1], 1) * p[2];
-    }
-    const cv::Mat inverse = cv::Mat(a).inv(cv::DECOMP_LU);
-    const cv::Mat x = inverse * cv::Mat(b);
-    expected.insert(expected.end(), {x.at<double>(0), x.at<double>(1), -1, x.at<double>(2)});
-    teskCaculateLaserPlane(points, res);
-  }
-  EXPECT_EQ(res, expected);
-}
-
 SQO_planeCalibPara calibrate(build::Scan scan) {
   std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
   return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <sstream>
@@ -142,72 +141,6 @@ TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
     ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, kNaN}, true)), text(trees));
     ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, checkDist}, true)),
               text(directed));
-  }
-}
-
-/// The trees with the feature `of(node)` for each node.
-template <typename Tree, typename Of>
-Trees asFeatureTrees(const std::vector<Tree>& trees, Of of) {
-  Trees result;
-  for (const Tree& tree : trees) {
-    Features nodes(tree.treeNodes.size());
-    std::transform(tree.treeNodes.begin(), tree.treeNodes.end(), nodes.begin(), of);
-    const auto& [start, end] = std::pair(tree.sLineIdx, tree.eLineIdx);
-    result.push_back({tree.treeState, 1, start, end, tree.treeValue, {}, {}, nodes, -1});
-  }
-  return result;
-}
-
-// Gaps and segments on the places of features grow as these do, but for the length that stays.
-TEST(GapAndSegmentGrowing, AgreesWithThePlainWalkOverTheWholeList) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(seed);
-    RandomScan random(seed);
-    Lines lines = random.lines(20, 12);
-    const SQO_treeGrowParam param = random.param();
-    std::vector<SQO_gapFeatureTree> gapTrees;
-    std::vector<SJU_segFeatureTree> segmentTrees;
-    std::vector<std::vector<SJU_segFeature>> segments(lines.size());
-    for (int i = 0; i < 20; ++i) {
-      std::vector<SQO_basicFeatureGap> gaps;
-      for (SQO_basicFeature1D& f : lines[i]) {
-        const auto [x, y, z] = f.jumpPos;
-        const double w = random.whole(1, 9);
-        f = {1, {i, 0}, {x, y, z}, 0.0};
-        gaps.push_back({i, {}, {0, {x - w, y - w, z + w}}, {0, {x + w, y + w, z - w}}, {}});
-        segments[i].push_back({i, 0, 0, 0, {x, y, z}, {x + 3.0, y + 5.0, z - 4.0}, 0.0});
-      }
-      qo_lineGapsGrowing(i, i == 19, gaps, gapTrees, param);
-    }
-    ju_getSegFeatureGrowingTrees(segments, segmentTrees, param);
-
-    plain::Rules rules = {param, false, true, kNaN, [](const auto& tree, const auto& p) {
-                            return !(plain::distance(tree.treeNodes.front(),
-                                                     tree.treeNodes.back()) <= p.minLTypeTreeLen);
-                          }};
-    const auto ofGap = [](const SQO_basicFeatureGap& gap) {
-      const auto& [a, b] = std::pair(gap.gapStart.pt3D, gap.gapEnd.pt3D);
-      const STesk3DPoint centre = {(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2};
-      return SQO_basicFeature1D{1, {gap.lineIdx, 0}, centre, 0.0};
-    };
-    ASSERT_EQ(text(plain::grow(lines, {}, rules)), text(asFeatureTrees(gapTrees, ofGap)));
-    for (const SQO_gapFeatureTree& tree : gapTrees) {
-      ASSERT_TRUE(tree.treeType == 1 && tree.xRange.min == 0.0 && tree.yRange.max == 0.0);
-    }
-
-    rules = {
-        param, true, true, kNaN, [](const auto& tree, const auto& p) {
-          const auto& nodes = tree.treeNodes;
-          return !(std::abs(nodes.front().jumpPos.x - nodes.back().jumpPos.x) <= p.minLTypeTreeLen);
-        }};
-    const auto ofSegment = [](const SJU_segFeature& s) {
-      return SQO_basicFeature1D{1, {s.lineIdx, 0}, s.startPt, s.startPt.z - 2.0};
-    };
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      std::transform(segments[i].begin(), segments[i].end(), lines[i].begin(), ofSegment);
-    }
-    ASSERT_EQ(text(plain::withoutOneLiners(plain::grow(lines, {}, rules))),
-              text(asFeatureTrees(segmentTrees, ofSegment)));
   }
 }
 
