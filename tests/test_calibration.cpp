@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <opencv2/core.hpp>
 #include <random>
 #include <stdexcept>
 #include <tuple>
@@ -99,6 +98,7 @@ TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
   EXPECT_EQ(points[0].z, 2.0F);
   EXPECT_EQ(points[0].nRGB, 0x7FC00001U);
   EXPECT_EQ(points[1].y, 6.0F);
+  line = {points.data(), 1};
   lineDataRT_RGBD(&line, stretch.data(), 2.0);
   EXPECT_EQ(points[0].z, 0.0F);
 }
