@@ -42,6 +42,9 @@ TEST(Bounds, AreTheSameFromAllFourFunctions) {
     }
   }
   EXPECT_EQ(qo_getScanDataROI(nullptr, -1).xRange.max, -1.0);
+  build::Scan lone = {{sample(7, -2, 5)}};
+  const SJU_pointCloudPara para = ju_getPointCloudPara(lone);
+  EXPECT_TRUE(para.ptStep == -1.0 && para.scanLineStep == -1.0) << "no sample has a neighbour";
 }
 
 }  // namespace
