@@ -51,7 +51,6 @@ struct Rules {
   bool byStep;       // close trees by their mean step
   bool typed;        // match types
   double checkDist;  // NaN: no check of the direction
-  bool (*stays)(const SQO_featureTree& tree, const SQO_treeGrowParam& p) = treeStays;
 };
 
 inline bool keepsDirection(const SQO_basicFeature1D& f, SQO_featureTree& tree, double checkDist) {
@@ -121,7 +120,7 @@ inline Trees grow(const Lines& lines, Trees trees, const Rules& rules, bool ownL
       if (trees[t].treeState == TREE_GROWING &&
           closes(trees[t], line, i + 1 == lines.size(), rules)) {
         trees[t].treeState = TREE_CLOSED;
-        if (!rules.stays(trees[t], rules.p)) {
+        if (!treeStays(trees[t], rules.p)) {
           trees.erase(trees.begin() + static_cast<std::ptrdiff_t>(t));
         }
       }

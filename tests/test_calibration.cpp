@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <opencv2/core.hpp>
 #include <random>
 #include <stdexcept>
 #include <tuple>
@@ -60,21 +59,6 @@ TEST(ComputeRTMatrix, NearlyParallelDirectionsAndNoDirections) {
   }
 }
 
-TEST(ComputeRTMatrix, TurnsOneDirectionOntoTheOtherAndBack) {
-  std::vector<STesk3DPoint> directions = {
-      {3, 4, 12}, {-13, 0, 0}, {0, -13, 0}, {0, 0, 13}, {-12, 3, 4}};
-  for (STesk3DPoint from : directions) {
-    for (STesk3DPoint to : directions) {
-      const SQO_planeCalibPara there = ju_computeRTMatrix(from, to);
-      const SQO_planeCalibPara back = ju_computeRTMatrix(to, from);
-      const STesk3DPoint reached = plain::turned(there.levelMatrix, from);
-      expectNear({reached.x, reached.y, reached.z}, {to.x, to.y, to.z}, 1e-13);
-      EXPECT_TRUE(std::equal(back.levelMatrix, back.levelMatrix + 9, there.invLevelMatrix));
-      EXPECT_EQ(there.planeHeight, 0.0);
-    }
-  }
-}
-
 TEST(LineDataRT, EveryFormRotatesAndCutsByTheRule) {
   std::mt19937 random(1);
   const double grid[] = {0, 0.00009, 0.0001, 1, 2, std::nextafter(2, 3), 3, -1, NAN, 1e300};
@@ -114,17 +98,12 @@ TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
   EXPECT_EQ(points[0].z, 2.0F);
   EXPECT_EQ(points[0].nRGB, 0x7FC00001U);
   EXPECT_EQ(points[1].y, 6.0F);
+  line = {points.data(), 1};
   lineDataRT_RGBD(&line, stretch.data(), 2.0);
   EXPECT_EQ(points[0].z, 0.0F);
 }
 
-TEST(EulerZYX, RollsFirstAndConvertsBack) {
-  double matrix[3][3];
-  eulerToRotationMatrixZYX({45, 30, 60}, matrix);
-  const double a = std::sqrt(0.125), b = std::sqrt(0.375);
-  expectNear(Values(matrix[0], matrix[0] + 9),
-             {std::sqrt(0.1875), a / 2 - b, a / 2 + b, 0.75, b / 2 + a, b / 2 - a, -0.5, b, b},
-             1e-15);
+TEST(EulerZYX, ConvertsBack) {
   // 1e-6 is the cosine of a pitch of 89.9999427 degrees.
   const SQO_EulerAngles cases[][2] = {{{10, 20, 30}, {10, 20, 30}},
                                       {{5, 100, 7}, {-175, 80, -173}},
@@ -132,33 +111,11 @@ TEST(EulerZYX, RollsFirstAndConvertsBack) {
                                       {{30, 89.999945, 50}, {0, 89.999945, 20}},
                                       {{30, -90, 50}, {0, -90, 80}}};
   for (const auto& [angles, expected] : cases) {
+    double matrix[3][3];
     eulerToRotationMatrixZYX(angles, matrix);
     const auto [roll, pitch, yaw] = rotationMatrixToEulerZYX(matrix);
     expectNear({roll, pitch, yaw}, {expected.roll, expected.pitch, expected.yaw}, 1e-6);
   }
-}
-
-TEST(CaculateLaserPlane, MultipliesByTheInverse) {
-  std::mt19937 engine(2);
-  const auto random = [&](int end) { return static_cast<int>(engine() % end); };
-  Values res = {42.0};
-  Values expected = res;
-  for (int round = 0; round < 300; ++round) {
-    cv::Matx33d a = cv::Matx33d::zeros();
-    cv::Matx31d b = cv::Matx31d::zeros();
-    std::vector<cv::Point3_<float>> points;
-    for (int i = round % 7; i > 0; --i) {
-      const cv::Vec3i p(random(4), random(4), random(9) + 1000 * (round % 2));
-      points.push_back(cv::Point3i(p));
-      a += cv::Vec3d(p[0], p[1], 1) * cv::Vec3d(p[0], p[1], 1).t();
-      b += cv::Vec3d(p[0], p[1], 1) * p[2];
-    }
-    const cv::Mat inverse = cv::Mat(a).inv(cv::DECOMP_LU);
-    const cv::Mat x = inverse * cv::Mat(b);
-    expected.insert(expected.end(), {x.at<double>(0), x.at<double>(1), -1, x.at<double>(2)});
-    teskCaculateLaserPlane(points, res);
-  }
-  EXPECT_EQ(res, expected);
 }
 
 SQO_planeCalibPara calibrate(build::Scan scan) {
@@ -227,16 +184,6 @@ TEST(RegionCalibration, LimitsBelongToTheRegion) {
   }
 }
 
-TEST(RegionCalibration, SamplesOfOverlappingRegionsCountOnce) {
-  build::Scan scan = surfaceScan(30, 10, [](double x, double y) { return 50 + x + y * y; });
-  std::vector<STesk3DLaserLine> lines = build::pointerForm(scan);
-  std::vector<STesk3DRangeD> rois = {{{8, 20}, {0, 9}, {0, 99}}, {{0, 15}, {0, 9}, {0, 99}}};
-  EXPECT_EQ(all(qo_getPlaneCalibPara_ROIs(lines.data(), 30, rois)),
-            all(qo_getPlaneCalibPara2_ROI(scan, {{0, 20}, {0, 9}, {0, 99}})));
-  rois.clear();
-  EXPECT_EQ(qo_getPlaneCalibPara_ROIs(lines.data(), 30, rois).planeHeight, 0.0);
-}
-
 TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
   const std::vector<std::pair<build::Line, double>> cases = {
       {lineOfZ({5, 5.75, 5}, 0, 0.5), 5.25},
@@ -252,8 +199,6 @@ TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
     EXPECT_EQ(qo_getHolePlaneCalibPara(scan).planeHeight, height) << text(line);
     EXPECT_EQ(scan[0][0].nPointIdx, 0);
   }
-  build::Scan tilted = {lineOfZ({5, 5.75, 5}, 0, 0.5), lineOfZ({7, 7.75, 7}, 1, 0.5)};
-  EXPECT_NEAR(qo_getHolePlaneCalibPara(tilted).planeHeight, 5.25 / std::sqrt(5.0), 1e-3);
 }
 
 TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
@@ -277,21 +222,17 @@ TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
 }
 
 TEST(GetGroundCalibPara, BringsTheGroundToAPositiveY) {
-  for (const double yOffset : {0.0, -300.0}) {
-    build::Scan scan = surfaceScan(
-        20, 60, [](double x, double y) { return y < 30 ? 400 : 490 + 0.5 * x - 3 * y; });
-    for (build::Line& line : scan) {
-      std::for_each(line.begin(), line.end(), [=](auto& sample) { sample.pt3D.y += yOffset; });
-    }
-    const SQO_planeCalibPara record = qo_HCameraVScan_getGroundCalibPara(scan);
-    EXPECT_NEAR(record.planeHeight, std::abs(490 + 3 * yOffset) / std::sqrt(10.25), 1e-3);
-    EXPECT_EQ(scan[5][20].nPointIdx, 0);
-    EXPECT_EQ(scan[5][59].nPointIdx, 1);
-    lineDataRT_vector(scan[5], record.levelMatrix, 0.0);
-    EXPECT_NEAR(scan[5][59].pt3D.y, record.planeHeight, 1e-3);
+  build::Scan scan =
+      surfaceScan(20, 60, [](double x, double y) { return y < 30 ? 400 : 490 + 0.5 * x - 3 * y; });
+  for (build::Line& line : scan) {
+    std::for_each(line.begin(), line.end(), [=](auto& sample) { sample.pt3D.y -= 300.0; });
   }
-  build::Scan empty;
-  const SQO_planeCalibPara record = qo_HCameraVScan_getGroundCalibPara(empty);
+  SQO_planeCalibPara record = qo_HCameraVScan_getGroundCalibPara(scan);
+  EXPECT_NEAR(record.planeHeight, 410.0 / std::sqrt(10.25), 1e-3);
+  lineDataRT_vector(scan[5], record.levelMatrix, 0.0);
+  EXPECT_NEAR(scan[5][59].pt3D.y, record.planeHeight, 1e-3);
+  scan.clear();
+  record = qo_HCameraVScan_getGroundCalibPara(scan);
   EXPECT_EQ(record.planeHeight, 0.0);
   EXPECT_NEAR(record.levelMatrix[5], -1.0, 1e-15);
 }

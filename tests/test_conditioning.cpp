@@ -126,46 +126,6 @@ TEST(NoiseFilter, FiltersAlongThenAcross) {
   }
 }
 
-using Case = std::tuple<std::vector<double>, double, const char*>;  // z, limit and runs
-
-TEST(LineDataIntervals, CutsAtSteps) {
-  const Case cases[] = {
-      {{}, 2.5, ""},
-      {{0, 0.0001, -1, NAN}, 2.5, ""},
-      {{0, 10, 0, NAN}, 2.5, "1:1:1 "},
-      {{10, 0, 14.9, 0, 0}, 2.5, "0:3:2 "},
-      {{10, 0, 14.9, 0, 0}, 2, "0:1:1 2:1:2 "},
-      {{10, 15, 15, 9, 0}, 2.5, "0:1:1 1:2:2 3:1:3 "},
-  };
-  for (const auto& [z, limit, expected] : cases) {
-    Line line = lineOfZ(z);
-    std::for_each(line.begin(), line.end(), [](auto& sample) { sample.nPointIdx = 5; });
-    Runs runs = {{9, 9, 9}};
-    ju_getLineDataIntervals(line, {limit, 5.0, 0.0}, runs);
-    EXPECT_EQ(text(runs), std::string("9:9:9 ") + expected);
-    EXPECT_EQ(build::stampsOf(line), std::vector<int>(line.size(), 0));
-  }
-}
-
-TEST(Split, CutsAtFarthestSample) {
-  const Case cases[] = {
-      {{10, 11, 12}, 1, "0:3:7 "},
-      {{0, 11, 12}, 99, ""},
-      {{10, 11, 0}, 99, ""},
-      {{10, 11, 0.0001}, 99, "0:3:7 "},
-      {{10, 0, NAN, 0.0001, 10}, 1, "0:5:7 "},
-      {{10, 12, 10}, 2, ""},
-      {{10, 11, 12, 11, 12, 11, 10}, 1, "0:3:0 2:5:0 "},
-      {{10, 10, 10, 15, 20, 20, 20}, 0.5, "0:3:0 2:3:0 4:3:0 "},
-  };
-  for (const auto& [z, limit, expected] : cases) {
-    Line line = lineOfZ(z);
-    Runs pieces;
-    split({0, static_cast<int>(line.size()), 7}, line, limit, pieces);
-    EXPECT_EQ(text(pieces), expected);
-  }
-}
-
 TEST(Split, CutsLongStaircaseInLineOrder) {
   const int tread = 5000;
   Line line = build::profileLine(200 * tread, 1.0,

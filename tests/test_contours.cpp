@@ -2,7 +2,6 @@
 
 #include <array>
 #include <cmath>
-#include <cstddef>
 #include <opencv2/core.hpp>
 #include <sstream>
 #include <string>
@@ -11,10 +10,6 @@
 #include <scanline/heightmap.h>
 #include "builders.h"
 #include "plain_contours.h"
-
-static_assert(sizeof(SQO_contourPtInfo) == 56 && offsetof(SQO_contourPtInfo, scanDist) == 24 &&
-              sizeof(SQO_conotourPair) == 136 && offsetof(SQO_conotourPair, pairReserved) == 12 &&
-              offsetof(SQO_conotourPair, pairReservedD) == 16);
 
 namespace {
 
@@ -145,51 +140,6 @@ TEST(ContourPts, PickAndPostProcFollowTheRules) {
         verdict,
         all.empty() ? 0 : plain::appendPoints(plain::contourPostProc(all, distTol), 6, expected));
     ASSERT_EQ(text(list), text(expected));
-  }
-}
-
-TEST(PairingContourPts, FollowTheRules) {
-  cv::RNG random(3);
-  for (int round = 0; round < 2000; ++round) {
-    std::vector<SQO_conotourPair> pairs;
-    for (const SQO_contourPtInfo& p : randomPoints(random, 2)) {
-      const int tag = static_cast<int>(pairs.size());
-      pairs.push_back({tag, p.edgeId, random.uniform(0, 3), 7, 8.5, p, p});
-      pairs.back().contourPt_2.edgePt = {random.uniform(0, 4) * 1.0, random.uniform(0, 4) * 1.0,
-                                         5.0};
-      pairs.back().contourPt_2.sideFlag = random.uniform(-1, 3);
-    }
-    std::vector<SQO_intPair> edgePairs = {{2, 1, 9}, {2, 1, 9}, {random.uniform(0, 3), 2, 9}};
-    edgePairs.resize(random.uniform(0, 4));
-    const STeskRangeD window = {random.uniform(-1, 2) * 1.0, random.uniform(1, 5) * 1.0};
-    const bool useX = round % 2 == 0;
-    const auto isInside = [&](const STesk3DPoint& p) {
-      return (useX ? p.x : p.y) > window.min && (useX ? p.x : p.y) < window.max;
-    };
-    std::vector<SQO_conotourPair> matched(random.uniform(0, 4), {-1, 0, 0, 0, 0.0, {}, {}});
-    std::vector<SQO_conotourPair> expected = matched;
-    std::array<std::size_t, 2> facing = {0, 0};
-    for (const SQO_conotourPair& pair : pairs) {
-      for (const SQO_intPair& edges : edgePairs) {
-        if (pair.edgeId_1 == edges.first && pair.edgeId_2 == edges.second &&
-            isInside(pair.contourPt_1.edgePt) && isInside(pair.contourPt_2.edgePt)) {
-          expected.push_back(pair);
-          facing[0] += pair.contourPt_1.sideFlag >= 1 ? 1 : 0;
-          facing[1] += pair.contourPt_2.sideFlag >= 1 ? 1 : 0;
-          break;
-        }
-      }
-    }
-    std::array<int, 2> verdicts = {9, 9};
-    qo_getPairingContourPts(pairs, edgePairs, matched, window, useX, &verdicts[0], &verdicts[1]);
-    ASSERT_EQ(matched.size(), expected.size());
-    for (std::size_t i = 0; i < matched.size(); ++i) {
-      ASSERT_TRUE(matched[i].pairTag == expected[i].pairTag &&
-                  matched[i].pairReservedD == expected[i].pairReservedD &&
-                  text(matched[i].contourPt_2) == text(expected[i].contourPt_2));
-    }
-    ASSERT_EQ(verdicts[0], facing[0] > expected.size() / 2 ? 1 : 0);
-    ASSERT_EQ(verdicts[1], facing[1] > expected.size() / 2 ? 1 : 0);
   }
 }
 

@@ -3,10 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
-#include <map>
 #include <random>
 #include <string>
-#include <tuple>
 #include <vector>
 
 #include <scanline/line_features.h>
@@ -33,24 +31,6 @@ std::string text(const Features& features) {
   return build::text(fields);
 }
 
-/// 1 if the backward arm is steep and the forward one flat, 2 the other way round, or 0.
-int armsOf(const plain::Bend& bend, const SQO_cornerParam& param) {
-  const auto isFlat = [&](double arm) { return std::abs(arm) < param.jumpCornerTh_1; };
-  const auto isSteep = [&](double arm) { return std::abs(arm) > param.jumpCornerTh_2; };
-  const bool steepThenFlat = isFlat(bend.fore) && isSteep(bend.back);
-  return isFlat(bend.back) && isSteep(bend.fore) ? 2 : steepThenFlat ? 1 : 0;
-}
-
-Features armCorners(const Places& places, const SQO_cornerParam& param) {
-  const auto bends = bendsOf(places, param.scale);
-  Features features;
-  for (const int i : peaksOf(places, bends, 1, true, param.cornerTh, 2.0 * param.scale)) {
-    const int arms = armsOf(bends[i], param);
-    features.push_back(featureAt(places[i], kLine, arms == 0 ? FEATURE_CORNER_OTHER : arms));
-  }
-  return features;
-}
-
 /// Marks the first and the last sample of each stretch.
 void markEnds(const Places& places, Line& line) {
   for (std::size_t i = 0; i < places.size(); ++i) {
@@ -58,76 +38,6 @@ void markEnds(const Places& places, Line& line) {
     const bool ends = i + 1 == places.size() || places[i + 1].stretch != places[i].stretch;
     line[places[i].sample].nPointIdx |= (starts ? 0x100000 : 0) | (ends ? 0x200000 : 0);
   }
-}
-
-/// Adds the marks of the corners to those of the ends.
-Features referenceCorners(const Places& places,
-                          double refZ,
-                          const SQO_cornerParam& param,
-                          Line& line) {
-  const auto bends = bendsOf(places, param.scale, true);
-  std::vector<int> types(places.size());
-  for (const int i : peaksOf(places, bends, 1, false, param.cornerTh, 2.0 * param.scale)) {
-    types[i] = plain::flatArm(bends[i], param);
-  }
-  Features features;
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    int& word = line[places[i].sample].nPointIdx;
-    const int ends = word >> 20;
-    int type = types[i];
-    word |= type << 16;
-    if (type != 0) {
-      type = std::abs(places[i].at.z - refZ) < 10.0 ? type : 0;
-    } else if (ends == 1 || ends == 2) {
-      const double arm = ends == 1 ? bends[i].fore : bends[i].back;
-      type = std::abs(arm) < param.jumpCornerTh_1 ? 3 - ends : 0;
-    }
-    if (type != 0) {
-      features.push_back(featureAt(places[i], kLine, type));
-    }
-  }
-  return features;
-}
-
-/// The rims of the gaps, two by two.
-Line gapRims(const Places& places, STeskRangeD range, const SQO_cornerParam& param) {
-  const auto bends = bendsOf(places, param.scale);
-  const auto rims = peaksOf(places, bends, -1, true, param.cornerTh, param.scale);
-  Line pairs;
-  for (std::size_t k = 1; k < rims.size(); ++k) {
-    const auto& [a, b] = std::tie(places[rims[k - 1]], places[rims[k]]);
-    const double width = plain::widthBetween(a, b);
-    if (width > range.min && width < range.max) {
-      pairs.insert(pairs.end(), {{a.sample, a.at}, {b.sample, b.at}});
-      ++k;  // it opens no gap
-    }
-  }
-  return pairs;
-}
-
-Features stepJumps(const Places& places, const SQO_cornerParam& param) {
-  const auto bends = bendsOf(places, param.scale);
-  std::map<int, int> kinds;  // the arms of the maxima, those of the minima negative
-  for (const int sign : {1, -1}) {
-    for (const int i : peaksOf(places, bends, sign, false, param.cornerTh, 2.0 * param.scale)) {
-      if (armsOf(bends[i], param) != 0) {
-        kinds[i] = sign * armsOf(bends[i], param);
-      }
-    }
-  }
-  Features jumps;
-  for (auto before = kinds.begin(), at = before; at != kinds.end(); before = at++) {
-    const auto [a, kindA] = *before;
-    const auto [b, kindB] = *at;
-    const bool falls = kindA == 2 && kindB == -1;
-    if ((falls || (kindA == -2 && kindB == 1)) &&
-        std::abs(places[a].at.y - places[b].at.y) < param.minEndingGap &&
-        std::abs(bends[b].foreZ - bends[a].backZ) > param.minEndingGap_z) {
-      jumps.push_back(falls ? featureAt(places[a], kLine, FEATURE_JUMP_FALL, bends[a].backZ)
-                            : featureAt(places[b], kLine, FEATURE_JUMP_RISE, bends[b].foreZ));
-    }
-  }
-  return jumps;
 }
 
 double pick(std::mt19937& rng, std::initializer_list<double> values) {
@@ -154,7 +64,7 @@ Line randomLine(std::mt19937& rng) {
 
 TEST(CornerFamily, FollowsThePlainRules) {
   std::mt19937 rng;
-  std::vector<int> found(9);
+  std::vector<int> found(5);
   for (int round = 0; round < 1500; ++round) {
     const Line line = randomLine(rng);
     const int size = static_cast<int>(line.size());
@@ -165,7 +75,6 @@ TEST(CornerFamily, FollowsThePlainRules) {
                                    pick(rng, {0.0, 30.0, 45.0, 90.0, 91.0}),
                                    pick(rng, {0.0, 30.0, 45.0, 60.0})};
     const double limit = pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0});
-    const auto byZ = plain::placesOf(line, false, INFINITY, param.minEndingGap_z);
     const auto byYZ = plain::placesOf(line, false, param.minEndingGap, param.minEndingGap_z);
     Line sent = line;
     Features features;
@@ -181,19 +90,11 @@ TEST(CornerFamily, FollowsThePlainRules) {
     qo_getLineCornerFeature(sent.data(), size, kLine, param, &record);
     check(0, text(record.features), text(plain::corners(plain::placesOf(line), kLine, param)),
           line);
-    qo_getLineJumpFeature_cornerMethod(sent.data(), size, kLine, param, features);
-    check(1, text(features), text(stepJumps(plain::placesOf(line), param)), line);
-
     const SQO_gloveArcParam glove = {param.scale, limit, param.cornerTh};
     const auto arcs = plain::gloveArcs(plain::placesOf(line), kLine, glove);
     ju_getLineGloveArcs(sent, kLine, glove, features);
-    check(8, text(features), text(size < 10 ? Features() : arcs), line);
+    check(1, text(features), text(size < 10 ? Features() : arcs), line);
 
-    Line marked = line;
-    markEnds(byYZ, marked);
-    const Features near = referenceCorners(byYZ, limit, param, marked);
-    qo_getLineCornerFeature_BQ(sent.data(), size, kLine, limit, param, features);
-    check(2, text(features), text(near), marked);
     std::vector<int> mask(line.size());
     std::generate(mask.begin(), mask.end(), [&] { return static_cast<int>(rng() % 10); });
     qo_getLineContourCornerFeature_groundMask_BQ(sent, mask, kLine, limit, param, features);
@@ -207,9 +108,9 @@ TEST(CornerFamily, FollowsThePlainRules) {
     markEnds(plain::placesOf(low, false, INFINITY, param.minEndingGap_z), low);
     record.features.clear();
     ju_getLineCornerFeature_PSM(sent.data(), size, kLine, 51.0, param, &record);
-    check(7, text(record.features), text(lowCorners), low);
+    check(2, text(record.features), text(lowCorners), low);
 
-    // The other ones read labels, or renew the stamps.
+    // Only the samples of a label count.
     Line oneLabel = line;
     for (int i = 0; i < size; ++i) {
       sent[i].nPointIdx = rng() % 5 == 0 ? 1 : 2;
@@ -219,20 +120,6 @@ TEST(CornerFamily, FollowsThePlainRules) {
     qo_maskData_getLineCornerFeature(sent, kLine, 2, param, features);
     const auto ofLabel = plain::corners(plain::placesOf(oneLabel), kLine, param, true);
     check(4, text(features), text(ofLabel), labelled);
-    sent = labelled;
-    ju_getLineCorerFeature(sent, kLine, param, features);
-    check(5, text(features), text(armCorners(byZ, param)), line);
-    sent = labelled;
-    std::vector<SQO_basicFeatureGap> gaps;
-    qo_getLineGapFeature(sent, kLine, param, {1.0, limit}, gaps);
-    Line rims;
-    for (const SQO_basicFeatureGap& gap : gaps) {
-      EXPECT_EQ(gap.lineIdx, kLine);
-      EXPECT_EQ(std::count(std::begin(gap.reserved1), std::end(gap.reserved1), 0U), 3);
-      EXPECT_EQ(std::count(std::begin(gap.reserved2), std::end(gap.reserved2), 0U), 4);
-      rims.insert(rims.end(), {gap.gapStart, gap.gapEnd});
-    }
-    check(6, build::text(rims), build::text(gapRims(byZ, {1.0, limit}, param)), line);
   }
   EXPECT_GT(*std::min_element(found.begin(), found.end()), 50);
 }

@@ -123,10 +123,4 @@ TEST(LocalPeaks, FollowTheWalkOfTheBlocks) {
   }
 }
 
-TEST(LocalPeaks, NoLines) {
-  std::vector<SQO_2DValueI> found;
-  qo_getLocalPeaks(nullptr, 0, found, {8, 8});
-  EXPECT_TRUE(found.empty());
-}
-
 }  // namespace

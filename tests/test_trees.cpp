@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cmath>
 #include <limits>
-#include <random>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -39,38 +37,35 @@ std::string text(const Trees& trees) {
 }
 
 /// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
-struct RandomScan {
-  std::mt19937 random;
+struct RandomScan : build::Random {
+  using Random::Random;
 
-  int integer(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random);
-  }
   SQO_basicFeature1D node(int line) {
     SQO_basicFeature1D f =
-        feature(line + (integer(0, 9) == 0 ? integer(-2, 2) : 0), 70.0 + 0.5 * integer(-20, 20),
-                integer(0, 3) == 0 ? integer(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * integer(0, 8),
-                0.25 * integer(0, 9));
-    f.jumpPos.x += 30.0 + 0.5 * integer(-1, 1);
-    f.jumpPos.y = integer(0, 60) == 0 ? kNaN : f.jumpPos.y;
+        feature(line + (whole(0, 9) == 0 ? whole(-2, 2) : 0), 70.0 + 0.5 * whole(-20, 20),
+                whole(0, 3) == 0 ? whole(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * whole(0, 8),
+                0.25 * whole(0, 9));
+    f.jumpPos.x += 30.0 + 0.5 * whole(-1, 1);
+    f.jumpPos.y = whole(0, 60) == 0 ? kNaN : f.jumpPos.y;
     return f;
   }
   Lines lines(int count, int most) {
     Lines result(count);
     for (int i = 0; i < count; ++i) {
-      for (int k = integer(most > 1 ? -2 : 1, most); k > 0; --k) {
+      for (int k = whole(most > 1 ? -2 : 1, most); k > 0; --k) {
         result[i].push_back(node(i));
       }
     }
     return result;
   }
   SQO_treeGrowParam param() {
-    return {0.5 * integer(-1, 12), 0.5 * integer(1, 8),  integer(-1, 4),
-            0.5 * integer(0, 8),   0.5 * integer(-1, 8), 0.5 * integer(-1, 8)};
+    return {0.5 * whole(-1, 12), 0.5 * whole(1, 8),  whole(-1, 4),
+            0.5 * whole(0, 8),   0.5 * whole(-1, 8), 0.5 * whole(-1, 8)};
   }
   Trees passedIn() {
     Trees trees;
-    for (int k = integer(0, 4); k > 0; --k) {
-      trees.push_back(treeOf({node(integer(-3, 3)), node(integer(-3, 3))}, integer(0, 3)));
+    for (int k = whole(0, 4); k > 0; --k) {
+      trees.push_back(treeOf({node(whole(-3, 3)), node(whole(-3, 3))}, whole(0, 3)));
     }
     return trees;
   }
@@ -79,8 +74,8 @@ struct RandomScan {
 TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
-    Lines lines = random.lines(random.integer(0, 40), 12);
+    RandomScan random(seed);
+    Lines lines = random.lines(random.whole(0, 40), 12);
     const SQO_treeGrowParam param = random.param();
     const Trees passedIn = random.passedIn();
     std::vector<SQO_lineFeature> records, reversed;
@@ -115,7 +110,7 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
 TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   for (unsigned seed = 0; seed < 500; ++seed) {
     SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
+    RandomScan random(seed);
     const bool isLineFirst = seed % 2 == 0;
     const bool isLong = seed % 25 == 1;
     const int type = seed % 10 == 0 ? 8 : FEATURE_SEG_END;
@@ -136,7 +131,7 @@ TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
         endings.push_back({{type, {l, k}, at, 0.0}});
       }
     }
-    const double checkDist = 0.75 * random.integer(-1, 8);
+    const double checkDist = 0.75 * random.whole(-1, 8);
     const Trees passedIn = random.passedIn();
     Trees trees = passedIn, directed = passedIn;
     auto lines = build::pointerForm(scan);
@@ -146,72 +141,6 @@ TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
     ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, kNaN}, true)), text(trees));
     ASSERT_EQ(text(plain::grow(endings, passedIn, {param, false, true, checkDist}, true)),
               text(directed));
-  }
-}
-
-/// The trees with the feature `of(node)` for each node.
-template <typename Tree, typename Of>
-Trees asFeatureTrees(const std::vector<Tree>& trees, Of of) {
-  Trees result;
-  for (const Tree& tree : trees) {
-    Features nodes(tree.treeNodes.size());
-    std::transform(tree.treeNodes.begin(), tree.treeNodes.end(), nodes.begin(), of);
-    const auto& [start, end] = std::pair(tree.sLineIdx, tree.eLineIdx);
-    result.push_back({tree.treeState, 1, start, end, tree.treeValue, {}, {}, nodes, -1});
-  }
-  return result;
-}
-
-// Gaps and segments on the places of features grow as these do, but for the length that stays.
-TEST(GapAndSegmentGrowing, AgreesWithThePlainWalkOverTheWholeList) {
-  for (unsigned seed = 0; seed < 300; ++seed) {
-    SCOPED_TRACE(seed);
-    RandomScan random = {std::mt19937(seed)};
-    Lines lines = random.lines(20, 12);
-    const SQO_treeGrowParam param = random.param();
-    std::vector<SQO_gapFeatureTree> gapTrees;
-    std::vector<SJU_segFeatureTree> segmentTrees;
-    std::vector<std::vector<SJU_segFeature>> segments(lines.size());
-    for (int i = 0; i < 20; ++i) {
-      std::vector<SQO_basicFeatureGap> gaps;
-      for (SQO_basicFeature1D& f : lines[i]) {
-        const auto [x, y, z] = f.jumpPos;
-        const double w = random.integer(1, 9);
-        f = {1, {i, 0}, {x, y, z}, 0.0};
-        gaps.push_back({i, {}, {0, {x - w, y - w, z + w}}, {0, {x + w, y + w, z - w}}, {}});
-        segments[i].push_back({i, 0, 0, 0, {x, y, z}, {x + 3.0, y + 5.0, z - 4.0}, 0.0});
-      }
-      qo_lineGapsGrowing(i, i == 19, gaps, gapTrees, param);
-    }
-    ju_getSegFeatureGrowingTrees(segments, segmentTrees, param);
-
-    plain::Rules rules = {param, false, true, kNaN, [](const auto& tree, const auto& p) {
-                            return !(plain::distance(tree.treeNodes.front(),
-                                                     tree.treeNodes.back()) <= p.minLTypeTreeLen);
-                          }};
-    const auto ofGap = [](const SQO_basicFeatureGap& gap) {
-      const auto& [a, b] = std::pair(gap.gapStart.pt3D, gap.gapEnd.pt3D);
-      const STesk3DPoint centre = {(a.x + b.x) / 2, (a.y + b.y) / 2, (a.z + b.z) / 2};
-      return SQO_basicFeature1D{1, {gap.lineIdx, 0}, centre, 0.0};
-    };
-    ASSERT_EQ(text(plain::grow(lines, {}, rules)), text(asFeatureTrees(gapTrees, ofGap)));
-    for (const SQO_gapFeatureTree& tree : gapTrees) {
-      ASSERT_TRUE(tree.treeType == 1 && tree.xRange.min == 0.0 && tree.yRange.max == 0.0);
-    }
-
-    rules = {
-        param, true, true, kNaN, [](const auto& tree, const auto& p) {
-          const auto& nodes = tree.treeNodes;
-          return !(std::abs(nodes.front().jumpPos.x - nodes.back().jumpPos.x) <= p.minLTypeTreeLen);
-        }};
-    const auto ofSegment = [](const SJU_segFeature& s) {
-      return SQO_basicFeature1D{1, {s.lineIdx, 0}, s.startPt, s.startPt.z - 2.0};
-    };
-    for (std::size_t i = 0; i < lines.size(); ++i) {
-      std::transform(segments[i].begin(), segments[i].end(), lines[i].begin(), ofSegment);
-    }
-    ASSERT_EQ(text(plain::withoutOneLiners(plain::grow(lines, {}, rules))),
-              text(asFeatureTrees(segmentTrees, ofSegment)));
   }
 }
 

@@ -4,12 +4,12 @@
 #include <climits>
 #include <csignal>
 #include <cstddef>
-#include <random>
 #include <stdexcept>
 #include <utility>
 #include <vector>
 
 #include <scanline/watershed.h>
+#include "builders.h"
 #include "plain_watershed.h"
 
 namespace {
@@ -36,36 +36,27 @@ Plane flooded(SJU_waterShedImage image, Seeds seeds, int maxLevel, int startLabe
   return image.markers;
 }
 
-class Random {
- public:
-  int between(int low, int high) {
-    return std::uniform_int_distribution<int>(low, high)(random_);
-  }
-
-  /// Random values at `percent` of the pixels, and zeros elsewhere.
-  Plane plane(int height, int width, int low, int high, int percent = 100) {
-    Plane plane = flat(height, width);
-    for (std::vector<int>& row : plane) {
-      for (int& value : row) {
-        value = between(1, 100) <= percent ? between(low, high) : 0;
-      }
+/// Random values at `percent` of the pixels, and zeros elsewhere.
+Plane randomPlane(
+    build::Random& random, int height, int width, int low, int high, int percent = 100) {
+  Plane plane = flat(height, width);
+  for (std::vector<int>& row : plane) {
+    for (int& value : row) {
+      value = random.chance(percent) ? random.whole(low, high) : 0;
     }
-    return plane;
   }
-
- private:
-  std::mt19937 random_{5};
-};
+  return plane;
+}
 
 TEST(Watershed, FollowsTheRulesOnRandomImages) {
   const std::vector<std::pair<int, int>> ranges = {
-      {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX}};
-  Random random;
+      {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX - 1}};
+  build::Random random(5);
   for (int i = 0; i < 600; ++i) {
-    const int side = random.between(0, 24);
+    const int side = random.whole(0, 24);
     const auto [low, high] = ranges[i % 4];
-    const Plane gray = random.plane(side, side, low, high);
-    const Plane markers = random.plane(side, side, -1, 4, i % 3 * 10);
+    const Plane gray = randomPlane(random, side, side, low, high);
+    const Plane markers = randomPlane(random, side, side, -1, 4, i % 3 * 10);
     SJU_waterShedImage image = imageOf(gray, markers);
     SJU_waterShedImage expected = image;
     watershed(image);
@@ -102,19 +93,19 @@ TEST(SeedWatershed, SettlesByDistinctLabels) {
 }
 
 TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
-  Random random;
+  build::Random random(5);
   int settled = 0;
   for (int i = 0; i < 1500; ++i) {
-    const int height = random.between(1, 16);
+    const int height = random.whole(1, 16);
     // Rows of about 1024 values are laid out at a distance of their own.
-    const int width = random.between(1, 16) + (i % 100 == 0 ? 1000 : 0);
-    const int maxLevel = random.between(0, 9);
-    const int scale = random.between(0, 1) == 0 ? 1 : 400000;
-    Plane gray = random.plane(height, width, 0, random.between(1, i % 5 == 0 ? 3000 : 12));
-    const Plane markers = random.plane(height, width, -2, i % 4 + 1, random.between(1, 20));
-    Seeds seeds(random.between(0, 3));
+    const int width = random.whole(1, 16) + (i % 100 == 0 ? 1000 : 0);
+    const int maxLevel = random.whole(0, 9);
+    const int scale = random.whole(0, 1) == 0 ? 1 : 400000;
+    Plane gray = randomPlane(random, height, width, 0, random.whole(1, i % 5 == 0 ? 3000 : 12));
+    const Plane markers = randomPlane(random, height, width, -2, i % 4 + 1, random.whole(1, 20));
+    Seeds seeds(random.whole(0, 3));
     for (SQO_2DValueI& seed : seeds) {
-      seed = seedAt(random.between(0, width - 1), random.between(0, height - 1));
+      seed = seedAt(random.whole(0, width - 1), random.whole(0, height - 1));
     }
     SJU_waterShedImage expected = imageOf(gray, markers);
     plain::seedWatershed(expected, seeds, maxLevel, 2);

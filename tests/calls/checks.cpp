@@ -1,10 +1,9 @@
 #include <algorithm>
+#include <cinttypes>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <iomanip>
-#include <sstream>
 
 #include "calls.h"
 
@@ -82,10 +81,9 @@ std::uint64_t hashOf(const Row& row, int seeds, bool rounded) {
 }
 
 std::string resultsOf(const Row& row, bool rounded) {
-  std::ostringstream text;
-  text << row.name << ' ' << std::hex << std::setw(16) << std::setfill('0')
-       << hashOf(row, 128, rounded);
-  return text.str();
+  char hash[17];
+  std::snprintf(hash, sizeof hash, "%016" PRIx64, hashOf(row, 128, rounded));
+  return row.name + ' ' + hash;
 }
 
 }  // namespace calls

@@ -128,7 +128,7 @@ inline void fill(Scene& s, SJU_waterShedImage& image) {
 
 inline void fill(Scene& s, SQO_cornerParam& p) {
   p = {s(1.5, 3.0, 6.0),    s(2.0, 3.0, 5.0, 9.0), s(1.0, 1.5, 2.0, 3.0),
-       s(10.0, 20.0, 45.0), s(20.0, 30.0, 60.0),   s(10.0, 30.0, 45.0)};
+       s(10.0, 20.0, 45.0), s(20.0, 45.0, 60.0),   s(10.0, 30.0, 45.0)};
 }
 inline void fill(Scene& s, SQO_lineSegParam& p) {
   p = {s(1.25, 2.0, 4.0), s(1.0, 3.0, 6.0), s(0.25, 0.5, 1.0, 2.0)};

@@ -195,7 +195,10 @@ std::vector<Row> clustersAndMaps() {
       row(NAMED(qo_getLocalPeaks_distTransform)).keep({2}),
       row(NAMED(qo_peakXYScan), by<2>(image(CV_32SC4, 0, 1, 1, 2, 3)), flags).atLeast(1).keep({3}),
       row(NAMED(qo_getContourPts), at<1>(0, 1, 2, 3)),
-      row(NAMED(qo_getPairingContourPts)),
+      row(NAMED(qo_getPairingContourPts), by<2>([](Scene& s) {
+            return std::vector<SQO_conotourPair>(static_cast<std::size_t>(s.whole(0, 2)));
+          }),
+          at<3>(STeskRangeD{-1.0, 9.5}, STeskRangeD{1.0, 8.0})),
       row(NAMED(qo_contourPostProc), at<1>(4), at<2>(0.5, 2.0, 6.0)).keep({0, 1}),
       row(NAMED(watershed)).keep({0}),
       row(NAMED(ju_seedWatershed), by<1>(seeds), at<2>(5)).atLeast(4).keep({0, 1, 2}),

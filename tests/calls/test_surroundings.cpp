@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cfenv>
 #include <clocale>
 #include <cmath>
-#include <cstdio>
 #include <fstream>
 #include <locale>
 #include <opencv2/core.hpp>
@@ -58,32 +56,9 @@ TEST(Surroundings, StayAsTheyAre) {
   std::setlocale(LC_ALL, "C");
 }
 
-/// Sends what is written to a descriptor into a file, and returns it in the end.
-class Capture {
- public:
-  explicit Capture(int descriptor) : descriptor_(descriptor), saved_(dup(descriptor)) {
-    dup2(fileno(file_), descriptor);
-  }
-  std::string stop() {
-    std::fflush(nullptr);
-    dup2(saved_, descriptor_);
-    close(saved_);
-    std::string text(static_cast<std::size_t>(lseek(fileno(file_), 0, SEEK_END)), '\0');
-    std::rewind(file_);
-    EXPECT_EQ(std::fread(text.data(), 1, text.size(), file_), text.size());
-    std::fclose(file_);
-    return text;
-  }
-
- private:
-  int descriptor_;
-  int saved_;
-  std::FILE* file_ = std::tmpfile();
-};
-
 TEST(Output, IsTwoMessagesAtMost) {
-  Capture out(1);
-  Capture err(2);
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
   for (const Row& row : calls::table()) {
     for (const int size : {row.minSize, 40}) {
       row.make(1, size)->run();
@@ -92,10 +67,9 @@ TEST(Output, IsTwoMessagesAtMost) {
   STesk3DPoint center = {};
   STesk3DPoint direction = {};
   fitLine3DLeastSquares({{1.0, 2.0, 3.0}, {std::nan(""), 1.0, 2.0}}, center, direction);
-  const std::string written = err.stop();
-  EXPECT_EQ(out.stop(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
   EXPECT_EQ(
-      written,
+      testing::internal::GetCapturedStderr(),
       "Error: \xb5\xe3\xbc\xaf\xca\xfd\xc1\xbf\xb1\xd8\xd0\xeb\xb4\xf3\xd3\xda\xb5\xc8\xd3\xda"
       "2\xa3\xa1\n"
       "Error: \xcc\xd8\xd5\xf7\xd6\xb5\xb7\xd6\xbd\xe2\xca\xa7\xb0\xdc\xa3\xa1\n");

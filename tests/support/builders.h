@@ -77,7 +77,8 @@ class Random {
 
   /// A whole number from `low` to `high`, both included.
   int whole(int low, int high) {
-    return low + static_cast<int>(engine_() % static_cast<unsigned>(high - low + 1));
+    const unsigned count = static_cast<unsigned>(high) - static_cast<unsigned>(low) + 1;
+    return static_cast<int>(static_cast<unsigned>(low) + engine_() % count);
   }
   bool chance(int percent) {
     return whole(1, 100) <= percent;

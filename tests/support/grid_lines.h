@@ -5,19 +5,17 @@
 
 #include <algorithm>
 #include <cmath>
-#include <random>
 #include <vector>
 
 #include "builders.h"
 
 namespace build {
 
-class GridLines {
- public:
-  explicit GridLines(unsigned seed) : random_(seed) {}
+struct GridLines : Random {
+  using Random::Random;
 
   int below(int limit) {
-    return static_cast<int>(random_() % static_cast<unsigned>(limit));
+    return whole(0, limit - 1);
   }
 
   double pick(const std::vector<double>& values) {
@@ -39,9 +37,6 @@ class GridLines {
     }
     return line;
   }
-
- private:
-  std::mt19937 random_;
 };
 
 /// Every bit of the features of line 7, without a value as most of them are.

@@ -7,9 +7,6 @@
 #include <scanline/trees.h>
 #include "builders.h"
 
-// The growers of semi-circles, segments and LV features: where they differ from the growers of
-// single features.
-
 namespace {
 
 using build::feature;
@@ -18,82 +15,16 @@ using Trees = std::vector<SQO_featureTree>;
 constexpr SQO_treeGrowParam kParam = {2.0, 3.0, 3, 5.0, 0.5, 0.5};
 
 /// Each tree as "state first-last line: y of its nodes; ".
-template <typename Tree, typename Node = SQO_basicFeature1D>
-std::string told(const std::vector<Tree>& trees,
-                 STesk3DPoint Node::*point = &SQO_basicFeature1D::jumpPos) {
+std::string text(const Trees& trees) {
   std::ostringstream out;
-  for (const Tree& tree : trees) {
+  for (const SQO_featureTree& tree : trees) {
     out << tree.treeState << ' ' << tree.sLineIdx << '-' << tree.eLineIdx << ':';
-    for (const Node& node : tree.treeNodes) {
-      out << ' ' << (node.*point).y;
+    for (const SQO_basicFeature1D& node : tree.treeNodes) {
+      out << ' ' << node.jumpPos.y;
     }
     out << "; ";
   }
   return out.str();
-}
-
-SQO_featureSemiCircle semiCircle(int line, double y, int state = 0) {
-  return {state, line, 0, 0, 0, {1.0 * line, y, 10.0}, 1.0, 1.0};
-}
-
-struct SemiCircleScan {
-  std::vector<SQO_semiCircleFeatureTree> trees, longTrees, shortTrees;
-
-  /// Grows by one line and gives the states that its features end with.
-  std::string grow(int line, int lineCount, std::vector<SQO_featureSemiCircle> features) {
-    qo_getFeatureGrowingTrees_semiCircle(features, line, lineCount, trees, longTrees, shortTrees,
-                                         kParam);
-    std::string states;
-    for (const SQO_featureSemiCircle& f : features) {
-      states += std::to_string(f.segState);
-    }
-    return states;
-  }
-};
-
-TEST(SemiCircleGrowing, TakesTheNearestOfRivals) {
-  SemiCircleScan scan;
-  scan.grow(0, 9, {semiCircle(0, 0.0)});
-  const std::vector<SQO_featureSemiCircle> line = {semiCircle(1, -1.5), semiCircle(1, 1.0),
-                                                   semiCircle(1, -1.0, 3), semiCircle(1, 2.0),
-                                                   semiCircle(1, 0.0)};
-  EXPECT_EQ(scan.grow(1, 9, line), "55500") << "rivals end at the first that is too far";
-  EXPECT_EQ(told(scan.trees, &SQO_featureSemiCircle::midPt), "1 0-1: 0 1; 1 1-1: 2; 1 1-1: 0; ")
-      << "the earliest of equals";
-  EXPECT_EQ(scan.trees[0].treeNodes[1].segState, 0);
-}
-
-TEST(SemiCircleGrowing, ObeysStatesAndSortsClosedTreesByLength) {
-  SemiCircleScan scan;
-  scan.trees.push_back({TREE_CLOSED, 7, 0, 0, {}, 0.0, 0.0, 0, {semiCircle(0, 0.0)}});
-  scan.grow(0, 3, {semiCircle(0, 0.0, 2), semiCircle(0, 20.0), semiCircle(0, 40.0)});
-  scan.grow(1, 3, {semiCircle(1, 0.0), semiCircle(1, 20.0, 1), semiCircle(1, 40.0, 4)});
-  EXPECT_EQ(scan.trees.size(), 6U) << "the end of a tree and the start of another are forced";
-  scan.grow(2, 3, {semiCircle(2, 40.0, 5)});
-  EXPECT_TRUE(scan.trees.size() == 1 && scan.trees[0].treeType == 7)
-      << "trees that were closed before stay";
-  EXPECT_EQ(told(scan.longTrees, &SQO_featureSemiCircle::midPt), "2 0-1: 40 40; ");
-  ASSERT_EQ(told(scan.shortTrees, &SQO_featureSemiCircle::midPt),
-            "2 1-1: 20; 2 1-1: 0; 2 0-0: 20; 2 0-0: 0; ")
-      << "from the last to the first";
-}
-
-TEST(SegmentGrowing, HoldsBothEndsToTheLimitsAndMeasuresBothInX) {
-  const auto isLinked = [](const STesk3DPoint& a, const STesk3DPoint& b) {
-    SJU_segFeature first = {2, 0, 0, 0, {10.0, 40.0, 70.0}, {13.0, 45.0, 74.0}, 0.0};
-    SJU_segFeature next = {5, 0, 0, 0, {10.0 + a.x, 40.0 + a.y, 70.0 + a.z}, {}, 0.0};
-    next.endPt = {13.0 + b.x, 45.0 + b.y, 74.0 + b.z};
-    std::vector<std::vector<SJU_segFeature>> lines = {{}, {}, {first}, {}, {}, {next}, {}};
-    std::vector<SJU_segFeatureTree> trees;
-    ju_getSegFeatureGrowingTrees(lines, trees, {2.0, 3.0, 3, 5.0, 0.0, 0.0});
-    return !trees.empty();
-  };
-  EXPECT_TRUE(isLinked({7.0, 1.75, -2.75}, {2.75, -1.75, 2.75})) << "a mean step in x below 5";
-  EXPECT_FALSE(isLinked({7.0, 0.0, 0.0}, {-3.0, 0.0, 0.0})) << "a mean step of 5";
-  for (const STesk3DPoint& step : {STesk3DPoint{1.0, 2.0, 0.0}, {1.0, 0.0, -3.0}}) {
-    EXPECT_FALSE(isLinked(step, {1.0, 0.0, 0.0}));
-    EXPECT_FALSE(isLinked({1.0, 0.0, 0.0}, step));
-  }
 }
 
 struct LVGrowing : testing::Test {
@@ -130,7 +61,7 @@ TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
   }
   ending(9, 1.5);
   const Trees trees = grow({1.0, 1.0});
-  ASSERT_EQ(told(trees), "2 10-14: 6 4.5 3 1.5 0 0 0 0 0 0.5 1; ")
+  ASSERT_EQ(text(trees), "2 10-14: 6 4.5 3 1.5 0 0 0 0 0 0.5 1; ")
       << "forward, the third ending is three lines away from the reference";
   EXPECT_EQ(lines[6].endings[0].featureType, FEATURE_SLOPE_RISE);
   ASSERT_EQ(starts.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
