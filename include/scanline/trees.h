@@ -22,20 +22,21 @@
  *
  * The list of trees is the only state and is never cleared or sorted: trees passed in take part
  * like any other, but must have a node. Removal keeps the order of the rest. Features are only
- * read, unless told otherwise.
+ * read, unless documented otherwise.
  *
- * Cost: a feature visits the open trees whose last node lies on another line and about within
- * `yDeviation_max` in y, in the order of the list up to the one that it joins. It visits no closed
- * trees, none that end on its own line, and none by a y that is not finite. So the cost is
- * quadratic only where many trees lie that close together in y and cannot take the features there
- * because of z, x, type or direction. The closing walk after a line visits each open tree. A
- * function that takes one line also visits each tree of the list once, to find the open ones.
+ * Cost: a feature visits the open trees whose last node lies about within `yDeviation_max` in y, in
+ * the order of the list up to the one that it joins. A tree that ends on the line of the features
+ * is visited once for all of them. No closed tree is visited, and none by a y that is not finite.
+ * So the cost is quadratic only where many trees lie that close together in y and cannot take the
+ * features there because of z, x, type or direction. The closing walk after a line visits each open
+ * tree. A function that takes one line also visits each tree of the list once, to find the open
+ * ones.
  *
  * If memory runs out, a list that is "valid but incomplete" holds the trees as they had grown so
  * far, in order. Each tree has its nodes, with `sLineIdx`, `eLineIdx` and `treeValue` to match.
  * Trees that should have closed may still be growing, and later features are missing.
  *
- * New trees have 0 in all fields that are not told of, and `anchorNode` at -1.
+ * New trees have 0 in all fields that are not mentioned, and `anchorNode` at -1.
  */
 
 #include <vector>
@@ -285,7 +286,7 @@ SCANLINE_API void ju_getSegFeatureGrowingTrees(
  *
  * `sLineIdx`, `eLineIdx` and `treeValue` do not count the endings.
  *
- * Each tree looks through the endings of the lines that it is held against, also through those
+ * Each tree looks through the endings of the lines that it is compared with, also through those
  * that others took. The last removal compares short trees with all others. Both are quadratic:
  * the one in trees and endings that share lines, the other in the number of trees.
  *

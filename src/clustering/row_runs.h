@@ -26,7 +26,7 @@ class RowRuns {
     return count_;
   }
 
-  /// The column at which each run begins and the one behind its end, in turn; then `kBeyond`.
+  /// The column at which each run begins and the one after its end, in turn; then `kBeyond`.
   [[nodiscard]] const int* edges() const {
     return edges_.data();
   }
