@@ -181,6 +181,19 @@ void cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDi
   }
 }
 
+/// Appends each piece to one of the lists, in order, since the two may be one list.
+void handOver(const Pieces& pieces,
+              const std::vector<bool>& isBest,
+              Pieces& bests,
+              Pieces& others) {
+  const auto bestCount = std::count(isBest.begin(), isBest.end(), true);
+  makeRoom(static_cast<std::size_t>(bestCount), bests);
+  makeRoom(pieces.size() - static_cast<std::size_t>(bestCount), others);
+  for (std::size_t i = 0; i < pieces.size(); ++i) {
+    (isBest[i] ? bests : others).push_back(pieces[i]);
+  }
+}
+
 }  // namespace
 
 void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
@@ -212,9 +225,9 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
   cutIntoRuns(
       lineData, lineSegPara, [](const STesk3DPosition&) {}, runs);
   Runs pieces;
-  Pieces bests;
-  Pieces others;
   Pieces candidates;
+  Pieces chosen;
+  std::vector<bool> isBest;
   for (const SQO_RUN& run : runs) {
     pieces.clear();
     cutIntoPieces(line, run, lineSegPara.maxDist, pieces);
@@ -226,12 +239,12 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
       continue;
     }
     const auto best = candidates.begin() + static_cast<std::ptrdiff_t>(flattest(line, candidates));
-    bests.push_back(*best);
-    others.insert(others.end(), candidates.begin(), best);
-    others.insert(others.end(), best + 1, candidates.end());
+    std::rotate(candidates.begin(), best, best + 1);
+    append(candidates, chosen);
+    isBest.resize(chosen.size() - candidates.size(), false);
+    isBest.push_back(true);
   }
-  makeRoom(others.size(), otherSegs);
-  append(bests, bestSegs);
-  append(others, otherSegs);
+  isBest.resize(chosen.size(), false);
+  handOver(chosen, isBest, bestSegs, otherSegs);
   std::for_each(lineData.begin(), lineData.end(), clearStamp);
 }
