@@ -30,6 +30,7 @@ struct PeakScene {
 
 /// A walk along line `k` or, if not `along`, across the lines at sample index `k`. Returns whether
 /// it was stopped. The rule of two jumps in a row is left out, since the first one ends the walk.
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): the rules in one piece
 inline bool walkFromPeak(
     const PeakScene& scene, bool along, int k, int step, ContourPoints& points) {
   const int count = static_cast<int>(along ? scene.scan[k].size() : scene.scan.size());
@@ -80,6 +81,7 @@ inline bool walkFromPeak(
 }
 
 /// The four stages of a scan. Lists and labels: low y, high y, low x, high x.
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): the rules in one piece
 inline void peakXYScan(const PeakScene& scene,
                        const std::array<Contours*, 4>& lists,
                        std::array<int, 4>& maxEdges) {
