@@ -137,7 +137,7 @@ class Workshop:
         started = time.monotonic()
         if fault := self.test():
             raise Broken(f"the tests fail without a mutation: {fault}")
-        self.cpu_limit = 10 + 10 * round(time.monotonic() - started)
+        self.cpu_limit = 10 + 3 * round(time.monotonic() - started)
 
     def test(self):
         """What noticed the fault first, a test or a program; or None."""
