@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <cmath>
+#include <cstddef>
 #include <exception>
 #include <iterator>
 #include <limits>
@@ -97,7 +98,7 @@ TEST_P(EveryInput, NeedsLittleStack) {
   pthread_attr_t attributes;
   pthread_t thread = {};
   ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, 256 * 1024), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, std::size_t{256} * 1024), 0);
   ASSERT_EQ(pthread_create(&thread, &attributes, run, call.get()), 0);
   ASSERT_EQ(pthread_join(thread, nullptr), 0);
   pthread_attr_destroy(&attributes);
