@@ -46,6 +46,8 @@ void* counted(void* block) {
 
 }  // namespace
 
+// NOLINTBEGIN(cppcoreguidelines-no-malloc,readability-inconsistent-declaration-parameter-name):
+// these are the functions that the checks are about
 extern "C" {
 void* malloc(std::size_t size) {
   return fails() ? nullptr : counted(__libc_malloc(size));
@@ -74,6 +76,7 @@ void free(void* block) {
   __libc_free(block);
 }
 }
+// NOLINTEND(cppcoreguidelines-no-malloc,readability-inconsistent-declaration-parameter-name)
 
 namespace {
 
