@@ -182,7 +182,7 @@ std::vector<Case> treeCases() {
       growing("trees/angle-check/equal-on-a-line", equalOnALine, endingsByDirection(10.0)),
       growing("trees/angle-check/anchor-at-start", longTree, endingsByDirection(0.5)),
       growing("trees/angle-check/check-beyond-tree", longTree, endingsByDirection(1e9)),
-      growing("trees/angle-check/anchor-far-behind", longTree, endingsByDirection(300.0)),
+      growing("trees/angle-check/anchor-far-away", longTree, endingsByDirection(300.0)),
       growing("trees/gaps/equal-on-a-line", equalOnALine, gaps),
       growing("trees/gaps/nan-y-on-a-line", withoutYOnALine, gaps),
       growing("trees/semi-circles/equal-on-a-line", equalOnALine, semiCircles),
