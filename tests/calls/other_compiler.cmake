@@ -1,4 +1,5 @@
-# Builds the library with another compiler and compares the results of all functions, bit for bit.
+# Builds the library with another compiler and without wide kernels, and compares the results of all
+# functions, bit for bit.
 # Arguments: source, binary, compiler, launcher, program.
 function(run)
   execute_process(COMMAND ${ARGV} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -12,7 +13,7 @@ run(${CMAKE_COMMAND} -S ${source} -B ${binary} -G Ninja -D CMAKE_CXX_COMPILER=${
     -D CMAKE_CXX_COMPILER_LAUNCHER=${launcher} -D CMAKE_BUILD_TYPE=Release
     "-DCMAKE_CXX_FLAGS_RELEASE=-O3 -DNDEBUG" -D SCANLINE_BUILD_TESTS=OFF
     -D SCANLINE_BUILD_BENCHMARKS=OFF -D SCANLINE_BUILD_EXAMPLES=OFF -D SCANLINE_BUILD_DOCS=OFF
-    -D SCANLINE_INSTALL=OFF)
+    -D SCANLINE_INSTALL=OFF -D SCANLINE_WIDE_KERNELS=OFF)
 run(${CMAKE_COMMAND} --build ${binary} --parallel 2 --target scanline)
 run(${program} --hashes)
 set(expected "${output}")
