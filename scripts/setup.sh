@@ -20,7 +20,7 @@ test_packages=(
 )
 dev_packages=(
   clang-format-14 clang-tidy-14 doxygen git shellcheck  # lint.sh
-  gcovr valgrind python3                                # coverage.sh, cost.py, mutate.py
+  gcovr valgrind python3                                # coverage.sh, cost.py, mutate.py, bench.sh
 )
 
 fail() {
