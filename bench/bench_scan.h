@@ -32,23 +32,23 @@ class Noise {
   std::uint64_t state_ = 1;
 };
 
-/// Height of the scene: a tilted table with `edges / 2` blocks along each line.
-inline double sceneHeight(double x, double y, int edges) {
-  const double pitch = 2048.0 * 0.2 / edges;
+/// Height of the scene: a tilted table with blocks, `pitch` wide and as far apart.
+inline double sceneHeight(double x, double y, double pitch) {
   const bool onBlock = static_cast<int>(std::floor(y / pitch)) % 2 == 1;
   return 500.0 + 0.02 * x - 0.01 * y - (onBlock ? 40.0 : 0.0);
 }
 
-/// 1000 x 2048 samples, 0.2 apart along a line: blocks on a tilted table, noise and 3 % dropouts.
-inline Scan makeScan(int edges = 40) {
+/// 1000 lines of samples 0.2 apart: blocks on a tilted table, noise and 3 % dropouts.
+inline Scan makeScan(int edges = 40, int samples = kSamples) {
+  const double pitch = 0.2 * samples / edges;
   Noise noise;
-  Scan scan(kLines, Line(kSamples));
+  Scan scan(kLines, Line(samples));
   for (int l = 0; l < kLines; ++l) {
-    for (int i = 0; i < kSamples; ++i) {
+    for (int i = 0; i < samples; ++i) {
       const double x = 0.5 * l;
       const double y = 0.2 * i;
       const bool dropout = noise.next() > 0.94;
-      scan[l][i] = {i, {x, y, dropout ? 0.0 : sceneHeight(x, y, edges) + 0.03 * noise.next()}};
+      scan[l][i] = {i, {x, y, dropout ? 0.0 : sceneHeight(x, y, pitch) + 0.03 * noise.next()}};
     }
   }
   return scan;
