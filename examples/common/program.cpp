@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <new>
 #include <opencv2/core.hpp>
+#include <opencv2/core/utility.hpp>
 #include <opencv2/core/utils/logger.hpp>
 
 namespace examples {
@@ -31,6 +32,10 @@ int runProgram(const ProgramHead& head,
                const std::function<void()>& body) noexcept {
   CLI::App app(head.purpose, head.name);
   head.addOptions(app);
+  app.add_option_function<int>("--threads", cv::setNumThreads,
+                               "Threads to work with (default: all cores)")
+      ->check(CLI::Range(1, 1024))
+      ->type_name("COUNT");
   try {
     cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     cv::redirectError(keepQuiet);

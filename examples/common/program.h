@@ -29,7 +29,7 @@ struct ProgramHead {
 };
 
 /**
- * Parses the command line and runs the program's body.
+ * Parses the command line and runs the program's body. All programs have the option --threads.
  *
  * Help goes to the standard output. Whatever goes wrong is told in exactly one line on the standard
  * error stream and ends with kExitBadInput; nothing is thrown.

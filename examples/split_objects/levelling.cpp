@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
-#include <opencv2/core/utility.hpp>
 #include <utility>
 
+#include "each_line.h"
 #include "plane_calibration.h"
 #include "program.h"
 
@@ -134,13 +134,10 @@ Scan levelAndCut(const Scan& heights, const BeltFrame& frame, double cutHeight) 
   // A limit of 0 would cut nothing at all.
   constexpr double kNearest = 1e-3;
   const double cut = std::max(frame.calibration.planeHeight - cutHeight, kNearest);
-  cv::parallel_for_({0, static_cast<int>(scan.size())}, [&](const cv::Range& lines) {
-    for (auto l = static_cast<std::size_t>(lines.start); l < static_cast<std::size_t>(lines.end);
-         ++l) {
-      turnIntoDistances(scan[l], frame.scannerHeight, {raster.xOfLine[l], &raster.yOfIndex});
-      lineDataRT_vector(scan[l], frame.calibration.levelMatrix, cut);
-      blankHoles(scan[l], heights[l]);
-    }
+  forEachLine(scan, [&](std::size_t l) {
+    turnIntoDistances(scan[l], frame.scannerHeight, {raster.xOfLine[l], &raster.yOfIndex});
+    lineDataRT_vector(scan[l], frame.calibration.levelMatrix, cut);
+    blankHoles(scan[l], heights[l]);
   });
   return scan;
 }

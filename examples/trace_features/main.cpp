@@ -8,7 +8,6 @@
 
 #include <cstdio>
 #include <filesystem>
-#include <opencv2/core/utility.hpp>
 #include <string>
 #include <utility>
 
@@ -72,9 +71,6 @@ std::string writePictures(const TraceResult& result,
 }
 
 void run(Options options) {
-  if (options.threads > 0) {
-    cv::setNumThreads(options.threads);
-  }
   prepareFolder(options.output.folder);
   Input input = loadInput(options);
   if (!options.output.saveScan.empty()) {

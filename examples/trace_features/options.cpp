@@ -37,9 +37,6 @@ void addGeneralOptions(CLI::App& app, Options& options) {
   app.add_option("--line", options.profileLine, "Line of the profile plot (default: the richest)")
       ->check(CLI::Range(0, 100'000'000))
       ->type_name("INDEX");
-  app.add_option("--threads", options.threads, "Threads to work with (default: all cores)")
-      ->check(CLI::Range(1, 1024))
-      ->type_name("COUNT");
 }
 
 void addConditioningOptions(CLI::App& app, Options& options) {

@@ -18,7 +18,6 @@ struct Options {
   ScanFileOptions file;
   OutputOptions output;
   int profileLine = -1;
-  int threads = 0;
 
   bool noLevel = false;
   std::optional<double> cutAbove;

@@ -1,9 +1,9 @@
 #include "pipeline.h"
 
 #include <algorithm>
-#include <opencv2/core/utility.hpp>
 #include <utility>
 
+#include "each_line.h"
 #include "plane_calibration.h"
 
 namespace examples {
@@ -61,16 +61,6 @@ long long countMeasured(const Line& line) {
   return std::count_if(line.begin(), line.end(), isMeasured);
 }
 
-/// Runs `work(line index)` for every line, side by side.
-template <typename Work>
-void forEachLine(const Scan& scan, Work work) {
-  cv::parallel_for_({0, static_cast<int>(scan.size())}, [&](const cv::Range& lines) {
-    for (int l = lines.start; l < lines.end; ++l) {
-      work(static_cast<std::size_t>(l));
-    }
-  });
-}
-
 SampleCounts sumOf(const std::vector<SampleCounts>& lines) {
   SampleCounts sum{};
   for (const SampleCounts& line : lines) {
@@ -94,8 +84,6 @@ TraceResult traceFeatures(Scan scan, const TraceParams& params, Progress& progre
     result.cutHeight = params.cutAbove > 0.0 ? plane + params.cutAbove : 0.0;
   }
 
-  // The library keeps nothing between calls, so lines may be worked on by any number of threads:
-  // each writes to its own line, its own features and its own counts.
   result.features.resize(scan.size());
   std::vector<SampleCounts> counts(scan.size());
   forEachLine(scan, [&](std::size_t l) {

@@ -1,5 +1,7 @@
 #include "pipeline.h"
 
+#include "each_line.h"
+
 namespace examples {
 
 SQO_planeCalibPara calibrate(Scan& scan) {
@@ -9,17 +11,17 @@ SQO_planeCalibPara calibrate(Scan& scan) {
 
 Scan levelled(Scan scan, const SQO_planeCalibPara& calibration) {
   constexpr double kCutNothing = 0.0;
-  for (STesk3DLaserLine& line : pointerForm(scan)) {
-    lineDataRT(&line, calibration.levelMatrix, kCutNothing);
-  }
+  forEachLine(scan, [&](std::size_t l) {
+    lineDataRT_vector(scan[l], calibration.levelMatrix, kCutNothing);
+  });
   return scan;
 }
 
 LineGaps findGaps(Scan& scan, const GapParams& params) {
   LineGaps gaps(scan.size());
-  for (std::size_t l = 0; l < scan.size(); ++l) {
+  forEachLine(scan, [&](std::size_t l) {
     qo_getLineGapFeature(scan[l], static_cast<int>(l), params.corner, params.width, gaps[l]);
-  }
+  });
   return gaps;
 }
 
