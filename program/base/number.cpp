@@ -1,0 +1,91 @@
+#include "base/number.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace program {
+namespace {
+
+/// Accepts the numbers that `isGood` accepts; else the message is that the text is not `wanted`.
+template <typename IsGood>
+CLI::Validator numberThat(IsGood isGood, const std::string& wanted) {
+  return {[isGood, wanted](std::string& text) {
+            const std::optional<double> value = parseNumber(text);
+            return value && isGood(*value) ? std::string{} : "'" + text + "' is not " + wanted;
+          },
+          ""};
+}
+
+}  // namespace
+
+std::optional<double> parseNumber(std::string_view text) {
+  if (!text.empty() && text.front() == '+') {
+    text.remove_prefix(1);
+  }
+  double value = 0.0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {
+    return std::nullopt;
+  }
+  return value;
+}
+
+CLI::Validator numberIn(double min, double max) {
+  return numberThat([=](double value) { return value >= min && value <= max; },
+                    "a number from " + significant(min, 6) + " to " + significant(max, 6));
+}
+
+CLI::Validator positiveUpTo(double max) {
+  return numberThat([=](double value) { return value > 0.0 && value <= max; },
+                    "a number above 0, up to " + significant(max, 6));
+}
+
+CLI::Validator countIn(long long min, long long max) {
+  return numberThat(
+      [=](double value) {
+        return value == std::floor(value) && value >= static_cast<double>(min) &&
+               value <= static_cast<double>(max);
+      },
+      "a whole number from " + std::to_string(min) + " to " + std::to_string(max));
+}
+
+std::string fixed(double value, int decimals) {
+  std::array<char, 400> text{};
+  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
+                                          std::chars_format::fixed, decimals);
+  std::string result(text.data(), error == std::errc{} ? end : text.data());
+  const bool isZero = result.find_first_not_of("-0.") == std::string::npos;
+  if (isZero && !result.empty() && result.front() == '-') {
+    result.erase(0, 1);
+  }
+  return result;
+}
+
+std::string exact(double value) {
+  std::array<char, 32> text{};
+  const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value);
+  return {text.data(), error == std::errc{} ? end : text.data()};
+}
+
+std::string significant(double value, int digits) {
+  const double size = std::abs(value);
+  if (!(size >= 1e-6 && size < 1e15)) {
+    return exact(value);
+  }
+  const int before = static_cast<int>(std::floor(std::log10(size))) + 1;
+  return fixed(value, std::max(0, digits - before));
+}
+
+std::string grouped(long long count) {
+  std::string digits = std::to_string(count);
+  for (std::ptrdiff_t at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > (count < 0 ? 1 : 0);
+       at -= 3) {
+    digits.insert(static_cast<std::size_t>(at), " ");
+  }
+  return digits;
+}
+
+}  // namespace program

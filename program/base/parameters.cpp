@@ -1,0 +1,112 @@
+#include "base/parameters.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <stdexcept>
+#include <utility>
+
+#include "base/number.h"
+
+namespace program {
+namespace {
+
+constexpr double kLargestLength = 1e9;
+constexpr long long kLargestCount = 1'000'000;
+
+CLI::Validator validatorOf(Kind kind) {
+  switch (kind) {
+    case Kind::angle:
+      return numberIn(0.0, 180.0);
+    case Kind::count:
+      return countIn(0, kLargestCount);
+    default:
+      return numberIn(0.0, kLargestLength);
+  }
+}
+
+const char* typeNameOf(Kind kind) {
+  switch (kind) {
+    case Kind::angle:
+      return "DEGREES";
+    case Kind::count:
+      return "COUNT";
+    default:
+      return "LENGTH";
+  }
+}
+
+std::string optionNameOf(std::string name) {
+  std::replace(name.begin(), name.end(), '.', '-');
+  return "--" + name;
+}
+
+}  // namespace
+
+const char* nameOf(Origin origin) {
+  switch (origin) {
+    case Origin::given:
+      return "given";
+    case Origin::derived:
+      return "derived";
+    default:
+      return "default";
+  }
+}
+
+Parameters::Parameters(CLI::App& command, std::string group)
+    : command_(command), group_(std::move(group)) {}
+
+void Parameters::add(const std::string& name, Kind kind, double builtIn, const std::string& help) {
+  addDerived(name, kind, significant(builtIn, 4), help);
+  parameters_.back().value = builtIn;
+  parameters_.back().origin = Origin::builtIn;
+}
+
+void Parameters::addDerived(const std::string& name,
+                            Kind kind,
+                            const std::string& rule,
+                            const std::string& help) {
+  CLI::Option* option = command_.add_option_function<std::string>(
+      optionNameOf(name), [](const std::string&) {}, help + " (default: " + rule + ")");
+  option->check(validatorOf(kind))->type_name(typeNameOf(kind))->group(group_);
+  parameters_.push_back({name, kind, std::nullopt, Origin::derived, option});
+}
+
+void Parameters::takeGiven() {
+  for (Parameter& parameter : parameters_) {
+    if (parameter.option->count() > 0) {
+      parameter.value = parseNumber(parameter.option->results().back());
+      parameter.origin = Origin::given;
+    }
+  }
+}
+
+void Parameters::derive(const std::string& name, double value) {
+  Parameter& parameter = find(name);
+  if (parameter.origin == Origin::derived) {
+    parameter.value = value;
+  }
+}
+
+double Parameters::get(const std::string& name) const {
+  return find(name).value.value();
+}
+
+int Parameters::count(const std::string& name) const {
+  return static_cast<int>(get(name));
+}
+
+const Parameters::Parameter& Parameters::find(const std::string& name) const {
+  return const_cast<Parameters*>(this)->find(name);
+}
+
+Parameters::Parameter& Parameters::find(const std::string& name) {
+  const auto found = std::find_if(parameters_.begin(), parameters_.end(),
+                                  [&](const Parameter& p) { return p.name == name; });
+  if (found == parameters_.end()) {
+    throw std::logic_error("no parameter " + name);
+  }
+  return *found;
+}
+
+}  // namespace program

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <string>
+
+namespace program {
+
+/// Reads numbers at any place of a file; nothing outside of it.
+class ByteReader {
+ public:
+  explicit ByteReader(const std::string& path) : file_(path, std::ios::binary) {
+    file_.seekg(0, std::ios::end);
+    size_ = file_ ? static_cast<std::uint64_t>(file_.tellg()) : 0;
+  }
+
+  [[nodiscard]] std::uint64_t size() const {
+    return size_;
+  }
+
+  void setBigEndian(bool isBigEndian) {
+    isBigEndian_ = isBigEndian;
+  }
+
+  /// The unsigned number of `bytes` bytes (1 to 8) at `at`, unless the file ends before it.
+  std::optional<std::uint64_t> number(std::uint64_t at, std::size_t bytes) {
+    unsigned char raw[8] = {};
+    if (at > size_ || bytes > size_ - at) {
+      return std::nullopt;
+    }
+    file_.seekg(static_cast<std::streamoff>(at));
+    if (!file_.read(reinterpret_cast<char*>(raw), static_cast<std::streamsize>(bytes))) {
+      return std::nullopt;
+    }
+    std::uint64_t value = 0;
+    for (std::size_t i = 0; i < bytes; ++i) {
+      value = value << 8U | raw[isBigEndian_ ? i : bytes - 1 - i];
+    }
+    return value;
+  }
+
+ private:
+  std::ifstream file_;
+  std::uint64_t size_ = 0;
+  bool isBigEndian_ = false;
+};
+
+}  // namespace program

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace program {
+
+/// How a text file separates its numbers, and which column holds what.
+struct TextLayout {
+  char separator = ' ';  ///< ' ' stands for any run of blanks and tabs.
+  std::size_t columns = 0;
+  std::size_t firstLine = 0;  ///< Lines before it are comments and the header.
+  int x = 0;
+  int y = 1;
+  int z = 2;
+  int line = -1;    ///< Index of the scan line; -1: none.
+  int sample = -1;  ///< Index on the line; -1: none.
+};
+
+/// The fields of a line of text.
+void splitFields(std::string_view text, char separator, std::vector<std::string_view>& fields);
+
+/// A number, or NaN for an empty field; not for other text.
+bool parseField(std::string_view field, double& value);
+
+/// Finds the layout by the first lines of a file. @throws Failure (badInput)
+TextLayout layoutOf(const std::string& path, const std::vector<std::string>& head);
+
+}  // namespace program

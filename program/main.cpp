@@ -1,0 +1,70 @@
+/**
+ * @file
+ * scanline, the program: the library's algorithms on scan files, from a shell.
+ */
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cstdio>
+#include <new>
+#include <opencv2/core.hpp>
+#include <opencv2/core/utils/logger.hpp>
+#include <string>
+
+#include <scanline/version.h>
+#include "base/failure.h"
+#include "commands/commands.h"
+
+namespace program {
+namespace {
+
+int fail(ExitCode code, std::string what) {
+  std::replace(what.begin(), what.end(), '\n', ' ');
+  std::fprintf(stderr, "scanline: error: %s\n", what.c_str());
+  return static_cast<int>(code);
+}
+
+/// OpenCV would print every error before it throws it.
+int ignoreError(int, const char*, const char*, const char*, int, void*) {
+  return 0;
+}
+
+void addCommands(CLI::App& program, Body& body) {
+  program.set_version_flag("--version", "scanline " SCANLINE_VERSION_STRING);
+  program.require_subcommand(1);
+  program.footer("scanline COMMAND --help lists the options of a command.");
+  addInfo(program, body);
+}
+
+int run(int argc, char** argv) {
+  CLI::App program("Levels laser-line scans, traces their features and splits their objects.",
+                   "scanline");
+  Body body;
+  try {
+    cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
+    cv::redirectError(ignoreError);
+    addCommands(program, body);
+    program.parse(argc, argv);
+    body();
+    return static_cast<int>(ExitCode::success);
+  } catch (const CLI::Success& help) {
+    return program.exit(help);
+  } catch (const CLI::ParseError& error) {
+    return fail(ExitCode::usage, std::string(error.what()) + ". See scanline --help");
+  } catch (const Failure& failure) {
+    return fail(failure.code(), failure.what());
+  } catch (const std::bad_alloc&) {
+    return fail(ExitCode::badInput, "not enough memory for this scan. Limit it with --roi");
+  } catch (const cv::Exception& error) {
+    return fail(ExitCode::fault, "in OpenCV: " + error.err + ". Please report this");
+  } catch (const std::exception& error) {
+    return fail(ExitCode::fault, std::string(error.what()) + ". Please report this");
+  }
+}
+
+}  // namespace
+}  // namespace program
+
+int main(int argc, char** argv) {
+  return program::run(argc, argv);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "plane/plane_choice.h"
+
+namespace program {
+
+/// A way to find a plane.
+struct PlaneMethod {
+  const char* name;
+  const char* finds;  ///< For help and tables.
+};
+
+/// All methods, in the order of tables.
+const std::vector<PlaneMethod>& planeMethods();
+
+/// Tries a method on a scan, which stays as it is. What it found is in `refused` if it is no plane.
+PlaneCandidate tryMethod(const std::string& method,
+                         Scan& scan,
+                         const Extent& extent,
+                         const PlaneOptions& options);
+
+/// Sets `refused` of a candidate that can be no reference plane.
+void judge(PlaneCandidate& candidate);
+
+/// Measures how many samples lie on a candidate's plane, and how near. `height` must be set.
+void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& extent);
+
+}  // namespace program
