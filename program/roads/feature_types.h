@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+
+#include "draw/canvas.h"
+
+namespace program {
+
+/// The name of a feature type in tables and legends.
+std::string nameOfType(int featureType);
+
+/// The colour of a feature type, the same in all pictures.
+Colour colourOfType(int featureType);
+
+}  // namespace program

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <vector>
+
+#include <scanline/scanline.h>
+#include "base/extent.h"
+#include "base/parameters.h"
+#include "base/progress.h"
+#include "base/scan.h"
+
+namespace program {
+
+/// Which corners of a profile are edges.
+enum class Edges { upper, lower };
+
+/// What tunes the tracing of edges.
+struct TraceParams {
+  SQO_outlierFilterParam outlier;
+  int smoothWindow;
+  double smoothStepY;  ///< Smoothing never reaches across a larger step in y or in z.
+  double smoothStepZ;
+  SQO_cornerParam corner;
+  SQO_treeGrowParam grow;
+  Edges edges;
+  bool silhouettes;  ///< The ends of the segments are traced too.
+};
+
+/// An edge across the scan.
+struct TracedTree {
+  std::vector<SQO_basicFeature1D> nodes;  ///< With the line and sample of the scan as it was read.
+  int type;
+  bool isAlongLines;        ///< Found on the transposed scan.
+  double length;            ///< Distance of the first and the last node.
+  STesk3DPoint direction;   ///< Of the line in space that fits best.
+  double rms;               ///< Root mean square distance of the nodes from it.
+};
+
+void addTraceParameters(Parameters& parameters);
+
+/// Derives what the user has not given from the spacing and the noise of a scan.
+TraceParams traceParams(Parameters& parameters, const Extent& extent);
+
+/// Cleans the lines of a levelled scan.
+Scan cleaned(const Scan& scan, const TraceParams& params, Progress& progress);
+
+/// The corners of a line with upper edges at large z if `mirrorZ` is above 0.0.
+SQO_lineFeature cornersOf(const Line& line, int lineIdx, const TraceParams& params, double mirrorZ);
+
+/// Traces the edges of a cleaned scan, the longest first.
+std::vector<TracedTree> traceEdges(const Scan& scan, const TraceParams& params, Progress& progress);
+
+/// The same on the scan with lines and samples exchanged, which finds edges along the lines.
+std::vector<TracedTree> traceAlongLines(const Scan& scan,
+                                        const TraceParams& params,
+                                        Progress& progress);
+
+}  // namespace program
