@@ -56,10 +56,10 @@ SCANLINE_API STesk3DRangeD ju_getPointCloudROI(std::vector<STesk3DPoint>& points
  * The box is that of qo_getScanDataROI_vector(). The two steps are means over pairs of a valid
  * sample and a measured neighbour:
  *
- * | Step           | Neighbour                                         | Mean of          |
- * |----------------|---------------------------------------------------|------------------|
- * | `ptStep`       | the sample before it on the line                  | distance in y    |
- * | `scanLineStep` | the sample of equal index on the line before it   | distance in x    |
+ * | Step           | Neighbour                                       | Mean of       |
+ * |----------------|-------------------------------------------------|---------------|
+ * | `ptStep`       | the sample before it on the line                | distance in y |
+ * | `scanLineStep` | the sample of equal index on the line before it | distance in x |
  *
  * Only these direct neighbours count; no gap is bridged. The neighbour must be measured
  * (`z > 0.0001`), so a sample at exactly 0.0001 is in the box but is no one's neighbour.

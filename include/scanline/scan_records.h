@@ -23,11 +23,11 @@
  * other. A sample is deleted by writing 0.0 into its z. Functions apply the rule by one of three
  * tests, which differ only at 0.0001 itself and at NaN:
  *
- * | Test          | A sample that passes is     | One that fails is | z = 0.0001   | z = NaN      |
- * |---------------|-----------------------------|-------------------|--------------|--------------|
- * | `0.0001 > z`  | *missing*                   | *valid*           | valid        | valid        |
- * | `z > 0.0001`  | *measured*                  | not measured      | not measured | not measured |
- * | `z <= 0.0001` | a *hole*                    | not a hole        | hole         | not a hole   |
+ * | Test          | A sample that passes is | One that fails is | z = 0.0001   | z = NaN      |
+ * |---------------|-------------------------|-------------------|--------------|--------------|
+ * | `0.0001 > z`  | *missing*               | *valid*           | valid        | valid        |
+ * | `z > 0.0001`  | *measured*              | not measured      | not measured | not measured |
+ * | `z <= 0.0001` | a *hole*                | not a hole        | hole         | not a hole   |
  *
  * The documentation of each function uses exactly these words, so "skips missing samples" and
  * "takes measured samples" are different statements.
@@ -121,10 +121,10 @@ struct STeskRect {
 /**
  * An integer position with values: a peak, a seed or a contour point.
  *
- * | On           | `x`                  | `y`                              |
- * |--------------|----------------------|----------------------------------|
- * | a scan       | index of the line    | index of the sample on that line |
- * | a height map | column of the pixel  | row of the pixel                 |
+ * | On           | `x`                 | `y`                              |
+ * |--------------|---------------------|----------------------------------|
+ * | a scan       | index of the line   | index of the sample on that line |
+ * | a height map | column of the pixel | row of the pixel                 |
  */
 struct SQO_2DValueI {
   int x;          ///< First index.
