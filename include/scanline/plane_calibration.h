@@ -32,8 +32,9 @@
  * 1. The z of the valid samples are counted in bins 1.0 wide, from the smallest z on.
  * 2. The profile of a bin is the sum over the 11 bins around it. If the profile is the same in all
  *    bins, as it always is if the heights span less than 6.0, the counts themselves take its place.
- * 3. The profile is followed upwards. A peak is the last bin of a rise, where a fall follows or the
- *    heights end; a valley is the last bin of a fall. The lowest bin is neither.
+ * 3. The profile is followed upwards. A peak is the last bin before the profile falls after a rise,
+ *    a valley the last bin before it rises after a fall. The highest bin is a peak after a rise and
+ *    a valley after a fall. The lowest bin is neither.
  * 4. The lowest peak of more than a tenth of all valid samples is the plane.
  * 5. The nearest valley to either side whose profile is less than half of the peak's, rounded down,
  *    bounds the heights of the plane; without one, the smallest or largest z of the scan does. The
@@ -50,7 +51,7 @@
  * | some below 6.0, the others above 11.0                | a surface *above* the plane, or -1.0 |
  *
  * The first row is a bare, almost level plane with little noise, the last one such a plane with
- * objects on it. In the second row a plane is found if some bin other than the highest is fuller
+ * objects on it. In the second row there is a peak if some bin other than the highest is fuller
  * than the bin below it.
  *
  * A plane whose heights spread evenly over 110 or more is not found, because 11 bins hold no more
