@@ -1,7 +1,8 @@
 #pragma once
 
 /**
- * @file Projection of a scan to a mask of what it covers. heightmap.h describes the conventions for
+ * @file
+ * Projection of a scan to a mask of what it covers. heightmap.h describes the conventions for
  * images.
  */
 

@@ -1,7 +1,8 @@
 #pragma once
 
 /**
- * @file Rigid transforms between corresponding points in space. geometry.h describes which results
+ * @file
+ * Rigid transforms between corresponding points in space. geometry.h describes which results
  * are the same bits on every machine.
  */
 

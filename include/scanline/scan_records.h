@@ -80,7 +80,7 @@ struct STesk3DPosition {
 struct STesk3DLaserLine {
   STesk3DPosition* p3DPosition;  ///< First sample; the memory belongs to the caller.
   int nPositionCnt;              ///< Number of samples at `p3DPosition`.
-  std::uint64_t lineTag;  ///< For the caller's use; neither read nor written.
+  std::uint64_t lineTag;         ///< For the caller's use; neither read nor written.
 };
 
 /** One element of a colour line. Its coordinates are single precision. */
