@@ -80,9 +80,9 @@ SCANLINE_API void watershed(SJU_waterShedImage& image);
 /**
  * Floods an image from given seeds, level by level.
  *
- * 1. Each seed in turn gets the next label, from `startLabel` on. Its pixel takes the label whatever
- *    its marker, and so does its plateau: the pixels of the same grey value that connect to it over
- *    four neighbours and have a marker of 0.
+ * 1. Each seed in turn gets the next label, from `startLabel` on. Its pixel takes the label
+ *    whatever its marker, and so does its plateau: the pixels of the same grey value that connect
+ *    to it over four neighbours and have a marker of 0.
  * 2. The levels from 0 to `maxLevel` are worked in ascending order. The pixels of a level without a
  *    label are visited row by row, again and again as long as any of them settles. A visited pixel
  *    settles if it has neighbours with labels: with one and the same label it takes that, with
