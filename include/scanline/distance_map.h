@@ -16,7 +16,7 @@
  * the cost of a step, in single precision. An axial step (`a`) costs 1, the cost of a diagonal step
  * (`d`) depends on `distType`; `x` is the pixel:
  *
- * @verbatim
+ * @code{.unparsed}
  *  forward pass              backward pass
  *  (rows downwards,          (rows upwards,
  *  columns rightwards)       columns leftwards)
@@ -24,7 +24,7 @@
  *     d  a  .                   .  .  d
  *     a  x  .                   .  x  a
  *     d  .  .                   .  a  d
- * @endverbatim
+ * @endcode
  *
  * The textbook takes the whole row before the pixel instead. Here one diagonal neighbour lies in a
  * row that the pass has not reached yet, so along that diagonal each pass makes one step at most.
