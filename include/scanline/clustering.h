@@ -156,11 +156,11 @@ SCANLINE_API void ju_gridPointClustering_labelling(
 /**
  * Labels the connected regions of a binary image and measures them.
  *
- * | Label | Pixels |
- * |---|---|
- * | 0 | background |
- * | 1 | foreground in the outer rows and columns, which belongs to no region and connects none |
- * | 2 and higher | the regions, numbered in the order in which a scan by rows meets them |
+ * | Label        | Pixels                                                                         |
+ * |--------------|--------------------------------------------------------------------------------|
+ * | 0            | background                                                                     |
+ * | 1            | foreground in the outer rows and columns; it belongs to and connects no region |
+ * | 2 and higher | the regions, numbered in the order in which a scan by rows meets them          |
  *
  * An image with fewer than 3 rows or columns has no region. If @p bwImg is empty, @p labImg is
  * empty afterwards.

@@ -30,13 +30,13 @@ SCANLINE_API SQO_planeCalibPara adjustPlaneToXYPlane(double a, double b, double 
  *
  * With d the dot product of the two unit vectors, the first row that holds is the result:
  *
- * | Case | Rotation |
- * |---|---|
- * | one of the lengths is below 1e-7 | identity |
- * | d > 0.9999999: the same direction, within 0.03 degrees | identity |
- * | d < -0.9999999: opposite directions, `from` on the x axis | half turn about the y axis |
- * | d < -0.9999999: other opposite directions | half turn about the x axis |
- * | otherwise | about the cross product of the two |
+ * | Case                                                      | Rotation about               |
+ * |-----------------------------------------------------------|------------------------------|
+ * | a length below 1e-7                                       | identity                     |
+ * | d > 0.9999999: one direction, within 0.03 degrees         | identity                     |
+ * | d < -0.9999999: opposite directions, `from` on the x axis | the y axis, by 180 degrees   |
+ * | d < -0.9999999: other opposite directions                 | the x axis, by 180 degrees   |
+ * | otherwise                                                 | the cross product of the two |
  *
  * The half turn about the x axis takes a direction onto its opposite only if it is perpendicular to
  * that axis. For other opposite directions the result does not map the one onto the other: (1, 1,

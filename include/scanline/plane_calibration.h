@@ -7,7 +7,7 @@
  *
  * | Function | Samples that the plane is fitted to | `planeHeight` |
  * |---|---|---|
- * | qo_getPlaneCalibPara() | of the lowest strong peak of the heights | smallest levelled z |
+ * | qo_getPlaneCalibPara() | of the lowest strong peak in z | smallest levelled z |
  * | qo_getPlaneCalibPara2() | the same | mean levelled z |
  * | qo_getPlaneCalibPara2_ROI() | in a region | smallest levelled z |
  * | qo_getPlaneCalibPara_ROIs() | in any of several regions | smallest levelled z |

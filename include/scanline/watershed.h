@@ -45,11 +45,12 @@ struct SJU_waterShedImage {
  * - If there is one, *that neighbour* is overwritten with the marker of the pixel.
  * - Otherwise the pixel gets the next label, from 2 on.
  *
- * So a flat minimum keeps labels on some of its pixels only, in a pattern of the visiting order.
+ * So a flat minimum keeps labels on some of its pixels only, in a pattern that follows from the
+ * order of the visits. An image with fewer than 3 rows or columns has no minima.
  *
  * **Flood.** The pixels are visited once each, in ascending order of grey value, column and row.
- * Rows and columns are crossed: the value in row r and column c calls the marker in row c and
- * column r. The marker changes if it is not above 0:
+ * Rows and columns are crossed: the turn of the value in row r and column c is the turn of the
+ * marker in row c and column r. The marker changes if it is not above 0:
  *
  * | Neighbours with a label               | New marker                       |
  * |---------------------------------------|----------------------------------|
@@ -60,8 +61,6 @@ struct SJU_waterShedImage {
  * @param image the image; `markers` is changed in place
  * @pre The image is square, since rows and columns are crossed.
  * @throw std::bad_alloc  if memory runs out; @p image is unchanged
- *
- * An image with fewer than 3 rows or columns has no minima.
  *
  * Cost: linear in the pixels, whatever their values.
  *
