@@ -50,6 +50,7 @@ SCANLINE_API SQO_planeCalibPara adjustPlaneToXYPlane(double a, double b, double 
  * @param from, to  the directions, of any length; only read
  * @return `levelMatrix` from @p from to @p to, `invLevelMatrix` from @p to to @p from, and a
  *         `planeHeight` of 0.0
+ * @pre All coordinates are finite; otherwise elements of the matrices may be NaN.
  *
  * Cost: constant.
  *

@@ -5,14 +5,14 @@
  * Searches for the reference plane of a scan, and the fit of a plane to points. calibration.h
  * describes the conventions for matrices and which results are the same bits on every machine.
  *
- * | Function | Samples that the plane is fitted to | `planeHeight` |
- * |---|---|---|
- * | qo_getPlaneCalibPara() | of the lowest strong peak in z | smallest levelled z |
- * | qo_getPlaneCalibPara2() | the same | mean levelled z |
- * | qo_getPlaneCalibPara2_ROI() | in a region | smallest levelled z |
- * | qo_getPlaneCalibPara_ROIs() | in any of several regions | smallest levelled z |
- * | qo_getHolePlaneCalibPara() | of all lines in one piece | mean levelled z |
- * | qo_HCameraVScan_getGroundCalibPara() | of the steep ends of lines | mean levelled y |
+ * | Function                             | Samples that the plane is fitted to | Levelled height |
+ * |--------------------------------------|-------------------------------------|-----------------|
+ * | qo_getPlaneCalibPara()               | of the lowest strong peak in z      | smallest z      |
+ * | qo_getPlaneCalibPara2()              | the same                            | mean z          |
+ * | qo_getPlaneCalibPara2_ROI()          | in a region                         | smallest z      |
+ * | qo_getPlaneCalibPara_ROIs()          | in any of several regions           | smallest z      |
+ * | qo_getHolePlaneCalibPara()           | of all lines in one piece           | mean z          |
+ * | qo_HCameraVScan_getGroundCalibPara() | of the steep ends of lines          | mean y          |
  *
  * All but the last turn the normal of the plane onto (0, 0, -1), as adjustPlaneToXYPlane() does; a
  * plane that is tilted by less than 0.026 degrees stays as it is. The plane is fitted by
