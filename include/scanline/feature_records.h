@@ -15,8 +15,8 @@
  * A *corner* is a sample where the profile changes direction in the y-z plane. Its *arms* are the
  * chords from the backward neighbour to the sample and from the sample to the forward neighbour,
  * both of about one given length. The angle of a chord is atan(dz / |dy|) in degrees, from -90 to
- * 90; its sign is that of dz, so a line traversed with falling y has the same angles. The
- * *turn angle* is the backward angle minus the forward angle:
+ * 90; its sign is that of dz, so a line traversed with falling y has the same angles. The *turn
+ * angle* is the backward angle minus the forward angle:
  * - It is positive where the profile turns towards the sensor, as at the foot of a step or the
  *   bottom of a groove (z rises, then falls).
  * - It is negative where the profile turns away from the sensor, as at the upper edge of a step or
@@ -96,23 +96,23 @@ struct SQO_featureTree {
  * get. Lengths are in the unit of the samples. All limits are strict: a feature must differ by less
  * than a deviation, a tree must be longer than a minimum.
  *
- * | Field             | features         | gaps     | semi-circles   | segments         |
- * |-------------------|------------------|----------|----------------|------------------|
- * | `yDeviation_max`  | `jumpPos`        | centre   | `midPt`        | start and end    |
- * | `zDeviation_max`  | `jumpPos`        | centre   | not read       | start and end    |
- * | `maxSkipDistance` | `jumpPos`        | centre   | `midPt`        | mean of both     |
- * | `minLTypeTreeLen` | length, except V | length   | not read       | extent in x      |
- * | `minVTypeTreeLen` | length, only V   | not read | short or long  | not read         |
+ * | Field             | features         | gaps     | semi-circles  | segments      |
+ * |-------------------|------------------|----------|---------------|---------------|
+ * | `yDeviation_max`  | `jumpPos`        | centre   | `midPt`       | start and end |
+ * | `zDeviation_max`  | `jumpPos`        | centre   | not read      | start and end |
+ * | `maxSkipDistance` | `jumpPos`        | centre   | `midPt`       | mean of both  |
+ * | `minLTypeTreeLen` | length, except V | length   | not read      | extent in x   |
+ * | `minVTypeTreeLen` | length, only V   | not read | short or long | not read      |
  *
  * The length of a tree is the distance in the x-y plane from its first to its last node.
  *
  * `maxLineSkipNum` has two uses. Below 1 it makes attaching as strict as possible, yet it keeps
  * trees open for longer:
  *
- * | `maxLineSkipNum` | a tree takes a feature that is                | a tree closes               |
- * |------------------|-----------------------------------------------|-----------------------------|
- * | 1 or more        | fewer lines away than this, or close in x     | more lines later than this  |
- * | 0 or below       | close in x, at any distance in lines          | later; see the growers      |
+ * | `maxLineSkipNum` | a tree takes a feature that is            | a tree closes             |
+ * |------------------|-------------------------------------------|---------------------------|
+ * | 1 or more        | fewer lines away than this, or close in x | more than this many later |
+ * | 0 or below       | close in x, at any distance in lines      | later; see the growers    |
  */
 struct SQO_treeGrowParam {
   double yDeviation_max;   ///< Limit of the distance in y from the last node to a new one.
