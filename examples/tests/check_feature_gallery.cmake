@@ -5,9 +5,9 @@ include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
 run(text "" --out ${FOLDER}/pictures)
 set(declarations "")
-file(GLOB headers ${INCLUDE}/line_*.h)
-foreach(header IN LISTS headers)
-  file(STRINGS ${header} declared REGEX "^SCANLINE_API void ")
+foreach(header IN ITEMS line_corners line_jumps line_peaks line_reference_corners line_runs
+                         line_shapes)
+  file(STRINGS ${INCLUDE}/${header}.h declared REGEX "^SCANLINE_API void ")
   list(APPEND declarations "${declared}")
 endforeach()
 foreach(declaration IN LISTS declarations)

@@ -27,6 +27,18 @@
  *
  * Trees close by lines, after each position; all that are growing close after the last one.
  *
+ * @param endingPts     the positions in the order of growing, as a rule by line; only `x` and `y`
+ *                      are read. Without positions nothing happens.
+ * @param laserLines    the lines of the scan
+ * @param isLineFirst   whether `x` of a position is the line and `y` the sample; otherwise the
+ *                      reverse
+ * @param endingType    type of the features and of new trees; with a type that matches nothing,
+ *                      such as 0 and 8, each position starts a tree
+ * @param[in,out] trees the trees; `treeValue` of new ones is 0
+ * @param growParam     tuning
+ * @pre Each position lies on the scan. This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
+ *
  * Cost: in addition to that in trees.h, the open trees are visited for each position on another
  * line than the position before it. Positions that change lines all the time cost as much as that
  * many lines.
@@ -41,18 +53,6 @@
  * qo_getEndingGrowingTrees(starts, lines.data(), true, FEATURE_SEG_START, trees,
  *                          {2.0, 2.0, 5, 3.0, 50.0, 50.0});
  * @endcode
- *
- * @pre Each position lies on the scan. This is not checked.
- * @param endingPts   the positions in the order of growing, as a rule by line; only `x` and `y` are
- *                    read. Without positions nothing happens.
- * @param laserLines  the lines of the scan
- * @param isLineFirst whether `x` of a position is the line and `y` the sample; otherwise the
- *                    reverse
- * @param endingType  type of the features and of new trees; with a type that matches nothing, such
- *                    as 0 and 8, each position starts a tree
- * @param trees       the trees; `treeValue` of new ones is 0
- * @param growParam   tuning
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
                                            STesk3DLaserLine* laserLines,
@@ -74,9 +74,20 @@ SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
  * 3. The feature fails if the magnitude of dy / dx from the anchor is above 1.0; 0 / 0 passes. It
  *    is then tried on the next tree; the anchor remains where it is now.
  *
+ * @param endingPts      as in `qo_getEndingGrowingTrees`
+ * @param laserLines     the lines of the scan
+ * @param isLineFirst    as in `qo_getEndingGrowingTrees`
+ * @param endingType     as in `qo_getEndingGrowingTrees`
+ * @param[in,out] trees  the trees; `treeValue` of new ones is 0
+ * @param growParam      tuning
+ * @param angleCheckDist distance in the x-y plane over which the direction is measured
+ * @pre Each position lies on the scan, and `anchorNode` of each tree passed in is the index of one
+ *      of its nodes, or negative. This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
+ *
  * Cost: that of `qo_getEndingGrowingTrees`. The search for the anchor skips runs of nodes that are
- * too far away; it is slow only in a tree that turns back and forth in x by more than @p
- * angleCheckDist from line to line.
+ * too far away; it is slow only in a tree that turns back and forth in x by more than
+ * @p angleCheckDist from line to line.
  *
  * @code
  * std::vector<STesk3DLaserLine> lines;
@@ -88,17 +99,6 @@ SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
  * qo_getEndingGrowingTrees_angleCheck(ends, lines.data(), true, FEATURE_SEG_END, trees,
  *                                     {2.0, 2.0, 5, 3.0, 50.0, 50.0}, 20.0);
  * @endcode
- *
- * @pre Each position lies on the scan, and `anchorNode` of each tree passed in is the index of one
- *      of its nodes, or negative. This is not checked.
- * @param endingPts      as in `qo_getEndingGrowingTrees`
- * @param laserLines     the lines of the scan
- * @param isLineFirst    as in `qo_getEndingGrowingTrees`
- * @param endingType     as in `qo_getEndingGrowingTrees`
- * @param trees          the trees; `treeValue` of new ones is 0
- * @param growParam      tuning
- * @param angleCheckDist distance in the x-y plane over which the direction is measured
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                                       STesk3DLaserLine* laserLines,

@@ -24,6 +24,14 @@
  *
  * Trees close by lines, and all that are growing close after the last line.
  *
+ * @param lineFeatures  one record for each line, in order; `lineIdx` and `features` are read,
+ *                      `endings` are not. Without records nothing happens.
+ * @param[in,out] trees the trees; `treeValue` of new ones leaves out the first node
+ * @param growParam     tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * SQO_cornerParam cornerParam = {5.0, 2.0, 3.0, 45.0, 30.0, 15.0};
  * std::vector<SQO_lineFeature> lines(scan.size());
@@ -35,12 +43,6 @@
  * std::vector<SQO_featureTree> trees;
  * qo_getFeatureGrowingTrees(lines, trees, growParam);
  * @endcode
- *
- * @param lineFeatures one record for each line, in order; `lineIdx` and `features` are read,
- *                     `endings` are not. Without records nothing happens.
- * @param trees        the trees; `treeValue` of new ones leaves out the first node
- * @param growParam    tuning
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFeatures,
                                             std::vector<SQO_featureTree>& trees,
@@ -52,6 +54,15 @@ SCANLINE_API void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFe
  * Trees close by step. So a tree of one line never closes, and a tree that takes a node of the last
  * line stays growing and untested for its length. Lines need not have successive indices.
  *
+ * @param lineIdx       index of the line
+ * @param isLastLine    whether this is the last line of the scan
+ * @param features      the features of the line, in order; without any, trees may close
+ * @param[in,out] trees the trees; `treeValue` of new ones includes the first node
+ * @param growParam     tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * SQO_treeGrowParam growParam = {2.0, 2.0, 5, 3.0, 50.0, 50.0};
  * std::vector<SQO_featureTree> trees;  // kept from line to line
@@ -59,13 +70,6 @@ SCANLINE_API void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFe
  * qo_getLineDownJumps(line.data(), static_cast<int>(line.size()), lineIdx, 10.0, drops);
  * qo_lineFeaturesGrowing(lineIdx, false, drops, trees, growParam);
  * @endcode
- *
- * @param lineIdx    index of the line
- * @param isLastLine whether this is the last line of the scan
- * @param features   the features of the line, in order; without any, trees may close
- * @param trees      the trees; `treeValue` of new ones includes the first node
- * @param growParam  tuning
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_lineFeaturesGrowing(int lineIdx,
                                          bool isLastLine,
@@ -81,6 +85,15 @@ SCANLINE_API void qo_lineFeaturesGrowing(int lineIdx,
  * state, also if there are no lines. Trees that took a node of the last line stay growing and
  * untested for their length.
  *
+ * @param lineFeatures  the features of each line; its position in the vector is the index of the
+ *                      line
+ * @param[in,out] trees the trees; `treeValue` of new ones includes the first node
+ * @param growParam     tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, and trees of one
+ *        line are not removed
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * SQO_cornerParam cornerParam = {0.0, 20.0, 3.0, 45.0, 15.0, 45.0};
  * std::vector<std::vector<SQO_basicFeature1D>> corners(scan.size());
@@ -90,13 +103,6 @@ SCANLINE_API void qo_lineFeaturesGrowing(int lineIdx,
  * std::vector<SQO_featureTree> trees;
  * qo_cornerFeaturesGrowing(corners, trees, {2.0, 2.0, 5, 3.0, 50.0, 50.0});
  * @endcode
- *
- * @param lineFeatures the features of each line; its position in the vector is the index of the
- *                     line
- * @param trees        the trees; `treeValue` of new ones includes the first node
- * @param growParam    tuning
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete, and trees of one line
- *        are not removed.
  */
 SCANLINE_API void qo_cornerFeaturesGrowing(
     std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
@@ -110,6 +116,15 @@ SCANLINE_API void qo_cornerFeaturesGrowing(
  * At the end `xRange` and `yRange` of each tree in the list, also of those passed in, become the
  * bounds of its nodes; without nodes they become 0. This happens without lines too.
  *
+ * @param lineFeatures  the features of each line; its position in the vector is the index of the
+ *                      line
+ * @param[in,out] trees the trees; `treeValue` of new ones leaves out the first node
+ * @param growParam     tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, with the bounds of
+ *        the nodes
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * std::vector<std::vector<SQO_basicFeature1D>> valleys(scan.size());
  * std::vector<std::vector<SQO_basicFeature1D>> peaks(scan.size());
@@ -120,13 +135,6 @@ SCANLINE_API void qo_cornerFeaturesGrowing(
  * std::vector<SQO_featureTree> ridges;
  * qo_peakFeatureGrowing(peaks, ridges, {2.0, 2.0, 5, 3.0, 50.0, 50.0});
  * @endcode
- *
- * @param lineFeatures the features of each line; its position in the vector is the index of the
- *                     line
- * @param trees        the trees; `treeValue` of new ones leaves out the first node
- * @param growParam    tuning
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete, with the bounds of
- *        the nodes.
  */
 SCANLINE_API void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
                                         std::vector<SQO_featureTree>& trees,
@@ -137,6 +145,15 @@ SCANLINE_API void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature
  *
  * Both lists grow and close as in `qo_getFeatureGrowingTrees`, without rule 5 and independently of
  * each other. `treeType` is the type of the first node, and decides which length a tree must have.
+ *
+ * @param lineFeatures        one record for each line, in order; without records nothing happens
+ * @param[in,out] trees       trees of `features`; `treeValue` of new ones leaves out the first node
+ * @param[in,out] endingTrees trees of `endings`; `treeValue` of new ones leaves out the first node
+ * @param growParam           tuning
+ * @throw std::bad_alloc  if memory runs out; @p trees and @p endingTrees are valid but incomplete.
+ *        @p endingTrees grows after @p trees.
+ *
+ * Cost: see trees.h.
  *
  * @code
  * SQO_cornerParam cornerParam = {5.0, 2.0, 3.0, 45.0, 30.0, 15.0};
@@ -149,13 +166,6 @@ SCANLINE_API void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature
  * std::vector<SQO_featureTree> outlines;
  * ju_getFeatureGrowingTrees_noTypeMatch(lines, edges, outlines, {2.0, 2.0, 5, 3.0, 50.0, 50.0});
  * @endcode
- *
- * @param lineFeatures one record for each line, in order; without records nothing happens
- * @param trees        trees of `features`; `treeValue` of new ones leaves out the first node
- * @param endingTrees  trees of `endings`; `treeValue` of new ones leaves out the first node
- * @param growParam    tuning
- * @throw std::bad_alloc if memory runs out; @p trees and @p endingTrees are valid but incomplete.
- *        @p endingTrees grows after @p trees.
  */
 SCANLINE_API void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFeatures,
                                                         std::vector<SQO_featureTree>& trees,

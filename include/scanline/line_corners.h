@@ -29,12 +29,21 @@
  * | `FEATURE_JUMP_FALL`    | f < -J and b < K | foot of a step that leads up   |
  * | `FEATURE_CORNER_OTHER` | otherwise        | bottom of a groove             |
  *
- * A data segment is a run of measured samples. A hole ends it, and so does a step in z above
- * `minEndingGap_z`. Two successive segments are joined if their facing ends are closer than
- * `minEndingGap` in y and closer than `minEndingGap_z` in z; so only a hole is ever bridged.
+ * A data segment is a run of measured samples. Any other sample ends it, and so does a step in z
+ * above `minEndingGap_z`. Two successive segments are joined if their facing ends are closer than
+ * `minEndingGap` in y and closer than `minEndingGap_z` in z; so only holes are ever bridged.
  *
  * A line without measured samples has neither corners nor segments; a single measured sample is a
  * segment.
+ *
+ * @param lineData              the samples of the line in order; only read
+ * @param dataSize              number of samples; below 1 nothing is found
+ * @param lineIdx               index of the line
+ * @param cornerPara            tuning
+ * @param[in,out] line_features `lineIdx` is always set. Corners are appended to `features`, with
+ *                              `featureValue` 0, and to `endings` a `FEATURE_SEG_START` and a
+ *                              `FEATURE_SEG_END` for each segment.
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged
  *
  * Cost and method: see corner_param.h. The segments add a linear cost.
  *
@@ -46,15 +55,6 @@
  *   std::printf("corner at sample %d\n", corner.jumpPos2D.y);
  * }
  * @endcode
- *
- * @param lineData      the samples of the line in order; only read
- * @param dataSize      number of samples; below 1 nothing is found
- * @param lineIdx       index of the line
- * @param cornerPara    tuning
- * @param line_features `lineIdx` is always set. Corners are appended to `features`, with
- *                      `featureValue` 0, and to `endings` a `FEATURE_SEG_START` and a
- *                      `FEATURE_SEG_END` for each segment.
- * @throw std::bad_alloc if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineCornerFeature(STesk3DPosition* lineData,
                                           int dataSize,
@@ -69,6 +69,15 @@ SCANLINE_API void qo_getLineCornerFeature(STesk3DPosition* lineData,
  * without one at the first sample that is 4 * `scale` or farther away, so no arm spans a wide gap
  * between two pieces of a label.
  *
+ * @param lineData              the samples of the line, with their labels in `nPointIdx`; only read
+ * @param lineIdx               index of the line
+ * @param maskID                label of the samples that take part; if no sample has it nothing is
+ *                              found
+ * @param cornerPara            tuning; `minEndingGap` and `minEndingGap_z` are not read
+ * @param[in,out] line_features corners are appended; `featureValue` is the turn angle,
+ *                              `jumpPos2D.y` the index on the line
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged
+ *
  * Cost and method: see corner_param.h.
  *
  * @code
@@ -77,14 +86,6 @@ SCANLINE_API void qo_getLineCornerFeature(STesk3DPosition* lineData,
  * std::vector<SQO_basicFeature1D> corners;
  * qo_maskData_getLineCornerFeature(line, lineIdx, 7, param, corners);
  * @endcode
- *
- * @param lineData      the samples of the line, with their labels in `nPointIdx`; only read
- * @param lineIdx       index of the line
- * @param maskID        label of the samples that take part; if no sample has it nothing is found
- * @param cornerPara    tuning; `minEndingGap` and `minEndingGap_z` are not read
- * @param line_features corners are appended; `featureValue` is the turn angle, `jumpPos2D.y` the
- *                      index on the line
- * @throw std::bad_alloc if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
                                                    int lineIdx,
@@ -99,11 +100,23 @@ SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>&
  * - Samples with z above @p maxZ become missing samples in the caller's line, by writing 0.0 to z;
  *   @p maxZ itself stays.
  * - A data segment ends at a step in z of `minEndingGap_z` or more from one sample to the next, and
- *   never at a hole. Segments are not joined: where one ends, the step exceeds the limit for
- *   joining.
- * - `nPointIdx` is read: it becomes `jumpPos2D.y` of the corners. Stamp the line with indices
- *   before.
+ *   never at a hole. Segments are never joined, because the step between two of them is too great.
+ * - `nPointIdx` is read: it becomes `jumpPos2D.y` of the corners. Stamp the line with its indices
+ *   first.
  * - A line whose only sample that is not a hole is sample 0 has no segment.
+ *
+ * @param[in,out] lineData      the samples of the line. z of those above @p maxZ becomes 0.0; in
+ *                              `nPointIdx` of the first sample of each segment the bit 0x100000 is
+ *                              set, in that of the last one 0x200000.
+ * @param dataSize              number of samples; below 1 nothing is found
+ * @param lineIdx               index of the line
+ * @param maxZ                  greatest z that takes part
+ * @param cornerPara            tuning; `minEndingGap` has no effect
+ * @param[in,out] line_features `lineIdx` is always set. Corners are appended to `features` with
+ *                              `featureValue` 0, and to `endings` a `FEATURE_SEG_START` and a
+ *                              `FEATURE_SEG_END` for each segment, with the index on the line in
+ *                              `jumpPos2D.y`.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged
  *
  * Cost and method: see corner_param.h.
  *
@@ -116,19 +129,6 @@ SCANLINE_API void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>&
  * SQO_lineFeature found = {};
  * ju_getLineCornerFeature_PSM(line.data(), index, lineIdx, 250.0, param, &found);
  * @endcode
- *
- * @param lineData      the samples of the line. z of those above @p maxZ becomes 0.0; in
- *                      `nPointIdx` of the first sample of each segment the bit 0x100000 is set, in
- *                      that of the last one 0x200000.
- * @param dataSize      number of samples; below 1 nothing is found
- * @param lineIdx       index of the line
- * @param maxZ          greatest z that takes part
- * @param cornerPara    tuning; `minEndingGap` has no effect
- * @param line_features `lineIdx` is always set. Corners are appended to `features` with
- *                      `featureValue` 0, and to `endings` a `FEATURE_SEG_START` and a
- *                      `FEATURE_SEG_END` for each segment, with the index on the line in
- *                      `jumpPos2D.y`.
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                               int dataSize,
@@ -151,6 +151,13 @@ SCANLINE_API void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
  * | `FEATURE_JUMP_RISE`    | steep        | flat        |
  * | `FEATURE_CORNER_OTHER` | otherwise    |             |
  *
+ * @param[in,out] lineData      the samples of the line, empty or not; `nPointIdx` of each becomes
+ *                              its index
+ * @param lineIdx               index of the line
+ * @param cornerPara            tuning; `minEndingGap` is not read
+ * @param[in,out] line_features corners are appended, with `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged
+ *
  * Cost and method: see corner_param.h.
  *
  * @code
@@ -158,12 +165,6 @@ SCANLINE_API void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
  * std::vector<SQO_basicFeature1D> corners;
  * ju_getLineCorerFeature(line, lineIdx, param, corners);
  * @endcode
- *
- * @param lineData      the samples of the line, empty or not; `nPointIdx` of each becomes its index
- * @param lineIdx       index of the line
- * @param cornerPara    tuning; `minEndingGap` is not read
- * @param line_features corners are appended, with `featureValue` 0
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                                          int lineIdx,

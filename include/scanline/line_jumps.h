@@ -26,6 +26,14 @@
  * kept (equal ones both), so `scale` must be smaller than the gaps to be found. Fewer than two
  * edges make no gap.
  *
+ * @param[in,out] lineData  the samples of the line, empty or not; `nPointIdx` of each becomes its
+ *                          index
+ * @param lineIdx           index of the line
+ * @param cornerPara        tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
+ * @param gapParam          limits of the width in the x-y plane, both strict
+ * @param[in,out] line_gaps gaps are appended; `nPointIdx` of both edges is their index on the line
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_gaps are unchanged
+ *
  * Cost and method: see corner_param.h.
  *
  * @code
@@ -36,13 +44,6 @@
  *   std::printf("gap from y %f to %f\n", gap.gapStart.pt3D.y, gap.gapEnd.pt3D.y);
  * }
  * @endcode
- *
- * @param lineData   the samples of the line, empty or not; `nPointIdx` of each becomes its index
- * @param lineIdx    index of the line
- * @param cornerPara tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
- * @param gapParam   limits of the width in the x-y plane, both strict
- * @param line_gaps  gaps are appended; `nPointIdx` of both edges is their index on the line
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_gaps are unchanged.
  */
 SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
                                        int lineIdx,
@@ -68,6 +69,13 @@ SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
  * The number is that of the corner where the feature is placed. On a plain step the feature is thus
  * at the corner of greater z, and its value is the z of that side, one `scale` away from the step.
  *
+ * @param lineData           the samples of the line; only read
+ * @param dataSize           number of samples; below 1 nothing is found
+ * @param lineIdx            index of the line
+ * @param cornerPara         tuning
+ * @param[in,out] line_jumps jumps are appended; `featureValue` is a z, see above
+ * @throw std::bad_alloc  if memory runs out; @p line_jumps is unchanged
+ *
  * Cost and method: see corner_param.h.
  *
  * @code
@@ -76,13 +84,6 @@ SCANLINE_API void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
  * qo_getLineJumpFeature_cornerMethod(line.data(), static_cast<int>(line.size()), lineIdx, param,
  *                                    jumps);
  * @endcode
- *
- * @param lineData   the samples of the line; only read
- * @param dataSize   number of samples; below 1 nothing is found
- * @param lineIdx    index of the line
- * @param cornerPara tuning
- * @param line_jumps jumps are appended; `featureValue` is a z, see above
- * @throw std::bad_alloc if memory runs out; @p line_jumps is unchanged.
  */
 SCANLINE_API void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
                                                      int dataSize,
@@ -96,20 +97,20 @@ SCANLINE_API void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
  *
  * Steps towards the sensor are ignored. A step from or to a NaN is no jump.
  *
+ * @param[in,out] lineData   the samples of the line; `nPointIdx` of each becomes its index
+ * @param dataSize           number of samples; below 2 nothing is done
+ * @param lineIdx            index of the line
+ * @param jumpZ              limit of the rise, strict
+ * @param[in,out] line_jumps a `FEATURE_JUMP_RISE` is appended at the sample before each jump, with
+ *                           `featureValue` 0
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_jumps are valid but incomplete
+ *
  * Cost: linear in the number of samples.
  *
  * @code
  * std::vector<SQO_basicFeature1D> drops;
  * qo_getLineDownJumps(line.data(), static_cast<int>(line.size()), lineIdx, 10.0, drops);
  * @endcode
- *
- * @param lineData   the samples of the line; `nPointIdx` of each becomes its index
- * @param dataSize   number of samples; below 2 nothing is done
- * @param lineIdx    index of the line
- * @param jumpZ      limit of the rise, strict
- * @param line_jumps a `FEATURE_JUMP_RISE` is appended at the sample before each jump, with
- *                   `featureValue` 0
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_jumps are valid but incomplete.
  */
 SCANLINE_API void qo_getLineDownJumps(STesk3DPosition* lineData,
                                       int dataSize,

@@ -40,13 +40,23 @@ struct SQO_slopeParam {
  *   if z was falling, a maximum if it was rising. A line that ends with a valid sample does not
  *   turn there, and no line turns at its first valid sample.
  *
- * A minimum is a peak unless a smaller one, a maximum a valley unless a greater one lies within @p
- * scale in y. The others are compared in order, in both directions, up to the first one farther
+ * A minimum is a peak unless a smaller one, a maximum a valley unless a greater one lies within
+ * @p scale in y. The others are compared in order, in both directions, up to the first one farther
  * away. Equal turning points both stay.
  *
  * A NaN in z is valid, but a step from or to it neither rises nor falls; it is reported only as the
  * last valid sample of a line that ends with a missing one. Without turning points, nothing is
  * found.
+ *
+ * @param[in,out] lineData the samples of the line; `nPointIdx` of each becomes its index
+ * @param dataSize         number of samples; below 2 nothing at all is done
+ * @param lineIdx          index of the line
+ * @param scale            distance in y within which a turning point must be the extreme one,
+ *                         inclusive
+ * @param[in,out] valleys  a `FEATURE_VALLEY` is appended for each valley, with `featureValue` 0
+ * @param[in,out] peaks    a `FEATURE_PEAK` is appended for each peak, with `featureValue` 0
+ * @pre @p valleys and @p peaks are different lists
+ * @throw std::bad_alloc  if memory runs out; @p lineData, @p valleys and @p peaks are unchanged
  *
  * Cost: linear in the number of samples, whatever @p scale is.
  *
@@ -57,15 +67,6 @@ struct SQO_slopeParam {
  * std::vector<SQO_basicFeature1D> peaks;
  * qo_getLineLocalPeaks(line.data(), static_cast<int>(line.size()), lineIdx, 10.0, valleys, peaks);
  * @endcode
- *
- * @pre @p valleys and @p peaks are different lists.
- * @param lineData the samples of the line; `nPointIdx` of each becomes its index
- * @param dataSize number of samples; below 2 nothing at all is done
- * @param lineIdx  index of the line
- * @param scale    distance in y within which a turning point must be the extreme one, inclusive
- * @param valleys  a `FEATURE_VALLEY` is appended for each valley, with `featureValue` 0
- * @param peaks    a `FEATURE_PEAK` is appended for each peak, with `featureValue` 0
- * @throw std::bad_alloc if memory runs out; @p lineData, @p valleys and @p peaks are unchanged.
  */
 SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
                                        int dataSize,
@@ -116,6 +117,19 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * A feature half way has the mean of the two indices, rounded down, and the mean of the two
  * positions, so it may lie off the profile.
  *
+ * @param[in,out] lineData the samples of the line; fewer than 2 measured ones give nothing.
+ *                         `nPointIdx` becomes 16 on the outer samples of jumps and pairs with a
+ *                         jump, then 13 on those of features, and is unchanged elsewhere. A missing
+ *                         sample at the index of a feature takes the position of the feature.
+ * @param lineIdx          index of the line
+ * @param slopeWin_y       distance in y over which slopes are measured
+ * @param jumpTh_z         change of z that makes a jump, strict
+ * @param peakWidth_y      expected width of a dent in y
+ * @param[in,out] peaks    a `FEATURE_PEAK` is appended for each dent, with `featureValue` 0
+ * @pre No `nPointIdx` is 16, since that marks a jump for the views. A line that is stamped with its
+ *      indices has a 16 at sample 16: clear the stamps first.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p peaks are unchanged
+ *
  * Cost: linear in the number of samples, plus the samples of a view for each slope by itself and
  * those of a slope window after each jump. Quadratic if there are jumps or such slopes all along
  * the line and the windows span much of it.
@@ -127,19 +141,6 @@ SCANLINE_API void qo_getLineLocalPeaks(STesk3DPosition* lineData,
  * std::vector<SQO_basicFeature1D> dents;
  * qo_getFlatLineLocalPeaks_vector(line, lineIdx, 1.0, 2.0, 8.0, dents);
  * @endcode
- *
- * @pre No `nPointIdx` is 16, since that marks a jump for the views. A line that is stamped with its
- *      indices has a 16 at sample 16: clear the stamps first.
- * @param lineData    the samples of the line; fewer than 2 measured ones give nothing. `nPointIdx`
- *                    becomes 16 on the outer samples of jumps and pairs with a jump, then 13 on
- *                    those of features, and is unchanged elsewhere. A missing sample at the index
- *                    of a feature takes the position of the feature.
- * @param lineIdx     index of the line
- * @param slopeWin_y  distance in y over which slopes are measured
- * @param jumpTh_z    change of z that makes a jump, strict
- * @param peakWidth_y expected width of a dent in y
- * @param peaks       a `FEATURE_PEAK` is appended for each dent, with `featureValue` 0
- * @throw std::bad_alloc if memory runs out; @p lineData and @p peaks are unchanged.
  */
 SCANLINE_API void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                                   int lineIdx,

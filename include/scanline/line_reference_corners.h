@@ -7,11 +7,9 @@
  *
  * Both functions cut the line into runs at steps of `minEndingGap` or more in y, or
  * `minEndingGap_z` or more in z, from one sample to the next; holes do not cut. Arms stay inside a
- * run. A sample that has a neighbour on one side only has the angle of that arm; its other angle
- * and its turn angle are
- * 0. An arm is flat if its angle is below `jumpCornerTh_1` in magnitude, which a missing arm next
- *    to an existing one is as well. The type of a corner is the first row that holds; without a
- *    flat arm it is dropped:
+ * run. A sample with one arm only takes 0 for the angle of the other and for its turn angle. An arm
+ * is flat if its angle is below `jumpCornerTh_1` in magnitude; a missing arm counts as flat. The
+ * type of a corner is the first row that holds, and a corner without a flat arm is dropped:
  *
  * | Type                | Condition         |
  * |---------------------|-------------------|
@@ -42,6 +40,19 @@
  * corner only, even if it lies too far from @p refZ. The height of other ends does not matter. A
  * run of one sample has no features.
  *
+ * @param[in,out] lineData      the samples of the line. In `nPointIdx` these bits are set: 0x100000
+ *                              on the first and 0x200000 on the last sample of each run, 0x10000 on
+ *                              corners with a flat backward arm, 0x20000 on other corners with a
+ *                              flat forward arm, near @p refZ or not.
+ * @param dataSize              number of samples; below 1 nothing is found
+ * @param lineIdx               index of the line
+ * @param refZ                  reference height of the corners
+ * @param cornerPara            tuning; `jumpCornerTh_2` is not read
+ * @param[in,out] line_features features are appended, with `featureValue` 0
+ * @pre `nPointIdx` of each sample is its index, and there are at most 65536 samples. The function
+ *      leaves marks there, so stamp the line again before a second call. This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged
+ *
  * Cost and method: see corner_param.h.
  *
  * @code
@@ -53,19 +64,6 @@
  * std::vector<SQO_basicFeature1D> corners;
  * qo_getLineCornerFeature_BQ(line.data(), index, lineIdx, 120.0, param, corners);
  * @endcode
- *
- * @pre `nPointIdx` of each sample is its index, and there are at most 65536 samples. The function
- *      leaves marks there, so stamp the line again before a second call. This is not checked.
- * @param lineData      the samples of the line. In `nPointIdx` these bits are set: 0x100000 on the
- *                      first and 0x200000 on the last sample of each run, 0x10000 on corners with a
- *                      flat backward arm, 0x20000 on other corners with a flat forward arm, near @p
- *                      refZ or not.
- * @param dataSize      number of samples; below 1 nothing is found
- * @param lineIdx       index of the line
- * @param refZ          reference height of the corners
- * @param cornerPara    tuning; `jumpCornerTh_2` is not read
- * @param line_features features are appended, with `featureValue` 0
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                              int dataSize,
@@ -79,9 +77,19 @@ SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
  *
  * Corners are the minima of the turn angle below 0 that pass the selection and have a flat arm; a
  * minimum at the end of the line may have any sign. A corner is reported if a sample of the ground
- * lies near it: on either side the samples are visited in order up to the first one farther than @p
- * groundDist from the corner in the x-y plane, and one of them is marked as ground. The corner's
+ * lies near it: on either side the samples are visited in order up to the first one farther than
+ * @p groundDist from the corner in the x-y plane, and one of them is marked as ground. The corner's
  * own mark does not count.
+ *
+ * @param lineData              the samples of the line, empty or not; only read
+ * @param groundMask            1 for each sample of the ground, any other value for others
+ * @param lineIdx               index of the line
+ * @param groundDist            largest distance in the x-y plane, inclusive
+ * @param cornerPara            tuning; `jumpCornerTh_2` is not read
+ * @param[in,out] line_features corners are appended; `featureValue` is the turn angle with its sign
+ * @pre `nPointIdx` of each sample is its index, and @p groundMask has one element for each sample.
+ *      This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged
  *
  * Cost: that of the corner search; @p groundDist has no influence. Method: see corner_param.h.
  *
@@ -96,16 +104,6 @@ SCANLINE_API void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
  * std::vector<SQO_basicFeature1D> corners;
  * qo_getLineContourCornerFeature_groundMask_BQ(line, isGround, lineIdx, 20.0, param, corners);
  * @endcode
- *
- * @pre `nPointIdx` of each sample is its index, and @p groundMask has one element for each sample.
- *      This is not checked.
- * @param lineData      the samples of the line, empty or not; only read
- * @param groundMask    1 for each sample of the ground, any other value for others
- * @param lineIdx       index of the line
- * @param groundDist    largest distance in the x-y plane, inclusive
- * @param cornerPara    tuning; `jumpCornerTh_2` is not read
- * @param line_features corners are appended; `featureValue` is the turn angle with its sign
- * @throw std::bad_alloc if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineContourCornerFeature_groundMask_BQ(
     std::vector<STesk3DPosition>& lineData,

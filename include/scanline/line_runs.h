@@ -19,7 +19,7 @@ class Mat;
 }
 
 /**
- * Finds ring arcs: rows of samples at all of which the profile turns away from the sensor, as on a
+ * Finds ring arcs: rows of samples at each of which the profile turns away from the sensor, as on a
  * bead.
  *
  * Runs are cut by steps in z of `minEndingGap_z` or more, not by holes, and arms stay inside them.
@@ -30,6 +30,14 @@ class Mat;
  * arms, the whole run is reported instead: on a run that is one arc this adds the samples at both
  * ends, which are too close to them to have arms.
  *
+ * @param[in,out] lineData      the samples of the line, empty or not; `nPointIdx` of each becomes
+ *                              its index
+ * @param lineIdx               index of the line
+ * @param cornerPara            tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
+ * @param ringArcWidth          limits of the chord in the y-z plane, both inclusive
+ * @param[in,out] line_ringArcs arcs are appended; `segValue` is the turn in degrees
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_ringArcs are unchanged
+ *
  * Cost: see corner_param.h.
  *
  * @code
@@ -37,13 +45,6 @@ class Mat;
  * std::vector<SJU_segFeature> arcs;
  * ju_getRingArcFeature(line, lineIdx, param, {8.0, 20.0}, arcs);
  * @endcode
- *
- * @param lineData      the samples of the line, empty or not; `nPointIdx` of each becomes its index
- * @param lineIdx       index of the line
- * @param cornerPara    tuning; only `minEndingGap_z`, `scale` and `cornerTh` are read
- * @param ringArcWidth  limits of the chord in the y-z plane, both inclusive
- * @param line_ringArcs arcs are appended; `segValue` is the turn in degrees
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_ringArcs are unchanged.
  */
 SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                                        int lineIdx,
@@ -64,8 +65,24 @@ SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
  *    the second have the same label above 0. Neither the width of the result nor what lies between
  *    matters. A third tube does not join them.
  *
- * The last tube of a line is only reported if it was joined to the one before it, so a line needs
+ * The last tube of a line is reported only if it was joined to the one before it, so a line needs
  * two tubes to report one.
+ *
+ * @param[in,out] lineData      the samples of the line. In each run of two samples or more
+ *                              `nPointIdx` becomes the index inside the run, in its holes as well.
+ * @param dataSize              number of samples; below 1 nothing is found
+ * @param lineIdx               index of the line, and of its column in @p labelImage
+ * @param widthUnit             a quarter of the limit of the width in y, which is strict
+ * @param slopeParam            tuning; only `maxGap_y` has an effect
+ * @param[in,out] line_features tubes are appended, with `segState` 0, the sample nearest in y to
+ *                              the middle of both ends in `midPtIdx` and `midPt`, the distance of
+ *                              the ends in y in `width`, and the smallest z in `height`. The
+ *                              earliest of equal samples is taken.
+ * @param labelImage            labels, one row for each sample and one column for each line; 0 and
+ *                              below are no labels. It may be a view of a larger image. Only read.
+ * @pre @p labelImage has the type `CV_32S`, at least @p dataSize rows and more than @p lineIdx
+ *      columns. This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_features are unchanged
  *
  * Cost: linear in the number of samples.
  *
@@ -75,22 +92,6 @@ SCANLINE_API void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
  * std::vector<SQO_featureSemiCircle> tubes;
  * qo_getLineUpperSemiCircleFeature(line.data(), labels.rows, lineIdx, 20.0, param, tubes, labels);
  * @endcode
- *
- * @pre @p labelImage has the type `CV_32S`, at least @p dataSize rows and more than @p lineIdx
- *      columns. This is not checked.
- * @param lineData      the samples of the line. In each run of two samples or more `nPointIdx`
- *                      becomes the index inside the run, in its holes as well.
- * @param dataSize      number of samples; below 1 nothing is found
- * @param lineIdx       index of the line, and of its column in @p labelImage
- * @param widthUnit     a quarter of the limit of the width in y, which is strict
- * @param slopeParam    tuning; only `maxGap_y` has an effect
- * @param line_features tubes are appended, with `segState` 0, the sample nearest in y to the middle
- *                      of both ends in `midPtIdx` and `midPt`, the distance of the ends in y in
- *                      `width`, and the smallest z in `height`. The earliest of equal samples is
- *                      taken.
- * @param labelImage    labels, one row for each sample and one column for each line; 0 and below
- *                      are no labels. It may be a view of a larger image. Only read.
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_features are unchanged.
  */
 SCANLINE_API void qo_getLineUpperSemiCircleFeature(
     STesk3DPosition* lineData,
@@ -123,6 +124,14 @@ struct SQO_gloveArcParam {
  * in the y-z plane, or ends with the line; the sample at which that length is reached belongs to
  * the flank before the summit, but not to the one after it.
  *
+ * @param lineData               the samples of the line; only read. With fewer than 10, measured or
+ *                               not, nothing is found.
+ * @param lineIdx                index of the line
+ * @param gloveArcPara           tuning
+ * @param[in,out] line_gloveArcs a `FEATURE_PEAK` is appended for each summit that turns by
+ *                               `minTurnAngle` or more; `featureValue` is the turn in degrees
+ * @throw std::bad_alloc  if memory runs out; @p line_gloveArcs is unchanged
+ *
  * Cost: that of the corner search in corner_param.h, plus the number of summits times the samples
  * on their flanks: with an `armLen` beyond the line, the number of summits times that of samples.
  *
@@ -131,14 +140,6 @@ struct SQO_gloveArcParam {
  * std::vector<SQO_basicFeature1D> arcs;
  * ju_getLineGloveArcs(line, lineIdx, param, arcs);
  * @endcode
- *
- * @param lineData       the samples of the line; only read. With fewer than 10, measured or not,
- *                       nothing is found.
- * @param lineIdx        index of the line
- * @param gloveArcPara   tuning
- * @param line_gloveArcs a `FEATURE_PEAK` is appended for each summit that turns by `minTurnAngle`
- *                       or more; `featureValue` is the turn in degrees
- * @throw std::bad_alloc if memory runs out; @p line_gloveArcs is unchanged.
  */
 SCANLINE_API void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
                                       int lineIdx,
@@ -171,7 +172,15 @@ struct SQO_raisedFeatureParam {
  * A run is reported if its width is within the limits. Sample 0 begins a run in the third row even
  * if it is a hole. A run without a rise after it is dropped.
  *
- * A NaN in z is no hole; it ends no run, and the step after it is ignored.
+ * A NaN in z is no hole: the step to it is no flank, and the step from it is ignored, so a run does
+ * not extend to the sample after it.
+ *
+ * @param[in,out] lineData            the samples of the line, empty or not; `nPointIdx` of each
+ *                                    becomes its index
+ * @param lineIdx                     index of the line
+ * @param raisedFeaturePara           tuning
+ * @param[in,out] line_raisedFeatures runs are appended; `segValue` is the width in y
+ * @throw std::bad_alloc  if memory runs out; @p lineData and @p line_raisedFeatures are unchanged
  *
  * Cost: linear in the number of samples.
  *
@@ -180,13 +189,6 @@ struct SQO_raisedFeatureParam {
  * std::vector<SJU_segFeature> raised;
  * ju_getLineRaisedFeature(line, lineIdx, param, raised);
  * @endcode
- *
- * @param lineData            the samples of the line, empty or not; `nPointIdx` of each becomes its
- *                            index
- * @param lineIdx             index of the line
- * @param raisedFeaturePara   tuning
- * @param line_raisedFeatures runs are appended; `segValue` is the width in y
- * @throw std::bad_alloc if memory runs out; @p lineData and @p line_raisedFeatures are unchanged.
  */
 SCANLINE_API void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
                                           int lineIdx,

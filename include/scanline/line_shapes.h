@@ -36,42 +36,44 @@ struct SQO_lineRightAngleParam {
  * Finds L and V shapes, made of one or two monotone runs of z, and the ends of the data segments.
  *
  * **Runs.** A run continues over flat places and missing samples until z turns. It is kept if z
- * changes by `minSlope_z` or more along it. Its ends are its *foot*, at the end of smaller z, and
- * its *top*, at the end of greater z. Its largest step, the earliest of equal ones, decides its L:
+ * changes by `minSlope_z` or more along it. It has a *near end*, of smaller z, and a *far end*, of
+ * greater z. Its largest step, the earliest of equal ones, decides its L:
  * - If the step exceeds `jumpTh_z`, the L is a `FEATURE_JUMP_RISE` or `FEATURE_JUMP_FALL` at the
  *   sample of the step with the smaller z.
  * - Otherwise, if z changes by more than `jumpTh_z` along the run and by more than 2.0 per unit of
  *   y from the sample before the step to the one after it (missing or not; at an end of the line,
  *   from or to the step itself), it is a `FEATURE_SLOPE_RISE` or `FEATURE_SLOPE_FALL` at the sample
  *   of the step with the greater z.
- * - A slope has no L if its top is within 2 samples of an end of a data segment.
- * - No other run has an L.
+ * - Otherwise there is none. Nor is there a slope if the far end of the run is within 2 samples of
+ *   an end of a data segment.
  *
- * **V.** A kept rise and the next kept run make a V if that is a fall, each top has a greater z
- * than the foot of the other run, and the V is narrow: `maxWidth_y` exceeds its width. A run is
- * part of one V at most. The width is measured as follows, each time with the sample of the run
- * that is nearest in z, the earliest of equal ones:
+ * **V.** A kept rise and the next kept run make a V if that is a fall, each far end has a greater z
+ * than the near end of the other run, and the V is narrow: `maxWidth_y` exceeds its width. A run is
+ * part of one V at most. The width is measured between samples of the two runs as follows, each
+ * time the sample nearest to a given z, the earliest of equal ones. Equal far ends count as a
+ * greater rise:
  *
- * | Tops differ by         | Higher top | Width                                                |
- * |------------------------|------------|------------------------------------------------------|
- * | less than `apexDiff_z` | rise       | distance in y, `apexDiff_z` / 2 below the higher top |
- * | less than `apexDiff_z` | fall       | distance in y, `apexDiff_z` below the higher top     |
- * | `apexDiff_z` or more   | either     | difference of a y and a z, see below                 |
+ * | Far ends differ in z by | Greater z | Width                                                   |
+ * |-------------------------|-----------|---------------------------------------------------------|
+ * | less than `apexDiff_z`  | rise      | distance in y of both runs at that z - `apexDiff_z` / 2 |
+ * | less than `apexDiff_z`  | fall      | distance in y of both runs at that z - `apexDiff_z`     |
+ * | `apexDiff_z` or more    | either    | difference of a y and a z, see below                    |
  *
- * In the last row it is the difference of y, taken in the run with the higher top at the z of the
- * lower one, and z of the fall's top; existing limits are tuned to this. Equal tops count as a
- * higher rise. The feature is a `FEATURE_V` at the top of greater z, or at that of the rise.
+ * In the last row it is the difference of two numbers: y of the run with the greater far end, at
+ * the z of the other far end, and z of the far end of the fall. Existing limits are tuned to this.
+ * The feature is a `FEATURE_V` at the far end of greater z, or at that of the rise if they are
+ * equal.
  *
  * **V and L.** An L is *apart* if the end of the run's largest step that faces the V, its second
  * sample in a rise and its first in a fall, is more than 5.0 in y away from the V. The V is *level*
- * if its feet differ by less than 40.0 in z.
+ * if its near ends differ by less than 40.0 in z.
  * - An L that is apart is reported, before or after the V.
  * - If all are apart, or there are none, the V is reported.
  * - If one L is close and the other one is apart, the V is reported if the close one is a slope,
  *   the close L if it is a jump.
  * - If the only L is close, the V is reported if it is level and the L is a slope, else the L.
  * - If both are close, the V is reported if it is level; else the L at the greater z (the fall's if
- *   equal), changed to `FEATURE_SLOPE_FALL` if the foot of the rise has the greater z, else to
+ *   equal), changed to `FEATURE_SLOPE_FALL` if the near end of the rise has the greater z, else to
  *   `FEATURE_SLOPE_RISE`.
  *
  * **Merging.** Finally, from the end of the list to its start, a jump is dropped if the next kept
@@ -85,6 +87,16 @@ struct SQO_lineRightAngleParam {
  * A step from or to a NaN, or between equal infinities, neither ends nor extends a run, which
  * continues at the next step that is a number. A NaN may be the end of a segment.
  *
+ * @param lineData              the samples of the line; only read
+ * @param dataSize              number of samples; below 2 nothing is found, but jumps are merged
+ * @param lineIdx               index of the line
+ * @param slopeParam            limits of runs and segments; `scale` is not read
+ * @param vFeatureParam         limits of a V
+ * @param[in,out] line_features L and V are appended to `features`, with `featureValue` 0, and to
+ *                              `endings` a `FEATURE_SEG_START` and a `FEATURE_SEG_END` for each
+ *                              segment; `lineIdx` is left to the caller
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged
+ *
  * Cost: linear in the number of samples and of features in the list.
  *
  * @code
@@ -93,16 +105,6 @@ struct SQO_lineRightAngleParam {
  * SQO_lineFeature found = {lineIdx, {}, {}};
  * qo_getLineLVFeature(line.data(), static_cast<int>(line.size()), lineIdx, runs, shape, &found);
  * @endcode
- *
- * @param lineData      the samples of the line; only read
- * @param dataSize      number of samples; below 2 nothing is found, but jumps are merged
- * @param lineIdx       index of the line
- * @param slopeParam    limits of runs and segments; `scale` is not read
- * @param vFeatureParam limits of a V
- * @param line_features L and V are appended to `features`, with `featureValue` 0, and to `endings`
- *                      a `FEATURE_SEG_START` and a `FEATURE_SEG_END` for each segment; `lineIdx` is
- *                      left to the caller
- * @throw std::bad_alloc if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
                                       int dataSize,
@@ -120,12 +122,12 @@ SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
  *
  * 1. With the shortest of all eight arm lengths both arms must end on the line. Their deviations
  *    must be below the greatest `armTol`: flat and then steep is tried first, then steep and then
- *    flat. z at the far end of the steep arm, compared with z of the sample, decides between the
- *    two kinds of each.
+ *    flat. z at the end of the steep arm, compared with z of the sample, decides between the two
+ *    kinds of each.
  * 2. With the lengths of its kind both deviations must be below the `armTol` of the kind. An arm
  *    that does not end on the line has deviation 0.
  *
- * | Kind                    | Backward arm | Forward arm | z at far end | Record          |
+ * | Kind                    | Backward arm | Forward arm | z at its end | Record          |
  * |-------------------------|--------------|-------------|--------------|-----------------|
  * | `FEATURE_RIGHT_ANGLE_2` | flat         | steep       | greater      | @p flatRisePara |
  * | `FEATURE_RIGHT_ANGLE_1` | flat         | steep       | not greater  | @p flatFallPara |
@@ -134,11 +136,23 @@ SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
  *
  * The `armTol` of `FEATURE_RIGHT_ANGLE_1` is that of @p flatRisePara.
  *
- * Without samples in between an arm has deviation -1.0, a backward steep arm that ends on the very
- * sample before has 0. Successive samples marked with one kind are one feature: at the last of them
- * whose backward arm ends on the very sample before, or else in their middle.
+ * Without samples in between an arm has deviation -1.0, but a backward steep arm that ends on the
+ * adjacent sample has 0. Successive samples marked with one kind are one feature: at the last of
+ * them whose backward arm ends on the adjacent sample, or else in their middle, rounded down.
  *
  * The first and the last sample of a line are never marked, nor is a sample with a NaN in y or z.
+ *
+ * @param lineData              the samples of the line; only read
+ * @param dataSize              number of samples; below 1 nothing is found
+ * @param lineIdx               index of the line
+ * @param flatRisePara          arms of `FEATURE_RIGHT_ANGLE_2`
+ * @param riseFlatPara          arms of `FEATURE_RIGHT_ANGLE_4`
+ * @param flatFallPara          arms of `FEATURE_RIGHT_ANGLE_1`; `armTol` counts in the first step
+ *                              only
+ * @param fallFlatPara          arms of `FEATURE_RIGHT_ANGLE_3`
+ * @param[in,out] line_features corners are appended to `features`, with `featureValue` 0; `lineIdx`
+ *                              and `endings` are unchanged
+ * @throw std::bad_alloc  if memory runs out; @p line_features is unchanged
  *
  * Cost: the number of samples times the samples along the longest arms; quadratic with arms of half
  * the line. Arms that exceed the extent of the line have no cost.
@@ -149,17 +163,6 @@ SCANLINE_API void qo_getLineLVFeature(STesk3DPosition* lineData,
  * const int count = static_cast<int>(line.size());
  * qo_getLineRigthAngleFeature(line.data(), count, lineIdx, arms, arms, arms, arms, &found);
  * @endcode
- *
- * @param lineData      the samples of the line; only read
- * @param dataSize      number of samples; below 1 nothing is found
- * @param lineIdx       index of the line
- * @param flatRisePara  arms of `FEATURE_RIGHT_ANGLE_2`
- * @param riseFlatPara  arms of `FEATURE_RIGHT_ANGLE_4`
- * @param flatFallPara  arms of `FEATURE_RIGHT_ANGLE_1`; `armTol` counts in the first step only
- * @param fallFlatPara  arms of `FEATURE_RIGHT_ANGLE_3`
- * @param line_features corners are appended to `features`, with `featureValue` 0; `lineIdx` and
- *                      `endings` are unchanged
- * @throw std::bad_alloc if memory runs out; @p line_features is unchanged.
  */
 SCANLINE_API void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
                                               int dataSize,

@@ -48,6 +48,20 @@
  * All steps also apply to the trees passed in, and even without lines. `sLineIdx`, `eLineIdx` and
  * `treeValue` do not take endings into account.
  *
+ * @param[in,out] lineFeatures one record for each line; endings that a tree takes change to its
+ *                             type
+ * @param[in,out] trees        the trees
+ * @param bagParam             size of the object
+ * @param growParam            tuning
+ * @param[in,out] segStarts    free starts of segments are appended: `x` and `y` from `jumpPos2D`,
+ *                             the type in `value`, z in `valueD` and 0 in `tag`
+ * @param[in,out] segEnds      free ends of segments are appended in the same way
+ * @pre The position of a record in @p lineFeatures, its `lineIdx` and `jumpPos2D.x` of its features
+ *      and endings agree. This is not checked.
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, with the bounds of
+ *        the nodes; the removals of steps 5 and 6 may be missing. An ending with a changed type is
+ *        a node of a tree. @p segStarts and @p segEnds are valid but incomplete.
+ *
  * Cost: in addition to growing, each tree visits the endings of the lines that it is compared with,
  * also those that others have taken, and step 6 compares short trees with all others. So it is
  * quadratic in trees and endings on the same lines, and in the number of trees.
@@ -67,19 +81,6 @@
  * SQO_treeGrowParam growParam = {10.0, 10.0, 5, 8.0, 50.0, 50.0};
  * qo_LVFeatureGrowing(lines, trees, {300.0, 500.0}, growParam, starts, ends);
  * @endcode
- *
- * @pre The position of a record in @p lineFeatures, its `lineIdx` and `jumpPos2D.x` of its features
- *      and endings agree. This is not checked.
- * @param lineFeatures one record for each line; endings that a tree takes change to its type
- * @param trees        the trees
- * @param bagParam     size of the object
- * @param growParam    tuning
- * @param segStarts    free starts of segments are appended: `x` and `y` from `jumpPos2D`, the type
- *                     in `value`, z in `valueD` and 0 in `tag`
- * @param segEnds      free ends of segments are appended in the same way
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete, with the bounds of
- *        the nodes; the removals of steps 5 and 6 may be missing. An ending with a changed type is
- *        a node of a tree. @p segStarts and @p segEnds are valid but incomplete.
  */
 SCANLINE_API void qo_LVFeatureGrowing(std::vector<SQO_lineFeature>& lineFeatures,
                                       std::vector<SQO_featureTree>& trees,

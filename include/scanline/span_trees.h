@@ -18,6 +18,16 @@
  * closes is removed if the distance in the x-y plane from its first to its last centre is at most
  * `minLTypeTreeLen`; a distance of NaN keeps it.
  *
+ * @param lineIdx       index of the line, for `sLineIdx`, `eLineIdx` and closing; attaching
+ *                      compares `lineIdx` of the gaps
+ * @param isLastLine    whether this is the last line of the scan
+ * @param line_gaps     the gaps of the line, in order; without any, trees may close
+ * @param[in,out] trees the trees; new ones have `treeType` 1
+ * @param growParam     tuning; `minVTypeTreeLen` is not read
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * SQO_treeGrowParam growParam = {2.0, 5.0, 5, 3.0, 50.0, 0.0};
  * std::vector<SQO_gapFeatureTree> trees;  // kept from line to line
@@ -25,14 +35,6 @@
  * qo_getLineGapFeature(line, lineIdx, {0.0, 30.0, 1.2, 50.0, 0.0, 0.0}, {1.5, 8.0}, gaps);
  * qo_lineGapsGrowing(lineIdx, false, gaps, trees, growParam);
  * @endcode
- *
- * @param lineIdx    index of the line, for `sLineIdx`, `eLineIdx` and closing; attaching compares
- *                   `lineIdx` of the gaps
- * @param isLastLine whether this is the last line of the scan
- * @param line_gaps  the gaps of the line, in order; without any, trees may close
- * @param trees      the trees; new ones have `treeType` 1
- * @param growParam  tuning; `minVTypeTreeLen` is not read
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete.
  */
 SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
                                      bool isLastLine,
@@ -61,6 +63,21 @@ SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
  * closes is moved to the end of @p shortTrees if the distance in the x-y plane from its first to
  * its last node is at most `minVTypeTreeLen`, otherwise to the end of @p longTrees.
  *
+ * @param[in,out] line_features the semi-circles of the line, in order; `segState` of competitors
+ *                              becomes 5. Without any, trees may close.
+ * @param lineIdx               index of the line, for closing; everything else uses `lineIdx` of
+ *                              the semi-circles
+ * @param lineNum               number of lines of the scan
+ * @param[in,out] trees         the trees, of which those that close are removed; closed ones that
+ *                              were passed in stay
+ * @param[in,out] longTrees     long trees are appended
+ * @param[in,out] shortTrees    short trees are appended
+ * @param growParam             tuning; `zDeviation_max` and `minLTypeTreeLen` are not read
+ * @throw std::bad_alloc  if memory runs out; all lists of trees are valid but incomplete, and each
+ *        tree is in one of them. Some of @p line_features may be marked.
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * const int lineCount = static_cast<int>(scan.size());
  * SQO_treeGrowParam growParam = {10.0, 0.0, 5, 3.0, 0.0, 50.0};
@@ -70,19 +87,6 @@ SCANLINE_API void qo_lineGapsGrowing(int lineIdx,
  * std::vector<SQO_featureSemiCircle> found;  // from qo_getLineUpperSemiCircleFeature
  * qo_getFeatureGrowingTrees_semiCircle(found, lineIdx, lineCount, open, tubes, stubs, growParam);
  * @endcode
- *
- * @param line_features the semi-circles of the line, in order; `segState` of competitors becomes 5.
- *                      Without any, trees may close.
- * @param lineIdx       index of the line, for closing; everything else uses `lineIdx` of the
- *                      semi-circles
- * @param lineNum       number of lines of the scan
- * @param trees         the trees, of which those that close are removed; closed ones that were
- *                      passed in stay
- * @param longTrees     long trees are appended
- * @param shortTrees    short trees are appended
- * @param growParam     tuning; `zDeviation_max` and `minLTypeTreeLen` are not read
- * @throw std::bad_alloc if memory runs out; all lists of trees are valid but incomplete, and each
- *        tree is in one of them. Some of @p line_features may be marked.
  */
 SCANLINE_API void qo_getFeatureGrowingTrees_semiCircle(
     std::vector<SQO_featureSemiCircle>& line_features,
@@ -103,6 +107,16 @@ SCANLINE_API void qo_getFeatureGrowingTrees_semiCircle(
  * `sLineIdx` and `eLineIdx` is removed, whatever its state, also if there are no lines. Trees that
  * took a node of the last line stay growing and untested for their length.
  *
+ * @param lineFeatures  the segments of each line
+ * @param[in,out] trees the trees; `treeValue` is the sum of the mean z of the two ends of each node
+ * @param growParam     tuning; `minVTypeTreeLen` is not read
+ * @pre `lineIdx` of each segment is the position of its line in @p lineFeatures: a new tree takes
+ *      the former, a tree that takes a segment the latter as its `eLineIdx`
+ * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, and trees of one
+ *        line are not removed
+ *
+ * Cost: see trees.h.
+ *
  * @code
  * SQO_raisedFeatureParam raisedParam = {1.5, 1.0, 5.0, 40.0};
  * std::vector<std::vector<SJU_segFeature>> ribs(scan.size());
@@ -112,14 +126,6 @@ SCANLINE_API void qo_getFeatureGrowingTrees_semiCircle(
  * std::vector<SJU_segFeatureTree> trees;
  * ju_getSegFeatureGrowingTrees(ribs, trees, {2.0, 2.0, 5, 3.0, 50.0, 0.0});
  * @endcode
- *
- * @pre `lineIdx` of each segment is the position of its line in @p lineFeatures: a new tree takes
- *      the former, a tree that takes a segment the latter as its `eLineIdx`.
- * @param lineFeatures the segments of each line
- * @param trees        the trees; `treeValue` is the sum of the mean z of the two ends of each node
- * @param growParam    tuning; `minVTypeTreeLen` is not read
- * @throw std::bad_alloc if memory runs out; @p trees is valid but incomplete, and trees of one line
- *        are not removed.
  */
 SCANLINE_API void ju_getSegFeatureGrowingTrees(
     std::vector<std::vector<SJU_segFeature>>& lineFeatures,

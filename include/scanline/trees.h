@@ -75,6 +75,8 @@
  * many trees lie that close together in y and cannot take the features because of z, x, type or
  * direction. Closing visits each open tree after each line. A function that takes one line also
  * visits each tree of the list once.
+ *
+ * Method: greedy linking, where the first tree that fits takes the feature.
  */
 
 #include <scanline/ending_trees.h>
