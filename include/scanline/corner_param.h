@@ -47,9 +47,9 @@
  *
  * Cost: at most n log n in the number n of samples, whatever `scale` is, and also if y is NaN,
  * stands still or goes back and forth: samples nearer than `scale` are skipped in blocks. The
- * selection is linear in the number of extrema, however many lie in one window. The exception is a
- * line whose samples keep alternating between places that lie closer than `scale` to each other in
- * a box with a longer diagonal: there it is n times the number of such samples in a row.
+ * exception is a line whose samples keep alternating between places that lie closer than `scale` to
+ * each other in a box with a longer diagonal: there it is n times the number of such samples in a
+ * row. The selection is linear in the number of extrema, however many lie in one window.
  *
  * Method: the angle between two arms of fixed length at each point of a digital curve, with a
  * threshold and non-maximum suppression.
