@@ -5,7 +5,8 @@ include(${CMAKE_CURRENT_LIST_DIR}/program_checks.cmake)
 
 run(text "" --out ${FOLDER}/pictures)
 set(declarations "")
-foreach(header IN ITEMS line_corners line_peaks line_shapes)
+foreach(header IN ITEMS line_corners line_jumps line_peaks line_reference_corners line_runs
+                         line_shapes)
   file(STRINGS ${INCLUDE}/${header}.h declared REGEX "^SCANLINE_API void ")
   list(APPEND declarations "${declared}")
 endforeach()

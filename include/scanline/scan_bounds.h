@@ -4,9 +4,8 @@
  * @file
  * Bounds and mean spacing of scans and point lists.
  *
- * The functions only read their input. They skip a sample when 0.0001 is greater than its z; only
- * z decides, so that an x or y of 0.0 counts like any other. A z that is not a number passes the
- * test.
+ * All functions only read their input and skip missing samples (`0.0001 > z`); scan_records.h
+ * defines the terms. Each takes one pass over its input and allocates nothing.
  */
 
 #include <vector>
@@ -15,48 +14,70 @@
 #include <scanline/scan_records.h>
 
 /**
- * Finds the bounding box of a scan in pointer form.
+ * Finds the bounding box of the valid samples of a scan in pointer form.
  *
- * Lines and samples are folded into the box in their order, each axis by itself: the first value
- * sets both ends of its range, later ones move an end they lie strictly beyond. A range that began
- * with a value that is not a number therefore stays as it is.
+ * Samples are taken line by line in their order, each axis by itself: the first value sets both
+ * ends of the range, a later one moves an end only if it is strictly beyond it. So a range whose
+ * first value is NaN stays NaN, and a later NaN has no effect.
  *
- * @param lines    The lines of the scan; lines without samples are passed over.
- * @param lineNum  Number of lines at `lines`, which is not looked at if the number is below 1.
- * @return The box; all three ranges are empty (0.0 to -1.0) if the scan holds no valid sample.
+ * @param lines    the lines of the scan; lines without samples are skipped
+ * @param lineNum  number of lines; below 1 the scan is empty and @p lines is not read
+ * @return the box; all three ranges are empty (0.0 to -1.0) if no sample is valid
+ *
+ * Cost: linear in the samples.
  */
 SCANLINE_API STesk3DRangeD qo_getScanDataROI(STesk3DLaserLine* lines, int lineNum);
 
 /**
- * Finds the bounding box of a scan in vector form, by the rules of qo_getScanDataROI().
+ * Finds the bounding box of the valid samples of a scan in vector form, by the rules of
+ * qo_getScanDataROI().
  *
- * @param scan  The lines of the scan; they need not be of the same length.
- * @return The box; all three ranges are empty (0.0 to -1.0) if the scan holds no valid sample.
+ * @param scan  the lines of the scan; they may differ in length
+ * @return the box; all three ranges are empty (0.0 to -1.0) if no sample is valid
+ *
+ * Cost: linear in the samples.
  */
 SCANLINE_API STesk3DRangeD
 qo_getScanDataROI_vector(std::vector<std::vector<STesk3DPosition>>& scan);
 
 /**
- * Finds the bounding box of a point list, by the rules of qo_getScanDataROI().
+ * Finds the bounding box of a list of points, by the rules of qo_getScanDataROI().
  *
- * @param points  The points; those without a valid z are skipped.
- * @return The box; all three ranges are empty (0.0 to -1.0) if the list holds no valid point.
+ * @param points  the points; those with a z below 0.0001 are skipped, as missing samples are
+ * @return the box; all three ranges are empty (0.0 to -1.0) if no point is left
+ *
+ * Cost: linear in the points.
  */
 SCANLINE_API STesk3DRangeD ju_getPointCloudROI(std::vector<STesk3DPoint>& points);
 
 /**
- * Finds the bounding box of a scan and the mean spacing of its samples, in one pass.
+ * Finds the bounding box of a scan and the mean spacing of its samples.
  *
- * The box is that of qo_getScanDataROI_vector(). `ptStep` is the mean absolute difference in y of
- * a valid sample to the one before it on its line, `scanLineStep` that in x to the sample of equal
- * index on the line before. Only direct neighbours count, gaps are not bridged, and the neighbour's
- * z must be strictly greater than 0.0001, so that a sample at 0.0001 is in the box but is nobody's
- * neighbour.
+ * The box is that of qo_getScanDataROI_vector(). The two steps are means over pairs of a valid
+ * sample and a measured neighbour:
  *
- * @param scan  The lines of the scan. No line may be longer than the line before it; this is not
- *              checked, and a longer one is read beyond the end of the line before.
- * @return The bounds, empty (0.0 to -1.0) without a valid sample, and the two steps, each -1.0
- *         without a pair of neighbours.
+ * | Step           | Neighbour                                       | Mean of       |
+ * |----------------|-------------------------------------------------|---------------|
+ * | `ptStep`       | the sample before it on the line                | distance in y |
+ * | `scanLineStep` | the sample of equal index on the line before it | distance in x |
+ *
+ * Only these direct neighbours count; no gap is bridged. The neighbour must be measured
+ * (`z > 0.0001`), so a sample at exactly 0.0001 is in the box but is no one's neighbour.
+ *
+ * @param scan  the lines of the scan
+ * @return the bounds, empty (0.0 to -1.0) if no sample is valid, and the two steps, each -1.0 if it
+ *         has no pair
+ * @pre No line is longer than the line before it. Otherwise the line before it is read beyond its
+ *      end.
+ *
+ * Cost: linear in the samples.
+ *
+ * @code
+ * const SJU_pointCloudPara cloud = ju_getPointCloudPara(scan);
+ * if (cloud.ptStep < 0.0 || cloud.scanLineStep < 0.0) {
+ *   // too few samples to know the spacing
+ * }
+ * @endcode
  */
 SCANLINE_API SJU_pointCloudPara
 ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>>& scan);
