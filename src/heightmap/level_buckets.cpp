@@ -58,7 +58,7 @@ class LevelNumbers {
 }  // namespace
 
 LevelBuckets fillBuckets(
-    const PixelRows& gray, int height, int width, int maxLevel, const PaddedPlane& plane) {
+    const PixelRows& gray, int height, int width, int maxLevel, const PaddedGrid& grid) {
   const LevelNumbers levels(gray, height, width, maxLevel);
   LevelBuckets buckets{{}, std::vector<std::size_t>(levels.count() + 2)};
   // Entry v + 2 counts level v, entry v + 1 then moves from its start to its end.
@@ -77,7 +77,7 @@ LevelBuckets fillBuckets(
   for (int r = 0; r < height; ++r) {
     for (int c = 0; c < width; ++c) {
       if (levels.isLevel(gray[r][c])) {
-        buckets.places[starts[levels.numberOf(gray[r][c]) + 1]++] = plane.placeOf(r, c);
+        buckets.places[starts[levels.numberOf(gray[r][c]) + 1]++] = grid.indexOf(r, c);
       }
     }
   }

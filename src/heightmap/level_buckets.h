@@ -10,7 +10,7 @@ namespace scanline::detail {
 /// The pixels to flood, level by level and in scan order within a level. Levels are numbered in
 /// ascending order, not necessarily by their grey values.
 struct LevelBuckets {
-  std::vector<Place> places;
+  std::vector<PixelIndex> places;
   std::vector<std::size_t> starts;  ///< Of each level, and the end of the last one.
 
   [[nodiscard]] int levelCount() const {
@@ -20,6 +20,6 @@ struct LevelBuckets {
 
 /// Puts the pixels with a value from 0 to `maxLevel` into buckets.
 LevelBuckets fillBuckets(
-    const PixelRows& gray, int height, int width, int maxLevel, const PaddedPlane& plane);
+    const PixelRows& gray, int height, int width, int maxLevel, const PaddedGrid& grid);
 
 }  // namespace scanline::detail

@@ -13,7 +13,7 @@ namespace {
 /// What the eight neighbours of a pixel hold.
 struct Surroundings {
   Surroundings(const int* pixel, std::ptrdiff_t stride) {
-    lookAround(pixel, stride, [this](int value) { look(value); });
+    forEachNeighbour(pixel, stride, [this](int value) { look(value); });
   }
 
   void look(int value) {
@@ -41,7 +41,7 @@ struct Surroundings {
 }  // namespace
 
 void SeedFlood::run() {
-  const Place* places = buckets_.places.data();
+  const PixelIndex* places = buckets_.places.data();
   for (level_ = 0; level_ < buckets_.levelCount(); ++level_) {
     walk(places + buckets_.starts[level_], places + buckets_.starts[level_ + 1]);
     walkAgain();
@@ -61,19 +61,19 @@ void SeedFlood::run() {
 }
 
 /// Visits the given pixels and those that wake on the way, in scan order.
-void SeedFlood::walk(const Place* begin, const Place* end) {
+void SeedFlood::walk(const PixelIndex* begin, const PixelIndex* end) {
   below_.clear();
   above_.clear();
   behind_.clear();
   std::size_t woken = 0;
   while (true) {
-    if (beside_ != kNoPlace) {
-      visit(std::exchange(beside_, kNoPlace));
+    if (beside_ != kNoPixel) {
+      visit(std::exchange(beside_, kNoPixel));
     } else if (woken < below_.size() && (begin == end || below_[woken] < *begin)) {
       visit(below_[woken++]);
     } else if (begin != end) {
-      if (end - begin > kFetchAhead) {
-        pixels_.prefetchAround(begin[kFetchAhead]);
+      if (end - begin > kPrefetchDistance) {
+        pixels_.prefetchAround(begin[kPrefetchDistance]);
       }
       visit(*begin++);
     } else {
@@ -92,7 +92,7 @@ void SeedFlood::walkAgain() {
   }
 }
 
-void SeedFlood::visit(Place place) {
+void SeedFlood::visit(PixelIndex place) {
   int* pixel = pixels_.at(place);
   if (*pixel > 0) {
     return;
@@ -110,8 +110,8 @@ void SeedFlood::visit(Place place) {
   }
 }
 
-void SeedFlood::wakeAround(Place place) {
-  for (const Place above : {place - stride_ - 1, place - stride_, place - stride_ + 1}) {
+void SeedFlood::wakeAround(PixelIndex place) {
+  for (const PixelIndex above : {place - stride_ - 1, place - stride_, place - stride_ + 1}) {
     if (wake(above)) {
       above_.push_back(above);
     }
@@ -122,7 +122,7 @@ void SeedFlood::wakeAround(Place place) {
   if (wake(place + 1)) {
     beside_ = place + 1;
   }
-  for (const Place below : {place + stride_ - 1, place + stride_, place + stride_ + 1}) {
+  for (const PixelIndex below : {place + stride_ - 1, place + stride_, place + stride_ + 1}) {
     if (wake(below)) {
       below_.push_back(below);
     }
@@ -131,7 +131,7 @@ void SeedFlood::wakeAround(Place place) {
 
 /// Ends the wait of a pixel. True if its level is the one being worked; else it is put down for
 /// when its level is worked next.
-bool SeedFlood::wake(Place place) {
+bool SeedFlood::wake(PixelIndex place) {
   int* pixel = pixels_.at(place);
   if (*pixel > kWaiting) {
     return false;

@@ -24,26 +24,26 @@ constexpr int kWaiting = -2;
 class SeedFlood {
  public:
   /// `pixels` holds labels above 0, and 0 elsewhere.
-  SeedFlood(const LevelBuckets& buckets, PaddedPlane& pixels)
-      : buckets_(buckets), pixels_(pixels), stride_(pixels.stride()), due_(buckets.levelCount()) {}
+  SeedFlood(const LevelBuckets& buckets, PaddedPlane<int>& pixels)
+      : buckets_(buckets), pixels_(pixels), stride_(pixels.grid().stride()), due_(buckets.levelCount()) {}
 
   /// Floods all that can be reached. Afterwards the pixels hold labels, `kWatershed`, or less if
   /// they wait for good; those in no bucket are unchanged.
   void run();
 
  private:
-  using Places = std::vector<Place>;
+  using Places = std::vector<PixelIndex>;
   using Levels = std::priority_queue<int, std::vector<int>, std::greater<>>;
 
-  void walk(const Place* begin, const Place* end);
+  void walk(const PixelIndex* begin, const PixelIndex* end);
   void walkAgain();
-  void visit(Place place);
-  void wakeAround(Place place);
-  bool wake(Place place);
+  void visit(PixelIndex place);
+  void wakeAround(PixelIndex place);
+  bool wake(PixelIndex place);
 
   const LevelBuckets& buckets_;
-  PaddedPlane& pixels_;
-  Place stride_;
+  PaddedPlane<int>& pixels_;
+  PixelIndex stride_;
 
   int level_ = 0;            // the level that is being worked
   std::vector<Places> due_;  // by level, which pixels to visit when it is worked next
@@ -52,7 +52,7 @@ class SeedFlood {
 
   // Woken on the level that is being worked. Each list is in scan order, since a neighbour of two
   // pixels that get labels is woken by the first.
-  Place beside_ = kNoPlace;  // the next place of this walk
+  PixelIndex beside_ = kNoPixel;  // the next place of this walk
   Places below_;             // later in this walk
   Places above_;             // in the next walk
   Places behind_;            // in the next walk, in the row of what woke them

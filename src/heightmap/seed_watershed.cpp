@@ -56,8 +56,8 @@ PixelRows plantSeeds(const std::vector<SQO_2DValueI>& seeds,
 }
 
 /// A plane of the labels above 0.
-PaddedPlane labelsOf(const PixelRows& markers, int height, int width) {
-  PaddedPlane labels(std::max(height, 0), std::max(width, 0));
+PaddedPlane<int> labelsOf(const PixelRows& markers, int height, int width) {
+  PaddedPlane<int> labels(scanline::detail::PaddedGrid(std::max(height, 0), std::max(width, 0)));
   for (int r = 0; r < height; ++r) {
     int* row = labels.row(r);
     for (int c = 0; c < width; ++c) {
@@ -68,7 +68,7 @@ PaddedPlane labelsOf(const PixelRows& markers, int height, int width) {
 }
 
 /// Takes over the settled pixels. Returns whether any pixel still waits.
-bool takeOver(PaddedPlane& pixels, int height, int width, PixelRows& markers) {
+bool takeOver(PaddedPlane<int>& pixels, int height, int width, PixelRows& markers) {
   int lowest = 0;
   for (int r = 0; r < height; ++r) {
     const int* row = pixels.row(r);
@@ -112,9 +112,9 @@ void ju_seedWatershed(SJU_waterShedImage& image,
     handOver(markers, startLabel, image, seeds);
     throw std::length_error("ju_seedWatershed: negative number of levels");
   }
-  PaddedPlane pixels = labelsOf(markers, image.height, image.width);
+  PaddedPlane<int> pixels = labelsOf(markers, image.height, image.width);
   const auto buckets =
-      scanline::detail::fillBuckets(image.gray, image.height, image.width, maxLevel, pixels);
+      scanline::detail::fillBuckets(image.gray, image.height, image.width, maxLevel, pixels.grid());
   scanline::detail::SeedFlood(buckets, pixels).run();
   const bool isAnyWaiting = takeOver(pixels, image.height, image.width, markers);
   handOver(markers, startLabel, image, seeds);
