@@ -25,4 +25,13 @@ SCANLINE_WIDE_KERNEL void extendBy(const int* row, std::size_t count, RowExtrema
   extrema = {smallest, largest};
 }
 
+SCANLINE_WIDE_KERNEL int largestUpTo(int limit, const int* row, std::size_t count) {
+  int largest = -1;
+  for (std::size_t i = 0; i < count; ++i) {
+    const int value = row[i] <= limit ? row[i] : -1;
+    largest = value > largest ? value : largest;
+  }
+  return largest;
+}
+
 }  // namespace scanline::detail

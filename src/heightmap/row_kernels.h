@@ -16,4 +16,7 @@ struct RowExtrema {
 /// Extends the range of values to those of a row.
 void extendBy(const int* row, std::size_t count, RowExtrema& extrema);
 
+/// The largest value of a row that is not above `limit`, or -1 if that is negative.
+int largestUpTo(int limit, const int* row, std::size_t count);
+
 }  // namespace scanline::detail

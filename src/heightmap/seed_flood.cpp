@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -10,51 +9,49 @@ namespace scanline::detail {
 
 namespace {
 
-/// What the eight neighbours of a pixel hold.
-struct Surroundings {
-  Surroundings(const int* pixel, std::ptrdiff_t stride) {
-    forEachNeighbour(pixel, stride, [this](int value) { look(value); });
+/// The labels of the eight neighbours of a pixel.
+class LabelsAround {
+ public:
+  LabelsAround(const int* pixel, std::ptrdiff_t stride) {
+    forEachNeighbour(pixel, stride, [this](int value) {
+      largest_ = std::max(largest_, value);
+      // Less 1, whatever is no label comes after all labels.
+      smallest_ = std::min(smallest_, static_cast<unsigned>(value) - 1U);
+    });
   }
 
-  void look(int value) {
-    lowest = std::min(lowest, value);
-    largestLabel = std::max(largestLabel, value);
-    // Less 1, whatever is no label comes after all labels.
-    smallestLabel = std::min(smallestLabel, static_cast<unsigned>(value) - 1U);
+  [[nodiscard]] bool isNone() const {
+    return largest_ <= 0;
+  }
+  [[nodiscard]] bool isOne() const {
+    return static_cast<unsigned>(largest_) - 1U == smallest_;
+  }
+  [[nodiscard]] int largest() const {
+    return largest_;
   }
 
-  [[nodiscard]] bool hasLabel() const {
-    return largestLabel > 0;
-  }
-  [[nodiscard]] bool hasOneLabel() const {
-    return static_cast<unsigned>(largestLabel) - 1U == smallestLabel;
-  }
-  [[nodiscard]] bool hasWaiting() const {
-    return lowest <= kWaiting;
-  }
-
-  int lowest = 0;
-  int largestLabel = 0;
-  unsigned smallestLabel = UINT_MAX;
+ private:
+  int largest_ = 0;
+  unsigned smallest_ = UINT_MAX;
 };
 
 }  // namespace
 
 void SeedFlood::run() {
-  const PixelIndex* places = buckets_.places.data();
+  const PixelIndex* const pixels = buckets_.pixels.get();
   for (level_ = 0; level_ < buckets_.levelCount(); ++level_) {
-    walk(places + buckets_.starts[level_], places + buckets_.starts[level_ + 1]);
+    walk(pixels + buckets_.starts[level_], pixels + buckets_.starts[level_ + 1]);
     walkAgain();
   }
-  while (!nextSweep_.empty()) {
-    thisSweep_.swap(nextSweep_);
-    while (!thisSweep_.empty()) {
-      level_ = thisSweep_.top();
-      thisSweep_.pop();
-      places_.clear();
-      places_.swap(due_[level_]);
-      std::sort(places_.begin(), places_.end());
-      walk(places_.data(), places_.data() + places_.size());
+  while (!levelsNextSweep_.empty()) {
+    levelsThisSweep_.swap(levelsNextSweep_);
+    while (!levelsThisSweep_.empty()) {
+      level_ = levelsThisSweep_.top();
+      levelsThisSweep_.pop();
+      thisWalk_.clear();
+      thisWalk_.swap(pendingByLevel_[level_]);
+      std::sort(thisWalk_.begin(), thisWalk_.end());
+      walk(thisWalk_.data(), thisWalk_.data() + thisWalk_.size());
       walkAgain();
     }
   }
@@ -62,15 +59,15 @@ void SeedFlood::run() {
 
 /// Visits the given pixels and those that wake on the way, in scan order.
 void SeedFlood::walk(const PixelIndex* begin, const PixelIndex* end) {
-  below_.clear();
-  above_.clear();
-  behind_.clear();
-  std::size_t woken = 0;
+  laterThisWalk_.clear();
+  nextWalk_.clear();
+  nextWalkRow_.clear();
+  std::size_t later = 0;
   while (true) {
-    if (beside_ != kNoPixel) {
-      visit(std::exchange(beside_, kNoPixel));
-    } else if (woken < below_.size() && (begin == end || below_[woken] < *begin)) {
-      visit(below_[woken++]);
+    if (next_ != kNoPixel) {
+      visit(std::exchange(next_, kNoPixel));
+    } else if (later < laterThisWalk_.size() && (begin == end || laterThisWalk_[later] < *begin)) {
+      visit(laterThisWalk_[later++]);
     } else if (begin != end) {
       if (end - begin > kPrefetchDistance) {
         pixels_.prefetchAround(begin[kPrefetchDistance]);
@@ -84,67 +81,69 @@ void SeedFlood::walk(const PixelIndex* begin, const PixelIndex* end) {
 
 /// Walks over the level until no more pixels wake on it.
 void SeedFlood::walkAgain() {
-  while (!above_.empty() || !behind_.empty()) {
-    places_.clear();
-    std::merge(above_.begin(), above_.end(), behind_.begin(), behind_.end(),
-               std::back_inserter(places_));
-    walk(places_.data(), places_.data() + places_.size());
+  while (!nextWalk_.empty() || !nextWalkRow_.empty()) {
+    thisWalk_.clear();
+    std::merge(nextWalk_.begin(), nextWalk_.end(), nextWalkRow_.begin(), nextWalkRow_.end(),
+               std::back_inserter(thisWalk_));
+    walk(thisWalk_.data(), thisWalk_.data() + thisWalk_.size());
   }
 }
 
-void SeedFlood::visit(PixelIndex place) {
-  int* pixel = pixels_.at(place);
+inline void SeedFlood::visit(PixelIndex index) {
+  int* const pixel = pixels_.at(index);
   if (*pixel > 0) {
     return;
   }
-  const Surroundings around(pixel, stride_);
-  if (!around.hasLabel()) {
+  const LabelsAround labels(pixel, stride_);
+  if (labels.isNone()) {
     *pixel = kWaiting - level_;
-  } else if (!around.hasOneLabel()) {
-    *pixel = kWatershed;
+    ++waitingCount_;
+  } else if (labels.isOne()) {
+    *pixel = labels.largest();
+    if (waitingCount_ > 0) {
+      wakeAround(index);
+    }
   } else {
-    *pixel = around.largestLabel;
-    if (around.hasWaiting()) {
-      wakeAround(place);
-    }
+    *pixel = kWatershed;
   }
 }
 
-void SeedFlood::wakeAround(PixelIndex place) {
-  for (const PixelIndex above : {place - stride_ - 1, place - stride_, place - stride_ + 1}) {
+void SeedFlood::wakeAround(PixelIndex index) {
+  for (const PixelIndex above : {index - stride_ - 1, index - stride_, index - stride_ + 1}) {
     if (wake(above)) {
-      above_.push_back(above);
+      nextWalk_.push_back(above);
     }
   }
-  if (wake(place - 1)) {
-    behind_.push_back(place - 1);
+  if (wake(index - 1)) {
+    nextWalkRow_.push_back(index - 1);
   }
-  if (wake(place + 1)) {
-    beside_ = place + 1;
+  if (wake(index + 1)) {
+    next_ = index + 1;
   }
-  for (const PixelIndex below : {place + stride_ - 1, place + stride_, place + stride_ + 1}) {
+  for (const PixelIndex below : {index + stride_ - 1, index + stride_, index + stride_ + 1}) {
     if (wake(below)) {
-      below_.push_back(below);
+      laterThisWalk_.push_back(below);
     }
   }
 }
 
-/// Ends the wait of a pixel. True if its level is the one being worked; else it is put down for
-/// when its level is worked next.
-bool SeedFlood::wake(PixelIndex place) {
-  int* pixel = pixels_.at(place);
+/// Ends the wait of a pixel. Returns whether its level is the one that is being worked; otherwise
+/// the pixel is pending until its level is worked next.
+inline bool SeedFlood::wake(PixelIndex index) {
+  int* const pixel = pixels_.at(index);
   if (*pixel > kWaiting) {
     return false;
   }
   const int level = kWaiting - *pixel;
   *pixel = 0;
+  --waitingCount_;
   if (level == level_) {
     return true;
   }
-  if (due_[level].empty()) {
-    (level > level_ ? thisSweep_ : nextSweep_).push(level);
+  if (pendingByLevel_[level].empty()) {
+    (level > level_ ? levelsThisSweep_ : levelsNextSweep_).push(level);
   }
-  due_[level].push_back(place);
+  pendingByLevel_[level].push_back(index);
   return false;
 }
 
