@@ -9,31 +9,34 @@ namespace scanline::detail {
 
 namespace {
 
-/// The labels of the eight neighbours of a pixel.
-class LabelsAround {
- public:
-  LabelsAround(const int* pixel, std::ptrdiff_t stride) {
-    forEachNeighbour(pixel, stride, [this](int value) {
-      largest_ = std::max(largest_, value);
-      // Less 1, whatever is no label comes after all labels.
-      smallest_ = std::min(smallest_, static_cast<unsigned>(value) - 1U);
-    });
-  }
+/// The range of labels among some pixels.
+struct LabelRange {
+  int largest;        ///< Not above 0 if there is none.
+  unsigned smallest;  ///< Less 1, so that whatever is no label comes after all labels.
 
-  [[nodiscard]] bool isNone() const {
-    return largest_ <= 0;
-  }
-  [[nodiscard]] bool isOne() const {
-    return static_cast<unsigned>(largest_) - 1U == smallest_;
-  }
-  [[nodiscard]] int largest() const {
-    return largest_;
-  }
+  explicit LabelRange(int value) : largest(value), smallest(static_cast<unsigned>(value) - 1U) {}
+  LabelRange(LabelRange a, LabelRange b)
+      : largest(std::max(a.largest, b.largest)), smallest(std::min(a.smallest, b.smallest)) {}
 
- private:
-  int largest_ = 0;
-  unsigned smallest_ = UINT_MAX;
+  [[nodiscard]] bool isEmpty() const {
+    return largest <= 0;
+  }
+  [[nodiscard]] bool isOneLabel() const {
+    return static_cast<unsigned>(largest) - 1U == smallest;
+  }
 };
+
+inline LabelRange rangeOfThree(const int* row) {
+  return {{LabelRange(row[-1]), LabelRange(row[1])}, LabelRange(row[0])};
+}
+
+/// The labels around a pixel. The one before it is taken last, as it is often the one that was
+/// written last.
+inline LabelRange labelsAround(const int* pixel, std::ptrdiff_t stride) {
+  const LabelRange others = {{rangeOfThree(pixel - stride), rangeOfThree(pixel + stride)},
+                             LabelRange(pixel[1])};
+  return {others, LabelRange(pixel[-1])};
+}
 
 }  // namespace
 
@@ -94,12 +97,12 @@ inline void SeedFlood::visit(PixelIndex index) {
   if (*pixel > 0) {
     return;
   }
-  const LabelsAround labels(pixel, stride_);
-  if (labels.isNone()) {
+  const LabelRange labels = labelsAround(pixel, stride_);
+  if (labels.isEmpty()) {
     *pixel = kWaiting - level_;
     ++waitingCount_;
-  } else if (labels.isOne()) {
-    *pixel = labels.largest();
+  } else if (labels.isOneLabel()) {
+    *pixel = labels.largest;
     if (waitingCount_ > 0) {
       wakeAround(index);
     }
