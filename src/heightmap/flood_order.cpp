@@ -88,8 +88,8 @@ class GrayKeys {
       for (int c = 0; c < count; ++c) {
         const int* const column = columns.get() + static_cast<std::size_t>(c) * side_;
         for (int r = 0; r < side_; ++r) {
-          visit(KeyedPixel{keyOf(column[r]), {static_cast<std::uint16_t>(start + c),
-                                              static_cast<std::uint16_t>(r)}});
+          visit(KeyedPixel{keyOf(column[r]),
+                           {static_cast<std::uint16_t>(start + c), static_cast<std::uint16_t>(r)}});
         }
       }
     }
@@ -154,8 +154,7 @@ std::unique_ptr<PixelPosition[]> floodOrder(const PixelRows& gray, int side) {
   sortBy(digits.front(), forEachKey,
          [&](std::size_t slot, KeyedPixel item) { items[slot] = item; });
   for (std::size_t k = 1; k + 1 < digits.size(); ++k) {
-    sortBy(digits[k], forEachItem,
-           [&](std::size_t slot, KeyedPixel item) { sorted[slot] = item; });
+    sortBy(digits[k], forEachItem, [&](std::size_t slot, KeyedPixel item) { sorted[slot] = item; });
     items.swap(sorted);
   }
   sortBy(digits.back(), forEachItem, putInOrder);

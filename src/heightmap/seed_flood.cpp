@@ -1,7 +1,6 @@
 #include "heightmap/seed_flood.h"
 
 #include <algorithm>
-#include <climits>
 #include <iterator>
 #include <utility>
 
@@ -9,38 +8,30 @@ namespace scanline::detail {
 
 namespace {
 
-/// The range of labels among some pixels.
-struct LabelRange {
-  int largest;        ///< Not above 0 if there is none.
-  unsigned smallest;  ///< Less 1, so that whatever is no label comes after all labels.
-
-  explicit LabelRange(int value) : largest(value), smallest(static_cast<unsigned>(value) - 1U) {}
-  LabelRange(LabelRange a, LabelRange b)
-      : largest(std::max(a.largest, b.largest)), smallest(std::min(a.smallest, b.smallest)) {}
-
-  [[nodiscard]] bool isEmpty() const {
-    return largest <= 0;
-  }
-  [[nodiscard]] bool isOneLabel() const {
-    return static_cast<unsigned>(largest) - 1U == smallest;
-  }
-};
-
-inline LabelRange rangeOfThree(const int* row) {
-  return {{LabelRange(row[-1]), LabelRange(row[1])}, LabelRange(row[0])};
+/// The eight neighbours of a pixel combined by OR. The one before it comes last, as it is often the
+/// one that was written last.
+template <typename Word>
+Word combineAround(const Word* pixel, std::ptrdiff_t stride) {
+  const Word* const above = pixel - stride;
+  const Word* const below = pixel + stride;
+  return ((above[-1] | above[0]) | (above[1] | below[-1])) | ((below[0] | below[1]) | pixel[1]) |
+         pixel[-1];
 }
 
-/// The labels around a pixel. The one before it is taken last, as it is often the one that was
-/// written last.
-inline LabelRange labelsAround(const int* pixel, std::ptrdiff_t stride) {
-  const LabelRange others = {{rangeOfThree(pixel - stride), rangeOfThree(pixel + stride)},
-                             LabelRange(pixel[1])};
-  return {others, LabelRange(pixel[-1])};
+/// The same without those that wait.
+template <typename Word>
+Word combineSettledAround(const Word* pixel, std::ptrdiff_t stride) {
+  Word combined = 0;
+  forEachNeighbour(pixel, stride, [&combined](Word cell) {
+    combined |= FloodCells<Word>::isWaiting(cell) ? 0 : cell;
+  });
+  return combined;
 }
 
 }  // namespace
 
-void SeedFlood::run() {
+template <typename Word>
+void SeedFlood<Word>::run() {
   const PixelIndex* const pixels = buckets_.pixels.get();
   for (level_ = 0; level_ < buckets_.levelCount(); ++level_) {
     walk(pixels + buckets_.starts[level_], pixels + buckets_.starts[level_ + 1]);
@@ -61,7 +52,8 @@ void SeedFlood::run() {
 }
 
 /// Visits the given pixels and those that wake on the way, in scan order.
-void SeedFlood::walk(const PixelIndex* begin, const PixelIndex* end) {
+template <typename Word>
+void SeedFlood<Word>::walk(const PixelIndex* begin, const PixelIndex* end) {
   laterThisWalk_.clear();
   nextWalk_.clear();
   nextWalkRow_.clear();
@@ -83,7 +75,8 @@ void SeedFlood::walk(const PixelIndex* begin, const PixelIndex* end) {
 }
 
 /// Walks over the level until no more pixels wake on it.
-void SeedFlood::walkAgain() {
+template <typename Word>
+void SeedFlood<Word>::walkAgain() {
   while (!nextWalk_.empty() || !nextWalkRow_.empty()) {
     thisWalk_.clear();
     std::merge(nextWalk_.begin(), nextWalk_.end(), nextWalkRow_.begin(), nextWalkRow_.end(),
@@ -92,26 +85,32 @@ void SeedFlood::walkAgain() {
   }
 }
 
-inline void SeedFlood::visit(PixelIndex index) {
-  int* const pixel = pixels_.at(index);
-  if (*pixel > 0) {
+template <typename Word>
+void SeedFlood<Word>::visit(PixelIndex index) {
+  Word* const pixel = pixels_.at(index);
+  if (Cells::isLabelled(*pixel)) {
     return;
   }
-  const LabelRange labels = labelsAround(pixel, stride_);
-  if (labels.isEmpty()) {
-    *pixel = kWaiting - level_;
+  Word around = combineAround(pixel, stride_);
+  const bool hasWaiting = Cells::isWaiting(around);
+  if (hasWaiting) {
+    around = combineSettledAround(pixel, stride_);
+  }
+  if (!Cells::hasLabel(around)) {
+    *pixel = Cells::waitingAt(level_);
     ++waitingCount_;
-  } else if (labels.isOneLabel()) {
-    *pixel = labels.largest;
-    if (waitingCount_ > 0) {
+  } else if (Cells::hasDifferentLabels(around)) {
+    *pixel = Cells::kWatershed;
+  } else {
+    *pixel = Cells::onlyLabel(around);
+    if (hasWaiting) {
       wakeAround(index);
     }
-  } else {
-    *pixel = kWatershed;
   }
 }
 
-void SeedFlood::wakeAround(PixelIndex index) {
+template <typename Word>
+void SeedFlood<Word>::wakeAround(PixelIndex index) {
   for (const PixelIndex above : {index - stride_ - 1, index - stride_, index - stride_ + 1}) {
     if (wake(above)) {
       nextWalk_.push_back(above);
@@ -132,12 +131,13 @@ void SeedFlood::wakeAround(PixelIndex index) {
 
 /// Ends the wait of a pixel. Returns whether its level is the one that is being worked; otherwise
 /// the pixel is pending until its level is worked next.
-inline bool SeedFlood::wake(PixelIndex index) {
-  int* const pixel = pixels_.at(index);
-  if (*pixel > kWaiting) {
+template <typename Word>
+bool SeedFlood<Word>::wake(PixelIndex index) {
+  Word* const pixel = pixels_.at(index);
+  if (!Cells::isWaiting(*pixel)) {
     return false;
   }
-  const int level = kWaiting - *pixel;
+  const int level = Cells::levelOf(*pixel);
   *pixel = 0;
   --waitingCount_;
   if (level == level_) {
@@ -149,5 +149,8 @@ inline bool SeedFlood::wake(PixelIndex index) {
   pendingByLevel_[level].push_back(index);
   return false;
 }
+
+template class SeedFlood<std::uint32_t>;
+template class SeedFlood<std::uint64_t>;
 
 }  // namespace scanline::detail

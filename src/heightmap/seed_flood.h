@@ -5,13 +5,11 @@
 #include <queue>
 #include <vector>
 
+#include "heightmap/flood_cells.h"
 #include "heightmap/level_buckets.h"
 #include "heightmap/padded_plane.h"
 
 namespace scanline::detail {
-
-/// A pixel of level v that was visited, and waits for a label, holds `kWaiting` - v.
-constexpr int kWaiting = -2;
 
 /**
  * Floods a plane level by level, in walks over each level's pixels and in sweeps over the levels.
@@ -21,17 +19,18 @@ constexpr int kWaiting = -2;
  * comes next: later in the same walk, in the next walk over the level, or when its own level is
  * worked next, in this sweep or in the following one.
  */
+template <typename Word>
 class SeedFlood {
  public:
-  /// `pixels` holds labels above 0, and 0 elsewhere.
-  SeedFlood(const LevelBuckets& buckets, PaddedPlane<int>& pixels)
+  /// `pixels` are labelled or hold 0.
+  SeedFlood(const LevelBuckets& buckets, PaddedPlane<Word>& pixels)
       : buckets_(buckets),
         pixels_(pixels),
         stride_(pixels.grid().stride()),
         pendingByLevel_(buckets.levelCount()) {}
 
-  /// Floods all that can be reached. Afterwards the pixels hold labels, `kWatershed`, or less if
-  /// they wait for good; those in no bucket are unchanged.
+  /// Floods all that can be reached. Afterwards the pixels are labelled, watersheds, or wait for
+  /// good; those in no bucket are unchanged.
   void run();
 
   /// Whether any pixel waits.
@@ -40,6 +39,7 @@ class SeedFlood {
   }
 
  private:
+  using Cells = FloodCells<Word>;
   using Pixels = std::vector<PixelIndex>;
   using Levels = std::priority_queue<int, std::vector<int>, std::greater<>>;
 
@@ -50,7 +50,7 @@ class SeedFlood {
   bool wake(PixelIndex index);
 
   const LevelBuckets& buckets_;
-  PaddedPlane<int>& pixels_;
+  PaddedPlane<Word>& pixels_;
   PixelIndex stride_;
   std::size_t waitingCount_ = 0;
 

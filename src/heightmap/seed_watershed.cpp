@@ -1,16 +1,20 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <stdexcept>
 #include <vector>
 
 #include <scanline/watershed.h>
+#include "heightmap/flood_cells.h"
 #include "heightmap/level_buckets.h"
 #include "heightmap/padded_plane.h"
+#include "heightmap/row_kernels.h"
 #include "heightmap/seed_flood.h"
 
 namespace {
 
+using scanline::detail::FloodCells;
 using scanline::detail::PaddedGrid;
 using scanline::detail::PaddedPlane;
 
@@ -21,18 +25,19 @@ struct PlantedNonLabel {
 };
 
 /// The markers of an image with the seeds and their plateaus labelled.
+template <typename Word>
 class Planting {
  public:
   explicit Planting(const SJU_waterShedImage& image)
-      : image_(image),
-        markers_(PaddedGrid(std::max(image.height, 0), std::max(image.width, 0))) {
+      : image_(image), cells_(PaddedGrid(std::max(image.height, 0), std::max(image.width, 0))) {
     for (int r = 0; r < image.height; ++r) {
-      std::copy_n(image.markers[r].data(), image.width, markers_.row(r));
+      const int* const markers = image.markers[r].data();
+      std::transform(markers, markers + image.width, cells_.row(r), FloodCells<Word>::cellOf);
     }
   }
 
   void plant(const SQO_2DValueI& seed, int label) {
-    markers_.row(seed.y)[seed.x] = label;
+    cells_.row(seed.y)[seed.x] = FloodCells<Word>::cellOf(label);
     plateau_.assign(1, {seed.x, seed.y});
     if (label != 0) {  // or the fill would find the same pixels unlabelled again and again
       fillPlateau(label);
@@ -45,12 +50,13 @@ class Planting {
   }
 
   /// Afterwards, the pixels without a label hold 0.
-  PaddedPlane<int>& keepLabelsOnly() {
+  PaddedPlane<Word>& keepLabelsOnly() {
     for (int r = 0; r < image_.height; ++r) {
-      int* const row = markers_.row(r);
-      std::transform(row, row + image_.width, row, [](int marker) { return std::max(marker, 0); });
+      Word* const row = cells_.row(r);
+      std::transform(row, row + image_.width, row,
+                     [](Word cell) { return FloodCells<Word>::isLabelled(cell) ? cell : Word{0}; });
     }
-    return markers_;
+    return cells_;
   }
 
   [[nodiscard]] const std::vector<PlantedNonLabel>& nonLabels() const {
@@ -68,8 +74,8 @@ class Planting {
         const int x = from.x + step.x;
         const int y = from.y + step.y;
         const bool isInside = x >= 0 && x < image_.width && y >= 0 && y < image_.height;
-        if (isInside && image_.gray[y][x] == level && markers_.row(y)[x] == 0) {
-          markers_.row(y)[x] = label;
+        if (isInside && image_.gray[y][x] == level && cells_.row(y)[x] == 0) {
+          cells_.row(y)[x] = FloodCells<Word>::cellOf(label);
           plateau_.push_back({x, y});
         }
       }
@@ -77,26 +83,57 @@ class Planting {
   }
 
   const SJU_waterShedImage& image_;
-  PaddedPlane<int> markers_;
+  PaddedPlane<Word> cells_;
   std::vector<PlantedNonLabel> nonLabels_;
   std::vector<STesk2DPoint> plateau_;  // of the present seed, which comes first
 };
 
 /// Copies the settled pixels to the caller's markers, after those that only seeds changed.
+template <typename Word>
 void handOver(const std::vector<PlantedNonLabel>& nonLabels,
-              PaddedPlane<int>& pixels,
+              PaddedPlane<Word>& pixels,
               SJU_waterShedImage& image) {
+  using Cells = FloodCells<Word>;
   for (const auto& [at, label] : nonLabels) {
     image.markers[at.y][at.x] = label;
   }
   for (int r = 0; r < image.height; ++r) {
-    const int* const row = pixels.row(r);
+    const Word* const row = pixels.row(r);
     int* const markers = image.markers[r].data();
     for (int c = 0; c < image.width; ++c) {
-      const bool isSettled = row[c] > 0 || row[c] == scanline::detail::kWatershed;
-      markers[c] = isSettled ? row[c] : markers[c];
+      const int unlabelled =
+          row[c] == Cells::kWatershed ? scanline::detail::kWatershed : markers[c];
+      markers[c] = Cells::isLabelled(row[c]) ? Cells::labelOf(row[c]) : unlabelled;
     }
   }
+}
+
+/// Returns whether any pixel waits for good. Until that is known, the image is unchanged.
+template <typename Word>
+bool flood(const std::vector<SQO_2DValueI>& seeds,
+           int maxLevel,
+           int startLabel,
+           SJU_waterShedImage& image) {
+  Planting<Word> planting(image);
+  for (std::size_t i = 0; i < seeds.size(); ++i) {
+    planting.plant(seeds[i], startLabel + static_cast<int>(i));
+  }
+  PaddedPlane<Word>& pixels = planting.keepLabelsOnly();
+  const auto buckets = scanline::detail::fillBuckets(image.gray, maxLevel, pixels.grid());
+  scanline::detail::SeedFlood<Word> flood(buckets, pixels);
+  flood.run();
+  handOver(planting.nonLabels(), pixels, image);
+  return flood.isAnyWaiting();
+}
+
+/// Whether all labels fit into the smaller cells, which are the faster ones.
+bool hasShortLabels(const SJU_waterShedImage& image, int lastLabel) {
+  scanline::detail::RowExtrema markers = {lastLabel, lastLabel};
+  for (int r = 0; r < image.height; ++r) {
+    scanline::detail::extendBy(image.markers[r].data(), image.width, markers);
+  }
+  constexpr auto kLargest = static_cast<int>(FloodCells<std::uint32_t>::kLabelMask);
+  return markers.largest <= kLargest;
 }
 
 void waitWithoutEnd() {
@@ -112,24 +149,17 @@ void ju_seedWatershed(SJU_waterShedImage& image,
                       std::vector<SQO_2DValueI>& seeds,
                       int maxLevel,
                       int startLabel) {
-  Planting planting(image);
-  for (std::size_t i = 0; i < seeds.size(); ++i) {
-    planting.plant(seeds[i], startLabel + static_cast<int>(i));
-  }
-  PaddedPlane<int>& pixels = planting.keepLabelsOnly();
-  const int highest = std::max(maxLevel, -1);
-  const auto buckets = scanline::detail::fillBuckets(image.gray, highest, pixels.grid());
-  scanline::detail::SeedFlood flood(buckets, pixels);
-  flood.run();
-  // Nothing below allocates.
-  handOver(planting.nonLabels(), pixels, image);
+  const int lastLabel = startLabel + static_cast<int>(seeds.size()) - 1;
+  const auto floodWith =
+      hasShortLabels(image, lastLabel) ? flood<std::uint32_t> : flood<std::uint64_t>;
+  const bool isAnyWaiting = floodWith(seeds, std::max(maxLevel, -1), startLabel, image);
   for (std::size_t i = 0; i < seeds.size(); ++i) {
     seeds[i].value = startLabel + static_cast<int>(i);
   }
   if (maxLevel < -1) {
     throw std::length_error("ju_seedWatershed: negative number of levels");
   }
-  if (flood.isAnyWaiting()) {
+  if (isAnyWaiting) {
     waitWithoutEnd();
   }
 }

@@ -28,7 +28,11 @@ static_assert(1 + 1 + 2 + 4 + 6 == kReachBack + 1 + kReachAhead);
 class SlidingMinimum {
  public:
   SlidingMinimum(const PixelRows& gray, int height, int width)
-      : gray_(gray), height_(height), width_(width), line_(width + kReachBack + kReachAhead), result_(width) {
+      : gray_(gray),
+        height_(height),
+        width_(width),
+        line_(width + kReachBack + kReachAhead),
+        result_(width) {
     for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
       // A row outside the image has no value that could be a minimum.
       recent_[k].assign(kFoldSteps[k] + 1, std::vector<int>(width, INT_MAX));
@@ -85,7 +89,7 @@ class SlidingMinimum {
   int height_;
   int width_;
   int row_ = 0;
-  std::vector<int> line_;    // a row of the image between the windows' ends
+  std::vector<int> line_;  // a row of the image between the windows' ends
   std::vector<int> result_;
   std::array<std::vector<int>, kFoldSteps.size()> folded_;
   std::array<PixelRows, kFoldSteps.size()> recent_;  // by step, the last rows before it
@@ -96,8 +100,8 @@ void markMinimum(PixelRows& markers, int row, int column, int& label) {
   int* const above = markers[row - 1].data() + column;
   int* const pixel = markers[row].data() + column;
   int* const below = markers[row + 1].data() + column;
-  for (int* neighbour : {above - 1, pixel - 1, below - 1, above, below, above + 1, pixel + 1,
-                         below + 1}) {
+  for (int* neighbour :
+       {above - 1, pixel - 1, below - 1, above, below, above + 1, pixel + 1, below + 1}) {
     if (*neighbour > 1) {
       *neighbour = *pixel;
       return;
