@@ -6,6 +6,8 @@
 #include <memory>
 #include <vector>
 
+#include "heightmap/prefetch.h"
+
 namespace scanline::detail {
 
 using PixelRows = std::vector<std::vector<int>>;
@@ -78,19 +80,10 @@ class PaddedPlane {
   Value* row(int row) {
     return at(grid_.indexOf(row, 0));
   }
-  /// Prefetches a pixel, if the compiler can ask for it.
-  void prefetch([[maybe_unused]] PixelIndex pixel) {
-#if defined(__GNUC__)
-    __builtin_prefetch(at(pixel));
-#endif
-  }
-  /// Prefetches a pixel and its neighbours, if the compiler can ask for it.
-  void prefetchAround([[maybe_unused]] PixelIndex pixel) {
-#if defined(__GNUC__)
-    __builtin_prefetch(at(pixel - grid_.stride()));
-    __builtin_prefetch(at(pixel));
-    __builtin_prefetch(at(pixel + grid_.stride()));
-#endif
+  void prefetchAround(PixelIndex pixel) {
+    prefetch(at(pixel - grid_.stride()));
+    prefetch(at(pixel));
+    prefetch(at(pixel + grid_.stride()));
   }
 
  private:

@@ -6,6 +6,7 @@
 
 #include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
+#include "heightmap/prefetch.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
@@ -43,6 +44,9 @@ class ScanSearch {
     const STesk3DPosition* const samples = lines_[line].p3DPosition;
     bool hasOddZ = false;
     for (int i = 0; i < sampleCount_; ++i) {
+      if (i + kPrefetchDistance < sampleCount_) {
+        detail::prefetch(samples + i + kPrefetchDistance);
+      }
       const double z = samples[i].pt3D.z;
       hasOddZ |= !(z < HUGE_VAL);
       if (extrema.z[i] > z && !detail::isNoSample(z)) {
@@ -80,6 +84,9 @@ class ScanSearch {
   }
 
  private:
+  /// In samples: the loop waits for memory most of the time.
+  static constexpr int kPrefetchDistance = 64;
+
   /// Visits every sample in the order of the lines.
   [[nodiscard]] std::optional<BlockCandidate> visitAll(const BlockSpan& lines,
                                                        const BlockSpan& samples) const {

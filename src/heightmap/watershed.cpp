@@ -43,7 +43,7 @@ class Flood {
     for (std::size_t i = 0; i < size; ++i) {
       if (size - i > scanline::detail::kPrefetchDistance) {
         const PixelPosition ahead = order[i + scanline::detail::kPrefetchDistance];
-        states_.prefetch(states_.grid().indexOf(ahead.row, ahead.column));
+        scanline::detail::prefetch(states_.at(states_.grid().indexOf(ahead.row, ahead.column)));
       }
       visit(order[i], markers);
     }
