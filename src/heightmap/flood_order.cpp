@@ -118,16 +118,18 @@ class GrayKeys {
   std::uint32_t maxKey_ = 0;
 };
 
-/// Where in a sequence sorted by a digit the keys of each value start.
-std::vector<std::size_t> startsOf(const Digit& digit) {
-  std::vector<std::size_t> starts;
-  starts.reserve(digit.counts.size());
-  std::size_t start = 0;
+/// Calls `put(slot, keyedPixel)` for the pixels that `forEachPixel` visits, with their places in
+/// the sequence sorted by a digit.
+template <typename ForEachPixel, typename Put>
+void sortByDigit(const Digit& digit, ForEachPixel forEachPixel, Put put) {
+  std::vector<std::size_t> slots;
+  slots.reserve(digit.counts.size());
+  std::size_t slot = 0;
   for (const std::size_t count : digit.counts) {
-    starts.push_back(start);
-    start += count;
+    slots.push_back(slot);
+    slot += count;
   }
-  return starts;
+  forEachPixel([&](KeyedPixel item) { put(slots[digit.of(item.key)]++, item); });
 }
 
 }  // namespace
@@ -139,25 +141,22 @@ std::unique_ptr<PixelPosition[]> floodOrder(const PixelRows& gray, int side) {
   const std::size_t size = static_cast<std::size_t>(side) * side;
   std::unique_ptr<PixelPosition[]> order(new PixelPosition[size]);
   const auto forEachKey = [&](auto visit) { keys.forEach(visit); };
-  const auto sortBy = [](const Digit& digit, auto forEachPixel, auto put) {
-    std::vector<std::size_t> starts = startsOf(digit);
-    forEachPixel([&](KeyedPixel item) { put(starts[digit.of(item.key)]++, item); });
-  };
   const auto putInOrder = [&](std::size_t slot, KeyedPixel item) { order[slot] = item.pixel; };
   if (digits.size() == 1) {
-    sortBy(digits.front(), forEachKey, putInOrder);
+    sortByDigit(digits.front(), forEachKey, putInOrder);
     return order;
   }
   std::unique_ptr<KeyedPixel[]> items(new KeyedPixel[size]);
   std::unique_ptr<KeyedPixel[]> sorted(digits.size() > 2 ? new KeyedPixel[size] : nullptr);
   const auto forEachItem = [&](auto visit) { std::for_each_n(items.get(), size, visit); };
-  sortBy(digits.front(), forEachKey,
-         [&](std::size_t slot, KeyedPixel item) { items[slot] = item; });
+  sortByDigit(digits.front(), forEachKey,
+              [&](std::size_t slot, KeyedPixel item) { items[slot] = item; });
   for (std::size_t k = 1; k + 1 < digits.size(); ++k) {
-    sortBy(digits[k], forEachItem, [&](std::size_t slot, KeyedPixel item) { sorted[slot] = item; });
+    sortByDigit(digits[k], forEachItem,
+                [&](std::size_t slot, KeyedPixel item) { sorted[slot] = item; });
     items.swap(sorted);
   }
-  sortBy(digits.back(), forEachItem, putInOrder);
+  sortByDigit(digits.back(), forEachItem, putInOrder);
   return order;
 }
 

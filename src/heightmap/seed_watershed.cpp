@@ -108,12 +108,13 @@ void handOver(const std::vector<PlantedNonLabel>& nonLabels,
   }
 }
 
-/// Returns whether any pixel waits for good. Until that is known, the image is unchanged.
+/// Floods the image. Returns whether any pixel waits for good. If std::bad_alloc is thrown, the
+/// image is unchanged.
 template <typename Word>
-bool flood(const std::vector<SQO_2DValueI>& seeds,
-           int maxLevel,
-           int startLabel,
-           SJU_waterShedImage& image) {
+bool floodFromSeeds(const std::vector<SQO_2DValueI>& seeds,
+                    int maxLevel,
+                    int startLabel,
+                    SJU_waterShedImage& image) {
   Planting<Word> planting(image);
   for (std::size_t i = 0; i < seeds.size(); ++i) {
     planting.plant(seeds[i], startLabel + static_cast<int>(i));
@@ -127,13 +128,13 @@ bool flood(const std::vector<SQO_2DValueI>& seeds,
 }
 
 /// Whether all labels fit into the smaller cells, which are the faster ones.
-bool hasShortLabels(const SJU_waterShedImage& image, int lastLabel) {
-  scanline::detail::RowExtrema markers = {lastLabel, lastLabel};
+bool hasShortLabels(const SJU_waterShedImage& image, std::int64_t lastLabel) {
+  scanline::detail::RowExtrema markers = {0, 0};
   for (int r = 0; r < image.height; ++r) {
     scanline::detail::extendBy(image.markers[r].data(), image.width, markers);
   }
-  constexpr auto kLargest = static_cast<int>(FloodCells<std::uint32_t>::kLabelMask);
-  return markers.largest <= kLargest;
+  constexpr std::int64_t kLargest = FloodCells<std::uint32_t>::kLabelMask;
+  return markers.largest <= kLargest && lastLabel <= kLargest;
 }
 
 void waitWithoutEnd() {
@@ -149,10 +150,10 @@ void ju_seedWatershed(SJU_waterShedImage& image,
                       std::vector<SQO_2DValueI>& seeds,
                       int maxLevel,
                       int startLabel) {
-  const int lastLabel = startLabel + static_cast<int>(seeds.size()) - 1;
-  const auto floodWith =
-      hasShortLabels(image, lastLabel) ? flood<std::uint32_t> : flood<std::uint64_t>;
-  const bool isAnyWaiting = floodWith(seeds, std::max(maxLevel, -1), startLabel, image);
+  const std::int64_t endLabel = std::int64_t{startLabel} + static_cast<std::int64_t>(seeds.size());
+  const auto flood = hasShortLabels(image, endLabel - 1) ? floodFromSeeds<std::uint32_t>
+                                                         : floodFromSeeds<std::uint64_t>;
+  const bool isAnyWaiting = flood(seeds, std::max(maxLevel, -1), startLabel, image);
   for (std::size_t i = 0; i < seeds.size(); ++i) {
     seeds[i].value = startLabel + static_cast<int>(i);
   }
