@@ -7,13 +7,13 @@
 #include <scanline/watershed.h>
 #include "heightmap/flood_order.h"
 #include "heightmap/padded_plane.h"
+#include "heightmap/prefetch.h"
 #include "heightmap/watershed_minima.h"
 
 namespace {
 
 using scanline::detail::PaddedGrid;
 using scanline::detail::PaddedPlane;
-using scanline::detail::PixelIndex;
 using scanline::detail::PixelPosition;
 using scanline::detail::PixelRows;
 
