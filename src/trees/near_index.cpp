@@ -50,9 +50,9 @@ void NearIndex::prepare(int line) {
   }
   line_ = line;
   isMixed_ = false;
-  if (!std::is_sorted(asleep_.begin(), asleep_.end())) {
-    std::sort(asleep_.begin(), asleep_.end());
-  }
+  const auto unsorted = std::is_sorted_until(asleep_.begin(), asleep_.end());  // seldom many
+  std::sort(unsorted, asleep_.end());
+  std::inplace_merge(asleep_.begin(), unsorted, asleep_.end());
   for (auto id = asleep_.rbegin(); id != asleep_.rend(); ++id) {
     Entry& entry = entries_[*id];
     if (entry.isIn) {

@@ -63,8 +63,8 @@ class OpenTrees {
     index_.eraseIf([&](int id) { return !ahead.reaches(lastOf(id), limits_); });
   }
 
-  /// Lets `add(tree)` add a node to the first tree of the list that is near the feature in y, does
-  /// not end on its line, and `fits(tree)`. Returns false if there is none.
+  /// Lets `add(tree)` add a node, which it returns, to the first tree of the list that is near the
+  /// feature in y, does not end on its line, and `fits(tree)`. Returns false if there is none.
   template <typename Fits, typename Add>
   bool growFirst(const Node& feature, Fits fits, Add add) {
     const int id =
@@ -72,8 +72,8 @@ class OpenTrees {
     if (id == NearIndex::kNone) {
       return false;
     }
-    add((*this)[id]);
-    index_.put(id, endOf(id));
+    const Node& added = add((*this)[id]);
+    index_.put(id, placeOf(added));
     watch(id);
     return true;
   }

@@ -33,11 +33,11 @@ SQO_semiCircleFeatureTree newTree(const SQO_featureSemiCircle& feature) {
 }
 
 /// Of the feature `first` and those right after it that could follow the tree's last node as well,
-/// adds the nearest in y. The others are used up with it.
-void addNearest(Features::iterator first,
-                Features::iterator end,
-                const SQO_treeGrowParam& param,
-                SQO_semiCircleFeatureTree& tree) {
+/// adds the nearest in y and returns it. The others are used up with it.
+const SQO_featureSemiCircle& addNearest(Features::iterator first,
+                                        Features::iterator end,
+                                        const SQO_treeGrowParam& param,
+                                        SQO_semiCircleFeatureTree& tree) {
   const SQO_featureSemiCircle last = tree.treeNodes.back();
   const auto distance = [&](const SQO_featureSemiCircle& feature) {
     return std::abs(feature.midPt.y - last.midPt.y);
@@ -56,6 +56,7 @@ void addNearest(Features::iterator first,
     std::for_each(first, rivalsEnd,
                   [](SQO_featureSemiCircle& feature) { feature.segState = kUsed; });
   }
+  return *winner;
 }
 
 /// Grows the trees by one line.
@@ -71,8 +72,8 @@ void growLine(Features& features, const SQO_treeGrowParam& param, OpenTrees& ope
       const SQO_featureSemiCircle& last = tree.treeNodes.back();
       return !endsTree(last) && detail::isWithinSkipOf(last, *feature, param);
     };
-    const auto add = [&](SQO_semiCircleFeatureTree& tree) {
-      addNearest(feature, features.end(), param, tree);
+    const auto add = [&](SQO_semiCircleFeatureTree& tree) -> const SQO_featureSemiCircle& {
+      return addNearest(feature, features.end(), param, tree);
     };
     if (startsTree(*feature) || !open.growFirst(*feature, fits, add)) {
       open.append(newTree(*feature));

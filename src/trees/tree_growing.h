@@ -92,7 +92,10 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
     }
     for (const auto& feature : line) {
       const auto fits = [&](Tree& tree) { return rules.fits(feature, tree); };
-      const auto add = [&](Tree& tree) { rules.add(feature, line.lineIdx, tree); };
+      const auto add = [&](Tree & tree) -> const auto& {
+        rules.add(feature, line.lineIdx, tree);
+        return feature;  // the node in the tree may not be in the cache
+      };
       if (!open.growFirst(feature, fits, add)) {
         open.append(rules.start(feature, line.lineIdx));
       }
