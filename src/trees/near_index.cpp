@@ -1,28 +1,8 @@
 #include "trees/near_index.h"
 
 #include <algorithm>
-#include <cstdint>
 
 namespace scanline::detail {
-namespace {
-
-/// Places beyond this many cells share the outermost cell. Up to it a place is exact to far better
-/// than the margin of a search.
-constexpr double kFarthestCell = 1099511627776.0;
-
-}  // namespace
-
-/// Place of a y that can match, in cells from the outermost one. The quotient is never NaN.
-double NearIndex::inCells(double y) const {
-  return std::clamp(y / (4.0 * reach_), -kFarthestCell, kFarthestCell) + kFarthestCell;
-}
-
-/// The chain of the cell that holds a place.
-int* NearIndex::headOf(double place) {
-  const auto cell = static_cast<std::uint64_t>(static_cast<std::int64_t>(place));
-  return &heads_[(cell * 0x9E3779B97F4A7C15U >> 32U) & (heads_.size() - 1)];
-}
-
 void NearIndex::put(int id, const LineAndY& place, bool isEntry) {
   if (id >= static_cast<int>(entries_.size())) {
     entries_.resize(static_cast<std::size_t>(id) + 1);

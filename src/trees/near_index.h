@@ -1,8 +1,11 @@
 #pragma once
 
+#include <algorithm>
+#include <cfloat>
 #include <climits>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 #include <vector>
 
 namespace scanline::detail {
@@ -25,7 +28,8 @@ class NearIndex {
   static constexpr int kNone = INT_MAX;
 
   /// Two places are near if their y differ by less than `reach`.
-  explicit NearIndex(double reach) : reach_(reach), heads_(16, kNone) {}
+  explicit NearIndex(double reach)
+      : reach_(reach), cellsPerY_(std::min(kReachInCells / reach, DBL_MAX)), heads_(16, kNone) {}
 
   /// Number of entries.
   [[nodiscard]] int count() const {
@@ -67,6 +71,12 @@ class NearIndex {
     bool isIn = false;  // if not, a chain or the sleepers may still hold it
   };
 
+  static constexpr double kReachInCells = 0.25;
+  static constexpr double kSearchReach = 0.26;  // the same with a margin for rounding
+  /// Places beyond this many cells share the outermost cell. Up to it a place is exact to far
+  /// better than the margin of a search.
+  static constexpr double kFarthestCell = 1099511627776.0;
+
   [[nodiscard]] bool canMatch(double y) const;
   [[nodiscard]] double inCells(double y) const;
   [[nodiscard]] int* headOf(double place);
@@ -74,6 +84,7 @@ class NearIndex {
   void putAllToSleep();
 
   double reach_;
+  double cellsPerY_;
   int count_ = 0;
   std::vector<Entry> entries_;  // by id
   std::vector<int> heads_;      // chains in ascending order, one for each hash of a cell
@@ -87,6 +98,17 @@ inline bool NearIndex::canMatch(double y) const {
   return reach_ > 0.0 && std::isfinite(y);
 }
 
+/// Place of a y that can match, in cells from the outermost one.
+inline double NearIndex::inCells(double y) const {
+  return std::clamp(y * cellsPerY_, -kFarthestCell, kFarthestCell) + kFarthestCell;
+}
+
+/// The chain of the cell that holds a place.
+inline int* NearIndex::headOf(double place) {
+  const auto cell = static_cast<std::uint64_t>(static_cast<std::int64_t>(place));
+  return &heads_[(cell * 0x9E3779B97F4A7C15U >> 32U) & (heads_.size() - 1)];
+}
+
 template <typename Fits>
 int NearIndex::takeFirst(const LineAndY& at, Fits fits) {
   if (!canMatch(at.y)) {
@@ -95,12 +117,10 @@ int NearIndex::takeFirst(const LineAndY& at, Fits fits) {
   if (isMixed_ || at.line != line_) {
     prepare(at.line);
   }
-  // A reach is a quarter of a cell, so that the places within it lie in two cells at the most.
-  constexpr double kReachInCells = 0.26;  // with a margin for rounding
   const double place = inCells(at.y);
   int end = kNone;
-  int* one = headOf(place - kReachInCells);
-  int* other = headOf(place + kReachInCells);
+  int* one = headOf(place - kSearchReach);
+  int* other = headOf(place + kSearchReach);  // at most the next cell
   other = other == one ? &end : other;
   for (;;) {
     int*& link = *one < *other ? one : other;
