@@ -60,7 +60,7 @@ bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tr
   return !isSteep;
 }
 
-/// Trees that are held to a direction once they have an anchor, which is the first node as soon as
+/// Trees that keep a direction once they have an anchor, which is the first node as soon as
 /// a feature lies `checkDist` or more from it.
 struct DirectedRules : detail::ScanRules {
   std::vector<Tree>& trees;

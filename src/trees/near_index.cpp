@@ -3,6 +3,7 @@
 #include <algorithm>
 
 namespace scanline::detail {
+
 void NearIndex::put(int id, const LineAndY& place, bool isEntry) {
   if (id >= static_cast<int>(entries_.size())) {
     entries_.resize(static_cast<std::size_t>(id) + 1);

@@ -103,7 +103,7 @@ inline double NearIndex::inCells(double y) const {
   return std::clamp(y * cellsPerY_, -kFarthestCell, kFarthestCell) + kFarthestCell;
 }
 
-/// The chain of the cell that holds a place.
+/// The chain that holds the entries of a place's cell.
 inline int* NearIndex::headOf(double place) {
   const auto cell = static_cast<std::uint64_t>(static_cast<std::int64_t>(place));
   return &heads_[(cell * 0x9E3779B97F4A7C15U >> 32U) & (heads_.size() - 1)];
@@ -118,9 +118,10 @@ int NearIndex::takeFirst(const LineAndY& at, Fits fits) {
     prepare(at.line);
   }
   const double place = inCells(at.y);
-  int end = kNone;
+  // The links to the next entry of one chain and the other, merged by their ids.
   int* one = headOf(place - kSearchReach);
   int* other = headOf(place + kSearchReach);  // at most the next cell
+  int end = kNone;
   other = other == one ? &end : other;
   for (;;) {
     int*& link = *one < *other ? one : other;

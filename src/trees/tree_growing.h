@@ -52,8 +52,29 @@ std::vector<RemainingExtent> remainingExtents(const std::vector<NodeLine<Node>>&
   return extents;
 }
 
+/// The closing walk after a line.
+template <typename Rules>
+void closeTrees(const NodeLine<typename Rules::Node>& line,
+                const Rules& rules,
+                OpenTrees<typename Rules::Tree>& open) {
+  if (!line.isLast && !Rules::kClosesByStep && rules.param.maxLineSkipNum <= 0) {
+    return;  // only the last line closes trees
+  }
+  const auto closes = [&](const auto& tree, int lastLine) {
+    return rules.closes(tree, lineGap(line.lineIdx, lastLine), line.isLast);
+  };
+  for (const int id : open.due(closes)) {
+    if (rules.keeps(open[id])) {
+      open.close(id);
+    } else {
+      open.remove(id);
+    }
+  }
+}
+
 /**
- * Grows trees line by line. The rules of a kind of tree are a struct with
+ * Grows trees line by line, and closes them after each line. The rules of a kind of tree are a
+ * struct with
  * - `Tree` and `Node`;
  * - `param`, and `limits()`, within which a feature that joins a tree lies of its last node in y,
  *   and in lines or x;
@@ -68,10 +89,11 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
                std::vector<typename Rules::Tree>& trees,
                Rules rules) {
   using Tree = typename Rules::Tree;
+  using Node = typename Rules::Node;
   if (lines.empty()) {
     return;  // with nothing to grow, trees passed in may be without nodes
   }
-  std::vector<RemainingExtent> extents;
+  std::vector<RemainingExtent> extents;  // most scans never need them
   const auto aheadOf = [&](std::size_t i) -> const RemainingExtent& {
     if (extents.empty()) {
       extents = remainingExtents(lines);
@@ -82,7 +104,7 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
   if (!trees.empty()) {
     open.admit(aheadOf(0));
   }
-  std::size_t crowd = 64;  // so many open trees are worth pruning
+  std::size_t crowd = 16;  // more open trees than this are worth pruning
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const auto& line = lines[i];
     crowd = std::max(crowd, 4 * line.count);
@@ -92,7 +114,7 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
     }
     for (const auto& feature : line) {
       const auto fits = [&](Tree& tree) { return rules.fits(feature, tree); };
-      const auto add = [&](Tree & tree) -> const auto& {
+      const auto add = [&](Tree& tree) -> const Node& {
         rules.add(feature, line.lineIdx, tree);
         return feature;  // the node in the tree may not be in the cache
       };
@@ -101,22 +123,6 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
       }
     }
     closeTrees(line, rules, open);
-  }
-}
-
-/// The closing walk after a line.
-template <typename Rules>
-void closeTrees(const NodeLine<typename Rules::Node>& line,
-                const Rules& rules,
-                OpenTrees<typename Rules::Tree>& open) {
-  if (!line.isLast && !Rules::kClosesByStep && rules.param.maxLineSkipNum <= 0) {
-    return;  // only the last line closes trees
-  }
-  const auto closes = [&](const auto& tree, int lastLine) {
-    return rules.closes(tree, lineGap(line.lineIdx, lastLine), line.isLast);
-  };
-  for (const int id : open.due(closes)) {
-    rules.keeps(open[id]) ? open.close(id) : open.remove(id);
   }
 }
 
