@@ -24,7 +24,7 @@ IndexRange windowOnGrid(std::int64_t centre, int reach, std::size_t count) {
 }
 
 bool isOpen(const SQO_featureClusteringInfo& info) {
-  return info.featureFlag != 0 && info.clusterID <= 0 && info.queued == 0;
+  return info.queued == 0 && info.featureFlag != 0 && info.clusterID <= 0;
 }
 
 /// Appends the open cells of the window around `cell` that `links(cell, neighbour)`.
@@ -33,15 +33,30 @@ void enqueueNeighbours(
     Grid& grid, STesk2DPoint cell, int reach, Links links, std::vector<STesk2DPoint>& queue) {
   const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
   const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
-  for (std::int64_t x = xs.first; x <= xs.last; ++x) {
-    SQO_featureClusteringInfo* column = grid[x].data();
-    for (std::int64_t y = ys.first; y <= ys.last; ++y) {
-      SQO_featureClusteringInfo& info = column[y];
-      const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
-      if (isOpen(info) && links(cell, neighbour)) {
-        queue.push_back(neighbour);
-        info.queued = 1;
+  const std::int64_t height = ys.last - ys.first + 1;
+  const auto enqueueIf = [&](SQO_featureClusteringInfo& info, std::int64_t x, std::int64_t y) {
+    const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
+    if (isOpen(info) && links(cell, neighbour)) {
+      if (queue.size() == queue.capacity()) {
+        queue.reserve(4 * queue.size());  // what is not used costs address space alone
       }
+      queue.push_back(neighbour);
+      info.queued = 1;
+    }
+  };
+  for (std::int64_t x = xs.first; x <= xs.last; ++x) {
+    SQO_featureClusteringInfo* cells = grid[x].data() + ys.first;
+    if (height == 3) {
+      // As a rule all three are on the queue already.
+      if ((cells[0].queued & cells[1].queued & cells[2].queued) == 0) {
+        enqueueIf(cells[0], x, ys.first);
+        enqueueIf(cells[1], x, ys.first + 1);
+        enqueueIf(cells[2], x, ys.first + 2);
+      }
+      continue;
+    }
+    for (std::int64_t k = 0; k < height; ++k) {
+      enqueueIf(cells[k], x, ys.first + k);
     }
   }
 }
