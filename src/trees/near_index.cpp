@@ -5,8 +5,8 @@
 namespace scanline::detail {
 
 void NearIndex::put(int id, const LineAndY& place, bool isEntry) {
-  if (id >= static_cast<int>(entries_.size())) {
-    entries_.resize(static_cast<std::size_t>(id) + 1);
+  if (id == static_cast<int>(entries_.size())) {
+    entries_.emplace_back();
   }
   const bool isIn = isEntry && canMatch(place.y);
   if (isIn) {

@@ -41,7 +41,8 @@ class NearIndex {
     return entries_[id].line;
   }
 
-  /// Records a place, as an entry if `isEntry`. The id must be new or just taken.
+  /// Records a place, as an entry if `isEntry`. The id is the next one, from 0 on, or was
+  /// just taken.
   void put(int id, const LineAndY& place, bool isEntry = true);
 
   /// Removes an entry. Does nothing if there is none.
