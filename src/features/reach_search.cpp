@@ -1,6 +1,8 @@
+// Searches for points far from another one, in a hierarchy of blocks once they are not nearby.
 #include "features/reach_search.h"
 
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace scanline::detail {
@@ -20,10 +22,10 @@ double greatestDistance(double from, double least, double greatest) {
 void ReachSearch::buildBlocks() {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   std::vector<Block> level;
-  level.reserve(points_.size());
-  for (const STesk3DPosition& point : points_) {
-    const double y = point.pt3D.y;
-    const double z = point.pt3D.z;
+  level.reserve(static_cast<std::size_t>(count_));
+  for (int i = 0; i < count_; ++i) {
+    const double y = y_[i];
+    const double z = z_[i];
     const bool isPlace = !std::isnan(y) && !std::isnan(z);
     level.push_back(isPlace ? Block{y, y, z, z} : Block{kNan, kNan, kNan, kNan});
   }
@@ -44,22 +46,21 @@ void ReachSearch::buildBlocks() {
 }
 
 /// Decides exactly on a block of one point, and never passes over a point that is reached.
-bool ReachSearch::mayReach(const STesk3DPoint& from, const Block& block) const {
-  const double dy = greatestDistance(from.y, block.minY, block.maxY);
-  const double dz = greatestDistance(from.z, block.minZ, block.maxZ);
-  return dy * dy + dz * dz >= leastSquare_;
+bool ReachSearch::mayReach(int i, const Block& block) const {
+  const double dy = greatestDistance(y_[i], block.minY, block.maxY);
+  const double dz = greatestDistance(z_[i], block.minZ, block.maxZ);
+  return dy * dy + dz * dz >= squaredThreshold_;
 }
 
-/// Goes on from point `j`, which is always the nearest of the block that it stands for.
+// Point `j` is always the nearest one of the block that it stands for.
 int ReachSearch::findInBlocks(int i, int j, int step, int end) {
   if (levels_.empty()) {
     buildBlocks();
   }
-  const STesk3DPoint from = points_[i].pt3D;
   const int top = static_cast<int>(levels_.size()) - 1;
   int level = 0;
   while ((end - j) * step > 0) {
-    if (mayReach(from, levels_[level][j >> level])) {
+    if (mayReach(i, levels_[level][j >> level])) {
       if (level == 0) {
         return j;
       }
