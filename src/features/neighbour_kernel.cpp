@@ -11,11 +11,11 @@
 namespace scanline::detail {
 namespace {
 
-constexpr int kLanes = 8;
+constexpr int kLanes = 16;
 static_assert(kLanes <= PaddedColumn::kPadding);
 
 /// How many points a walk looks at before it is given up.
-constexpr int kNearby = 16 * kLanes;
+constexpr int kNearby = 8 * kLanes;
 
 /// Upper bounds of the lengths of the steps from each point to the next. With a as the greater and
 /// b as the smaller coordinate of a step, its length sqrt(a^2 + b^2) is at most a + b^2 / (2 a);
@@ -52,7 +52,7 @@ int lowestBit(std::uint64_t bits) {
 /// one lowest: no branch depends on which of them is the first hit. What is read beyond the range
 /// is dropped, and the padding is never a hit.
 SCANLINE_WIDE_KERNEL
-void walkAll(const double* y,
+bool walkAll(const double* y,
              const double* z,
              const double* arcs,
              const NeighbourWalk& walk,
@@ -67,6 +67,7 @@ void walkAll(const double* y,
   for (int k = 0; k < kLanes; ++k) {
     bits[k] = std::uint64_t{1} << static_cast<unsigned>(step > 0 ? k : kLanes - 1 - k);
   }
+  bool finished = true;
   int start = first;
   for (int i = first; i != end; i += step) {
     start = start == i ? i + step : start;
@@ -78,6 +79,7 @@ void walkAll(const double* y,
     for (int j = start; (end - j) * step > 0; j += step * kLanes) {
       if (j == giveUp) {
         found = unfinishedAt(j);
+        finished = false;
         break;
       }
       const double* const blockY = y + j + blockStart;
@@ -96,6 +98,7 @@ void walkAll(const double* y,
     }
     neighbours[i] = found;
   }
+  return finished;
 }
 
 }  // namespace
@@ -130,11 +133,11 @@ double ArcLengths::arcReaching(double squaredThreshold) const {
   return std::sqrt(squaredThreshold) * (1.0 - 1e-9) - margin;
 }
 
-void findNeighbours(const Profile& profile,
+bool findNeighbours(const Profile& profile,
                     const ArcLengths& arcs,
                     const NeighbourWalk& walk,
                     int* neighbours) {
-  walkAll(profile.y.data(), profile.z.data(), arcs.upTo.data(), walk, neighbours);
+  return walkAll(profile.y.data(), profile.z.data(), arcs.upTo.data(), walk, neighbours);
 }
 
 }  // namespace scanline::detail

@@ -38,8 +38,8 @@ struct NeighbourWalk {
 };
 
 /// Writes for each point of the range the index of its neighbour, `kNoPoint` if it has none, or
-/// where its walk was given up.
-void findNeighbours(const Profile& profile,
+/// where its walk was given up. Returns whether all walks were finished.
+bool findNeighbours(const Profile& profile,
                     const ArcLengths& arcs,
                     const NeighbourWalk& walk,
                     int* neighbours);

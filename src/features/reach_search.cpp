@@ -9,16 +9,25 @@ namespace scanline::detail {
 
 namespace {
 
+/// The lesser of two numbers, or the other one if one of them is NaN.
+double lesser(double a, double b) {
+  return a < b || std::isnan(b) ? a : b;
+}
+/// The greater of two numbers, or the other one if one of them is NaN.
+double greater(double a, double b) {
+  return a > b || std::isnan(b) ? a : b;
+}
+
 /// The greatest distance along one coordinate from `from` into an extent. Rounding is monotone, so
-/// no point inside has a greater one. fmax drops the NaN of infinity less infinity.
+/// no point inside has a greater one. The NaN of infinity less infinity is dropped.
 double greatestDistance(double from, double least, double greatest) {
-  return std::fmax(std::abs(least - from), std::abs(greatest - from));
+  return greater(std::abs(least - from), std::abs(greatest - from));
 }
 
 }  // namespace
 
-// The blocks of a level are made from pairs of the level below. fmin and fmax drop the blocks
-// without a point that can be reached.
+// The blocks of a level are made from pairs of the level below. Blocks without a point that can be
+// reached are dropped.
 void ReachSearch::buildBlocks() {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   std::vector<Block> level;
@@ -37,8 +46,8 @@ void ReachSearch::buildBlocks() {
     for (std::size_t k = 0; k < halves.size(); k += 2) {
       const Block& a = halves[k];
       const Block& b = halves[std::min(k + 1, halves.size() - 1)];
-      blocks.push_back({std::fmin(a.minY, b.minY), std::fmax(a.maxY, b.maxY),
-                        std::fmin(a.minZ, b.minZ), std::fmax(a.maxZ, b.maxZ)});
+      blocks.push_back({lesser(a.minY, b.minY), greater(a.maxY, b.maxY), lesser(a.minZ, b.minZ),
+                        greater(a.maxZ, b.maxZ)});
     }
     levels.push_back(std::move(blocks));
   }

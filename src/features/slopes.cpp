@@ -18,41 +18,68 @@ class NeighbourSearch {
   NeighbourSearch(const Profile& profile, const SlopeSearch& search)
       : profile_(profile),
         arcs_(profile),
-        squaredMaxChord_(search.maxChord ? squaredThreshold(*search.maxChord) : kNaN),
-        squaredThreshold_(std::fmin(squaredThreshold(search.scale), squaredMaxChord_)),
+        squaredThreshold_(squaredThreshold(search.scale)),
         leastArc_(arcs_.arcReaching(squaredThreshold_)),
-        distant_(profile.y.data(), profile.z.data(), profile.size(), squaredThreshold_) {}
+        distant_(profile.y.data(), profile.z.data(), profile.size(), squaredThreshold_) {
+    if (search.maxChord) {
+      squaredMaxChord_ = squaredThreshold(*search.maxChord);
+    }
+  }
 
   /// Searches from all points of a range by `step` and inside the range.
   void run(const PointRange& range, int step, std::vector<int>& neighbours) {
-    findNeighbours(profile_, arcs_, {range, step, squaredThreshold_, leastArc_}, neighbours.data());
-    for (int i = range.first; i <= range.last; ++i) {
+    const NeighbourWalk walk = {range, step, squaredThreshold_, leastArc_};
+    if (!findNeighbours(profile_, arcs_, walk, neighbours.data())) {
+      finish(walk, neighbours);
+    }
+    if (squaredMaxChord_) {
+      dropBeyond(*squaredMaxChord_, range, neighbours);
+    }
+  }
+
+ private:
+  /// Takes up the walks that were given up.
+  void finish(const NeighbourWalk& walk, std::vector<int>& neighbours) {
+    const auto [first, last] = walk.range;
+    for (int i = first; i <= last; ++i) {
       if (isUnfinished(neighbours[i])) {
-        neighbours[i] = distant_.findInBlocks(i, nextOf(neighbours[i]), step,
-                                              step > 0 ? range.last + 1 : range.first - 1);
+        neighbours[i] = distant_.findInBlocks(i, nextOf(neighbours[i]), walk.step,
+                                              walk.step > 0 ? last + 1 : first - 1);
       }
-      if (neighbours[i] != kNoPoint && squareBetween(i, neighbours[i]) >= squaredMaxChord_) {
+    }
+  }
+
+  void dropBeyond(double squaredMaxChord, const PointRange& range, std::vector<int>& neighbours) {
+    for (int i = range.first; i <= range.last; ++i) {
+      const int j = neighbours[i] != kNoPoint ? neighbours[i] : i;
+      const double dy = profile_.y[j] - profile_.y[i];
+      const double dz = profile_.z[j] - profile_.z[i];
+      if (dy * dy + dz * dz >= squaredMaxChord) {
         neighbours[i] = kNoPoint;
       }
     }
   }
 
- private:
-  static constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-
-  [[nodiscard]] double squareBetween(int i, int j) const {
-    const double dy = profile_.y[j] - profile_.y[i];
-    const double dz = profile_.z[j] - profile_.z[i];
-    return dy * dy + dz * dz;
-  }
-
   const Profile& profile_;
   ArcLengths arcs_;
-  double squaredMaxChord_;  ///< NaN, which no square reaches, without a limit.
+  std::optional<double> squaredMaxChord_;
   double squaredThreshold_;
   double leastArc_;
   ReachSearch distant_;
 };
+
+/// The turn number of the angle between the chords from `b` to `i` and from `i` to `f`: their
+/// scalar product and their cross product are its x and its y.
+inline double turnAt(const Profile& profile, int b, int i, int f) {
+  const double* const y = profile.y.data();
+  const double* const z = profile.z.data();
+  const double backwardY = std::abs(y[i] - y[b]);
+  const double backwardZ = z[i] - z[b];
+  const double forwardY = std::abs(y[f] - y[i]);
+  const double forwardZ = z[f] - z[i];
+  return turnNumber(backwardY * forwardY + backwardZ * forwardZ,
+                    backwardZ * forwardY - backwardY * forwardZ, backwardZ);
+}
 
 }  // namespace
 
@@ -69,28 +96,16 @@ Slopes::Slopes(const Profile& profile,
     neighbours.run(range, 1, forward_);
   }
   for (int i = 0; i < size(); ++i) {
-    if (!hasBoth(i) && search.missing == MissingNeighbour::kNoSlopes) {
+    if (hasBoth(i)) {
+      turns_[i] = turnAt(profile, backward_[i], i, forward_[i]);
+    } else if (exist(i) && search.missing == MissingNeighbour::kLevel) {
+      turns_[i] = 0.0;
+    } else {
       backward_[i] = kNoPoint;
       forward_[i] = kNoPoint;
+      turns_[i] = std::numeric_limits<double>::quiet_NaN();
     }
-    turns_[i] = turnAt(i);
   }
-}
-
-/// The turn number of the angle between the two chords: the scalar product of the chords and the
-/// cross product are its x and its y.
-double Slopes::turnAt(int i) const {
-  if (!hasBoth(i)) {
-    return exist(i) ? 0.0 : std::numeric_limits<double>::quiet_NaN();
-  }
-  const double* const y = profile_.y.data();
-  const double* const z = profile_.z.data();
-  const double backwardY = std::abs(y[i] - y[backward_[i]]);
-  const double backwardZ = z[i] - z[backward_[i]];
-  const double forwardY = std::abs(y[forward_[i]] - y[i]);
-  const double forwardZ = z[forward_[i]] - z[i];
-  return turnNumber(backwardY * forwardY + backwardZ * forwardZ,
-                    backwardZ * forwardY - backwardY * forwardZ, backwardZ);
 }
 
 }  // namespace scanline::detail

@@ -17,9 +17,10 @@ enum class MissingNeighbour {
 
 /// How the two neighbours of a point are found.
 struct SlopeSearch {
-  double scale;                    ///< Least distance of a neighbour in the y-z plane.
-  std::optional<double> maxChord;  ///< A point from here on ends the search without a neighbour.
-  MissingNeighbour missing;        ///< What becomes of a point with one neighbour.
+  double scale;  ///< Least distance of a neighbour in the y-z plane.
+  /// A point from here on ends the search without a neighbour. Not below the scale.
+  std::optional<double> maxChord;
+  MissingNeighbour missing;  ///< What becomes of a point with one neighbour.
 
   /// The search of most extractors: it may run across gaps of any width and needs both sides.
   static SlopeSearch unlimited(double scale) {
@@ -116,7 +117,6 @@ class Slopes {
     const double dz = profile_.z[to] - profile_.z[from];
     return std::atan(dz / std::abs(profile_.y[to] - profile_.y[from])) * 180.0 / 3.141592653589793;
   }
-  [[nodiscard]] double turnAt(int i) const;
 
   const Profile& profile_;
   std::vector<int> backward_;  ///< The backward neighbour of each point, or `kNoPoint`.

@@ -27,7 +27,7 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
 /// `kPadding` numbers beyond either end.
 class PaddedColumn {
  public:
-  static constexpr int kPadding = 8;
+  static constexpr int kPadding = 16;
 
   explicit PaddedColumn(std::size_t capacity)
       : values_(capacity + 2 * std::size_t{kPadding}, std::numeric_limits<double>::quiet_NaN()) {}
