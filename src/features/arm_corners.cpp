@@ -23,7 +23,7 @@ int typeByArms(detail::Arms arms) {
 
 /// The peaks among the maxima above 0.
 std::vector<int> risingPeaks(const detail::Slopes& slopes,
-                             const detail::Profile& profile,
+                             const detail::ValidProfile& profile,
                              const SQO_cornerParam& param) {
   const double window = param.scale + param.scale;
   const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
@@ -39,14 +39,13 @@ void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                             std::vector<SQO_basicFeature1D>& line_features) {
   const detail::Stretches stretches = detail::stretchesByZ(
       lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
-  const detail::Profile& profile = stretches.points;
+  const detail::ValidProfile& profile = stretches.points;
   const detail::Slopes slopes(profile, stretches.ranges,
                               detail::SlopeSearch::unlimited(cornerPara.scale));
   std::vector<SQO_basicFeature1D> corners;
   for (const int peak : risingPeaks(slopes, profile, cornerPara)) {
     const int type = typeByArms(detail::armsAt(slopes, peak, cornerPara));
-    corners.push_back(
-        detail::featureAt(lineData.data(), profile.sampleOf[peak], type, lineIdx, 0.0));
+    corners.push_back(detail::featureAt(lineData.data(), profile.index[peak], type, lineIdx, 0.0));
   }
   detail::append(corners, line_features);
   detail::stampIndices(lineData);

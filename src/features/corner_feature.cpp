@@ -2,7 +2,7 @@
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
 #include "features/line_runs.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
@@ -12,7 +12,7 @@ void qo_getLineCornerFeature(STesk3DPosition* lineData,
                              int lineIdx,
                              SQO_cornerParam cornerPara,
                              SQO_lineFeature* line_features) {
-  const detail::Profile profile = detail::validProfile(lineData, dataSize);
+  const detail::ValidProfile profile = detail::collectProfile(lineData, dataSize);
   const auto corners = detail::steepCorners(lineData, profile, lineIdx, cornerPara);
   std::vector<SQO_RUN> runs = detail::findRuns(lineData, dataSize, cornerPara.minEndingGap_z);
   detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);

@@ -55,7 +55,7 @@ double certainMiss(double cornerTh) {
 /// The contenders among the candidates. Only their measures are computed.
 std::vector<Contender> findContenders(const std::vector<int>& candidates,
                                       const Slopes& slopes,
-                                      const Profile& profile,
+                                      const ValidProfile& profile,
                                       const PeakRule& rule) {
   const bool magnitude = rule.measure == PeakRule::Measure::kMagnitude;
   const auto measured = [magnitude](double value) { return magnitude ? std::abs(value) : value; };
@@ -131,7 +131,7 @@ CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign) {
   Direction direction = Direction::kNone;
   CornerChange changes(slopes);
   int previous = kNoPoint;
-  for (int i = 0; i < slopes.size(); ++i) {
+  for (int i = 0; i < slopes.count(); ++i) {
     if (!slopes.exist(i)) {
       continue;
     }
@@ -150,7 +150,7 @@ CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign) {
     previous = i;
   }
   // A direction still pending is an extremum only where the line runs out of slopes.
-  if (slopes.size() > 0 && !slopes.exist(slopes.size() - 1)) {
+  if (slopes.count() > 0 && !slopes.exist(slopes.count() - 1)) {
     if (direction == Direction::kGrowing) {
       extrema.maxima.push_back(previous);
     } else if (direction == Direction::kFalling) {
@@ -162,7 +162,7 @@ CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign) {
 
 std::vector<int> findPeaks(const std::vector<int>& candidates,
                            const Slopes& slopes,
-                           const Profile& profile,
+                           const ValidProfile& profile,
                            const PeakRule& rule) {
   const std::vector<Contender> contenders = findContenders(candidates, slopes, profile, rule);
   std::vector<char> isSuppressed(contenders.size());

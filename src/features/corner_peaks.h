@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "features/slopes.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
 /// The extrema of the corner measure along a line, and the peaks among them. Points are given by
 /// their indices in the profile, in line order.
@@ -36,7 +36,7 @@ struct PeakRule {
 /// The candidates that reach the threshold and have no greater one within the window.
 std::vector<int> findPeaks(const std::vector<int>& candidates,
                            const Slopes& slopes,
-                           const Profile& profile,
+                           const ValidProfile& profile,
                            const PeakRule& rule);
 
 }  // namespace scanline::detail

@@ -6,7 +6,7 @@
 namespace scanline::detail {
 
 std::vector<int> cornerPeaks(const Slopes& slopes,
-                             const Profile& profile,
+                             const ValidProfile& profile,
                              const SQO_cornerParam& param) {
   return findPeaks(findExtrema(slopes, ExtremaSign::kAny).maxima, slopes, profile,
                    usualPeaks(param, PeakRule::Measure::kValue));
@@ -25,14 +25,14 @@ int typeBySteepArms(double backwardAngle, double forwardAngle, const SQO_cornerP
 }
 
 std::vector<SQO_basicFeature1D> steepCorners(const STesk3DPosition* lineData,
-                                             const Profile& profile,
+                                             const ValidProfile& profile,
                                              int lineIdx,
                                              const SQO_cornerParam& param) {
   const Slopes slopes(profile, SlopeSearch::unlimited(param.scale));
   std::vector<SQO_basicFeature1D> features;
   for (const int peak : cornerPeaks(slopes, profile, param)) {
     const int type = typeBySteepArms(slopes.backwardAngle(peak), slopes.forwardAngle(peak), param);
-    features.push_back(featureAt(lineData, profile.sampleOf[peak], type, lineIdx, 0.0));
+    features.push_back(featureAt(lineData, profile.index[peak], type, lineIdx, 0.0));
   }
   return features;
 }

@@ -6,7 +6,7 @@
 #include <scanline/line_features.h>
 #include "features/corner_peaks.h"
 #include "features/slopes.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
 /// What the corner searches make of the peaks of the corner measure.
 namespace scanline::detail {
@@ -18,7 +18,7 @@ inline PeakRule usualPeaks(const SQO_cornerParam& param, PeakRule::Measure measu
 
 /// The peaks among the maxima of the corner measure.
 std::vector<int> cornerPeaks(const Slopes& slopes,
-                             const Profile& profile,
+                             const ValidProfile& profile,
                              const SQO_cornerParam& param);
 
 /// The type by steep arms: `jumpCornerTh_1` is the steep limit, `jumpCornerTh_2` that of the arm
@@ -27,7 +27,7 @@ int typeBySteepArms(double backwardAngle, double forwardAngle, const SQO_cornerP
 
 /// The corner peaks of a whole profile, typed by steep arms and without a value.
 std::vector<SQO_basicFeature1D> steepCorners(const STesk3DPosition* lineData,
-                                             const Profile& profile,
+                                             const ValidProfile& profile,
                                              int lineIdx,
                                              const SQO_cornerParam& param);
 

@@ -4,7 +4,7 @@
 #include <scanline/line_features.h>
 #include "features/flat_steps.h"
 #include "features/flat_views.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 

@@ -17,7 +17,7 @@ std::vector<STesk3DPosition> findRims(const std::vector<STesk3DPosition>& lineDa
                                       const SQO_cornerParam& param) {
   const detail::Stretches stretches = detail::stretchesByZ(
       lineData.data(), static_cast<int>(lineData.size()), param.minEndingGap_z);
-  const detail::Profile& profile = stretches.points;
+  const detail::ValidProfile& profile = stretches.points;
   const detail::Slopes slopes(profile, stretches.ranges,
                               detail::SlopeSearch::unlimited(param.scale));
   const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
@@ -25,7 +25,7 @@ std::vector<STesk3DPosition> findRims(const std::vector<STesk3DPosition>& lineDa
   for (const int rim : detail::findPeaks(
            extrema.minima, slopes, profile,
            {param.cornerTh, param.scale * param.scale, detail::PeakRule::Measure::kMagnitude})) {
-    const int sample = profile.sampleOf[rim];
+    const int sample = profile.index[rim];
     rims.push_back({sample, lineData[sample].pt3D});
   }
   return rims;

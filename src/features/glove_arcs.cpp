@@ -5,7 +5,7 @@
 #include <scanline/line_features.h>
 #include "features/reach_search.h"
 #include "features/slopes.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 #include "geometry/root_free.h"
 #include "records/append.h"
 
@@ -22,10 +22,10 @@ struct Overtopping {
   std::vector<int> after;   ///< The number of points if there is none.
 };
 
-Overtopping findOvertopping(const detail::Profile& points) {
-  const int count = points.size();
-  Overtopping nearest = {std::vector<int>(points.sampleOf.size(), -1),
-                         std::vector<int>(points.sampleOf.size(), count)};
+Overtopping findOvertopping(const detail::ValidProfile& points) {
+  const int count = points.count();
+  Overtopping nearest = {std::vector<int>(points.index.size(), -1),
+                         std::vector<int>(points.index.size(), count)};
   std::vector<int> open;  // the points without a greater one after them so far; z falls or stays
   for (int i = 0; i < count; ++i) {
     while (!open.empty() && points.z[i] > points.z[open.back()]) {
@@ -41,8 +41,8 @@ Overtopping findOvertopping(const detail::Profile& points) {
 }
 
 /// The points that nothing overtops up to the nearest points at least `scale` away.
-std::vector<int> findSummits(const detail::Profile& points, double scale) {
-  const int count = points.size();
+std::vector<int> findSummits(const detail::ValidProfile& points, double scale) {
+  const int count = points.count();
   const Overtopping nearest = findOvertopping(points);
   detail::ReachSearch search(points.y.data(), points.z.data(), count,
                              detail::squaredThreshold(scale));
@@ -65,13 +65,13 @@ struct Chain {
   std::vector<double> steps;
 };
 
-Chain chainOf(const detail::Profile& points, double scale) {
+Chain chainOf(const detail::ValidProfile& points, double scale) {
   const detail::Slopes slopes(points, detail::SlopeSearch::unlimited(scale));
-  Chain chain = {std::vector<double>(points.sampleOf.size()),
-                 std::vector<double>(points.sampleOf.size())};
-  for (int i = 0; i < points.size(); ++i) {
+  Chain chain = {std::vector<double>(points.index.size()),
+                 std::vector<double>(points.index.size())};
+  for (int i = 0; i < points.count(); ++i) {
     chain.angles[i] = slopes.forwardAngle(i);
-    if (i + 1 < points.size()) {
+    if (i + 1 < points.count()) {
       const double dy = points.y[i] - points.y[i + 1];
       const double dz = points.z[i] - points.z[i + 1];
       chain.steps[i] = std::sqrt(dy * dy + dz * dz);
@@ -117,15 +117,15 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   if (lineData.size() < kMinSamples) {
     return;
   }
-  const detail::Profile points =
-      detail::validProfile(lineData.data(), static_cast<int>(lineData.size()));
+  const detail::ValidProfile points =
+      detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
   const Chain chain = chainOf(points, gloveArcPara.scale);
   std::vector<SQO_basicFeature1D> arcs;
   for (const int summit : findSummits(points, gloveArcPara.scale)) {
     const double turn = angleBefore(chain, summit, gloveArcPara.armLen) -
                         angleBehind(chain, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      const int sample = points.sampleOf[summit];
+      const int sample = points.index[summit];
       arcs.push_back({FEATURE_PEAK, {lineIdx, sample}, lineData[sample].pt3D, turn});
     }
   }

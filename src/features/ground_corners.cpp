@@ -21,16 +21,16 @@ constexpr int kGround = 1;
 class GroundSearch {
  public:
   GroundSearch(const std::vector<STesk3DPosition>& lineData,
-               const detail::Profile& profile,
+               const detail::ValidProfile& profile,
                const std::vector<int>& groundMask,
                double groundDist)
-      : x_(static_cast<std::size_t>(profile.size())),
+      : x_(static_cast<std::size_t>(profile.count())),
         tooFar_(profile.y.data(),
                 x_.data(),
-                profile.size(),
+                profile.count(),
                 detail::squaredThresholdAbove(groundDist)) {
-    for (int i = 0; i < profile.size(); ++i) {
-      const STesk3DPosition& sample = lineData[profile.sampleOf[i]];
+    for (int i = 0; i < profile.count(); ++i) {
+      const STesk3DPosition& sample = lineData[profile.index[i]];
       x_[i] = sample.pt3D.x;
       if (groundMask[sample.nPointIdx] == kGround) {
         ground_.push_back(i);
@@ -57,7 +57,7 @@ class GroundSearch {
 
 /// The peaks among the minima of the corner measure.
 std::vector<int> minimumPeaks(const detail::Slopes& slopes,
-                              const detail::Profile& profile,
+                              const detail::ValidProfile& profile,
                               const SQO_cornerParam& param) {
   const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
   return detail::findPeaks(extrema.minima, slopes, profile,
@@ -77,7 +77,7 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData.data(), static_cast<int>(lineData.size()),
                             cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::Profile& profile = stretches.points;
+  const detail::ValidProfile& profile = stretches.points;
   const detail::Slopes slopes(profile, stretches.ranges,
                               detail::SlopeSearch::oneSided(cornerPara.scale));
   std::optional<GroundSearch> ground;
@@ -91,7 +91,7 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
       ground.emplace(lineData, profile, groundMask, groundDist);
     }
     if (ground->findsAround(peak)) {
-      const int stamp = lineData[profile.sampleOf[peak]].nPointIdx;
+      const int stamp = lineData[profile.index[peak]].nPointIdx;
       features.push_back(
           detail::featureAt(lineData.data(), stamp, type, lineIdx, slopes.corner(peak)));
     }

@@ -2,7 +2,7 @@
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
 #include "features/slopes.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -13,7 +13,7 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
                                       int maskID,
                                       SQO_cornerParam cornerPara,
                                       std::vector<SQO_basicFeature1D>& line_features) {
-  const detail::Profile profile = detail::collectProfile(
+  const detail::ValidProfile profile = detail::collectProfile(
       lineData.data(), static_cast<int>(lineData.size()), [maskID](const STesk3DPosition& sample) {
         const bool isLabelled = sample.nPointIdx == maskID;
         return detail::isAboveNoSample(sample.pt3D.z) && isLabelled;
@@ -25,7 +25,7 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
   for (const int peak : detail::cornerPeaks(slopes, profile, cornerPara)) {
     const int type =
         detail::typeBySteepArms(slopes.backwardAngle(peak), slopes.forwardAngle(peak), cornerPara);
-    corners.push_back(detail::featureAt(lineData.data(), profile.sampleOf[peak], type, lineIdx,
+    corners.push_back(detail::featureAt(lineData.data(), profile.index[peak], type, lineIdx,
                                         slopes.corner(peak)));
   }
   detail::append(corners, line_features);

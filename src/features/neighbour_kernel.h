@@ -2,46 +2,54 @@
 
 #include <vector>
 
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
-/// Finds for each point of a profile the nearest one by index that is far enough away.
+/// The search for neighbours near each point of a profile.
 namespace scanline::detail {
 
-/// The length along a line up to each of its points.
-struct ArcLengths {
-  std::vector<double> upTo;
+/// The length of a line up to each of its points.
+class ArcLengths {
+ public:
+  explicit ArcLengths(const ValidProfile& profile);
 
-  explicit ArcLengths(const Profile& profile);
+  [[nodiscard]] const double* data() const {
+    return upTo_.data();
+  }
 
-  /// An arc that is shorter than this joins points whose distance does not reach the root of
-  /// `squaredThreshold`. NaN, which no arc is shorter than, if there is no such length.
+  /// Points on a shorter arc than this are closer to each other than the root of
+  /// `squaredThreshold`. NaN or negative, so that no arc is shorter, if there is no such length.
   [[nodiscard]] double arcReaching(double squaredThreshold) const;
+
+ private:
+  std::vector<double> upTo_;
 };
 
-/// Stands for a neighbour that is neither found nor excluded before point `next` of a walk.
+/// The walks from all points of a range, each to the first point whose squared distance reaches a
+/// threshold.
+struct NeighbourWalk {
+  PointRange range;  ///< Walks start and end here.
+  int step;          ///< 1 to greater indices, -1 to lower ones.
+  double squaredThreshold;
+  double leastArc;  ///< Points on a shorter arc need not be looked at.
+};
+
+/// Stands for a neighbour where a walk was given up before it came to point `next`.
 constexpr int unfinishedAt(int next) {
   return kNoPoint - 1 - next;
 }
 constexpr bool isUnfinished(int neighbour) {
   return neighbour < kNoPoint;
 }
+/// The point where an unfinished walk continues.
 constexpr int nextOf(int unfinished) {
   return kNoPoint - 1 - unfinished;
 }
 
-/// What a walk from one point to the next searches for.
-struct NeighbourWalk {
-  PointRange range;         ///< The points that are walked from and to.
-  int step;                 ///< 1 for neighbours of greater index, -1 for those of lower index.
-  double squaredThreshold;  ///< The least square of the distance of a neighbour.
-  double leastArc;          ///< No neighbour is closer than this along the line.
-};
-
-/// Writes for each point of the range the index of its neighbour, `kNoPoint` if it has none, or
-/// where its walk was given up. Returns whether all walks were finished.
-bool findNeighbours(const Profile& profile,
-                    const ArcLengths& arcs,
-                    const NeighbourWalk& walk,
-                    int* neighbours);
+/// Writes the neighbour of each point of the range, `kNoPoint` if it has none. Returns whether no
+/// walk was given up.
+bool walkNearby(const ValidProfile& profile,
+                const ArcLengths& arcs,
+                const NeighbourWalk& walk,
+                int* neighbours);
 
 }  // namespace scanline::detail

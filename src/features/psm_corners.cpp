@@ -27,7 +27,7 @@ std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
     runs.push_back(stretches.spanOf(range, static_cast<int>(runs.size()) + 1));
   }
   if (!runs.empty()) {
-    runs.back().value = stretches.points.sampleOf.back();
+    runs.back().value = stretches.points.index.back();
   }
   return runs;
 }

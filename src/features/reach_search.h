@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
 namespace scanline::detail {
 

@@ -31,15 +31,15 @@ std::vector<int> findMarks(const STesk3DPosition* lineData,
                            const detail::Stretches& stretches,
                            const detail::Slopes& slopes,
                            const SQO_cornerParam& param) {
-  const std::vector<int>& sampleOf = stretches.points.sampleOf;
+  const std::vector<int>& index = stretches.points.index;
   std::vector<int> marks(static_cast<std::size_t>(std::max(dataSize, 0)));
   for (const detail::PointRange& range : stretches.ranges) {
-    marks[sampleOf[range.first]] |= detail::kStretchStartMark;
-    marks[sampleOf[range.last]] |= detail::kStretchEndMark;
+    marks[index[range.first]] |= detail::kStretchStartMark;
+    marks[index[range.last]] |= detail::kStretchEndMark;
   }
   for (const int peak : detail::cornerPeaks(slopes, stretches.points, param)) {
-    marks[lineData[sampleOf[peak]].nPointIdx] |= detail::typeByFlatArm(slopes, peak, param)
-                                                 << kTypeShift;
+    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(slopes, peak, param)
+                                              << kTypeShift;
   }
   return marks;
 }
@@ -87,7 +87,7 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
   std::vector<SQO_basicFeature1D> features;
   int next = 0;
   for (int i = 0; i < dataSize; ++i) {
-    const bool isPoint = next < slopes.size() && stretches.points.sampleOf[next] == i;
+    const bool isPoint = next < slopes.count() && stretches.points.index[next] == i;
     const int point = isPoint ? next++ : detail::kNoPoint;
     const STesk3DPosition& sample = lineData[i];
     const int word = sample.nPointIdx | marks[i];

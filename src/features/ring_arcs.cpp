@@ -57,7 +57,7 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
   const detail::Slopes slopes(stretches.points, stretches.ranges,
                               detail::SlopeSearch::unlimited(cornerPara.scale));
   const auto sampleAt = [&](int point) -> const STesk3DPosition& {
-    return lineData[stretches.points.sampleOf[point]];
+    return lineData[stretches.points.index[point]];
   };
   std::vector<SJU_segFeature> arcs;
   for (const detail::PointRange& stretch : stretches.ranges) {
@@ -71,7 +71,7 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
         continue;
       }
       const auto [first, last] = extentOf(arc, stretch, slopes);
-      arcs.push_back({lineIdx, stretches.points.sampleOf[first], stretches.points.sampleOf[last], 0,
+      arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
                       sampleAt(first).pt3D, sampleAt(last).pt3D, turn});
     }
   }

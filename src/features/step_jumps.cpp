@@ -7,7 +7,7 @@
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
 #include "features/slopes.h"
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
@@ -42,7 +42,7 @@ std::vector<StepCorner> selectStepCorners(const std::vector<int>& peaks,
 
 /// All corners of a line that can belong to a step, in line order.
 std::vector<StepCorner> findStepCorners(const detail::Slopes& slopes,
-                                        const detail::Profile& profile,
+                                        const detail::ValidProfile& profile,
                                         const SQO_cornerParam& param) {
   using Measure = detail::PeakRule::Measure;
   const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kAny);
@@ -66,15 +66,15 @@ SQO_basicFeature1D jumpBetween(const StepCorner& first,
                                const StepCorner& second,
                                const detail::Slopes& slopes,
                                const STesk3DPosition* lineData,
-                               const detail::Profile& profile,
+                               const detail::ValidProfile& profile,
                                int lineIdx) {
   using detail::Arms;
   if (first.is(true, Arms::kFlatThenSteep) && second.is(false, Arms::kSteepThenFlat)) {
-    return detail::featureAt(lineData, profile.sampleOf[first.point], FEATURE_JUMP_FALL, lineIdx,
+    return detail::featureAt(lineData, profile.index[first.point], FEATURE_JUMP_FALL, lineIdx,
                              slopes.backwardZ(first.point));
   }
   if (first.is(false, Arms::kFlatThenSteep) && second.is(true, Arms::kSteepThenFlat)) {
-    return detail::featureAt(lineData, profile.sampleOf[second.point], FEATURE_JUMP_RISE, lineIdx,
+    return detail::featureAt(lineData, profile.index[second.point], FEATURE_JUMP_RISE, lineIdx,
                              slopes.forwardZ(second.point));
   }
   return {};
@@ -87,7 +87,7 @@ void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
                                         int lineIdx,
                                         SQO_cornerParam cornerPara,
                                         std::vector<SQO_basicFeature1D>& line_jumps) {
-  const detail::Profile profile = detail::validProfile(lineData, dataSize);
+  const detail::ValidProfile profile = detail::collectProfile(lineData, dataSize);
   const detail::Slopes slopes(profile, detail::SlopeSearch::unlimited(cornerPara.scale));
   const std::vector<StepCorner> corners = findStepCorners(slopes, profile, cornerPara);
   std::vector<SQO_basicFeature1D> jumps;

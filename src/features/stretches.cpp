@@ -25,7 +25,7 @@ std::vector<PointRange> cutRanges(int count, Continues continues) {
   return ranges;
 }
 
-Profile profileUpTo(const STesk3DPosition* lineData, int dataSize, double maxZ) {
+ValidProfile profileUpTo(const STesk3DPosition* lineData, int dataSize, double maxZ) {
   return collectProfile(lineData, dataSize, [maxZ](const STesk3DPosition& sample) {
     return !isHole(sample.pt3D.z) && !(sample.pt3D.z > maxZ);
   });
@@ -43,14 +43,14 @@ Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double ste
 }
 
 Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ, double maxZ) {
-  Profile points = profileUpTo(lineData, dataSize, maxZ);
-  auto ranges = cutRanges(points.size(), [&](int i) { return isClose(points.z, i, stepZ); });
+  ValidProfile points = profileUpTo(lineData, dataSize, maxZ);
+  auto ranges = cutRanges(points.count(), [&](int i) { return isClose(points.z, i, stepZ); });
   return {std::move(points), std::move(ranges)};
 }
 
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ) {
-  Profile points = profileUpTo(lineData, dataSize, std::numeric_limits<double>::infinity());
-  auto ranges = cutRanges(points.size(), [&](int i) {
+  ValidProfile points = profileUpTo(lineData, dataSize, std::numeric_limits<double>::infinity());
+  auto ranges = cutRanges(points.count(), [&](int i) {
     return isClose(points.z, i, stepZ) && isClose(points.y, i, stepY);
   });
   return {std::move(points), std::move(ranges)};
@@ -65,8 +65,8 @@ void stampIndices(std::vector<STesk3DPosition>& lineData) {
 
 void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData) {
   for (const PointRange& range : stretches.ranges) {
-    lineData[stretches.points.sampleOf[range.first]].nPointIdx |= kStretchStartMark;
-    lineData[stretches.points.sampleOf[range.last]].nPointIdx |= kStretchEndMark;
+    lineData[stretches.points.index[range.first]].nPointIdx |= kStretchStartMark;
+    lineData[stretches.points.index[range.last]].nPointIdx |= kStretchEndMark;
   }
 }
 

@@ -3,20 +3,20 @@
 #include <vector>
 
 #include <scanline/scan_records.h>
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
 namespace scanline::detail {
 
 /// The valid points of a line, cut into stretches of continuous ones. Unlike runs, stretches go on
 /// across holes: only the step from valid point to valid point counts.
 struct Stretches {
-  Profile points;
+  ValidProfile points;
   std::vector<PointRange> ranges;  ///< The stretches; together they are all points.
 
   /// The samples of a line that a stretch spans, holes counted.
   [[nodiscard]] SQO_RUN spanOf(const PointRange& range, int value) const {
-    const int start = points.sampleOf[range.first];
-    return {start, points.sampleOf[range.last] - start + 1, value};
+    const int start = points.index[range.first];
+    return {start, points.index[range.last] - start + 1, value};
   }
 };
 

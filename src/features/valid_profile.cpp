@@ -1,11 +1,17 @@
 // Collects the valid points of a line.
-#include "features/valid_points.h"
+#include "features/valid_profile.h"
 
 #include <algorithm>
 
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
+
+ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize) {
+  return collectProfile(lineData, dataSize, [](const STesk3DPosition& sample) {
+    return isAboveNoSample(sample.pt3D.z);
+  });
+}
 
 Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
   Samples points;
@@ -16,12 +22,6 @@ Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
     }
   }
   return points;
-}
-
-Profile validProfile(const STesk3DPosition* lineData, int dataSize) {
-  return collectProfile(lineData, dataSize, [](const STesk3DPosition& sample) {
-    return isAboveNoSample(sample.pt3D.z);
-  });
 }
 
 }  // namespace scanline::detail

@@ -6,28 +6,22 @@
 
 #include <scanline/scan_records.h>
 
-/// The valid points of a line: as records, or as the columns of a profile in the y-z plane.
 namespace scanline::detail {
 
 /// No point of a list.
 constexpr int kNoPoint = -1;
 
-/// A closed range of indices in the list of valid points.
+/// A closed range of points.
 struct PointRange {
   int first;
   int last;
 };
 
-using Samples = std::vector<STesk3DPosition>;
-
-/// Copies of the samples above the no-sample limit, each stamped with its index on the line.
-Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
-
 /// A column of numbers. NaN stands before the first and after the last, so that a kernel may read
 /// `kPadding` numbers beyond either end.
 class PaddedColumn {
  public:
-  static constexpr int kPadding = 16;
+  static constexpr int kPadding = 8;
 
   explicit PaddedColumn(std::size_t capacity)
       : values_(capacity + 2 * std::size_t{kPadding}, std::numeric_limits<double>::quiet_NaN()) {}
@@ -46,23 +40,24 @@ class PaddedColumn {
   std::vector<double> values_;
 };
 
-/// The valid points of a line as the corner searches see them.
-struct Profile {
-  explicit Profile(std::size_t capacity) : y(capacity), z(capacity), sampleOf(capacity) {}
+/// The valid points of a line as the y-z plane has them, each known by its place in the profile.
+/// Searches that pass over all of them read only the coordinates that they compare.
+struct ValidProfile {
+  explicit ValidProfile(std::size_t capacity) : y(capacity), z(capacity), index(capacity) {}
 
-  [[nodiscard]] int size() const {
-    return static_cast<int>(sampleOf.size());
+  [[nodiscard]] int count() const {
+    return static_cast<int>(index.size());
   }
 
   PaddedColumn y;
   PaddedColumn z;
-  std::vector<int> sampleOf;  ///< Index on the line of each point.
+  std::vector<int> index;  ///< Index of each point on the line.
 };
 
 /// The profile of the samples that are points by `isPoint(sample)`.
 template <typename IsPoint>
-Profile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
-  Profile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
+ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
+  ValidProfile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
   double* const y = profile.y.data();
   double* const z = profile.z.data();
   std::size_t count = 0;
@@ -71,16 +66,21 @@ Profile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint is
   for (int i = 0; i < dataSize; ++i) {
     y[count] = lineData[i].pt3D.y;
     z[count] = lineData[i].pt3D.z;
-    profile.sampleOf[count] = i;
+    profile.index[count] = i;
     count += isPoint(lineData[i]) ? 1 : 0;
   }
   y[count] = std::numeric_limits<double>::quiet_NaN();
   z[count] = std::numeric_limits<double>::quiet_NaN();
-  profile.sampleOf.resize(count);
+  profile.index.resize(count);
   return profile;
 }
 
 /// The profile of the samples above the no-sample limit.
-Profile validProfile(const STesk3DPosition* lineData, int dataSize);
+ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize);
+
+using Samples = std::vector<STesk3DPosition>;
+
+/// Copies of the samples above the no-sample limit, each stamped with its index on the line.
+Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
 
 }  // namespace scanline::detail
