@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "features/extent.h"
+#include "features/turn_lists.h"
 
 namespace scanline::detail {
 namespace {
@@ -125,39 +126,24 @@ void markSuppressed(const std::vector<Contender>& contenders,
 }  // namespace
 
 CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign) {
-  enum class Direction { kNone, kGrowing, kFalling };
-  const bool any = sign == ExtremaSign::kAny;
-  CornerExtrema extrema;
-  Direction direction = Direction::kNone;
+  TurnLists turns(static_cast<std::size_t>(slopes.count()));
   CornerChange changes(slopes);
   int previous = kNoPoint;
   for (int i = 0; i < slopes.count(); ++i) {
-    if (!slopes.exist(i)) {
-      continue;
+    if (slopes.exist(i)) {
+      turns.take(i, previous == kNoPoint ? 0.0 : changes.next(previous, i));
+      previous = i;
     }
-    const double change = previous == kNoPoint ? 0.0 : changes.next(previous, i);
-    if (change < 0.0) {
-      if (direction == Direction::kGrowing && (any || slopes.cornerSign(previous) > 0.0)) {
-        extrema.maxima.push_back(previous);
-      }
-      direction = Direction::kFalling;
-    } else if (change > 0.0) {
-      if (direction == Direction::kFalling && (any || slopes.cornerSign(previous) < 0.0)) {
-        extrema.minima.push_back(previous);
-      }
-      direction = Direction::kGrowing;
-    }
-    previous = i;
   }
-  // A direction still pending is an extremum only where the line runs out of slopes.
+  if (sign == ExtremaSign::kMatching) {
+    turns.filter([&slopes](int i) { return slopes.cornerSign(i) > 0.0; },
+                 [&slopes](int i) { return slopes.cornerSign(i) < 0.0; });
+  }
+  // The last direction counts only where the line runs out of slopes.
   if (slopes.count() > 0 && !slopes.exist(slopes.count() - 1)) {
-    if (direction == Direction::kGrowing) {
-      extrema.maxima.push_back(previous);
-    } else if (direction == Direction::kFalling) {
-      extrema.minima.push_back(previous);
-    }
+    turns.close();
   }
-  return extrema;
+  return {turns.releaseMaxima(), turns.releaseMinima()};
 }
 
 std::vector<int> findPeaks(const std::vector<int>& candidates,
