@@ -2,9 +2,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/flat_steps.h"
 #include "features/flat_views.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "features/corner_stages.h"
+#include "features/valid_profile.h"
 
 /// The steps of a nearly flat line, measured over a stretch of y.
 namespace scanline::detail {

@@ -3,8 +3,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/reach_search.h"
+#include "features/slopes.h"
+#include "features/valid_profile.h"
 #include "geometry/root_free.h"
 #include "records/append.h"
 
@@ -14,12 +15,6 @@ namespace {
 
 constexpr std::size_t kMinSamples = 10;
 
-double distanceBetween(const STesk3DPosition& a, const STesk3DPosition& b) {
-  const double dy = a.pt3D.y - b.pt3D.y;
-  const double dz = a.pt3D.z - b.pt3D.z;
-  return std::sqrt(dy * dy + dz * dz);
-}
-
 /// The nearest points that overtop a point: before it one of equal or greater z, which makes the
 /// first point of a plateau its summit, and after it one of greater z.
 struct Overtopping {
@@ -27,13 +22,13 @@ struct Overtopping {
   std::vector<int> after;   ///< The number of points if there is none.
 };
 
-Overtopping findOvertopping(const detail::Samples& points) {
-  const int count = static_cast<int>(points.size());
-  Overtopping nearest = {std::vector<int>(points.size(), -1),
-                         std::vector<int>(points.size(), count)};
+Overtopping findOvertopping(const detail::ValidProfile& points) {
+  const int count = points.count();
+  Overtopping nearest = {std::vector<int>(points.index.size(), -1),
+                         std::vector<int>(points.index.size(), count)};
   std::vector<int> open;  // the points without a greater one after them so far; z falls or stays
   for (int i = 0; i < count; ++i) {
-    while (!open.empty() && points[i].pt3D.z > points[open.back()].pt3D.z) {
+    while (!open.empty() && points.z[i] > points.z[open.back()]) {
       nearest.after[open.back()] = i;
       open.pop_back();
     }
@@ -46,10 +41,11 @@ Overtopping findOvertopping(const detail::Samples& points) {
 }
 
 /// The points that nothing overtops up to the nearest points at least `scale` away.
-std::vector<int> findSummits(const detail::Samples& points, double scale) {
-  const int count = static_cast<int>(points.size());
+std::vector<int> findSummits(const detail::ValidProfile& points, double scale) {
+  const int count = points.count();
   const Overtopping nearest = findOvertopping(points);
-  detail::ReachSearch search(points, detail::leastSquareReaching(scale));
+  detail::ReachSearch search(points.y.data(), points.z.data(), count,
+                             detail::squaredThreshold(scale));
   std::vector<int> summits;
   for (int i = 0; i < count; ++i) {
     const int before = nearest.before[i];
@@ -62,20 +58,35 @@ std::vector<int> findSummits(const detail::Samples& points, double scale) {
   return summits;
 }
 
-/// Fills the distance from each point to the next one.
-void measureSteps(const detail::Samples& points, detail::Slopes& slopes) {
-  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-    slopes[i].forwardStep = distanceBetween(points[i], points[i + 1]);
+/// What the arms of a summit are made of: for each point the forward angle and the distance to the
+/// next point.
+struct Chain {
+  std::vector<double> angles;
+  std::vector<double> steps;
+};
+
+Chain chainOf(const detail::ValidProfile& points, double scale) {
+  const detail::Slopes slopes(points, detail::SlopeSearch::unlimited(scale));
+  Chain chain = {std::vector<double>(points.index.size()),
+                 std::vector<double>(points.index.size())};
+  for (int i = 0; i < points.count(); ++i) {
+    chain.angles[i] = slopes.forwardAngle(i);
+    if (i + 1 < points.count()) {
+      const double dy = points.y[i] - points.y[i + 1];
+      const double dz = points.z[i] - points.z[i + 1];
+      chain.steps[i] = std::sqrt(dy * dy + dz * dz);
+    }
   }
+  return chain;
 }
 
 /// The greatest forward angle before a summit, not below 0.
-double angleBefore(const detail::Slopes& slopes, int summit, double armLen) {
+double angleBefore(const Chain& chain, int summit, double armLen) {
   double greatest = 0.0;
   double length = 0.0;
   for (int j = summit - 1; j >= 0; --j) {
-    greatest = std::max(greatest, slopes[j].forwardAngle);
-    length += slopes[j].forwardStep;
+    greatest = std::max(greatest, chain.angles[j]);
+    length += chain.steps[j];
     if (length >= armLen) {
       break;
     }
@@ -84,15 +95,15 @@ double angleBefore(const detail::Slopes& slopes, int summit, double armLen) {
 }
 
 /// The smallest forward angle from a summit on. The point that reaches the length is left out.
-double angleBehind(const detail::Slopes& slopes, int summit, double armLen) {
-  double smallest = slopes[summit].forwardAngle;
-  double length = slopes[summit].forwardStep;
-  for (std::size_t j = static_cast<std::size_t>(summit) + 1; j < slopes.size(); ++j) {
-    length += slopes[j].forwardStep;
+double angleBehind(const Chain& chain, int summit, double armLen) {
+  double smallest = chain.angles[summit];
+  double length = chain.steps[summit];
+  for (std::size_t j = static_cast<std::size_t>(summit) + 1; j < chain.angles.size(); ++j) {
+    length += chain.steps[j];
     if (length >= armLen) {
       break;
     }
-    smallest = std::min(smallest, slopes[j].forwardAngle);
+    smallest = std::min(smallest, chain.angles[j]);
   }
   return smallest;
 }
@@ -106,18 +117,16 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   if (lineData.size() < kMinSamples) {
     return;
   }
-  const detail::Samples points =
-      detail::collectValidPoints(lineData.data(), static_cast<int>(lineData.size()));
-  detail::Slopes slopes =
-      detail::slopePass(points, detail::SlopeSearch::unlimited(gloveArcPara.scale));
-  measureSteps(points, slopes);
+  const detail::ValidProfile points =
+      detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
+  const Chain chain = chainOf(points, gloveArcPara.scale);
   std::vector<SQO_basicFeature1D> arcs;
   for (const int summit : findSummits(points, gloveArcPara.scale)) {
-    const double turn = angleBefore(slopes, summit, gloveArcPara.armLen) -
-                        angleBehind(slopes, summit, gloveArcPara.armLen);
+    const double turn = angleBefore(chain, summit, gloveArcPara.armLen) -
+                        angleBehind(chain, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      arcs.push_back(
-          {FEATURE_PEAK, {lineIdx, points[summit].nPointIdx}, points[summit].pt3D, turn});
+      const int sample = points.index[summit];
+      arcs.push_back({FEATURE_PEAK, {lineIdx, sample}, lineData[sample].pt3D, turn});
     }
   }
   detail::append(arcs, line_gloveArcs);

@@ -1,3 +1,4 @@
+// Finds where z turns up or down along a line.
 #include "features/turning_points.h"
 
 #include "records/sample_rules.h"
