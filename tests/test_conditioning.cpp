@@ -131,7 +131,7 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
   Line line = build::profileLine(200 * tread, 1.0,
                                  [=](double y) { return 10.0 + 40.0 * std::floor(y / tread); });
   Runs pieces;
-  split({0, 200 * tread, 7}, line, 1e-300, pieces);
+  split({0, 200 * tread, 7}, line, 0.0, pieces);
   ASSERT_EQ(pieces.size(), 200U);
   for (int i = 0; i < 200; ++i) {
     EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;
