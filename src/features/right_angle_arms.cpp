@@ -1,3 +1,4 @@
+// Measures the arms of a right angle: how far a line runs from a sample and how much it deviates.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -8,42 +9,56 @@
 
 namespace scanline::detail {
 
-ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) : lineData_(lineData) {
-  const auto count = static_cast<std::size_t>(std::max(dataSize, 0));
-  neighbours_.reserve(count);
-  placeOf_.resize(count + 1);
+ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) {
+  const auto size = static_cast<std::size_t>(std::max(dataSize, 0));
+  y_.resize(size);
+  z_.resize(size);
+  index_.resize(size);
   Extent y;
   Extent z;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isNoSample(point.z)) {
-      y.take(point.y);
-      z.take(point.z);
+    if (isNoSample(point.z)) {
+      continue;
     }
-    if (isAboveNoSample(point.z)) {
-      neighbours_.push_back({point.y, point.z, i});
-    }
-    placeOf_[i + 1] = static_cast<int>(neighbours_.size());
+    y.take(point.y);
+    z.take(point.z);
+    y_[count_] = point.y;
+    z_[count_] = point.z;
+    index_[count_] = i;
+    count_ += isAboveNoSample(point.z) ? 1 : 0;
   }
   span_ = (y.max - y.min) + (z.max - z.min);
 }
 
-ArmWalk ArmWalker::walk(int sample, int place, int stride, double armLen) const {
-  const STesk3DPoint& origin = lineData_[sample].pt3D;
-  const int count = static_cast<int>(neighbours_.size());
+ArmWalk ArmWalker::walk(const ArmOrigin& origin, int place, int stride, double armLen) const {
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
-  for (; place >= 0 && place < count; place += stride) {
-    const Neighbour& neighbour = neighbours_[place];
-    const double dy = std::abs(neighbour.y - origin.y);
-    const double dz = std::abs(neighbour.z - origin.z);
+  for (; place >= 0 && place < count_; place += stride) {
+    const double dy = std::abs(y_[place] - origin.y);
+    const double dz = std::abs(z_[place] - origin.z);
     if (dy + dz > armLen) {
-      arm.stop = neighbour.index;
+      arm.stop = index_[place];
       break;
     }
     arm.maxDy = std::max(arm.maxDy, dy);
     arm.maxDz = std::max(arm.maxDz, dz);
   }
   return arm;
+}
+
+bool ArmWalker::isSteepArm(
+    const ArmOrigin& origin, int place, int stride, double armLen, double maxDeviation) const {
+  for (; place >= 0 && place < count_; place += stride) {
+    const double dy = std::abs(y_[place] - origin.y);
+    const double dz = std::abs(z_[place] - origin.z);
+    if (dy + dz > armLen) {
+      return true;
+    }
+    if (dy >= maxDeviation) {
+      return false;
+    }
+  }
+  return false;
 }
 
 }  // namespace scanline::detail
