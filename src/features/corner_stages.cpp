@@ -10,12 +10,6 @@
 namespace scanline::detail {
 namespace {
 
-/// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
-/// y behaves like one with rising y.
-double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
-  return std::atan((to.z - from.z) / std::abs(to.y - from.y)) * 180.0 / 3.141592653589793;
-}
-
 /// Slopes at point `i` towards its neighbours, either of which may be missing.
 SQO_pointSlope slopeAt(const Samples& points, int i, int backward, int forward, LoneSide loneSide) {
   const bool both = backward != kNoPoint && forward != kNoPoint;
@@ -135,6 +129,10 @@ void markOvertopped(const Slopes& candidates,
 }
 
 }  // namespace
+
+double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to) {
+  return std::atan((to.z - from.z) / std::abs(to.y - from.y)) * 180.0 / 3.141592653589793;
+}
 
 Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize) {
   Samples points;

@@ -27,6 +27,10 @@ using Slopes = std::vector<SQO_pointSlope>;
 /// Copies of the samples above the no-sample limit, each stamped with its index on the line.
 Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
 
+/// Angle of a chord in degrees. Its sign comes from z alone, so that a line traversed with falling
+/// y behaves like one with rising y.
+double chordAngle(const STesk3DPoint& from, const STesk3DPoint& to);
+
 /// What becomes of a point with a neighbour on one side only.
 enum class LoneSide {
   kNoSlopes,  ///< It has no slopes.

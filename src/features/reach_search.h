@@ -25,6 +25,11 @@ class ReachSearch {
     return square(points_[i].pt3D, points_[j].pt3D);
   }
 
+  /// Whether point `j` is reached from point `i`.
+  [[nodiscard]] bool isReached(int i, int j) const {
+    return square(i, j) >= leastSquare_;
+  }
+
   /// The first point reached from `i` by `step` (1 or -1) and before `end`, or `kNoPoint`.
   int find(int i, int step, int end) {
     const int nearby = std::min(kNearby, std::abs(end - i) - 1);
