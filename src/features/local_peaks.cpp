@@ -1,3 +1,5 @@
+// Finds the local peaks and valleys of a line: the turning points of z that stand out around them.
+#include <cstddef>
 #include <functional>
 #include <vector>
 
@@ -12,6 +14,26 @@ namespace {
 
 using detail::Turns;
 using Features = std::vector<SQO_basicFeature1D>;
+
+/// The turns that the turns next to them do not beat. Most turns of a noisy line are beaten by one
+/// of these, without a pattern, so a branch for each would often be mispredicted.
+template <typename Beats>
+std::vector<int> unbeatenByNext(const Turns& turns, double windowSquared, Beats beats) {
+  std::vector<int> unbeaten(turns.size());
+  std::size_t count = 0;
+  bool isBeatenByLast = false;
+  for (std::size_t k = 0; k < turns.size(); ++k) {
+    const STesk3DPoint& own = turns[k].pt3D;
+    const STesk3DPoint& next = turns[k + 1 < turns.size() ? k + 1 : k].pt3D;
+    const bool isNear = !((own.y - next.y) * (own.y - next.y) > windowSquared);
+    const bool isBeatenByNext = isNear & beats(next.z, own.z);
+    unbeaten[count] = static_cast<int>(k);
+    count += static_cast<std::size_t>(!(isBeatenByLast | isBeatenByNext));
+    isBeatenByLast = isNear & beats(own.z, next.z);
+  }
+  unbeaten.resize(count);
+  return unbeaten;
+}
 
 /// Looks from turn `k` by `step` for one within the window that `beats` it, and counts the steps.
 template <typename Beats>
@@ -81,7 +103,7 @@ Features unbeaten(const Turns& turns, int featureType, int lineIdx, double scale
   std::vector<char> beaten;
   std::size_t steps = 0;
   Features features;
-  for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
+  for (const int k : unbeatenByNext(turns, windowSquared, beats)) {
     if (beaten.empty() && steps > kStepsPerTurn * turns.size()) {
       beaten = beatenTurns(turns, windowSquared, beats);
     }
