@@ -5,15 +5,35 @@
 
 #include <scanline/line_features.h>
 #include "features/extent.h"
-#include "features/turning_points.h"
+#include "features/z_turns.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-using detail::Turns;
 using Features = std::vector<SQO_basicFeature1D>;
+
+/// Turning points of one kind, in line order.
+class Turns {
+ public:
+  Turns(const STesk3DPosition* lineData, const std::vector<int>& indices)
+      : lineData_(lineData), indices_(indices) {}
+
+  [[nodiscard]] std::size_t size() const {
+    return indices_.size();
+  }
+  [[nodiscard]] int index(std::size_t k) const {
+    return indices_[k];
+  }
+  const STesk3DPoint& operator[](std::size_t k) const {
+    return lineData_[indices_[k]].pt3D;
+  }
+
+ private:
+  const STesk3DPosition* lineData_;
+  const std::vector<int>& indices_;
+};
 
 /// The turns that the turns next to them do not beat. Most turns of a noisy line are beaten by one
 /// of these, without a pattern, so a branch for each would often be mispredicted.
@@ -23,8 +43,8 @@ std::vector<int> unbeatenByNext(const Turns& turns, double windowSquared, Beats 
   std::size_t count = 0;
   bool isBeatenByLast = false;
   for (std::size_t k = 0; k < turns.size(); ++k) {
-    const STesk3DPoint& own = turns[k].pt3D;
-    const STesk3DPoint& next = turns[k + 1 < turns.size() ? k + 1 : k].pt3D;
+    const STesk3DPoint& own = turns[k];
+    const STesk3DPoint& next = turns[k + 1 < turns.size() ? k + 1 : k];
     const bool isNear = !((own.y - next.y) * (own.y - next.y) > windowSquared);
     const bool isBeatenByNext = isNear & beats(next.z, own.z);
     unbeaten[count] = static_cast<int>(k);
@@ -39,12 +59,12 @@ std::vector<int> unbeatenByNext(const Turns& turns, double windowSquared, Beats 
 template <typename Beats>
 bool isBeaten(
     const Turns& turns, int k, int step, double windowSquared, Beats beats, std::size_t& steps) {
-  const double y = turns[k].pt3D.y;
-  const double z = turns[k].pt3D.z;
+  const double y = turns[k].y;
+  const double z = turns[k].z;
   const int count = static_cast<int>(turns.size());
   for (int other = k + step; other >= 0 && other < count; other += step) {
     ++steps;
-    const STesk3DPoint& rival = turns[other].pt3D;
+    const STesk3DPoint& rival = turns[other];
     if ((y - rival.y) * (y - rival.y) > windowSquared) {
       return false;
     }
@@ -66,13 +86,13 @@ void markBeaten(
   std::vector<int> beater(turns.size());
   std::vector<detail::Extent> between(turns.size());  // In y, the beater included.
   for (int k = step > 0 ? count - 1 : 0; isTurn(k); k -= step) {
-    const STesk3DPoint& own = turns[k].pt3D;
+    const STesk3DPoint& own = turns[k];
     detail::Extent seen;
     int other = k + step;
     if (isTurn(other)) {
-      seen.take(turns[other].pt3D.y);
+      seen.take(turns[other].y);
     }
-    while (isTurn(other) && !beats(turns[other].pt3D.z, own.z)) {
+    while (isTurn(other) && !beats(turns[other].z, own.z)) {
       seen.take(between[other]);
       other = beater[other];
     }
@@ -111,7 +131,7 @@ Features unbeaten(const Turns& turns, int featureType, int lineIdx, double scale
                                             !isBeaten(turns, k, 1, windowSquared, beats, steps)
                                       : beaten[k] == 0;
     if (stays) {
-      features.push_back({featureType, {lineIdx, turns[k].nPointIdx}, turns[k].pt3D, 0.0});
+      features.push_back({featureType, {lineIdx, turns.index(k)}, turns[k], 0.0});
     }
   }
   return features;
@@ -128,9 +148,11 @@ void qo_getLineLocalPeaks(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  const detail::TurningPoints turns = detail::findTurns(lineData, dataSize);
-  const Features low = unbeaten(turns.minima, FEATURE_PEAK, lineIdx, scale, std::less<>());
-  const Features high = unbeaten(turns.maxima, FEATURE_VALLEY, lineIdx, scale, std::greater<>());
+  const detail::ZTurns turns = detail::findZTurns(lineData, dataSize);
+  const Features low =
+      unbeaten({lineData, turns.minima}, FEATURE_PEAK, lineIdx, scale, std::less<>());
+  const Features high =
+      unbeaten({lineData, turns.maxima}, FEATURE_VALLEY, lineIdx, scale, std::greater<>());
   detail::makeRoom(high.size(), valleys);
   detail::append(low, peaks);
   detail::append(high, valleys);
