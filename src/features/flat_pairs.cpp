@@ -16,8 +16,8 @@ namespace {
 /// | high falling jump | low jump                                       |
 /// | high rising jump  | falling jump, falling slope or low rising jump |
 /// | rising slope      | falling slope                                  |
-bool mayPair(const SQO_flatStep& step, const SQO_flatStep& next, double jumpTh_z) {
-  const auto isLow = [jumpTh_z](const SQO_flatStep& jump) { return jumpTh_z > std::abs(jump.dz); };
+bool mayPair(const FlatStep& step, const FlatStep& next, double jumpTh_z) {
+  const auto isLow = [jumpTh_z](const FlatStep& jump) { return jumpTh_z > std::abs(jump.dz); };
   if (!step.isJump()) {
     return step.kind == StepKind::kRisingSlope && next.kind == StepKind::kFallingSlope;
   }
@@ -31,7 +31,7 @@ bool mayPair(const SQO_flatStep& step, const SQO_flatStep& next, double jumpTh_z
          (next.kind == StepKind::kRisingJump && isLow(next));
 }
 
-FlatDent::Kind kindOf(const SQO_flatStep& step, bool isPaired) {
+FlatDent::Kind kindOf(const FlatStep& step, bool isPaired) {
   if (step.isJump()) {
     return FlatDent::kJump;
   }
@@ -46,12 +46,12 @@ FlatDent::Kind kindOf(const SQO_flatStep& step, bool isPaired) {
 std::vector<FlatDent> pairSteps(const ValidProfile& profile,
                                 const FlatSteps& steps,
                                 const FlatLineLimits& limits) {
-  const auto areClose = [&](const SQO_flatStep& step, const SQO_flatStep& next) {
+  const auto areClose = [&](const FlatStep& step, const FlatStep& next) {
     return limits.peakWidth_y > std::abs(profile.y[next.first] - profile.y[step.last]);
   };
   std::vector<FlatDent> dents;
   for (std::size_t k = 0; k < steps.size(); ++k) {
-    const SQO_flatStep& step = steps[k];
+    const FlatStep& step = steps[k];
     const bool isLast = k + 1 == steps.size();
     if (isLast && step.kind == StepKind::kRisingSlope) {
       continue;

@@ -63,7 +63,7 @@ class DistantSampleSearch {
   int begin_ = 0;
 };
 
-SQO_flatStep stepBetween(
+FlatStep stepBetween(
     const ValidProfile& profile, int first, int last, StepKind falling, StepKind rising) {
   const double dz = profile.z[last] - profile.z[first];
   const double slope = dz / std::abs(profile.y[last] - profile.y[first]);
@@ -89,7 +89,7 @@ FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits
     if (distant < 0 || !(std::abs(z[distant] - z[k]) > kMinSlopeZ)) {
       continue;
     }
-    const SQO_flatStep step =
+    const FlatStep step =
         stepBetween(profile, k, distant, StepKind::kFallingSlope, StepKind::kRisingSlope);
     if (std::abs(step.slope) > kMinSlope) {
       steps.push_back(step);
@@ -99,7 +99,7 @@ FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits
 }
 
 /// Whether two steps of the list start from neighbouring samples.
-bool areNeighbours(const SQO_flatStep& a, const SQO_flatStep& b) {
+bool areNeighbours(const FlatStep& a, const FlatStep& b) {
   return b.first - a.first == 1 || a.first - b.first == 1;
 }
 
@@ -125,7 +125,7 @@ void absorbSlopes(FlatSteps& steps) {
   }
 }
 
-bool runSameWay(const SQO_flatStep& a, const SQO_flatStep& b) {
+bool runSameWay(const FlatStep& a, const FlatStep& b) {
   return (a.slope < 0.0 && b.slope < 0.0) || (a.slope > 0.0 && b.slope > 0.0);
 }
 
@@ -133,7 +133,7 @@ bool runSameWay(const SQO_flatStep& a, const SQO_flatStep& b) {
 /// alone; one inside a stretch counts like a slope. A sample without a step ends a stretch.
 FlatSteps mergeSteps(const FlatSteps& steps) {
   FlatSteps merged;
-  const SQO_flatStep* steepest = nullptr;
+  const FlatStep* steepest = nullptr;
   const auto endStretch = [&] {
     if (steepest != nullptr) {
       merged.push_back(*steepest);
@@ -141,7 +141,7 @@ FlatSteps mergeSteps(const FlatSteps& steps) {
     }
   };
   for (std::size_t k = 0; k < steps.size(); ++k) {
-    const SQO_flatStep& step = steps[k];
+    const FlatStep& step = steps[k];
     if (step.kind == StepKind::kNone || (k > 0 && !areNeighbours(steps[k - 1], step))) {
       endStretch();
     }

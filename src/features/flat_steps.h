@@ -10,7 +10,7 @@ namespace scanline::detail {
 enum class StepKind { kNone, kFallingJump, kRisingJump, kFallingSlope, kRisingSlope };
 
 /// A step between two valid samples, as indices in the profile.
-struct SQO_flatStep {
+struct FlatStep {
   StepKind kind;
   int first;
   int last;
@@ -22,7 +22,7 @@ struct SQO_flatStep {
   }
 };
 
-using FlatSteps = std::vector<SQO_flatStep>;
+using FlatSteps = std::vector<FlatStep>;
 
 /// The limits that separate jumps, slopes and dents.
 struct FlatLineLimits {

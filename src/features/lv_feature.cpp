@@ -1,3 +1,4 @@
+// Finds the L and V shapes of a line and the ends of its data segments.
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -12,6 +13,7 @@ namespace detail = scanline::detail;
 namespace {
 
 using Features = std::vector<SQO_basicFeature1D>;
+using Segments = std::vector<SQO_RUN>;
 
 /// Distance in y beyond which a flank stands apart from the V that it belongs to.
 constexpr double kApartY = 5.0;
@@ -41,8 +43,9 @@ bool isJump(const SQO_basicFeature1D& feature) {
 }
 
 VShape shapeOf(const detail::LvLine& line,
-               const detail::SQO_slopeRun& rise,
-               const detail::SQO_slopeRun& fall,
+               const Segments& segments,
+               const detail::SlopeRun& rise,
+               const detail::SlopeRun& fall,
                double jumpTh_z) {
   const int top =
       line.point(rise.endIdx).z >= line.point(fall.startIdx).z ? rise.endIdx : fall.startIdx;
@@ -50,8 +53,8 @@ VShape shapeOf(const detail::LvLine& line,
     return std::abs(line.point(top).y - line.point(index).y) > kApartY;
   };
   return {line.feature(FEATURE_V, top),
-          detail::flankOf(line, rise, jumpTh_z),
-          detail::flankOf(line, fall, jumpTh_z),
+          detail::flankOf(line, segments, rise, jumpTh_z),
+          detail::flankOf(line, segments, fall, jumpTh_z),
           isApart(rise.maxEndIdx),
           isApart(fall.maxStartIdx),
           line.growth(fall.endIdx, rise.startIdx)};
@@ -120,17 +123,19 @@ void appendV(const VShape& shape, Features& features) {
 
 /// Walks the runs: a rise and the fall after it may make a V, any other run stands for itself.
 void appendShapes(const detail::LvLine& line,
-                  double jumpTh_z,
+                  const Segments& segments,
+                  const SQO_slopeParam& slope,
                   const SQO_VFeatureParam& param,
                   Features& features) {
-  for (std::size_t k = 0; k < line.runs.size(); ++k) {
-    const detail::SQO_slopeRun& run = line.runs[k];
+  const std::vector<detail::SlopeRun> runs = detail::findSlopeRuns(line, slope.minSlope_z);
+  for (std::size_t k = 0; k < runs.size(); ++k) {
+    const detail::SlopeRun& run = runs[k];
     const bool isRiseThenFall =
-        k + 1 < line.runs.size() && line.total(run) > 0.0 && line.total(line.runs[k + 1]) < 0.0;
-    if (isRiseThenFall && detail::qo_isVFeature(line, run, line.runs[k + 1], param)) {
-      appendV(shapeOf(line, run, line.runs[k + 1], jumpTh_z), features);
+        k + 1 < runs.size() && line.total(run) > 0.0 && line.total(runs[k + 1]) < 0.0;
+    if (isRiseThenFall && detail::isV(line, run, runs[k + 1], param)) {
+      appendV(shapeOf(line, segments, run, runs[k + 1], slope.jumpTh_z), features);
       ++k;
-    } else if (const auto flank = detail::flankOf(line, run, jumpTh_z)) {
+    } else if (const auto flank = detail::flankOf(line, segments, run, slope.jumpTh_z)) {
       features.push_back(*flank);
     }
   }
@@ -164,11 +169,12 @@ void qo_getLineLVFeature(STesk3DPosition* lineData,
                          SQO_slopeParam slopeParam,
                          SQO_VFeatureParam vFeatureParam,
                          SQO_lineFeature* line_features) {
-  const detail::LvLine line = detail::qo_getLineSlopeRuns(lineData, dataSize, lineIdx, slopeParam);
+  const detail::LvLine line = {lineData, dataSize, lineIdx};
+  const Segments segments = detail::findSegments(line, slopeParam.maxGap_y);
   Features shapes;
-  appendShapes(line, slopeParam.jumpTh_z, vFeatureParam, shapes);
+  appendShapes(line, segments, slopeParam, vFeatureParam, shapes);
   Features endings;
-  detail::appendEndings(lineData, lineIdx, line.segments, endings);
+  detail::appendEndings(lineData, lineIdx, segments, endings);
   detail::append(shapes, endings, *line_features);
   mergeJumps(line_features->features);
 }
