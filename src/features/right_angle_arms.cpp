@@ -1,7 +1,6 @@
 // Measures the arms of a right angle: how far a line runs from a sample and how much it deviates.
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 
 #include "features/extent.h"
 #include "features/right_angle_stages.h"
@@ -9,35 +8,27 @@
 
 namespace scanline::detail {
 
-ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) {
-  const auto size = static_cast<std::size_t>(std::max(dataSize, 0));
-  y_.resize(size);
-  z_.resize(size);
-  index_.resize(size);
+ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize)
+    : profile_(collectProfile(lineData, dataSize)) {
   Extent y;
   Extent z;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (isNoSample(point.z)) {
-      continue;
+    if (!isNoSample(point.z)) {
+      y.take(point.y);
+      z.take(point.z);
     }
-    y.take(point.y);
-    z.take(point.z);
-    y_[count_] = point.y;
-    z_[count_] = point.z;
-    index_[count_] = i;
-    count_ += isAboveNoSample(point.z) ? 1 : 0;
   }
   span_ = (y.max - y.min) + (z.max - z.min);
 }
 
 ArmWalk ArmWalker::walk(const ArmOrigin& origin, int place, int stride, double armLen) const {
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
-  for (; place >= 0 && place < count_; place += stride) {
-    const double dy = std::abs(y_[place] - origin.y);
-    const double dz = std::abs(z_[place] - origin.z);
+  for (; place >= 0 && place < profile_.count(); place += stride) {
+    const double dy = std::abs(profile_.y[place] - origin.y);
+    const double dz = std::abs(profile_.z[place] - origin.z);
     if (dy + dz > armLen) {
-      arm.stop = index_[place];
+      arm.stop = profile_.index[place];
       break;
     }
     arm.maxDy = std::max(arm.maxDy, dy);
@@ -48,9 +39,9 @@ ArmWalk ArmWalker::walk(const ArmOrigin& origin, int place, int stride, double a
 
 bool ArmWalker::isSteepArm(
     const ArmOrigin& origin, int place, int stride, double armLen, double maxDeviation) const {
-  for (; place >= 0 && place < count_; place += stride) {
-    const double dy = std::abs(y_[place] - origin.y);
-    const double dz = std::abs(z_[place] - origin.z);
+  for (; place >= 0 && place < profile_.count(); place += stride) {
+    const double dy = std::abs(profile_.y[place] - origin.y);
+    const double dz = std::abs(profile_.z[place] - origin.z);
     if (dy + dz > armLen) {
       return true;
     }

@@ -4,12 +4,13 @@
 
 #include <scanline/line_features.h>
 #include <scanline/scan_records.h>
+#include "features/valid_profile.h"
 
 /// The stages of the search for right angles: walks along the two arms of a sample, and the marks
 /// that follow from them.
 namespace scanline::detail {
 
-/// A sample that may stand at a corner. Places count the samples of a line that a walk sees.
+/// A sample that may stand at a corner. Places are indices in the profile.
 struct ArmOrigin {
   double y;
   double z;
@@ -65,11 +66,7 @@ class ArmWalker {
   [[nodiscard]] bool isSteepArm(
       const ArmOrigin& origin, int place, int stride, double armLen, double maxDeviation) const;
 
-  // Of each sample that a walk sees.
-  std::vector<double> y_;
-  std::vector<double> z_;
-  std::vector<int> index_;
-  int count_ = 0;  ///< How many these are.
+  ValidProfile profile_;  ///< The samples that a walk sees.
   double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
 };
 
