@@ -37,19 +37,26 @@ ArmWalk ArmWalker::walk(const ArmOrigin& origin, int place, int stride, double a
   return arm;
 }
 
-bool ArmWalker::isSteepArm(
-    const ArmOrigin& origin, int place, int stride, double armLen, double maxDeviation) const {
-  for (; place >= 0 && place < profile_.count(); place += stride) {
-    const double dy = std::abs(profile_.y[place] - origin.y);
-    const double dz = std::abs(profile_.z[place] - origin.z);
-    if (dy + dz > armLen) {
-      return true;
-    }
-    if (dy >= maxDeviation) {
-      return false;
-    }
+bool ArmWalker::hasSteepArm(const ArmOrigin& origin, double armLen, double maxDeviation) const {
+  const double* const y = profile_.y.data();
+  const double* const z = profile_.z.data();
+  const auto isBeyond = [&](int place) {
+    return std::abs(y[place] - origin.y) + std::abs(z[place] - origin.z) > armLen;
+  };
+  const auto deviates = [&](int place) { return std::abs(y[place] - origin.y) >= maxDeviation; };
+  int before = origin.placeBefore;
+  while (before >= 0 && !isBeyond(before) && !deviates(before)) {
+    --before;
   }
-  return false;
+  if (before >= 0 && isBeyond(before)) {
+    return true;
+  }
+  const int count = profile_.count();
+  int after = origin.placeAfter;
+  while (after < count && !isBeyond(after) && !deviates(after)) {
+    ++after;
+  }
+  return after < count && isBeyond(after);
 }
 
 }  // namespace scanline::detail

@@ -54,17 +54,10 @@ class ArmWalker {
 
   /// Whether the walk backward or the walk forward ends before a sample that deviates by
   /// `maxDeviation` or more in y. Looks no farther than to the first such sample on each side.
-  [[nodiscard]] bool hasSteepArm(const ArmOrigin& origin,
-                                 double armLen,
-                                 double maxDeviation) const {
-    return isSteepArm(origin, origin.placeBefore, -1, armLen, maxDeviation) ||
-           isSteepArm(origin, origin.placeAfter, 1, armLen, maxDeviation);
-  }
+  [[nodiscard]] bool hasSteepArm(const ArmOrigin& origin, double armLen, double maxDeviation) const;
 
  private:
   [[nodiscard]] ArmWalk walk(const ArmOrigin& origin, int place, int stride, double armLen) const;
-  [[nodiscard]] bool isSteepArm(
-      const ArmOrigin& origin, int place, int stride, double armLen, double maxDeviation) const;
 
   ValidProfile profile_;  ///< The samples that a walk sees.
   double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
