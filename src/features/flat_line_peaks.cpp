@@ -42,8 +42,8 @@ SQO_basicFeature1D featureBetween(const Line& lineData, int lineIdx, int first, 
   return {FEATURE_PEAK, {lineIdx, (first + last) / 2}, middle, 0.0};
 }
 
-/// The sample of the feature on the high side of a slope, if that side stands out. A mark counts
-/// only on the low side; on the high side it has stopped the view anyway.
+/// The sample of the feature on the high side of a slope, if that side stands out. A mark on
+/// either side rules it out.
 std::optional<int> highSideOf(
     const Line& lineData, const detail::SideViewer& sides, bool rises, int first, int last) {
   const detail::SideView before = sides.view(first, -1);

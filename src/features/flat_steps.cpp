@@ -103,7 +103,7 @@ bool areNeighbours(const FlatStep& a, const FlatStep& b) {
   return b.first - a.first == 1 || a.first - b.first == 1;
 }
 
-/// Clears the slopes of `kind` that start right beside step `k` on one side.
+/// Clears the slopes of `kind` that start next to step `k` on one side.
 void clearSlopes(FlatSteps& steps, int k, int direction, StepKind kind) {
   const int count = static_cast<int>(steps.size());
   for (int j = k + direction; j >= 0 && j < count; j += direction) {
@@ -114,7 +114,7 @@ void clearSlopes(FlatSteps& steps, int k, int direction, StepKind kind) {
   }
 }
 
-/// A jump swallows the slope on its high side.
+/// Drops the slopes on the high side of each jump.
 void absorbSlopes(FlatSteps& steps) {
   for (int k = 0; k < static_cast<int>(steps.size()); ++k) {
     if (steps[k].kind == StepKind::kRisingJump) {
