@@ -1,5 +1,6 @@
 // Finds the local peaks and valleys of a line: the turning points of z that stand out around them.
 #include <cstddef>
+#include <utility>
 #include <vector>
 
 #include <scanline/line_features.h>
@@ -13,35 +14,29 @@ namespace {
 
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// Turning points of one kind, in line order.
-class Turns {
- public:
-  /// `sign` is 1.0 for minima and -1.0 for maxima.
-  Turns(const STesk3DPosition* lineData, const std::vector<int>& indices, double sign)
-      : lineData_(lineData), indices_(indices), sign_(sign) {}
+/// Turning points of one kind, in line order. Of two turns the one of lower height is more extreme.
+struct Turns {
+  std::vector<int> sampleOf;
+  std::vector<double> y;
+  std::vector<double> height;
 
   [[nodiscard]] int count() const {
-    return static_cast<int>(indices_.size());
+    return static_cast<int>(sampleOf.size());
   }
-  [[nodiscard]] int index(int k) const {
-    return indices_[k];
-  }
-  [[nodiscard]] const STesk3DPoint& point(int k) const {
-    return lineData_[indices_[k]].pt3D;
-  }
-  [[nodiscard]] double y(int k) const {
-    return point(k).y;
-  }
-  /// Of two turns the one of lower height is more extreme.
-  [[nodiscard]] double height(int k) const {
-    return sign_ * point(k).z;
-  }
-
- private:
-  const STesk3DPosition* lineData_;
-  const std::vector<int>& indices_;
-  double sign_;
 };
+
+/// The turns at some samples; `sign` is 1.0 for minima of z and -1.0 for maxima.
+Turns turnsAt(const STesk3DPosition* lineData, std::vector<int> samples, double sign) {
+  Turns turns = {std::move(samples), {}, {}};
+  turns.y.resize(turns.sampleOf.size());
+  turns.height.resize(turns.sampleOf.size());
+  for (int k = 0; k < turns.count(); ++k) {
+    const STesk3DPoint& point = lineData[turns.sampleOf[k]].pt3D;
+    turns.y[k] = point.y;
+    turns.height[k] = sign * point.z;
+  }
+  return turns;
+}
 
 bool isOutside(double dy, double windowSquared) {
   return dy * dy > windowSquared;
@@ -55,11 +50,11 @@ std::vector<int> remainingAfterNext(const Turns& turns, double windowSquared) {
   bool isSuppressedByLast = false;
   for (int k = 0; k < turns.count(); ++k) {
     const int next = k + 1 < turns.count() ? k + 1 : k;
-    const bool isNear = !isOutside(turns.y(k) - turns.y(next), windowSquared);
-    const bool isSuppressedByNext = isNear & (turns.height(next) < turns.height(k));
+    const bool isNear = !isOutside(turns.y[k] - turns.y[next], windowSquared);
+    const bool isSuppressedByNext = isNear & (turns.height[next] < turns.height[k]);
     remaining[found] = k;
     found += static_cast<std::size_t>(!(isSuppressedByLast | isSuppressedByNext));
-    isSuppressedByLast = isNear & (turns.height(k) < turns.height(next));
+    isSuppressedByLast = isNear & (turns.height[k] < turns.height[next]);
   }
   remaining.resize(found);
   return remaining;
@@ -67,14 +62,14 @@ std::vector<int> remainingAfterNext(const Turns& turns, double windowSquared) {
 
 /// Searches from turn `k` by `step` for a lower one within the window, and counts the steps.
 bool isSuppressed(const Turns& turns, int k, int step, double windowSquared, std::size_t& steps) {
-  const double y = turns.y(k);
-  const double height = turns.height(k);
+  const double y = turns.y[k];
+  const double height = turns.height[k];
   for (int other = k + step; other >= 0 && other < turns.count(); other += step) {
     ++steps;
-    if (isOutside(y - turns.y(other), windowSquared)) {
+    if (isOutside(y - turns.y[other], windowSquared)) {
       return false;
     }
-    if (turns.height(other) < height) {
+    if (turns.height[other] < height) {
       return true;
     }
   }
@@ -95,15 +90,15 @@ void markSuppressed(const Turns& turns,
     detail::Extent seen;
     int other = k + step;
     if (isTurn(other)) {
-      seen.take(turns.y(other));
+      seen.take(turns.y[other]);
     }
-    while (isTurn(other) && !(turns.height(other) < turns.height(k))) {
+    while (isTurn(other) && !(turns.height[other] < turns.height[k])) {
       seen.take(between[other]);
       other = lower[other];
     }
     lower[k] = other;
     between[k] = seen;
-    const auto isFar = [&](double y) { return isOutside(turns.y(k) - y, windowSquared); };
+    const auto isFar = [&](double y) { return isOutside(turns.y[k] - y, windowSquared); };
     if (isTurn(other) && !seen.anyFar(isFar)) {
       suppressed[k] = 1;
     }
@@ -120,7 +115,11 @@ std::vector<char> suppressedTurns(const Turns& turns, double windowSquared) {
 
 /// The turns without a more extreme one within `scale` in y, as features. Searches are short on
 /// most lines; where they are not, marking all turns costs less.
-Features findExtreme(const Turns& turns, int featureType, int lineIdx, double scale) {
+Features findExtreme(const STesk3DPosition* lineData,
+                     const Turns& turns,
+                     double scale,
+                     int featureType,
+                     int lineIdx) {
   const std::size_t maxSteps = 16 * static_cast<std::size_t>(turns.count());
   const double windowSquared = scale * scale;
   std::vector<char> suppressed;
@@ -134,7 +133,8 @@ Features findExtreme(const Turns& turns, int featureType, int lineIdx, double sc
                                                     !isSuppressed(turns, k, 1, windowSquared, steps)
                                               : suppressed[k] == 0;
     if (isExtreme) {
-      features.push_back({featureType, {lineIdx, turns.index(k)}, turns.point(k), 0.0});
+      const int sample = turns.sampleOf[k];
+      features.push_back({featureType, {lineIdx, sample}, lineData[sample].pt3D, 0.0});
     }
   }
   return features;
@@ -151,9 +151,11 @@ void qo_getLineLocalPeaks(STesk3DPosition* lineData,
   if (dataSize < 2) {
     return;
   }
-  const detail::ZTurns turns = detail::findZTurns(lineData, dataSize);
-  const Features low = findExtreme({lineData, turns.minima, 1.0}, FEATURE_PEAK, lineIdx, scale);
-  const Features high = findExtreme({lineData, turns.maxima, -1.0}, FEATURE_VALLEY, lineIdx, scale);
+  detail::ZTurns turns = detail::findZTurns(lineData, dataSize);
+  const Turns minima = turnsAt(lineData, std::move(turns.minima), 1.0);
+  const Turns maxima = turnsAt(lineData, std::move(turns.maxima), -1.0);
+  const Features low = findExtreme(lineData, minima, scale, FEATURE_PEAK, lineIdx);
+  const Features high = findExtreme(lineData, maxima, scale, FEATURE_VALLEY, lineIdx);
   detail::makeRoom(high.size(), valleys);
   detail::append(low, peaks);
   detail::append(high, valleys);
