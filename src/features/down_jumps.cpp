@@ -1,3 +1,4 @@
+// Finds where z grows by more than a limit from one valid sample to the next.
 #include <scanline/line_features.h>
 #include "records/sample_rules.h"
 

@@ -16,7 +16,8 @@ constexpr double kMinSlopeZ = 0.2;
 /// Finds the first sample from a cursor on that lies far enough in y from a given one.
 class DistantSampleSearch {
  public:
-  DistantSampleSearch(const std::vector<double>& y, double distance) : y_(y), distance_(distance) {}
+  DistantSampleSearch(const ValidProfile& profile, double distance)
+      : profile_(profile), distance_(distance) {}
 
   /// Moves the cursor; it must lie after the last sample searched from.
   void setCursor(int cursor) {
@@ -25,15 +26,15 @@ class DistantSampleSearch {
 
   /// Moves the cursor to the sample found; leaves it and returns -1 if there is none.
   int find(int from) {
-    const double y = y_[from];
+    const double y = profile_.y[from];
     const auto isDistant = [&](double other) { return std::abs(other - y) >= distance_; };
     // Without this a distance that spans the line would have every sample search all of it.
     if (!extentFrom_.empty() && !extentFrom_[cursor_ - begin_].anyFar(isDistant)) {
       return -1;
     }
-    const int count = static_cast<int>(y_.size());
+    const int count = profile_.count();
     int found = cursor_;
-    while (found < count && !isDistant(y_[found])) {
+    while (found < count && !isDistant(profile_.y[found])) {
       ++found;
     }
     if (found == count) {
@@ -48,15 +49,15 @@ class DistantSampleSearch {
   /// Once a search has failed, mostly near the end of the line, others are likely to.
   void measureExtents(int begin) {
     begin_ = begin;
-    extentFrom_.resize(y_.size() - static_cast<std::size_t>(begin));
+    extentFrom_.resize(static_cast<std::size_t>(profile_.count() - begin));
     Extent extent;
     for (std::size_t k = extentFrom_.size(); k-- > 0;) {
-      extent.take(y_[k + static_cast<std::size_t>(begin)]);
+      extent.take(profile_.y[k + static_cast<std::size_t>(begin)]);
       extentFrom_[k] = extent;
     }
   }
 
-  const std::vector<double>& y_;
+  const ValidProfile& profile_;
   double distance_;
   int cursor_ = 0;
   std::vector<Extent> extentFrom_;  ///< Extent of each sample from `begin_` on and all after it.
@@ -73,11 +74,11 @@ FlatStep stepBetween(
 /// The steps that count, at most one from each sample: the jump to its neighbour, or else the slope
 /// over the window.
 FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
-  const std::vector<double>& y = profile.y;
-  const std::vector<double>& z = profile.z;
+  const auto& y = profile.y;
+  const auto& z = profile.z;
   const double maxGap = limits.peakWidth_y * 0.5;
   FlatSteps steps;
-  DistantSampleSearch search(y, limits.slopeWin_y);
+  DistantSampleSearch search(profile, limits.slopeWin_y);
   for (int k = 0; k + 1 < profile.count(); ++k) {
     if (std::abs(y[k + 1] - y[k]) > maxGap || std::abs(z[k + 1] - z[k]) > limits.jumpTh_z) {
       steps.push_back(
