@@ -1,5 +1,6 @@
 // Finds the raised stretches of a line: from a steep fall of z to the next steep rise.
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <vector>
 
@@ -13,6 +14,9 @@ namespace detail = scanline::detail;
 namespace {
 
 using Features = std::vector<SJU_segFeature>;
+
+/// Room for the features of most lines, so that the list need not grow.
+constexpr std::size_t kUsualFeatures = 32;
 
 /// A stretch that no rise has closed yet. The fresh one starts at the line's first sample and looks
 /// like one that a fall has opened there.
@@ -52,6 +56,7 @@ Features findRaised(const STesk3DPosition* lineData,
                     const SQO_raisedFeatureParam& param) {
   constexpr STesk3DPoint kNothing = {0.0, 0.0, std::numeric_limits<double>::quiet_NaN()};
   Features features;
+  features.reserve(kUsualFeatures);
   OpenStretch stretch;
   const STesk3DPoint* before = &kNothing;
   for (int i = 0; i < dataSize; ++i) {
