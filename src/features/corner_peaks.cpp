@@ -36,7 +36,7 @@ class CornerChange {
   bool isKnown_ = false;
 };
 
-/// A candidate that may reach the threshold.
+/// A candidate that reaches the threshold.
 struct Contender {
   int point;
   double measure;
@@ -44,8 +44,8 @@ struct Contender {
   Extent before;  ///< In y, of the candidates between the contender before and this one.
 };
 
-/// The turn number below which a measure certainly misses a threshold.
-double certainMiss(double cornerTh) {
+/// A turn number that only corners with a measure below the threshold fall short of.
+double turnOfThreshold(double cornerTh) {
   if (!(std::abs(cornerTh) < 180.0)) {
     return -std::numeric_limits<double>::infinity();
   }
@@ -53,26 +53,27 @@ double certainMiss(double cornerTh) {
   return turnNumber(std::cos(angle), std::sin(angle), cornerTh) - kTurnMargin;
 }
 
-/// The contenders among the candidates. Only their measures are computed.
+/// The contenders among the candidates. Measures are computed only where the turn number does not
+/// rule a candidate out.
 std::vector<Contender> findContenders(const std::vector<int>& candidates,
                                       const Slopes& slopes,
                                       const ValidProfile& profile,
                                       const PeakRule& rule) {
-  const bool magnitude = rule.measure == PeakRule::Measure::kMagnitude;
-  const auto measured = [magnitude](double value) { return magnitude ? std::abs(value) : value; };
-  const double miss = certainMiss(rule.cornerTh);
+  const bool byMagnitude = rule.measure == PeakRule::Measure::kMagnitude;
+  const auto measured = [byMagnitude](double v) { return byMagnitude ? std::abs(v) : v; };
+  const double leastTurn = turnOfThreshold(rule.cornerTh);
   std::vector<Contender> contenders;
   Extent before;
   for (const int i : candidates) {
     const double y = profile.y[i];
-    const double measure =
-        measured(slopes.turn(i)) < miss ? rule.cornerTh : measured(slopes.corner(i));
-    if (measured(slopes.turn(i)) < miss || rule.cornerTh > measure) {
+    const bool isRuledOut = measured(slopes.turn(i)) < leastTurn;
+    const double measure = isRuledOut ? 0.0 : measured(slopes.corner(i));
+    if (isRuledOut || rule.cornerTh > measure) {
       before.take(y);
-      continue;
+    } else {
+      contenders.push_back({i, measure, y, before});
+      before = {};
     }
-    contenders.push_back({i, measure, y, before});
-    before = {};
   }
   return contenders;
 }

@@ -19,25 +19,19 @@ class ReachSearch {
 
   /// The first point reached from `i` by `step` (1 or -1) and before `end`, or `kNoPoint`.
   int find(int i, int step, int end) {
-    const int nearby = std::min(kNearby, std::abs(end - i) - 1);
-    int j = i + step;
-    for (const int nearEnd = j + step * nearby; j != nearEnd; j += step) {
-      const double dy = y_[j] - y_[i];
-      const double dz = z_[j] - z_[i];
-      if (dy * dy + dz * dz >= squaredThreshold_) {
-        return j;
-      }
-    }
-    return j == end ? kNoPoint : findInBlocks(i, j, step, end);
+    const int nearEnd = std::abs(end - i) > kNearby ? i + step * kNearby : end;
+    const int j = scan(i, i + step, step, nearEnd);
+    return j != nearEnd ? j : findInBlocks(i, j, step, end);
   }
 
-  /// The first point reached from `i` by `step` from `j` on and before `end`, or `kNoPoint`. For
-  /// points that are hardly nearby: most blocks are passed over at once.
+  /// The same from point `j` on, for searches that pass over many points.
   int findInBlocks(int i, int j, int step, int end);
 
  private:
   /// How many points are looked at one by one.
   static constexpr int kNearby = 64;
+  /// How many points the smallest blocks have.
+  static constexpr int kLeaf = 8;
 
   /// Extents of a block of points; not a number if no point of it can be reached.
   struct Block {
@@ -47,6 +41,19 @@ class ReachSearch {
     double maxZ;
   };
 
+  /// The first point reached from `i` by `step` from `j` on and before `end`, or `end`.
+  [[nodiscard]] int scan(int i, int j, int step, int end) const {
+    for (; j != end; j += step) {
+      const double dy = y_[j] - y_[i];
+      const double dz = z_[j] - z_[i];
+      if (dy * dy + dz * dz >= squaredThreshold_) {
+        break;
+      }
+    }
+    return j;
+  }
+
+  static Block join(const Block& a, const Block& b);
   void buildBlocks();
   [[nodiscard]] bool mayReach(int i, const Block& block) const;
 
@@ -54,8 +61,8 @@ class ReachSearch {
   const double* z_;
   int count_;
   double squaredThreshold_;
-  /// Level k holds the aligned blocks of 2^k points; empty until a search goes beyond the nearby
-  /// points.
+  /// Level k holds the aligned blocks of `kLeaf` * 2^k points; empty until a search goes beyond the
+  /// nearby points.
   std::vector<std::vector<Block>> levels_;
 };
 

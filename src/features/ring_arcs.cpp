@@ -66,13 +66,14 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
       if (!(chord >= ringArcWidth.min && ringArcWidth.max >= chord)) {
         continue;
       }
-      const double turn = std::abs(slopes.forwardAngle(arc.last) - slopes.backwardAngle(arc.first));
-      if (!(turn > cornerPara.cornerTh)) {
+      const double turnAngle =
+          std::abs(slopes.forwardAngle(arc.last) - slopes.backwardAngle(arc.first));
+      if (!(turnAngle > cornerPara.cornerTh)) {
         continue;
       }
       const auto [first, last] = extentOf(arc, stretch, slopes);
       arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
-                      sampleAt(first).pt3D, sampleAt(last).pt3D, turn});
+                      sampleAt(first).pt3D, sampleAt(last).pt3D, turnAngle});
     }
   }
   detail::append(arcs, line_ringArcs);
