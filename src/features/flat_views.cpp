@@ -1,3 +1,4 @@
+// Measures the mean and the highest sample to one side of a slope.
 #include "features/flat_views.h"
 
 #include <algorithm>

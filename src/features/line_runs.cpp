@@ -1,3 +1,4 @@
+// Cuts a line into runs of continuous samples and joins them across narrow holes.
 #include "features/line_runs.h"
 
 #include <cmath>

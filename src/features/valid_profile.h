@@ -78,9 +78,4 @@ ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoi
 /// The profile of the samples above the no-sample limit.
 ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize);
 
-using Samples = std::vector<STesk3DPosition>;
-
-/// Copies of the samples above the no-sample limit, each stamped with its index on the line.
-Samples collectValidPoints(const STesk3DPosition* lineData, int dataSize);
-
 }  // namespace scanline::detail
