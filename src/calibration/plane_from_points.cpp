@@ -20,21 +20,21 @@ double levelledCoordinate(const cv::Point3_<float>& point, const double* row) {
 
 double lowestLevelled(const FitPoints& points, const double* row) {
   STeskRangeD range = kEmptyRange;
-  for (const cv::Point3_<float>& point : points) {
+  for (const cv::Point3_<float>& point : points.points()) {
     foldIntoRange(range, levelledCoordinate(point, row));
   }
   return range.min;
 }
 
 double meanLevelled(const FitPoints& points, const double* row) {
-  if (points.empty()) {
+  if (points.points().empty()) {
     return 0.0;
   }
   double sum = 0.0;
-  for (const cv::Point3_<float>& point : points) {
+  for (const cv::Point3_<float>& point : points.points()) {
     sum += levelledCoordinate(point, row);
   }
-  return sum / static_cast<double>(points.size());
+  return sum / static_cast<double>(points.points().size());
 }
 
 SQO_planeCalibPara levelPlane(const LaserPlane& plane,
@@ -49,7 +49,7 @@ SQO_planeCalibPara levelPlane(const LaserPlane& plane,
 }
 
 SQO_planeCalibPara planeFromPoints(const FitPoints& points, HeightRule rule) {
-  return levelPlane(fitLaserPlane(points), points, kConstantZ, rule);
+  return levelPlane(points.plane(), points, kConstantZ, rule);
 }
 
 }  // namespace scanline::detail
