@@ -25,9 +25,8 @@ using Counters = std::array<std::uint32_t, kCounters>;
 template <typename Take>
 std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take take) {
   std::uint64_t total = 0;
-  // Backwards, since the last lines of the pass before are still in the cache.
-  for (auto line = scan.rbegin(); line != scan.rend(); ++line) {
-    for (const STesk3DPosition& sample : *line) {
+  for (const LineView& line : scan) {
+    for (const STesk3DPosition& sample : line) {
       if (isNoSample(sample.pt3D.z)) {
         continue;
       }
