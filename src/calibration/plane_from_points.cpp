@@ -1,6 +1,5 @@
 #include "calibration/plane_from_points.h"
 
-#include <scanline/calibration.h>
 #include "calibration/rotation.h"
 
 namespace scanline::detail {
@@ -41,9 +40,7 @@ SQO_planeCalibPara levelPlane(const LaserPlane& plane,
                               const FitPoints& points,
                               const LevelTarget& target,
                               HeightRule rule) {
-  STesk3DPoint normal = {plane.a, plane.b, -1.0};
-  STesk3DPoint direction = target.direction;
-  SQO_planeCalibPara record = ju_computeRTMatrix(normal, direction);
+  SQO_planeCalibPara record = rotationsBetween({plane.a, plane.b, -1.0}, target.direction);
   record.planeHeight = rule(points, record.levelMatrix + std::ptrdiff_t{3} * target.heightRow);
   return record;
 }
