@@ -37,10 +37,7 @@ struct CutRule {
   double height;  ///< Nothing is cut at 0.0 or below.
 
   [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
-    if (!(height > 0.0)) {
-      return false;
-    }
-    return axis == CutAxis::kY ? levelled.y >= height : levelled.z > height;
+    return height > 0.0 && (axis == CutAxis::kY ? levelled.y >= height : levelled.z > height);
   }
 };
 
@@ -66,7 +63,7 @@ void storePoint(STeskXYZRGBDPoint& sample, double x, double y, double z) {
 }
 
 template <typename Sample>
-void levelSamples(Sample* samples, int count, const double* matrix, const CutRule& cut) {
+void levelSamples(Sample* samples, int count, const double* matrix, CutRule cut) {
   if (count <= 0) {
     return;
   }
