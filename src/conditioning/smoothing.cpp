@@ -14,7 +14,8 @@ using scanline::detail::gatherHeightsAndSteps;
 using scanline::detail::meanWindows;
 using scanline::detail::storeMeans;
 
-/// Up to this half-width all pieces of a line are summed in one run.
+/// Up to this half-width all pieces of a line are summed in one run: the windows that begin in the
+/// gaps between them cost less than a run for each piece.
 constexpr int kNarrow = 8;
 
 /// An array of unset elements.
@@ -30,7 +31,7 @@ struct PaddedHeights {
       : z(newArray<double>(room)), measuredBefore(newArray<int>(room + 1)) {}
 
   /// Counts the measured ones among the first `count` heights.
-  void countMeasured(std::size_t count) const {
+  void countMeasured(std::size_t count) {
     int measured = 0;
     for (std::size_t k = 0; k < count; ++k) {
       measuredBefore[k] = measured;
@@ -58,11 +59,11 @@ double meanOf(double sum, int measured) {
 }
 
 /// Computes the means of the piece of `count` samples at `start`.
-void meanPiece(const SmoothedHeights& line,
+void meanPiece(SmoothedHeights& line,
                std::size_t start,
                std::size_t count,
                std::size_t half,
-               const PaddedHeights& padded) {
+               PaddedHeights& padded) {
   // A window that reaches beyond both ends of the piece may as well end there.
   const std::size_t reach = std::min(half, count - 1);
   double* const z = padded.z.get();
@@ -86,8 +87,8 @@ void meanPiece(const SmoothedHeights& line,
 }
 
 /// Computes the means piece by piece.
-void meanPieces(const SmoothedHeights& line, const int* isStep, std::size_t half) {
-  const PaddedHeights padded(2 * line.count);
+void meanPieces(SmoothedHeights& line, const int* isStep, std::size_t half) {
+  PaddedHeights padded(2 * line.count);
   std::size_t start = 0;
   for (std::size_t i = 1; i < line.count; ++i) {
     if (isStep[i] != 0) {
@@ -100,11 +101,11 @@ void meanPieces(const SmoothedHeights& line, const int* isStep, std::size_t half
 
 /// Computes the means of all pieces in one run: the pieces are laid out with `half` zeros before,
 /// between and after them.
-void meanPiecesTogether(const SmoothedHeights& line, const int* isStep, std::size_t half) {
+void meanPiecesTogether(SmoothedHeights& line, const int* isStep, std::size_t half) {
   const auto steps = static_cast<std::size_t>(std::accumulate(isStep, isStep + line.count, 0));
   const std::size_t windowCount = line.count + steps * half;
   const std::size_t paddedCount = windowCount + 2 * half;
-  const PaddedHeights padded(paddedCount);
+  PaddedHeights padded(paddedCount);
   const auto windows = newArray<std::size_t>(line.count);
   const auto means = newArray<double>(windowCount);
   std::fill_n(padded.z.get(), paddedCount, 0.0);
@@ -123,13 +124,13 @@ void meanPiecesTogether(const SmoothedHeights& line, const int* isStep, std::siz
 }
 
 /// Computes the means of an empty window.
-void meanNothing(const SmoothedHeights& line) {
+void meanNothing(SmoothedHeights& line) {
   std::fill_n(line.means.get(), line.count, meanOf(0.0, 0));
 }
 
 /// Smooths the pieces of a line between its steps. The first measured sample is no step.
 void smoothPieces(STesk3DPosition* samples, std::size_t count, double yTh, double zTh, int half) {
-  const SmoothedHeights line(count);
+  SmoothedHeights line(count);
   const auto isStep = newArray<int>(count);
   gatherHeightsAndSteps(samples, count, yTh, zTh, line.heights.get(), isStep.get());
   const double* const heights = line.heights.get();
@@ -153,8 +154,8 @@ void smoothPieces(STesk3DPosition* samples, std::size_t count, double yTh, doubl
 void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
                           int smoothWin,
                           std::vector<STesk3DPosition>& lineDataOut) {
-  const SmoothedHeights line(input.size());
-  const PaddedHeights padded(2 * line.count);
+  SmoothedHeights line(input.size());
+  PaddedHeights padded(2 * line.count);
   lineDataOut = input;
   if (input.empty()) {
     return;

@@ -14,6 +14,29 @@ namespace {
 /// Long lines are worked on in blocks whose intermediate values stay in the nearest cache.
 constexpr std::size_t kBlock = 256;
 
+/// Starts the sums of `size` windows with their first 1, 3, 5 or 7 heights.
+inline void sumFirst(const double* z, std::size_t heights, std::size_t size, double* sums) {
+  switch (heights) {
+    case 1:
+      std::copy_n(z, size, sums);
+      break;
+    case 3:
+      for (std::size_t i = 0; i < size; ++i) {
+        sums[i] = z[i] + z[i + 1] + z[i + 2];
+      }
+      break;
+    case 5:
+      for (std::size_t i = 0; i < size; ++i) {
+        sums[i] = z[i] + z[i + 1] + z[i + 2] + z[i + 3] + z[i + 4];
+      }
+      break;
+    default:
+      for (std::size_t i = 0; i < size; ++i) {
+        sums[i] = z[i] + z[i + 1] + z[i + 2] + z[i + 3] + z[i + 4] + z[i + 5] + z[i + 6];
+      }
+  }
+}
+
 }  // namespace
 
 SCANLINE_WIDE_KERNEL
@@ -67,25 +90,7 @@ void meanWindows(const double* heights,
   for (std::size_t first = 0; first < count; first += kBlock) {
     const std::size_t size = std::min(kBlock, count - first);
     const double* z = heights + first;
-    switch (width % 8) {
-      case 1:
-        std::copy_n(z, size, sums.begin());
-        break;
-      case 3:
-        for (std::size_t i = 0; i < size; ++i) {
-          sums[i] = z[i] + z[i + 1] + z[i + 2];
-        }
-        break;
-      case 5:
-        for (std::size_t i = 0; i < size; ++i) {
-          sums[i] = z[i] + z[i + 1] + z[i + 2] + z[i + 3] + z[i + 4];
-        }
-        break;
-      default:
-        for (std::size_t i = 0; i < size; ++i) {
-          sums[i] = z[i] + z[i + 1] + z[i + 2] + z[i + 3] + z[i + 4] + z[i + 5] + z[i + 6];
-        }
-    }
+    sumFirst(z, width % 8, size, sums.data());
     z += width % 8;
     for (std::size_t left = width / 8; left > 0; --left, z += 8) {
       for (std::size_t i = 0; i < size; ++i) {

@@ -29,8 +29,8 @@ Eigen::MatrixX3d toMatrix(const std::vector<STesk3DPoint>& points) {
   return matrix;
 }
 
-/// The number of rows that Eigen adds up in one run when it multiplies a transposed matrix of
-/// `rows` rows and 3 columns by itself.
+/// The number of rows that Eigen adds up in one run when it multiplies the transpose of a matrix of
+/// `rows` rows and 3 columns by the matrix.
 Eigen::Index rowsPerRun(Eigen::Index rows) {
   Eigen::Index columns = 3;
   Eigen::Index otherColumns = 3;
@@ -57,12 +57,12 @@ Eigen::Matrix3d sumProducts(const Eigen::MatrixX3d& m, Eigen::Index first, Eigen
   return sums;
 }
 
-/// The lower triangle of `m.transpose() * m` with the bits of Eigen's product, which spends most of
-/// its time on packing so narrow a matrix. Eigen adds the rows in order, in runs that suit the
-/// cache.
+/// The lower triangle of `m.transpose() * m`. Eigen's product spends most of its time on packing so
+/// narrow a matrix. This adds up the same products in the same order, in the runs of rows by which
+/// Eigen keeps to the cache.
 Eigen::Matrix3d scatterMatrix(const Eigen::MatrixX3d& m) {
   if (m.rows() + 6 < EIGEN_GEMM_TO_COEFFBASED_THRESHOLD) {
-    return m.transpose() * m;  // So few rows are summed in another order.
+    return m.transpose() * m;  // Eigen sums so few rows in another order.
   }
   const Eigen::Index run = rowsPerRun(m.rows());
   Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
