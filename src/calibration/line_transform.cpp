@@ -28,26 +28,16 @@ class Rotation {
   double zRow_[3];
 };
 
-/// Nothing is cut with a cut height of 0.0 or below.
-struct CutNothing {
-  [[nodiscard]] static bool cuts(const STesk3DPoint& /*levelled*/) {
-    return false;
-  }
-};
+enum class CutAxis { kZ, kY };
 
-/// Cuts what lies beyond a height in z.
-struct CutAboveZ {
-  double height;
-  [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
-    return levelled.z > height;
-  }
-};
+/// What a line transform cuts away. A ground calibration levels the ground to constant y: what lies
+/// at or beyond it goes. Otherwise, what lies beyond a height in z goes.
+struct CutRule {
+  CutAxis axis;
+  double height;  ///< Nothing is cut at 0.0 or below.
 
-/// Cuts what lies at or beyond the ground, which a ground calibration levels to constant y.
-struct CutFromY {
-  double height;
   [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
-    return levelled.y >= height;
+    return height > 0.0 && (axis == CutAxis::kY ? levelled.y >= height : levelled.z > height);
   }
 };
 
@@ -72,8 +62,11 @@ void storePoint(STeskXYZRGBDPoint& sample, double x, double y, double z) {
   sample.z = static_cast<float>(z);
 }
 
-template <typename Sample, typename Cut>
-void levelSamples(Sample* samples, int count, const double* matrix, Cut cut) {
+template <typename Sample>
+void levelSamples(Sample* samples, int count, const double* matrix, CutRule cut) {
+  if (count <= 0) {
+    return;
+  }
   const Rotation rotation(matrix);
   Sample discarded = {};
   for (int i = 0; i < count; ++i) {
@@ -85,34 +78,22 @@ void levelSamples(Sample* samples, int count, const double* matrix, Cut cut) {
   }
 }
 
-template <typename Cut, typename Sample>
-void levelLine(Sample* samples, int count, const double* matrix, double cutHeight) {
-  if (count <= 0) {
-    return;
-  }
-  if (cutHeight > 0.0) {
-    levelSamples(samples, count, matrix, Cut{cutHeight});
-  } else {
-    levelSamples(samples, count, matrix, CutNothing{});
-  }
-}
-
 }  // namespace
 
 void lineDataRT(STesk3DLaserLine* line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line->p3DPosition, line->nPositionCnt, matrix, cutHeight);
+  levelSamples(line->p3DPosition, line->nPositionCnt, matrix, {CutAxis::kZ, cutHeight});
 }
 
 void lineDataRT_vector(std::vector<STesk3DPosition>& line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+  levelSamples(line.data(), static_cast<int>(line.size()), matrix, {CutAxis::kZ, cutHeight});
 }
 
 void HCamera_lineDataRT_vector(std::vector<STesk3DPosition>& line,
                                const double* matrix,
                                double cutHeight) {
-  levelLine<CutFromY>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+  levelSamples(line.data(), static_cast<int>(line.size()), matrix, {CutAxis::kY, cutHeight});
 }
 
 void lineDataRT_RGBD(STeskXYZRGBDLaserLine* line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line->pXYZRGBD, line->nPointCnt, matrix, cutHeight);
+  levelSamples(line->pXYZRGBD, line->nPointCnt, matrix, {CutAxis::kZ, cutHeight});
 }
