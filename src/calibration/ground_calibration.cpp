@@ -8,7 +8,7 @@
 namespace {
 
 using scanline::detail::FitPoints;
-using scanline::detail::isAboveNoSample;
+using scanline::detail::isMeasured;
 using scanline::detail::LaserPlane;
 using scanline::detail::levelPlane;
 using scanline::detail::LevelTarget;
@@ -61,7 +61,7 @@ bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
 void takeGround(Line& line, const SQO_RUN& piece, FitPoints& points) {
   for (int i = piece.start; i < piece.start + piece.len; ++i) {
     STesk3DPosition& sample = line[i];
-    if (isAboveNoSample(sample.pt3D.z)) {
+    if (isMeasured(sample.pt3D.z)) {
       sample.nPointIdx = kGroundMark;
       points.add(sample.pt3D);
     }

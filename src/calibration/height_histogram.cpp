@@ -27,7 +27,7 @@ std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take tak
   std::uint64_t total = 0;
   for (const LineView& line : scan) {
     for (const STesk3DPosition& sample : line) {
-      if (isNoSample(sample.pt3D.z)) {
+      if (isMissing(sample.pt3D.z)) {
         continue;
       }
       ++total;
@@ -108,7 +108,7 @@ STeskRangeD heightBounds(const ScanView& scan) {
   STeskRangeD heights = kEmptyRange;
   for (const LineView& line : scan) {
     for (const STesk3DPosition& sample : line) {
-      if (!isNoSample(sample.pt3D.z)) {
+      if (!isMissing(sample.pt3D.z)) {
         foldIntoRange(heights, sample.pt3D.z);
       }
     }

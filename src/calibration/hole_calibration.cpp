@@ -5,7 +5,7 @@
 namespace {
 
 using scanline::detail::FitPoints;
-using scanline::detail::isNoSample;
+using scanline::detail::isMissing;
 using scanline::detail::meanLevelled;
 using scanline::detail::planeFromPoints;
 using scanline::detail::sampleCount;
@@ -18,7 +18,7 @@ constexpr SQO_lineSegParam kUnbroken = {1.0, 1.0, 0.0};
 
 void addMeasured(const Line& line, FitPoints& points) {
   for (const STesk3DPosition& sample : line) {
-    if (!isNoSample(sample.pt3D.z)) {
+    if (!isMissing(sample.pt3D.z)) {
       points.add(sample.pt3D);
     }
   }

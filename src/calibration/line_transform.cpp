@@ -7,7 +7,7 @@
 
 namespace {
 
-using scanline::detail::isNoSample;
+using scanline::detail::isMissing;
 using scanline::detail::rowTimesPoint;
 
 /// A rotation laid out so that the packed operations that a new x takes give the new y as well.
@@ -72,7 +72,7 @@ void levelSamples(Sample* samples, int count, const double* matrix, CutRule cut)
   for (int i = 0; i < count; ++i) {
     const STesk3DPoint point = pointOf(samples[i]);
     // Dropouts come without a pattern: a branch on them costs more than the work that it saves.
-    Sample* const target = isNoSample(point.z) ? &discarded : &samples[i];
+    Sample* const target = isMissing(point.z) ? &discarded : &samples[i];
     const STesk3DPoint levelled = rotation.apply(point.x, point.y, point.z);
     storePoint(*target, levelled.x, levelled.y, cut.cuts(levelled) ? 0.0 : levelled.z);
   }

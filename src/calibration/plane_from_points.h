@@ -51,7 +51,7 @@ FitPoints selectFitPoints(const ScanView& scan, std::size_t expected, Accept acc
   points.reserve(expected);
   for (const LineView& line : scan) {
     for (const STesk3DPosition& sample : line) {
-      if (!isNoSample(sample.pt3D.z) && accept(sample.pt3D)) {
+      if (!isMissing(sample.pt3D.z) && accept(sample.pt3D)) {
         points.add(sample.pt3D);
       }
     }

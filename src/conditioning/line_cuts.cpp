@@ -37,7 +37,7 @@ Farthest farthestFromChord(const STesk3DPosition* line, int start, int end) {
     const STesk3DPoint& point = line[i].pt3D;
     const double distance = std::fabs(a * point.y + b * point.z + c);
     // A chord of no length makes every distance NaN, which is farther than nothing.
-    if (isAboveNoSample(point.z) && distance > farthest.distance) {
+    if (isMeasured(point.z) && distance > farthest.distance) {
       farthest = {distance, i};
     }
   }
@@ -60,7 +60,7 @@ void cutIntoRuns(STesk3DPosition* line,
       line[i].nPointIdx = 0;
     }
     const STesk3DPoint& point = line[i].pt3D;
-    if (!isAboveNoSample(point.z)) {
+    if (!isMeasured(point.z)) {
       continue;
     }
     if (end < 0) {
@@ -88,7 +88,7 @@ void cutIntoPieces(const STesk3DPosition* line,
     const SQO_RUN piece = pending.back();
     pending.pop_back();
     const int end = piece.start + piece.len - 1;
-    if (piece.len < 3 || isNoSample(line[piece.start].pt3D.z) || isNoSample(line[end].pt3D.z)) {
+    if (piece.len < 3 || isMissing(line[piece.start].pt3D.z) || isMissing(line[end].pt3D.z)) {
       continue;
     }
     const auto [distance, cut] = farthestFromChord(line, piece.start, end);

@@ -13,8 +13,8 @@ namespace {
 using scanline::detail::append;
 using scanline::detail::cutIntoPieces;
 using scanline::detail::cutIntoRuns;
-using scanline::detail::isAboveNoSample;
-using scanline::detail::isNoSample;
+using scanline::detail::isMeasured;
+using scanline::detail::isMissing;
 using scanline::detail::makeRoom;
 using scanline::detail::Stamps;
 
@@ -36,17 +36,17 @@ double distanceInSpace(const STesk3DPoint& p, const STesk3DPoint& q) {
 /// side first; -1 if there is none.
 int middleSample(const STesk3DPosition* line, int start, int end) {
   const int middle = (start + end) / 2;
-  if (!isNoSample(line[middle].pt3D.z)) {
+  if (!isMissing(line[middle].pt3D.z)) {
     return middle;
   }
   for (int above = middle + 1, below = middle - 1; above < end; ++above, --below) {
-    if (isAboveNoSample(line[above].pt3D.z)) {
+    if (isMeasured(line[above].pt3D.z)) {
       return above;
     }
     if (below <= start) {
       break;
     }
-    if (isAboveNoSample(line[below].pt3D.z)) {
+    if (isMeasured(line[below].pt3D.z)) {
       return below;
     }
   }

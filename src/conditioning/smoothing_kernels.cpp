@@ -43,7 +43,7 @@ SCANLINE_WIDE_KERNEL
 void gatherHeights(const STesk3DPosition* samples, std::size_t count, double* heights) {
   for (std::size_t i = 0; i < count; ++i) {
     const double z = samples[i].pt3D.z;
-    heights[i] = isAboveNoSample(z) ? z : 0.0;
+    heights[i] = isMeasured(z) ? z : 0.0;
   }
 }
 
@@ -64,12 +64,12 @@ void gatherHeightsAndSteps(const STesk3DPosition* samples,
       z[1 + i] = samples[first + i].pt3D.z;
     }
     for (std::size_t i = 0; i < size; ++i) {
-      heights[first + i] = isAboveNoSample(z[1 + i]) ? z[1 + i] : 0.0;
+      heights[first + i] = isMeasured(z[1 + i]) ? z[1 + i] : 0.0;
     }
     for (std::size_t i = 0; i < size; ++i) {
       const auto inY = static_cast<int>(std::fabs(y[1 + i] - y[i]) > yTh);
       const auto inZ = static_cast<int>(std::fabs(z[1 + i] - z[i]) > zTh);
-      isStep[first + i] = static_cast<int>(isAboveNoSample(z[1 + i])) & (inY | inZ);
+      isStep[first + i] = static_cast<int>(isMeasured(z[1 + i])) & (inY | inZ);
     }
     y[0] = y[size];
     z[0] = z[size];

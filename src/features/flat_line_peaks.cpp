@@ -85,7 +85,7 @@ void appendFeatures(const Line& lineData,
 /// Marks the sample of a feature, and fills it if it is a hole.
 void markFeature(const SQO_basicFeature1D& feature, Line& lineData) {
   STesk3DPosition& sample = lineData[feature.jumpPos2D.y];
-  if (detail::isNoSample(sample.pt3D.z)) {
+  if (detail::isMissing(sample.pt3D.z)) {
     sample.pt3D = feature.jumpPos;
   }
   sample.nPointIdx = kFeatureMark;

@@ -15,7 +15,7 @@ SideViewer::SideViewer(const std::vector<STesk3DPosition>& lineData, double widt
       firstMark_ = std::min(firstMark_, i);
       lastMark_ = i;
     }
-    if (isAboveNoSample(lineData[i].pt3D.z)) {
+    if (isMeasured(lineData[i].pt3D.z)) {
       y_.take(lineData[i].pt3D.y);
     }
   }
@@ -39,7 +39,7 @@ SideView SideViewer::view(int start, int step) const {
       return atMark;
     }
     const STesk3DPoint& point = lineData_[i].pt3D;
-    if (!isAboveNoSample(point.z)) {
+    if (!isMeasured(point.z)) {
       continue;
     }
     if (isBeyond(point.y)) {

@@ -20,7 +20,7 @@ SlopeRun runBetween(const LvLine& line, int start, int end, Direction direction)
   SlopeRun run = {start, end, start, start};
   int before = start;
   for (int i = start + 1; i <= end; ++i) {
-    if (isNoSample(line.point(i).z)) {
+    if (isMissing(line.point(i).z)) {
       continue;
     }
     if (before == start ||
@@ -47,7 +47,7 @@ std::vector<SlopeRun> findSlopeRuns(const LvLine& line, double minSlope_z) {
   };
   int before = -1;
   for (int i = 0; i < line.count; ++i) {
-    if (isNoSample(line.point(i).z)) {
+    if (isMissing(line.point(i).z)) {
       continue;
     }
     const double dz = before < 0 ? 0.0 : line.growth(before, i);
@@ -73,7 +73,7 @@ std::vector<SQO_RUN> findSegments(const LvLine& line, double maxGap_y) {
   int before = -1;
   const auto close = [&] { segments.push_back({start, before - start + 1, 1}); };
   for (int i = 0; i < line.count; ++i) {
-    if (isNoSample(line.point(i).z)) {
+    if (isMissing(line.point(i).z)) {
       continue;
     }
     const bool isAfterHole = i - before > 1;

@@ -16,7 +16,7 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
   const detail::ValidProfile profile = detail::collectProfile(
       lineData.data(), static_cast<int>(lineData.size()), [maskID](const STesk3DPosition& sample) {
         const bool isLabelled = sample.nPointIdx == maskID;
-        return detail::isAboveNoSample(sample.pt3D.z) && isLabelled;
+        return detail::isMeasured(sample.pt3D.z) && isLabelled;
       });
   // What lies beyond the longest chord belongs to another piece of the label.
   const detail::Slopes slopes(

@@ -14,7 +14,7 @@ ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize)
   Extent z;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isNoSample(point.z)) {
+    if (!isMissing(point.z)) {
       y.take(point.y);
       z.take(point.z);
     }

@@ -128,8 +128,8 @@ std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
   int place = 0;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    const int next = isAboveNoSample(point.z) ? place + 1 : place;
-    if (!isNoSample(point.z) && canEndWalks(point)) {
+    const int next = isMeasured(point.z) ? place + 1 : place;
+    if (!isMissing(point.z) && canEndWalks(point)) {
       marks[i] = marker.markOf(i, {point.y, point.z, place - 1, next});
     }
     place = next;

@@ -60,7 +60,7 @@ bool holdsPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
   double before = lineData[run.start].pt3D.z;
   for (int i = run.start + 1; i < run.start + run.len; ++i) {
     const double z = lineData[i].pt3D.z;
-    if (detail::isNoSample(z)) {
+    if (detail::isMissing(z)) {
       continue;
     }
     if (hasFallen && z > before) {

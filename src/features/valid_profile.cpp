@@ -6,9 +6,8 @@
 namespace scanline::detail {
 
 ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize) {
-  return collectProfile(lineData, dataSize, [](const STesk3DPosition& sample) {
-    return isAboveNoSample(sample.pt3D.z);
-  });
+  return collectProfile(lineData, dataSize,
+                        [](const STesk3DPosition& sample) { return isMeasured(sample.pt3D.z); });
 }
 
 }  // namespace scanline::detail

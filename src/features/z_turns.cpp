@@ -15,12 +15,12 @@ ZTurns findZTurns(const STesk3DPosition* lineData, int dataSize) {
   double before = std::numeric_limits<double>::quiet_NaN();
   for (int i = 0; i < dataSize; ++i) {
     const double z = lineData[i].pt3D.z;
-    if (!isNoSample(z)) {
+    if (!isMissing(z)) {
       turns.take(i, z - before);
       before = z;
     }
   }
-  if (dataSize > 0 && isNoSample(lineData[dataSize - 1].pt3D.z)) {
+  if (dataSize > 0 && isMissing(lineData[dataSize - 1].pt3D.z)) {
     turns.close();
   }
   return {turns.releaseMinima(), turns.releaseMaxima()};

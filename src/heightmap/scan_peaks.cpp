@@ -49,7 +49,7 @@ class ScanSearch {
       }
       const double z = samples[i].pt3D.z;
       hasOddZ |= !(z < HUGE_VAL);
-      if (extrema.z[i] > z && !detail::isNoSample(z)) {
+      if (extrema.z[i] > z && !detail::isMissing(z)) {
         extrema.z[i] = z;
         extrema.line[i] = line;
       }
@@ -94,7 +94,7 @@ class ScanSearch {
     for (int l = lines.start; l < lines.limit; ++l) {
       for (int i = samples.start; i < samples.limit; ++i) {
         const double z = lines_[l].p3DPosition[i].pt3D.z;
-        if (!detail::isNoSample(z)) {
+        if (!detail::isMissing(z)) {
           best.offer(l, i, z);
         }
       }

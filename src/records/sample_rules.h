@@ -10,18 +10,18 @@ namespace scanline::detail {
 ///
 /// | test | z at the limit | NaN |
 /// | --- | --- | --- |
-/// | isNoSample | a sample | a sample |
-/// | isAboveNoSample | not measured | not measured |
-/// | isHole | a hole | no hole |
+/// | isMissing; others are valid | valid | valid |
+/// | isMeasured | not measured | not measured |
+/// | isHole | a hole | not a hole |
 constexpr double kNoSampleZ = 0.0001;
 
-/// Whether a sample holds no measurement: the form of scans, points and calibrations.
-inline bool isNoSample(double z) {
+/// Whether a sample is missing, not valid: the form of scans, points and calibrations.
+inline bool isMissing(double z) {
   return kNoSampleZ > z;
 }
 
 /// Whether a sample is measured: the form of most functions on lines.
-inline bool isAboveNoSample(double z) {
+inline bool isMeasured(double z) {
   return z > kNoSampleZ;
 }
 

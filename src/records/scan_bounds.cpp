@@ -8,8 +8,8 @@
 
 namespace {
 
-using scanline::detail::isAboveNoSample;
-using scanline::detail::isNoSample;
+using scanline::detail::isMeasured;
+using scanline::detail::isMissing;
 using scanline::detail::kEmptyRange;
 using scanline::detail::LineView;
 
@@ -31,7 +31,7 @@ class BoxFold {
   }
   void takeSamples(const LineView& line) {
     for (const STesk3DPosition& sample : line) {
-      if (!isNoSample(sample.pt3D.z)) {
+      if (!isMissing(sample.pt3D.z)) {
         take(sample.pt3D);
       }
     }
@@ -91,7 +91,7 @@ STesk3DRangeD qo_getScanDataROI_vector(std::vector<std::vector<STesk3DPosition>>
 STesk3DRangeD ju_getPointCloudROI(std::vector<STesk3DPoint>& points) {
   BoxFold fold;
   for (const STesk3DPoint& point : points) {
-    if (!isNoSample(point.z)) {
+    if (!isMissing(point.z)) {
       fold.take(point);
     }
   }
@@ -106,14 +106,14 @@ SJU_pointCloudPara ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>
   for (const std::vector<STesk3DPosition>& line : scan) {
     for (std::size_t i = 0; i < line.size(); ++i) {
       const STesk3DPoint& point = line[i].pt3D;
-      if (isNoSample(point.z)) {
+      if (isMissing(point.z)) {
         continue;
       }
       fold.take(point);
-      if (i > 0 && isAboveNoSample(line[i - 1].pt3D.z)) {
+      if (i > 0 && isMeasured(line[i - 1].pt3D.z)) {
         inLine.add(point.y - line[i - 1].pt3D.y);
       }
-      if (lineBefore != nullptr && isAboveNoSample(lineBefore[i].pt3D.z)) {
+      if (lineBefore != nullptr && isMeasured(lineBefore[i].pt3D.z)) {
         betweenLines.add(point.x - lineBefore[i].pt3D.x);
       }
     }
