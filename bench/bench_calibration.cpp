@@ -126,8 +126,24 @@ BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_getHolePlaneCalibPara)->Unit(benchmark
 BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_HCameraVScan_getGroundCalibPara)
     ->Unit(benchmark::kMillisecond);
 
-/// The plane fit of that calibration by itself, on the points that it selects.
+/// A table without blocks, with a hole that breaks a fifth of its lines.
+void BM_CalibrateAroundHole(benchmark::State& state) {
+  bench::Scan scan = bench::makeScan(1);
+  for (int l = 400; l < 600; ++l) {
+    for (int i = 800; i < 1200; ++i) {
+      scan[l][i].pt3D.z = 0.0;
+    }
+  }
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(qo_getHolePlaneCalibPara(scan));
+  }
+  bench::countSamples(state);
+}
+BENCHMARK(BM_CalibrateAroundHole)->Unit(benchmark::kMillisecond);
+
+/// The plane fit by itself, on a million of the points that the search selects.
 void BM_CaculateLaserPlane(benchmark::State& state) {
+  constexpr std::size_t kPoints = 1000000;
   std::vector<cv::Point3_<float>> points;
   for (const bench::Line& line : bench::sharedScan()) {
     for (const STesk3DPosition& sample : line) {
@@ -137,6 +153,7 @@ void BM_CaculateLaserPlane(benchmark::State& state) {
       }
     }
   }
+  points.resize(std::min(points.size(), kPoints));
   for (auto _ : state) {
     std::vector<double> res;
     teskCaculateLaserPlane(points, res);

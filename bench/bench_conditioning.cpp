@@ -24,7 +24,7 @@ void BM_Conditioning_Smoothing(benchmark::State& state, Smooth smooth) {
   bench::countSamples(state);
 }
 void windows(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgName("window")->Arg(5)->Arg(25)->Unit(benchmark::kMillisecond);
+  benchmark->ArgName("window")->Arg(5)->Arg(25)->Arg(51)->Unit(benchmark::kMillisecond);
 }
 BENCHMARK_CAPTURE(BM_Conditioning_Smoothing, library, qo_lineDataSmoothing)->Apply(windows);
 BENCHMARK_CAPTURE(BM_Conditioning_Smoothing, plainLoop, plain::smooth)->Apply(windows);

@@ -1,3 +1,7 @@
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+
 #include <scanline/heightmap.h>
 #include "bench_scan.h"
 #include "plain_contours.h"
@@ -103,6 +107,64 @@ BENCHMARK(BM_Contours_PeakScanPlain)
     ->Arg(200)
     ->Arg(500)
     ->Unit(benchmark::kMicrosecond);
+
+/// A scan of 5 x 5 discs at unit spacing, each with an edge around it and a peak in its middle.
+class DiscScan {
+ public:
+  DiscScan() : scan_(kSide, bench::Line(kSide)), edges_(kSide, kSide, CV_32SC4) {
+    edges_ = cv::Scalar(0, 0, 0, 1);
+    for (int l = 0; l < kSide; ++l) {
+      for (int i = 0; i < kSide; ++i) {
+        const int along = flankType(l, i);
+        const int across = flankType(i, l);
+        scan_[l][i] = {along + 16 * across, {1.0 * l, 1.0 * i, 500.0}};
+        edges_.at<cv::Vec4i>(i, l)[0] = along != 0 || across != 0 ? 1 + (l / kPitch) : 0;
+      }
+    }
+    lines_ = bench::pointerForm(scan_);
+  }
+
+  void scanPeaks() {
+    for (int l = kPitch / 2; l < kSide; l += kPitch) {
+      for (int i = kPitch / 2; i < kSide; i += kPitch) {
+        std::vector<std::vector<SQO_lineConotours>> contours(4);
+        int maxEdges[4] = {};
+        qo_peakXYScan(lines_.data(), kSide, edges_, {l, i, 0, 2.0, 0}, {}, {kRadius + 1.0, 0.0},
+                      true, contours[0], contours[1], contours[2], contours[3], maxEdges,
+                      maxEdges + 1, maxEdges + 2, maxEdges + 3);
+        benchmark::DoNotOptimize(contours.data());
+      }
+    }
+  }
+
+ private:
+  static constexpr int kPitch = 100;
+  static constexpr int kSide = 5 * kPitch;
+  static constexpr int kRadius = 40;
+
+  /// The type of position i on a cut through the discs.
+  static int flankType(int cut, int i) {
+    const int offset = cut % kPitch - kPitch / 2;
+    const auto half = static_cast<int>(std::sqrt(std::max(0, kRadius * kRadius - offset * offset)));
+    const int position = i % kPitch - kPitch / 2;
+    if (half == 0 || std::abs(position) != half) {
+      return 0;
+    }
+    return position < 0 ? FEATURE_JUMP_RISE : FEATURE_JUMP_FALL;
+  }
+
+  bench::Scan scan_;
+  std::vector<STesk3DLaserLine> lines_;
+  cv::Mat edges_;
+};
+
+void BM_Contours_PeakScanDiscs(benchmark::State& state) {
+  DiscScan discs;
+  for (auto _ : state) {
+    discs.scanPeaks();
+  }
+}
+BENCHMARK(BM_Contours_PeakScanDiscs)->Unit(benchmark::kMicrosecond);
 
 /// Points that belong to `edges` edges in turn, at distances that tell the first three apart.
 std::vector<SQO_contourPtInfo> makePoints(std::int64_t count, int edges) {

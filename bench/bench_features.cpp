@@ -7,6 +7,7 @@
 #include "plain_glove_arcs.h"
 #include "plain_local_peaks.h"
 #include "plain_lv_shapes.h"
+#include "plain_raised.h"
 #include "plain_right_angles.h"
 
 namespace {
@@ -56,7 +57,9 @@ BENCHMARK(BM_Features_Corner)
     ->ArgName("scale_in_samples")
     ->Arg(4)
     ->Arg(8)
+    ->Arg(10)
     ->Arg(32)
+    ->Arg(100)
     ->Arg(256)
     ->Arg(4096)
     ->Unit(benchmark::kMillisecond);
@@ -197,6 +200,24 @@ BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, library, qo_getFlatLineLocalPeaks_v
     ->Apply(slopeWindows);
 BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, plainRules, plain::flatLinePeaks)->Apply(slopeWindows);
 
+// The lines that the search is meant for: noise on a level, without blocks.
+template <typename Extract>
+void BM_Features_LevelLinePeaks(benchmark::State& state, Extract extract) {
+  bench::Scan scan = bench::makeScan(1);
+  std::vector<SQO_basicFeature1D> peaks;
+  for (auto _ : state) {
+    for (int l = 0; l < bench::kLines; ++l) {
+      peaks.clear();
+      extract(scan[l], l, 1.6, 5.0, 4.0, peaks);
+    }
+  }
+  bench::countSamples(state);
+}
+BENCHMARK_CAPTURE(BM_Features_LevelLinePeaks, library, qo_getFlatLineLocalPeaks_vector)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Features_LevelLinePeaks, plainRules, plain::flatLinePeaks)
+    ->Unit(benchmark::kMillisecond);
+
 void BM_Features_SemiCircles(benchmark::State& state) {
   cv::Mat noLabels(bench::kSamples + 1, bench::kLines, CV_32SC1, cv::Scalar(0));
   runOnScan<SQO_featureSemiCircle>(
@@ -222,13 +243,17 @@ void BM_Features_PlainGloveArcs(benchmark::State& state) {
 }
 BENCHMARK(BM_Features_PlainGloveArcs)->Unit(benchmark::kMillisecond);
 
-void BM_Features_Raised(benchmark::State& state) {
+template <typename Extract>
+void BM_Features_Raised(benchmark::State& state, Extract extract) {
   runOnScan<SJU_segFeature>(
-      state, [](bench::Line& line, int lineIdx, std::vector<SJU_segFeature>& stretches) {
-        ju_getLineRaisedFeature(line, lineIdx, {5.0, 1.0, 1.0, 20.0}, stretches);
+      state, [&](bench::Line& line, int lineIdx, std::vector<SJU_segFeature>& stretches) {
+        extract(line, lineIdx, SQO_raisedFeatureParam{5.0, 1.0, 1.0, 20.0}, stretches);
       });
 }
-BENCHMARK(BM_Features_Raised)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Features_Raised, library, ju_getLineRaisedFeature)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Features_Raised, plainRules, plain::raisedStretches)
+    ->Unit(benchmark::kMillisecond);
 
 // Blocks of 40 in z make jumps; noise makes short runs, which the smallest slope drops.
 template <typename Extract>

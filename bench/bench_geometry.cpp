@@ -32,6 +32,28 @@ void BM_Fit_Line(benchmark::State& state) {
 }
 BENCHMARK(BM_Fit_Line);
 
+/// The same by a plain loop over the sums.
+void BM_Fit_LinePlain(benchmark::State& state) {
+  const std::vector<STesk3DPoint> points = arcPoints();
+  for (auto _ : state) {
+    double sumX = 0.0;
+    double sumY = 0.0;
+    double sumXX = 0.0;
+    double sumXY = 0.0;
+    for (const STesk3DPoint& point : points) {
+      sumX += point.x;
+      sumY += point.y;
+      sumXX += point.x * point.x;
+      sumXY += point.x * point.y;
+    }
+    const double d = kFitPoints * sumXX - sumX * sumX;
+    benchmark::DoNotOptimize((kFitPoints * sumXY - sumX * sumY) / d);
+    benchmark::DoNotOptimize((sumY * sumXX - sumXY * sumX) / d);
+  }
+  bench::countSamples(state, kFitPoints);
+}
+BENCHMARK(BM_Fit_LinePlain);
+
 void BM_Fit_Circle(benchmark::State& state) {
   const std::vector<STesk3DPoint> points = arcPoints();
   STesk3DPoint center = {};

@@ -165,7 +165,7 @@ void BM_Watershed_BlobsOpenCV(benchmark::State& state) {
 }
 
 void squares(benchmark::internal::Benchmark* benchmark) {
-  benchmark->ArgName("side")->Arg(1024)->Arg(2048)->Unit(benchmark::kMillisecond);
+  benchmark->ArgName("side")->Arg(512)->Arg(1024)->Arg(2048)->Unit(benchmark::kMillisecond);
 }
 
 /// Sides that the plain form, whose cost grows with the fourth power, can still do.

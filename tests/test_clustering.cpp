@@ -20,7 +20,7 @@ using Info = SQO_featureClusteringInfo;
 
 TEST(PointClustering, FollowsTheRulesOnRandomPoints) {
   const std::array<double, 9> distances = {
-      -1.0, 0.0, std::nan(""), 1.0, std::sqrt(2.0), std::nextafter(std::sqrt(2.0), 2.0),
+      -0.5, 0.0, std::nan(""), 1.0, std::sqrt(2.0), std::nextafter(std::sqrt(2.0), 2.0),
       1.5,  3.0, HUGE_VAL};
   cv::RNG random(1);
   for (int round = 0; round < 450; ++round) {

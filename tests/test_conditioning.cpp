@@ -30,11 +30,41 @@ TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
       sample.pt3D.z /= sample.pt3D.z > 1.0 ? 3.0 : 1.0;  // Sums depend on the order now.
     }
     const int size = static_cast<int>(line.size());
-    for (const int window : {INT_MIN, -2, 0, 1, 2, 25, size, 2 * size - 3, 2 * size, INT_MAX}) {
+    for (const int window :
+         {INT_MIN, -2, 0, 1, 2, 5, 7, 25, size, 2 * size - 3, 2 * size, INT_MAX}) {
       Line out(7);
       Line expected;
       qo_lineDataSmoothing(line, window, out);
       plain::smooth(line, window, expected);
+      ASSERT_EQ(text(out), text(expected)) << "window " << window;
+    }
+  }
+}
+
+TEST(LineSegSmoothing, SmoothsEachPieceByItself) {
+  build::GridLines grid(8);
+  for (int round = 0; round < 60; ++round) {
+    Line line = grid.line(round < 30 ? 9 : 600, {-40, 0, 0.5, 9, 9, 9.25, 9.5});
+    for (const int window : {-2, 1, 4, 17, 18, 51, INT_MAX}) {
+      Line expected;
+      Line piece;
+      Line smoothed;
+      bool isMeasuredSeen = false;
+      for (std::size_t i = 0; i <= line.size(); ++i) {
+        const bool isMeasured = i < line.size() && line[i].pt3D.z > 0.0001;
+        if (i == line.size() ||
+            (isMeasured && isMeasuredSeen && std::abs(line[i].pt3D.z - piece.back().pt3D.z) > 1)) {
+          plain::smooth(piece, window, smoothed);
+          expected.insert(expected.end(), smoothed.begin(), smoothed.end());
+          piece.clear();
+        }
+        if (i < line.size()) {
+          piece.push_back(line[i]);
+        }
+        isMeasuredSeen = isMeasuredSeen || isMeasured;
+      }
+      Line out;
+      qo_lineSegSmoothing(line, 1e9, 1, window, out);
       ASSERT_EQ(text(out), text(expected)) << "window " << window;
     }
   }
@@ -131,7 +161,7 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
   Line line = build::profileLine(200 * tread, 1.0,
                                  [=](double y) { return 10.0 + 40.0 * std::floor(y / tread); });
   Runs pieces;
-  split({0, 200 * tread, 7}, line, 1e-300, pieces);
+  split({0, 200 * tread, 7}, line, 0.0, pieces);
   ASSERT_EQ(pieces.size(), 200U);
   for (int i = 0; i < 200; ++i) {
     EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <opencv2/core.hpp>
 #include <tuple>
 #include <vector>
 
@@ -60,6 +61,30 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
   const auto& [type, at2D, at, value] = features[0];
   EXPECT_TRUE(at2D.x == 3 && at.y == 2.0 && value == 0.0);
   EXPECT_EQ(build::stampsOf(line), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
+}
+
+// Bowls of three samples, two samples apart. The last one is only there to be joined.
+TEST(UpperSemiCircles, JoinNeighboursAcrossALabel) {
+  const std::tuple<std::vector<int>, Found> cases[] = {
+      {{0, 0, 0, 0, 0, 0}, {{0, 2}, {5, 7}, {10, 12}}},
+      {{1, 2, -1, -1, 3, 4}, {{0, 2}, {5, 7}, {10, 12}}},
+      {{1, 1, 2, 2, 0, 0}, {{0, 7}, {10, 12}}},
+      {{0, 0, 9, 9, 9, 9}, {{0, 2}, {5, 12}}}};
+  for (const auto& [labels, expected] : cases) {
+    Line line = build::lineOfZ({5, 4, 5, 0, 0, 5, 4, 5, 0, 0, 5, 4, 5, 0, 0, 5, 4, 5});
+    cv::Mat image = cv::Mat::zeros(static_cast<int>(line.size()), 9, CV_32S);
+    for (int hole = 0; hole < 3; ++hole) {
+      image.at<int>(5 * hole + 3, 7) = labels[2 * hole];
+      image.at<int>(5 * hole + 4, 7) = labels[2 * hole + 1];
+    }
+    std::vector<SQO_featureSemiCircle> arcs;
+    qo_getLineUpperSemiCircleFeature(line.data(), 18, 7, 2.0, {9, 9, 9, 1.5}, arcs, image);
+    Found found;
+    for (const SQO_featureSemiCircle& arc : arcs) {
+      found.emplace_back(arc.startPtIdx, arc.endPtIdx);
+    }
+    EXPECT_EQ(found, expected);
+  }
 }
 
 // The rest of a bowl and the flat shoulder after it; then that rest alone.

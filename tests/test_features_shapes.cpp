@@ -19,8 +19,9 @@ using Features = std::vector<SQO_basicFeature1D>;
 
 TEST(LVFeature, AgreesWithThePlainRules) {
   build::GridLines grid(3);
-  const std::vector<double> shapes[] = {
-      {-12, -4, -2, -1, 0, 1, 2, 4, 12}, {-45, -4, -3, -3, 0, 3, 3, 4, 45}, {-8, -6, 0, 6, 8}};
+  const std::vector<double> shapes[] = {{-12, -4, -2, -1, -0.5, 0, 1, 2, 4, 12},
+                                        {-45, -4, -3, -3, 0, 3, 3, 4, 45},
+                                        {-8, -6, 0, 6, 8}};
   for (int round = 0; round < 6000; ++round) {
     const Line line = grid.line(40, shapes[round % 3]);
     SQO_lineFeature found = {-3, {}, {{0, {7, 0}, {}, 0.0}}};
@@ -28,7 +29,7 @@ TEST(LVFeature, AgreesWithThePlainRules) {
       found.features.push_back(
           {FEATURE_JUMP_RISE + grid.below(3), {7, k}, {0, 5.0 * grid.below(20), 0}, 0});
     }
-    const SQO_slopeParam slope = {0.0, grid.pick({0, 1, 4, 6}), grid.pick({3, 4, 8, 100}),
+    const SQO_slopeParam slope = {0.0, grid.pick({0, 1, 4, 6}), grid.pick({0.25, 3, 4, 8, 100}),
                                   grid.pick({1, 2, 3})};
     const SQO_VFeatureParam v = {grid.pick({0, 1, 4, 8, 100}), grid.pick({0, 4, 9, 100, 1e9})};
     SQO_lineFeature plain = found;
@@ -58,8 +59,10 @@ TEST(RightAngleFeature, AgreesWithThePlainRules) {
     SQO_lineFeature found = {-3, {{0, {7, 0}, {}, 0.0}}, {}};
     SQO_lineFeature plain = found;
     Line sameLine = line;
-    qo_getLineRigthAngleFeature(sameLine.data(), static_cast<int>(line.size()), 7, kinds[0],
+    sameLine.insert(sameLine.begin(), build::sample(0.0, 0.0, 60.0));  // not one of the line
+    qo_getLineRigthAngleFeature(sameLine.data() + 1, static_cast<int>(line.size()), 7, kinds[0],
                                 kinds[1], kinds[2], kinds[3], &found);
+    sameLine.erase(sameLine.begin());
     plain::rightAngles(line, 7, kinds, plain.features);
     ASSERT_EQ(text(found.features), text(plain.features)) << text(line);
     ASSERT_EQ(text(sameLine), text(line)) << "only read";
@@ -74,8 +77,15 @@ TEST(LineLocalPeaks, AgreeWithThePlainRules) {
   build::GridLines grid(1);
   for (int round = 0; round < 4000; ++round) {
     Line line = grid.line(30, {-2, -1, 0, 1, 2});
+    if (round % 40 == 0) {  // Most looks go far, past peaks that rise or valleys that fall.
+      line = grid.line(1500, {grid.pick({-4, -2}), 0, 4.5});
+      for (STesk3DPosition& sample : line) {
+        const double z = sample.pt3D.z < 1e9 ? sample.pt3D.z : 0.0;
+        sample.pt3D.z = z > 0.0 && round % 80 == 0 ? 9000.0 - z : z;
+      }
+    }
     Line plainLine = line;
-    const double scale = grid.pick({0.0, 1.0, 2.0, 2.5, 4.0, 8.0, 1e9, NAN});
+    const double scale = grid.pick({0.0, 1.0, 2.0, 2.5, 4.0, 8.0, 100.0, 300.0, 1e9, NAN});
     Features peaks = kBefore;
     Features valleys = kBefore;
     Features plainPeaks = kBefore;

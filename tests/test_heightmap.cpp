@@ -25,7 +25,7 @@ cv::Mat randomMap(cv::RNG& random, int rows, int cols, int oddPeriod) {
       auto& cell = map.at<float>(r, c);
       cell = static_cast<float>(random.uniform(0, 10)) * 0.25F;
       if (oddPeriod > 0 && random.uniform(0, oddPeriod) == 0) {
-        cell = random.uniform(0, 2) == 0 ? NAN : -1.5F;
+        cell = std::array<float, 3>{NAN, -1.5F, HUGE_VALF}[random.uniform(0, 3)];
       }
     }
   }

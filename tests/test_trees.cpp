@@ -45,7 +45,7 @@ struct RandomScan : build::Random {
         feature(line + (whole(0, 9) == 0 ? whole(-2, 2) : 0), 70.0 + 0.5 * whole(-20, 20),
                 whole(0, 3) == 0 ? whole(-1, 16) : FEATURE_JUMP_RISE, 9.5 + 0.5 * whole(0, 8),
                 0.25 * whole(0, 9));
-    f.jumpPos.x += 30.0 + 0.5 * whole(-1, 1);
+    f.jumpPos.x += whole(0, 60) == 0 ? kNaN : 30.0 + 0.5 * whole(-1, 1);
     f.jumpPos.y = whole(0, 60) == 0 ? kNaN : f.jumpPos.y;
     return f;
   }
@@ -159,6 +159,13 @@ TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
   EXPECT_EQ(ranges.str(), "1 3 -2 9; 0 0 0 0; ");
   qo_cornerFeaturesGrowing(none, trees, kParam);
   EXPECT_EQ(trees.size(), 1U) << "those of a single line are removed";
+
+  Lines last(1);
+  for (const double z : {11.5, 11.4375}) {
+    trees = {treeOf({feature(0, 0.0, FEATURE_V, 10.0), feature(3, 4.0, FEATURE_V, z)})};
+    qo_peakFeatureGrowing(last, trees, kParam);
+    EXPECT_EQ(trees.empty(), z == 11.5) << "a ridge falls by less than 0.3 of its length";
+  }
 }
 
 TEST(TreeGrowing, DoesNotSlowDownWhereFeaturesLieDense) {

@@ -75,6 +75,10 @@ TEST(SeedWatershed, FillsPlateausBeforeTheFlood) {
   EXPECT_EQ(seeds[1].value, 6);
   EXPECT_EQ(seeds[1].tag, 3);
 
+  // To the flood, labels of 0 and below are none.
+  EXPECT_EQ(flooded(imageOf({{4, 4, 0, 4}, {9, 4, 0, 4}}), seeds, 0, -1),
+            (Plane{{-1, 0, 1, 1}, {0, -1, 1, 1}}));
+
   image = imageOf({{4, 4, 0}});
   seeds = {seedAt(1, 0)};
   EXPECT_THROW(ju_seedWatershed(image, seeds, -2, 3), std::length_error);
@@ -98,7 +102,7 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
   for (int i = 0; i < 1500; ++i) {
     const int height = random.whole(1, 16);
     // Rows of about 1024 values are laid out at a distance of their own.
-    const int width = random.whole(1, 16) + (i % 100 == 0 ? 1000 : 0);
+    const int width = random.whole(1, 16) + (i % 100 == 0 ? 1020 : 0);
     const int maxLevel = random.whole(0, 9);
     const int scale = random.whole(0, 1) == 0 ? 1 : 400000;
     Plane gray = randomPlane(random, height, width, 0, random.whole(1, i % 5 == 0 ? 3000 : 12));
@@ -108,7 +112,8 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
       seed = seedAt(random.whole(0, width - 1), random.whole(0, height - 1));
     }
     SJU_waterShedImage expected = imageOf(gray, markers);
-    plain::seedWatershed(expected, seeds, maxLevel, 2);
+    const int startLabel = i % 8 == 0 ? 32766 : 2;  // labels beyond 15 bits have larger cells
+    plain::seedWatershed(expected, seeds, maxLevel, startLabel);
     for (int r = 0; r < height; ++r) {
       for (int c = 0; c < width; ++c) {
         const int label = expected.markers[r][c];
@@ -119,7 +124,9 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
         settled += label != markers[r][c] ? 1 : 0;
       }
     }
-    ASSERT_EQ(flooded(imageOf(gray, markers), seeds, maxLevel * scale), expected.markers) << i;
+    ASSERT_EQ(flooded(imageOf(gray, markers), seeds, maxLevel * scale, startLabel),
+              expected.markers)
+        << i;
   }
   EXPECT_GT(settled, 10000);
 }

@@ -7,14 +7,12 @@
 
 namespace {
 
-using scanline::detail::fitLaserPlane;
 using scanline::detail::FitPoints;
-using scanline::detail::isAboveNoSample;
+using scanline::detail::isMeasured;
 using scanline::detail::LaserPlane;
 using scanline::detail::levelPlane;
 using scanline::detail::LevelTarget;
 using scanline::detail::meanLevelled;
-using scanline::detail::toFitPoint;
 
 using Line = std::vector<STesk3DPosition>;
 
@@ -63,11 +61,12 @@ bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
 void takeGround(Line& line, const SQO_RUN& piece, FitPoints& points) {
   for (int i = piece.start; i < piece.start + piece.len; ++i) {
     STesk3DPosition& sample = line[i];
-    if (isAboveNoSample(sample.pt3D.z)) {
+    if (isMeasured(sample.pt3D.z)) {
       sample.nPointIdx = kGroundMark;
-      points.push_back(toFitPoint(sample.pt3D));
+      points.add(sample.pt3D);
     }
   }
+  points.sumUp();
 }
 
 FitPoints selectGround(std::vector<Line>& scan) {
@@ -87,7 +86,7 @@ FitPoints selectGround(std::vector<Line>& scan) {
 SQO_planeCalibPara qo_HCameraVScan_getGroundCalibPara(
     std::vector<std::vector<STesk3DPosition>>& scan) {
   const FitPoints points = selectGround(scan);
-  const LaserPlane plane = fitLaserPlane(points);
+  const LaserPlane plane = points.plane();
   const SQO_planeCalibPara record = levelPlane(plane, points, kPositiveY, meanLevelled);
   if (0.0 > record.planeHeight) {
     return levelPlane(plane, points, kNegativeY, meanLevelled);

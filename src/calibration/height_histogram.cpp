@@ -1,15 +1,66 @@
 #include "calibration/height_histogram.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <stdexcept>
+
+#include "records/sample_rules.h"
 
 namespace scanline::detail {
 
 namespace {
 
-/// Appends the empty bins up to `next` that the profile needs.
+/// Up to this many bins per sample, all bins are stored.
+constexpr std::size_t kStoredBinsPerSample = 4;
+
+/// Neighbours mostly share a bin. Counting them in turn in several counters spares each the wait
+/// for the one before.
+constexpr std::size_t kCounters = 4;
+using Counters = std::array<std::uint32_t, kCounters>;
+
+/// Calls `take(bin)` for every sample that has a bin. Returns the number of all samples.
+template <typename Take>
+std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take take) {
+  std::uint64_t total = 0;
+  for (const LineView& line : scan) {
+    for (const STesk3DPosition& sample : line) {
+      if (isMissing(sample.pt3D.z)) {
+        continue;
+      }
+      ++total;
+      const double offset = (sample.pt3D.z - lowest) / kBinWidth;
+      // Only NaN fails here and has no bin.
+      if (offset < static_cast<double>(bins)) {
+        take(static_cast<int>(offset));
+      }
+    }
+  }
+  return total;
+}
+
+/// Counts into all bins from 0 on.
+HeightHistogram countInStoredBins(const ScanView& scan, double lowest, int bins) {
+  std::vector<Counters> counters(static_cast<std::size_t>(bins), Counters{});
+  HeightHistogram histogram = {};
+  std::size_t next = 0;
+  histogram.total = forEachBin(scan, lowest, bins, [&](int bin) {
+    ++counters[bin][next % kCounters];
+    ++next;
+  });
+  histogram.counts.reserve(counters.size());
+  for (int bin = 0; bin < bins; ++bin) {
+    const Counters& c = counters[bin];
+    histogram.counts.push_back({bin, c[0] + c[1] + c[2] + c[3]});
+  }
+  return histogram;
+}
+
+/// Appends the empty bins up to `next` that the profile needs: those that a window of the profile
+/// reaches, and the one below them. The profile is 0 in all that are left out, as it is in that
+/// one.
 void appendGap(BinCounts& counts, int next) {
   const int first = counts.empty() ? next : counts.back().bin + 1;
   const int end = first + std::min(next - first, kProfileReach);
@@ -21,27 +72,7 @@ void appendGap(BinCounts& counts, int next) {
   }
 }
 
-}  // namespace
-
-int binCount(const STeskRangeD& heights) {
-  const double span = heights.max - heights.min;
-  if (!std::isfinite(span)) {
-    return 0;
-  }
-  if (span >= static_cast<double>(std::numeric_limits<int>::max())) {
-    throw std::length_error("height histogram");
-  }
-  return static_cast<int>(span) + 1;
-}
-
-BinCounts emptyBins(int bins) {
-  BinCounts counts(static_cast<std::size_t>(bins));
-  for (int bin = 0; bin < bins; ++bin) {
-    counts[bin].bin = bin;
-  }
-  return counts;
-}
-
+/// Joins the counts of each bin and fills the gaps between them.
 BinCounts joinCounts(BinCounts counts) {
   std::sort(counts.begin(), counts.end(),
             [](const BinCount& a, const BinCount& b) { return a.bin < b.bin; });
@@ -54,6 +85,52 @@ BinCounts joinCounts(BinCounts counts) {
     joined.back().count += next.count;
   }
   return joined;
+}
+
+/// Counts into occupied bins alone.
+HeightHistogram countInOccupiedBins(const ScanView& scan, double lowest, int bins) {
+  HeightHistogram histogram = {};
+  BinCounts counts;
+  histogram.total = forEachBin(scan, lowest, bins, [&](int bin) {
+    // Neighbours often share a bin.
+    if (counts.empty() || counts.back().bin != bin) {
+      counts.push_back({bin, 0});
+    }
+    ++counts.back().count;
+  });
+  histogram.counts = joinCounts(std::move(counts));
+  return histogram;
+}
+
+}  // namespace
+
+STeskRangeD heightBounds(const ScanView& scan) {
+  STeskRangeD heights = kEmptyRange;
+  for (const LineView& line : scan) {
+    for (const STesk3DPosition& sample : line) {
+      if (!isMissing(sample.pt3D.z)) {
+        foldIntoRange(heights, sample.pt3D.z);
+      }
+    }
+  }
+  return heights;
+}
+
+int binCount(const STeskRangeD& heights) {
+  const double span = (heights.max - heights.min) / kBinWidth;
+  if (!std::isfinite(span)) {
+    return 0;
+  }
+  if (span >= static_cast<double>(std::numeric_limits<int>::max())) {
+    throw std::length_error("height histogram");
+  }
+  return static_cast<int>(span) + 1;
+}
+
+HeightHistogram countHeights(const ScanView& scan, double lowest, int bins) {
+  return static_cast<std::size_t>(bins) <= kStoredBinsPerSample * sampleCount(scan)
+             ? countInStoredBins(scan, lowest, bins)
+             : countInOccupiedBins(scan, lowest, bins);
 }
 
 }  // namespace scanline::detail

@@ -5,33 +5,36 @@
 namespace {
 
 using scanline::detail::FitPoints;
-using scanline::detail::isNoSample;
+using scanline::detail::isMissing;
 using scanline::detail::meanLevelled;
 using scanline::detail::planeFromPoints;
-using scanline::detail::toFitPoint;
+using scanline::detail::sampleCount;
+using scanline::detail::viewOf;
 
 using Line = std::vector<STesk3DPosition>;
 
 /// Steps that break a line in y and z.
 constexpr SQO_lineSegParam kUnbroken = {1.0, 1.0, 0.0};
 
-void appendMeasured(const Line& line, FitPoints& points) {
+void addMeasured(const Line& line, FitPoints& points) {
   for (const STesk3DPosition& sample : line) {
-    if (!isNoSample(sample.pt3D.z)) {
-      points.push_back(toFitPoint(sample.pt3D));
+    if (!isMissing(sample.pt3D.z)) {
+      points.add(sample.pt3D);
     }
   }
+  points.sumUp();
 }
 
 /// The samples of all lines that run in one piece.
 FitPoints pointsOfUnbrokenLines(std::vector<Line>& scan) {
   FitPoints points;
+  points.reserve(sampleCount(viewOf(scan)));
   std::vector<SQO_RUN> runs;
   for (Line& line : scan) {
     runs.clear();
     ju_getLineDataIntervals(line, kUnbroken, runs);
     if (runs.size() == 1) {
-      appendMeasured(line, points);
+      addMeasured(line, points);
     }
   }
   return points;

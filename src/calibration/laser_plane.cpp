@@ -1,48 +1,33 @@
 #include "calibration/laser_plane.h"
 
+#include <Eigen/Core>
 #include <opencv2/core.hpp>
 
 #include <scanline/calibration.h>
 
 namespace scanline::detail {
 
-namespace {
-
-/// The sums that the normal equations are made of.
-struct PlaneSums {
-  double xx = 0.0;
-  double xy = 0.0;
-  double x = 0.0;
-  double yy = 0.0;
-  double y = 0.0;
-  double xz = 0.0;
-  double yz = 0.0;
-  double z = 0.0;
-};
-
-PlaneSums sumPoints(const FitPoints& points) {
-  PlaneSums sums;
-  for (const cv::Point3_<float>& point : points) {
-    const auto x = static_cast<double>(point.x);
-    const auto y = static_cast<double>(point.y);
-    const auto z = static_cast<double>(point.z);
-    sums.xx += x * x;
-    sums.xy += x * y;
-    sums.x += x;
-    sums.yy += y * y;
-    sums.y += y;
-    sums.xz += x * z;
-    sums.yz += y * z;
-    sums.z += z;
+void addPoints(const cv::Point3_<float>* first, const cv::Point3_<float>* end, PlaneSums& sums) {
+  // Two sums share a packed addition; each keeps the order of the points.
+  Eigen::Array2d xyTimesX(sums.xx, sums.xy);
+  Eigen::Array2d xy(sums.x, sums.y);
+  Eigen::Array2d xyTimesZ(sums.xz, sums.yz);
+  Eigen::Array2d yyAndZ(sums.yy, sums.z);
+  for (; first != end; ++first) {
+    const auto x = static_cast<double>(first->x);
+    const auto y = static_cast<double>(first->y);
+    const auto z = static_cast<double>(first->z);
+    const Eigen::Array2d point(x, y);
+    xyTimesX += point * x;
+    xy += point;
+    xyTimesZ += point * z;
+    yyAndZ += Eigen::Array2d(y * y, z);
   }
-  return sums;
+  sums = {xyTimesX[0], xyTimesX[1], xy[0], yyAndZ[0], xy[1], xyTimesZ[0], xyTimesZ[1], yyAndZ[1]};
 }
 
-}  // namespace
-
-LaserPlane fitLaserPlane(const FitPoints& points) {
-  const PlaneSums s = sumPoints(points);
-  const auto n = static_cast<double>(points.size());
+LaserPlane fitLaserPlane(const PlaneSums& s, std::size_t count) {
+  const auto n = static_cast<double>(count);
   // On the stack, so that nothing is allocated.
   const cv::Matx33d normal(s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
   const cv::Matx31d right(s.xz, s.yz, s.z);
@@ -60,6 +45,8 @@ LaserPlane fitLaserPlane(const FitPoints& points) {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void teskCaculateLaserPlane(std::vector<cv::Point3_<float>> points, std::vector<double>& res) {
-  const scanline::detail::LaserPlane plane = scanline::detail::fitLaserPlane(points);
+  scanline::detail::PlaneSums sums;
+  scanline::detail::addPoints(points.data(), points.data() + points.size(), sums);
+  const scanline::detail::LaserPlane plane = scanline::detail::fitLaserPlane(sums, points.size());
   res.insert(res.end(), {plane.a, plane.b, -1.0, plane.c});
 }

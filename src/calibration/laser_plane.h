@@ -1,12 +1,27 @@
 #pragma once
 
+#include <cstddef>
 #include <opencv2/core/types.hpp>
 #include <vector>
 
+#include <scanline/scan_records.h>
+
 namespace scanline::detail {
 
-/// The samples that a plane is fitted to, rounded to single precision, in scan order.
-using FitPoints = std::vector<cv::Point3_<float>>;
+/// The sums that the normal equations of a plane fit are made of.
+struct PlaneSums {
+  double xx = 0.0;
+  double xy = 0.0;
+  double x = 0.0;
+  double yy = 0.0;
+  double y = 0.0;
+  double xz = 0.0;
+  double yz = 0.0;
+  double z = 0.0;
+};
+
+/// Adds points to the sums, one after the other.
+void addPoints(const cv::Point3_<float>* first, const cv::Point3_<float>* end, PlaneSums& sums);
 
 /// The plane z = a x + b y + c.
 struct LaserPlane {
@@ -15,7 +30,8 @@ struct LaserPlane {
   double c;
 };
 
-/// Least-squares fit of a plane in z; a = b = c = 0 where the points do not determine one.
-LaserPlane fitLaserPlane(const FitPoints& points);
+/// Least-squares fit of a plane in z, given the sums over `count` points; a = b = c = 0 where the
+/// points do not determine one.
+LaserPlane fitLaserPlane(const PlaneSums& sums, std::size_t count);
 
 }  // namespace scanline::detail

@@ -7,7 +7,7 @@
 
 namespace {
 
-using scanline::detail::isNoSample;
+using scanline::detail::isMissing;
 using scanline::detail::rowTimesPoint;
 
 /// A rotation laid out so that the packed operations that a new x takes give the new y as well.
@@ -28,26 +28,16 @@ class Rotation {
   double zRow_[3];
 };
 
-/// Nothing is cut with a cut height of 0.0 or below.
-struct CutNothing {
-  [[nodiscard]] static bool cuts(const STesk3DPoint& /*levelled*/) {
-    return false;
-  }
-};
+enum class CutAxis { kZ, kY };
 
-/// Cuts what lies beyond a height in z.
-struct CutAboveZ {
-  double height;
-  [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
-    return levelled.z > height;
-  }
-};
+/// What a line transform cuts away. A ground calibration levels the ground to constant y: what lies
+/// at or beyond it goes. Otherwise, what lies beyond a height in z goes.
+struct CutRule {
+  CutAxis axis;
+  double height;  ///< Nothing is cut at 0.0 or below.
 
-/// Cuts what lies at or beyond the ground, which a ground calibration levels to constant y.
-struct CutFromY {
-  double height;
   [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
-    return levelled.y >= height;
+    return height > 0.0 && (axis == CutAxis::kY ? levelled.y >= height : levelled.z > height);
   }
 };
 
@@ -72,47 +62,38 @@ void storePoint(STeskXYZRGBDPoint& sample, double x, double y, double z) {
   sample.z = static_cast<float>(z);
 }
 
-template <typename Sample, typename Cut>
-void levelSamples(Sample* samples, int count, const double* matrix, Cut cut) {
+template <typename Sample>
+void levelSamples(Sample* samples, int count, const double* matrix, CutRule cut) {
+  if (count <= 0) {
+    return;
+  }
   const Rotation rotation(matrix);
   Sample discarded = {};
   for (int i = 0; i < count; ++i) {
     const STesk3DPoint point = pointOf(samples[i]);
     // Dropouts come without a pattern: a branch on them costs more than the work that it saves.
-    Sample* const target = isNoSample(point.z) ? &discarded : &samples[i];
+    Sample* const target = isMissing(point.z) ? &discarded : &samples[i];
     const STesk3DPoint levelled = rotation.apply(point.x, point.y, point.z);
     storePoint(*target, levelled.x, levelled.y, cut.cuts(levelled) ? 0.0 : levelled.z);
-  }
-}
-
-template <typename Cut, typename Sample>
-void levelLine(Sample* samples, int count, const double* matrix, double cutHeight) {
-  if (count <= 0) {
-    return;
-  }
-  if (cutHeight > 0.0) {
-    levelSamples(samples, count, matrix, Cut{cutHeight});
-  } else {
-    levelSamples(samples, count, matrix, CutNothing{});
   }
 }
 
 }  // namespace
 
 void lineDataRT(STesk3DLaserLine* line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line->p3DPosition, line->nPositionCnt, matrix, cutHeight);
+  levelSamples(line->p3DPosition, line->nPositionCnt, matrix, {CutAxis::kZ, cutHeight});
 }
 
 void lineDataRT_vector(std::vector<STesk3DPosition>& line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+  levelSamples(line.data(), static_cast<int>(line.size()), matrix, {CutAxis::kZ, cutHeight});
 }
 
 void HCamera_lineDataRT_vector(std::vector<STesk3DPosition>& line,
                                const double* matrix,
                                double cutHeight) {
-  levelLine<CutFromY>(line.data(), static_cast<int>(line.size()), matrix, cutHeight);
+  levelSamples(line.data(), static_cast<int>(line.size()), matrix, {CutAxis::kY, cutHeight});
 }
 
 void lineDataRT_RGBD(STeskXYZRGBDLaserLine* line, const double* matrix, double cutHeight) {
-  levelLine<CutAboveZ>(line->pXYZRGBD, line->nPointCnt, matrix, cutHeight);
+  levelSamples(line->pXYZRGBD, line->nPointCnt, matrix, {CutAxis::kZ, cutHeight});
 }

@@ -7,9 +7,13 @@ namespace {
 using scanline::detail::findPlaneWindow;
 using scanline::detail::FitPoints;
 using scanline::detail::HeightRule;
+using scanline::detail::lowestLevelled;
+using scanline::detail::meanLevelled;
 using scanline::detail::planeFromPoints;
 using scanline::detail::PlaneWindow;
+using scanline::detail::ScanView;
 using scanline::detail::selectFitPoints;
+using scanline::detail::viewOf;
 
 /// What a calibration that finds no plane returns.
 constexpr SQO_planeCalibPara kNoPlane = {
@@ -18,16 +22,14 @@ constexpr SQO_planeCalibPara kNoPlane = {
     {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
 };
 
-template <typename Scan>
-FitPoints pointsInWindow(const Scan& scan, const PlaneWindow& window) {
+FitPoints pointsInWindow(const ScanView& scan, const PlaneWindow& window) {
   const STeskRangeD heights = window.heights;
   return selectFitPoints(scan, window.sampleBudget, [heights](const STesk3DPoint& point) {
     return heights.min <= point.z && point.z <= heights.max;
   });
 }
 
-template <typename Scan>
-SQO_planeCalibPara calibrateBySearch(const Scan& scan, HeightRule rule) {
+SQO_planeCalibPara calibrateBySearch(const ScanView& scan, HeightRule rule) {
   const std::optional<PlaneWindow> window = findPlaneWindow(scan);
   if (!window) {
     return kNoPlane;
@@ -38,10 +40,9 @@ SQO_planeCalibPara calibrateBySearch(const Scan& scan, HeightRule rule) {
 }  // namespace
 
 SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum) {
-  return calibrateBySearch(scanline::detail::PointerScan(lines, lineNum),
-                           scanline::detail::lowestLevelled);
+  return calibrateBySearch(viewOf(lines, lineNum), lowestLevelled);
 }
 
 SQO_planeCalibPara qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan) {
-  return calibrateBySearch(scanline::detail::VectorScan(scan), scanline::detail::meanLevelled);
+  return calibrateBySearch(viewOf(scan), meanLevelled);
 }

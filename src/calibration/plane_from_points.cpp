@@ -1,6 +1,5 @@
 #include "calibration/plane_from_points.h"
 
-#include <scanline/calibration.h>
 #include "calibration/rotation.h"
 
 namespace scanline::detail {
@@ -20,36 +19,34 @@ double levelledCoordinate(const cv::Point3_<float>& point, const double* row) {
 
 double lowestLevelled(const FitPoints& points, const double* row) {
   STeskRangeD range = kEmptyRange;
-  for (const cv::Point3_<float>& point : points) {
+  for (const cv::Point3_<float>& point : points.points()) {
     foldIntoRange(range, levelledCoordinate(point, row));
   }
   return range.min;
 }
 
 double meanLevelled(const FitPoints& points, const double* row) {
-  if (points.empty()) {
+  if (points.points().empty()) {
     return 0.0;
   }
   double sum = 0.0;
-  for (const cv::Point3_<float>& point : points) {
+  for (const cv::Point3_<float>& point : points.points()) {
     sum += levelledCoordinate(point, row);
   }
-  return sum / static_cast<double>(points.size());
+  return sum / static_cast<double>(points.points().size());
 }
 
 SQO_planeCalibPara levelPlane(const LaserPlane& plane,
                               const FitPoints& points,
                               const LevelTarget& target,
                               HeightRule rule) {
-  STesk3DPoint normal = {plane.a, plane.b, -1.0};
-  STesk3DPoint direction = target.direction;
-  SQO_planeCalibPara record = ju_computeRTMatrix(normal, direction);
+  SQO_planeCalibPara record = rotationsBetween({plane.a, plane.b, -1.0}, target.direction);
   record.planeHeight = rule(points, record.levelMatrix + std::ptrdiff_t{3} * target.heightRow);
   return record;
 }
 
 SQO_planeCalibPara planeFromPoints(const FitPoints& points, HeightRule rule) {
-  return levelPlane(fitLaserPlane(points), points, kConstantZ, rule);
+  return levelPlane(points.plane(), points, kConstantZ, rule);
 }
 
 }  // namespace scanline::detail

@@ -1,34 +1,66 @@
 #pragma once
 
 #include <cstddef>
+#include <opencv2/core/types.hpp>
+#include <vector>
 
+#include <scanline/scan_records.h>
 #include "calibration/laser_plane.h"
 #include "records/sample_rules.h"
 #include "records/scan_view.h"
 
 namespace scanline::detail {
 
-/// A sample's point as the fit takes it.
-inline cv::Point3_<float> toFitPoint(const STesk3DPoint& point) {
-  return {static_cast<float>(point.x), static_cast<float>(point.y), static_cast<float>(point.z)};
-}
+/// The samples that a plane is fitted to, rounded to single precision, in scan order, and their
+/// sums.
+class FitPoints {
+ public:
+  /// Makes room for `count` points.
+  void reserve(std::size_t count) {
+    points_.reserve(count);
+  }
+  void add(const STesk3DPoint& point) {
+    points_.emplace_back(static_cast<float>(point.x), static_cast<float>(point.y),
+                         static_cast<float>(point.z));
+  }
+  /// Takes the points added since the last call into the sums: best after each line, while they are
+  /// in the cache.
+  void sumUp() {
+    addPoints(points_.data() + summed_, points_.data() + points_.size(), sums_);
+    summed_ = points_.size();
+  }
+  [[nodiscard]] const std::vector<cv::Point3_<float>>& points() const {
+    return points_;
+  }
+  /// The plane through the points that are summed up.
+  [[nodiscard]] LaserPlane plane() const {
+    return fitLaserPlane(sums_, summed_);
+  }
+
+ private:
+  std::vector<cv::Point3_<float>> points_;
+  std::size_t summed_ = 0;
+  PlaneSums sums_;
+};
 
 /// The samples of a scan that `accept(point)` accepts; no-samples are not asked about. `expected`
 /// is about how many will come.
-template <typename Scan, typename Accept>
-FitPoints selectFitPoints(const Scan& scan, std::size_t expected, Accept accept) {
+template <typename Accept>
+FitPoints selectFitPoints(const ScanView& scan, std::size_t expected, Accept accept) {
   FitPoints points;
   points.reserve(expected);
-  forEachSample(scan, [&](const STesk3DPosition& sample) {
-    const STesk3DPoint& point = sample.pt3D;
-    if (!isNoSample(point.z) && accept(point)) {
-      points.push_back(toFitPoint(point));
+  for (const LineView& line : scan) {
+    for (const STesk3DPosition& sample : line) {
+      if (!isMissing(sample.pt3D.z) && accept(sample.pt3D)) {
+        points.add(sample.pt3D);
+      }
     }
-  });
+    points.sumUp();
+  }
   return points;
 }
 
-/// What one levelled coordinate, given by its row of the matrix, comes to over all fit points.
+/// A statistic of one levelled coordinate, given by its row of the matrix, over all fit points.
 using HeightRule = double (*)(const FitPoints& points, const double* row);
 
 /// The smallest levelled coordinate, 0.0 without points.

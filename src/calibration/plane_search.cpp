@@ -1,13 +1,28 @@
 #include "calibration/plane_search.h"
 
 #include <algorithm>
+#include <cstdint>
+
+#include "calibration/height_histogram.h"
 
 namespace scanline::detail {
 
 namespace {
 
-/// The profile has to hold more than one in so many samples at a peak.
+/// A peak of the profile holds more than one in this many samples.
 constexpr std::uint64_t kPeakShare = 10;
+
+/// The bins of a profile at which it turns, and its sums there.
+struct ProfileExtrema {
+  BinCounts peaks;
+  BinCounts valleys;
+};
+
+/// The bins of the valleys on either side of a peak, where there are any.
+struct ValleyBounds {
+  std::optional<int> lower;
+  std::optional<int> upper;
+};
 
 enum class Trend { flat, rising, falling };
 
@@ -36,13 +51,14 @@ bool isLevel(const BinCounts& profile) {
                      [&](const BinCount& bin) { return bin.count == profile.front().count; });
 }
 
-/// The value of a bin number, which passes through single precision.
+/// The offset of a bin from the lowest height. The number of the bin passes through single
+/// precision.
 double binOffset(int bin) {
-  return static_cast<double>(static_cast<float>(bin));
+  return static_cast<double>(static_cast<float>(bin)) * kBinWidth;
 }
 
-}  // namespace
-
+/// The counts summed over a window of 11 bins, cut off at the ends; the counts themselves if all
+/// sums are equal.
 BinCounts heightProfile(const BinCounts& counts) {
   BinCounts profile = slidingSums(counts);
   if (isLevel(profile)) {
@@ -51,6 +67,8 @@ BinCounts heightProfile(const BinCounts& counts) {
   return profile;
 }
 
+/// Walks a profile upwards and notes where it turns. A plateau counts by its last bin; bin 0 is
+/// never an extremum, and the last bin is one if the profile ends on a rise or a fall.
 ProfileExtrema findExtrema(const BinCounts& profile) {
   ProfileExtrema found;
   Trend trend = Trend::flat;
@@ -70,6 +88,7 @@ ProfileExtrema findExtrema(const BinCounts& profile) {
   return found;
 }
 
+/// The lowest peak of more than a tenth of the samples.
 std::optional<BinCount> choosePeak(const BinCounts& peaks, std::uint64_t total) {
   const std::uint64_t minPeak = total / kPeakShare;
   const auto chosen = std::find_if(peaks.begin(), peaks.end(),
@@ -80,6 +99,7 @@ std::optional<BinCount> choosePeak(const BinCounts& peaks, std::uint64_t total) 
   return *chosen;
 }
 
+/// The nearest valleys below and above a peak that reach down to less than half of it.
 ValleyBounds enclosingValleys(const BinCounts& valleys, const BinCount& peak) {
   const std::uint32_t half = peak.count / 2;
   ValleyBounds bounds;
@@ -96,6 +116,7 @@ ValleyBounds enclosingValleys(const BinCounts& valleys, const BinCount& peak) {
   return bounds;
 }
 
+/// The heights between the valleys; an end without a valley is that of all heights.
 STeskRangeD heightWindow(const STeskRangeD& heights, const ValleyBounds& bounds) {
   STeskRangeD window = heights;
   if (bounds.lower) {
@@ -107,6 +128,7 @@ STeskRangeD heightWindow(const STeskRangeD& heights, const ValleyBounds& bounds)
   return window;
 }
 
+/// How many samples the bins between the valleys hold, both ends included.
 std::size_t samplesBetween(const BinCounts& counts, const ValleyBounds& bounds) {
   std::size_t samples = 0;
   for (const BinCount& bin : counts) {
@@ -117,6 +139,7 @@ std::size_t samplesBetween(const BinCounts& counts, const ValleyBounds& bounds) 
   return samples;
 }
 
+/// The steps from a histogram to the window of its lowest strong peak; nothing if it has none.
 std::optional<PlaneWindow> findWindow(const HeightHistogram& histogram,
                                       const STeskRangeD& heights) {
   const ProfileExtrema extrema = findExtrema(heightProfile(histogram.counts));
@@ -126,6 +149,17 @@ std::optional<PlaneWindow> findWindow(const HeightHistogram& histogram,
   }
   const ValleyBounds bounds = enclosingValleys(extrema.valleys, *peak);
   return PlaneWindow{heightWindow(heights, bounds), samplesBetween(histogram.counts, bounds)};
+}
+
+}  // namespace
+
+std::optional<PlaneWindow> findPlaneWindow(const ScanView& scan) {
+  const STeskRangeD heights = heightBounds(scan);
+  const int bins = binCount(heights);
+  if (bins == 0) {
+    return std::nullopt;
+  }
+  return findWindow(countHeights(scan, heights.min, bins), heights);
 }
 
 }  // namespace scanline::detail

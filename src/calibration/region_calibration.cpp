@@ -8,7 +8,9 @@ namespace {
 using scanline::detail::FitPoints;
 using scanline::detail::lowestLevelled;
 using scanline::detail::planeFromPoints;
+using scanline::detail::ScanView;
 using scanline::detail::selectFitPoints;
+using scanline::detail::viewOf;
 
 /// The upper end of the z range is a second limit of y: z itself has a lower limit alone.
 bool isInRegion(const STesk3DPoint& point, const STesk3DRangeD& roi) {
@@ -17,8 +19,7 @@ bool isInRegion(const STesk3DPoint& point, const STesk3DRangeD& roi) {
 }
 
 /// The plane of the samples in any of the regions; each enters once.
-template <typename Scan>
-SQO_planeCalibPara calibrateInRegions(const Scan& scan,
+SQO_planeCalibPara calibrateInRegions(const ScanView& scan,
                                       const STesk3DRangeD* first,
                                       const STesk3DRangeD* end) {
   const FitPoints points = selectFitPoints(scan, 0, [=](const STesk3DPoint& point) {
@@ -32,12 +33,11 @@ SQO_planeCalibPara calibrateInRegions(const Scan& scan,
 
 SQO_planeCalibPara qo_getPlaneCalibPara2_ROI(std::vector<std::vector<STesk3DPosition>>& scan,
                                              STesk3DRangeD roi) {
-  return calibrateInRegions(scanline::detail::VectorScan(scan), &roi, &roi + 1);
+  return calibrateInRegions(viewOf(scan), &roi, &roi + 1);
 }
 
 SQO_planeCalibPara qo_getPlaneCalibPara_ROIs(STesk3DLaserLine* lines,
                                              int lineNum,
                                              std::vector<STesk3DRangeD>& rois) {
-  return calibrateInRegions(scanline::detail::PointerScan(lines, lineNum), rois.data(),
-                            rois.data() + rois.size());
+  return calibrateInRegions(viewOf(lines, lineNum), rois.data(), rois.data() + rois.size());
 }

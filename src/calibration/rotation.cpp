@@ -9,6 +9,14 @@ namespace {
 constexpr double kMinLength = 1e-7;
 constexpr double kParallelDot = 0.9999999;
 
+/// A unit quaternion, the form in which a rotation between two directions is found.
+struct Quaternion {
+  double w;
+  double x;
+  double y;
+  double z;
+};
+
 constexpr Quaternion kIdentity = {1.0, 0.0, 0.0, 0.0};
 constexpr Quaternion kHalfTurnAboutX = {0.0, 1.0, 0.0, 0.0};
 constexpr Quaternion kHalfTurnAboutY = {0.0, 0.0, 1.0, 0.0};
@@ -25,7 +33,7 @@ STesk3DPoint cross(const STesk3DPoint& a, const STesk3DPoint& b) {
   return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// The half turn for opposite directions. Its axis is fixed: a perpendicular one is not looked for.
+/// The half turn for opposite directions. Its axis is fixed: no perpendicular one is constructed.
 Quaternion halfTurn(const STesk3DPoint& unitFrom) {
   const bool isOnXAxis = std::abs(unitFrom.y) < kMinLength && std::abs(unitFrom.z) < kMinLength;
   return isOnXAxis ? kHalfTurnAboutY : kHalfTurnAboutX;
@@ -43,8 +51,7 @@ Quaternion turnBetween(const STesk3DPoint& unitFrom, const STesk3DPoint& unitTo,
           axis.z * sineOfHalf / sine};
 }
 
-}  // namespace
-
+/// The rotation that takes the direction of `from` onto that of `to`.
 Quaternion quaternionFromVectors(const STesk3DPoint& from, const STesk3DPoint& to) {
   const double fromLength = length(from);
   const double toLength = length(to);
@@ -63,6 +70,7 @@ Quaternion quaternionFromVectors(const STesk3DPoint& from, const STesk3DPoint& t
   return turnBetween(unitFrom, unitTo, cosine);
 }
 
+/// Writes the rotation matrix of a unit quaternion, row by row.
 void quaternionToMatrix(const Quaternion& q, double matrix[9]) {
   matrix[0] = 1.0 - 2.0 * (q.y * q.y + q.z * q.z);
   matrix[1] = 2.0 * (q.x * q.y - q.w * q.z);
@@ -73,6 +81,16 @@ void quaternionToMatrix(const Quaternion& q, double matrix[9]) {
   matrix[6] = 2.0 * (q.x * q.z - q.w * q.y);
   matrix[7] = 2.0 * (q.y * q.z + q.w * q.x);
   matrix[8] = 1.0 - 2.0 * (q.x * q.x + q.y * q.y);
+}
+
+}  // namespace
+
+SQO_planeCalibPara rotationsBetween(const STesk3DPoint& from, const STesk3DPoint& to) {
+  SQO_planeCalibPara record = {};
+  quaternionToMatrix(quaternionFromVectors(from, to), record.levelMatrix);
+  // Not the transpose: of opposite directions each way has a half turn of its own.
+  quaternionToMatrix(quaternionFromVectors(to, from), record.invLevelMatrix);
+  return record;
 }
 
 }  // namespace scanline::detail

@@ -10,39 +10,66 @@ namespace {
 
 using Grid = std::vector<std::vector<SQO_featureClusteringInfo>>;
 
-/// A stretch of grid indices, inclusive at both ends.
+/// A range of grid indices, inclusive at both ends.
 struct IndexRange {
   std::int64_t first;
   std::int64_t last;
 };
 
-/// What the window around `centre` covers of a grid of `count` cells. Wide sums, since the caller's
-/// window may reach anywhere.
+/// The indices that a window covers on a grid of `count` cells. The sums are wide, since the
+/// caller's window may reach anywhere.
 IndexRange windowOnGrid(std::int64_t centre, int reach, std::size_t count) {
   const auto last = static_cast<std::int64_t>(count) - 1;
   return {std::max<std::int64_t>(centre - reach, 0), std::min(centre + reach, last)};
 }
 
 bool isOpen(const SQO_featureClusteringInfo& info) {
-  return info.featureFlag != 0 && info.clusterID <= 0 && info.queued == 0;
+  return info.queued == 0 && info.featureFlag != 0 && info.clusterID <= 0;
 }
 
 /// Appends the open cells of the window around `cell` that `links(cell, neighbour)`.
 template <typename Links>
-void drawIn(
+void enqueueNeighbours(
     Grid& grid, STesk2DPoint cell, int reach, Links links, std::vector<STesk2DPoint>& queue) {
   const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
   const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
-  for (std::int64_t x = xs.first; x <= xs.last; ++x) {
-    for (std::int64_t y = ys.first; y <= ys.last; ++y) {
-      SQO_featureClusteringInfo& info = grid[x][y];
-      const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
-      if (isOpen(info) && links(cell, neighbour)) {
-        queue.push_back(neighbour);
-        info.queued = 1;
+  const std::int64_t height = ys.last - ys.first + 1;
+  const auto enqueueIf = [&](SQO_featureClusteringInfo& info, std::int64_t x, std::int64_t y) {
+    const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
+    if (isOpen(info) && links(cell, neighbour)) {
+      if (queue.size() == queue.capacity()) {
+        queue.reserve(4 * queue.size());  // what is not used costs address space alone
       }
+      queue.push_back(neighbour);
+      info.queued = 1;
+    }
+  };
+  for (std::int64_t x = xs.first; x <= xs.last; ++x) {
+    SQO_featureClusteringInfo* cells = grid[x].data() + ys.first;
+    if (height == 3) {
+      // As a rule all three are on the queue already.
+      if ((cells[0].queued & cells[1].queued & cells[2].queued) == 0) {
+        enqueueIf(cells[0], x, ys.first);
+        enqueueIf(cells[1], x, ys.first + 1);
+        enqueueIf(cells[2], x, ys.first + 2);
+      }
+      continue;
+    }
+    for (std::int64_t k = 0; k < height; ++k) {
+      enqueueIf(cells[k], x, ys.first + k);
     }
   }
+}
+
+/// Fetches the sides of a cell's window, which is not empty. The walk goes around the cluster,
+/// across all columns, and seldom has them in the cache.
+void prefetchWindow(const Grid& grid, STesk2DPoint cell, int reach) {
+  const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
+  const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
+  __builtin_prefetch(&grid[xs.first][cell.y], 1);
+  __builtin_prefetch(&grid[xs.last][cell.y], 1);
+  __builtin_prefetch(&grid[cell.x][ys.first], 1);
+  __builtin_prefetch(&grid[cell.x][ys.last], 1);
 }
 
 /// Walks the queue while it grows; `widen(cell)` is called for each cell in turn.
@@ -53,11 +80,15 @@ void growCluster(Grid& grid,
                  std::vector<STesk2DPoint>& queue,
                  Links links,
                  Widen widen) {
+  constexpr std::size_t kAhead = 16;
   for (std::size_t i = 0; i < queue.size(); ++i) {
+    if (reach > 0 && i + kAhead < queue.size()) {
+      prefetchWindow(grid, queue[i + kAhead], reach);
+    }
     const STesk2DPoint cell = queue[i];
     int& ownID = grid[cell.x][cell.y].clusterID;
     if (ownID == 0) {
-      drawIn(grid, cell, reach, links, queue);
+      enqueueNeighbours(grid, cell, reach, links, queue);
     }
     ownID = clusterID;
     widen(cell);

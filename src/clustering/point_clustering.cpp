@@ -138,7 +138,7 @@ Points copyOf(const Points& points, const std::vector<std::size_t>& members) {
 void qo_pointClustering(std::vector<STesk3DPosition>& points,
                         double clusterDist,
                         std::vector<std::vector<STesk3DPosition>>& clusters) {
-  FreePoints free(points, scanline::detail::leastSquareReaching(clusterDist));
+  FreePoints free(points, scanline::detail::squaredThreshold(clusterDist));
   std::vector<Points> found;
   std::vector<std::size_t> members;
   while (free.takeFirst(members)) {

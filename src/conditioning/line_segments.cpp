@@ -4,54 +4,22 @@
 #include <vector>
 
 #include <scanline/conditioning.h>
+#include "conditioning/line_cuts.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
 namespace {
 
 using scanline::detail::append;
-using scanline::detail::isAboveNoSample;
-using scanline::detail::isNoSample;
+using scanline::detail::cutIntoPieces;
+using scanline::detail::cutIntoRuns;
+using scanline::detail::isMeasured;
+using scanline::detail::isMissing;
 using scanline::detail::makeRoom;
+using scanline::detail::Stamps;
 
 using Runs = std::vector<SQO_RUN>;
 using Pieces = std::vector<SQO_featureSemiCircle>;
-
-bool isContinuous(const STesk3DPoint& last,
-                  const STesk3DPoint& point,
-                  const SQO_lineSegParam& para) {
-  return para.segGapTh_z > std::fabs(point.z - last.z) &&
-         para.segGapTh_y > std::fabs(point.y - last.y);
-}
-
-struct Farthest {
-  double distance;
-  int index;
-};
-
-/// The measured sample that lies farthest from the chord of the samples `start` to `end` in the
-/// y-z plane. The lowest index wins a tie; `start` stands for no sample off the chord.
-Farthest farthestFromChord(const STesk3DPosition* line, int start, int end) {
-  const STesk3DPoint& from = line[start].pt3D;
-  const STesk3DPoint& to = line[end].pt3D;
-  const double dz = to.z - from.z;
-  const double dy = from.y - to.y;
-  const double length = std::sqrt(dz * dz + dy * dy);
-  const double a = dz / length;
-  const double b = dy / length;
-  const double c = (to.y * from.z - from.y * to.z) / length;
-
-  Farthest farthest = {0.0, start};
-  for (int i = start; i <= end; ++i) {
-    const STesk3DPoint& point = line[i].pt3D;
-    const double distance = std::fabs(a * point.y + b * point.z + c);
-    // A chord of no length makes every distance NaN, which is farther than nothing.
-    if (isAboveNoSample(point.z) && distance > farthest.distance) {
-      farthest = {distance, i};
-    }
-  }
-  return farthest;
-}
 
 bool isWithin(const STeskRangeD& range, double value) {
   return value >= range.min && value <= range.max;
@@ -68,17 +36,17 @@ double distanceInSpace(const STesk3DPoint& p, const STesk3DPoint& q) {
 /// side first; -1 if there is none.
 int middleSample(const STesk3DPosition* line, int start, int end) {
   const int middle = (start + end) / 2;
-  if (!isNoSample(line[middle].pt3D.z)) {
+  if (!isMissing(line[middle].pt3D.z)) {
     return middle;
   }
   for (int above = middle + 1, below = middle - 1; above < end; ++above, --below) {
-    if (isAboveNoSample(line[above].pt3D.z)) {
+    if (isMeasured(line[above].pt3D.z)) {
       return above;
     }
     if (below <= start) {
       break;
     }
-    if (isAboveNoSample(line[below].pt3D.z)) {
+    if (isMeasured(line[below].pt3D.z)) {
       return below;
     }
   }
@@ -123,64 +91,6 @@ std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
   return best;
 }
 
-/// Appends the runs of a line, and visits each sample on the way.
-template <typename Visit>
-void cutIntoRuns(std::vector<STesk3DPosition>& lineData,
-                 const SQO_lineSegParam& para,
-                 Visit visit,
-                 Runs& runs) {
-  int label = 1;
-  int start = 0;
-  int end = -1;  // No run is open.
-  STesk3DPoint last = {0.0, 0.0, 0.0};
-  for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
-    visit(lineData[i]);
-    const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isAboveNoSample(point.z)) {
-      continue;
-    }
-    if (end < 0) {
-      start = i;
-    } else if (!isContinuous(last, point, para)) {
-      runs.push_back({start, end - start + 1, label++});
-      start = i;
-    }
-    end = i;
-    last = point;
-  }
-  if (end >= 0) {
-    // The last run carries its end instead of a label.
-    runs.push_back({start, end - start + 1, end});
-  }
-}
-
-void clearStamp(STesk3DPosition& sample) {
-  sample.nPointIdx = 0;
-}
-
-/// Appends the pieces of a run.
-void cutIntoPieces(const STesk3DPosition* line, const SQO_RUN& run, double maxDist, Runs& pieces) {
-  // A stack of pieces instead of recursion: a long run can be cut thousands of levels deep.
-  Runs pending = {run};
-  while (!pending.empty()) {
-    const SQO_RUN piece = pending.back();
-    pending.pop_back();
-    const int end = piece.start + piece.len - 1;
-    if (piece.len < 3 || isNoSample(line[piece.start].pt3D.z) || isNoSample(line[end].pt3D.z)) {
-      continue;
-    }
-    const auto [distance, cut] = farthestFromChord(line, piece.start, end);
-    // An end that is farthest off its own chord is there by rounding alone. Cutting at it would
-    // leave the piece as it is.
-    if (maxDist > distance || cut == piece.start || cut == end) {
-      pieces.push_back(piece);
-      continue;
-    }
-    pending.push_back({cut, end - cut + 1, 0});
-    pending.push_back({piece.start, cut - piece.start + 1, 0});
-  }
-}
-
 /// Appends each piece to one of the lists, in order, since the two may be one list.
 void handOver(const Pieces& pieces,
               const std::vector<bool>& isBest,
@@ -201,7 +111,8 @@ void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
                              std::vector<SQO_RUN>& segs) {
   // At most one run for each sample: nothing is allocated once the line is written to.
   makeRoom(lineData.size(), segs);
-  cutIntoRuns(lineData, lineSegPara, clearStamp, segs);
+  cutIntoRuns(lineData.data(), static_cast<int>(lineData.size()), lineSegPara, Stamps::kClear,
+              segs);
 }
 
 void split(SQO_RUN run,
@@ -222,8 +133,8 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
   const STesk3DPosition* const line = lineData.data();
   Runs runs;
   runs.reserve(64);  // Enough for most lines.
-  cutIntoRuns(
-      lineData, lineSegPara, [](const STesk3DPosition&) {}, runs);
+  // The stamps are cleared last, when nothing can fail any more.
+  cutIntoRuns(lineData.data(), static_cast<int>(lineData.size()), lineSegPara, Stamps::kKeep, runs);
   Runs pieces;
   Pieces candidates;
   Pieces chosen;
@@ -246,5 +157,7 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
   }
   isBest.resize(chosen.size(), false);
   handOver(chosen, isBest, bestSegs, otherSegs);
-  std::for_each(lineData.begin(), lineData.end(), clearStamp);
+  for (STesk3DPosition& sample : lineData) {
+    sample.nPointIdx = 0;
+  }
 }

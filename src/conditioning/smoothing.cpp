@@ -1,125 +1,152 @@
 #include <algorithm>
-#include <array>
-#include <cmath>
 #include <cstddef>
+#include <memory>
+#include <numeric>
 #include <vector>
 
 #include <scanline/conditioning.h>
-#include "records/sample_rules.h"
+#include "conditioning/smoothing_kernels.h"
 
 namespace {
 
-using scanline::detail::isAboveNoSample;
+using scanline::detail::gatherHeights;
+using scanline::detail::gatherHeightsAndSteps;
+using scanline::detail::meanWindows;
+using scanline::detail::storeMeans;
 
-/// As many windows are summed side by side; their sums stay in the nearest cache.
-constexpr std::size_t kBlock = 256;
-using Sums = std::array<double, kBlock>;
+/// Up to this half-width all pieces of a line are summed in one run: the windows that begin in the
+/// gaps between them cost less than a run for each piece.
+constexpr int kNarrow = 8;
 
-/// Sums window i over the `width` heights from `z + i` on, for the `count` windows of a block. Each
-/// is added up one by one, from its first height to its last.
-void sumWindows(const double* z, std::size_t width, std::size_t count, Sums& sums) {
-  std::copy_n(z, count, sums.begin());
-  // Two heights at a time, as the width is odd, halve the traffic of the sums.
-  for (std::size_t k = 1; k < width; k += 2) {
-    for (std::size_t i = 0; i < count; ++i) {
-      sums[i] = sums[i] + z[i + k] + z[i + k + 1];
+/// An array of unset elements.
+template <typename Number>
+std::unique_ptr<Number[]> newArray(std::size_t count) {
+  return std::unique_ptr<Number[]>(new Number[count]);
+}
+
+/// Storage for heights with zeros beyond the ends of a piece, and for the counts that their means
+/// are divided by.
+struct PaddedHeights {
+  explicit PaddedHeights(std::size_t room)
+      : z(newArray<double>(room)), measuredBefore(newArray<int>(room + 1)) {}
+
+  /// Counts the measured ones among the first `count` heights.
+  void countMeasured(std::size_t count) {
+    int measured = 0;
+    for (std::size_t k = 0; k < count; ++k) {
+      measuredBefore[k] = measured;
+      measured += static_cast<int>(z[k] > 0.0);
     }
+    measuredBefore[count] = measured;
+  }
+
+  std::unique_ptr<double[]> z;
+  std::unique_ptr<int[]> measuredBefore;
+};
+
+/// The heights of a line and the means that replace them.
+struct SmoothedHeights {
+  explicit SmoothedHeights(std::size_t size)
+      : count(size), heights(newArray<double>(size)), means(newArray<double>(size)) {}
+
+  std::size_t count;
+  std::unique_ptr<double[]> heights;
+  std::unique_ptr<double[]> means;
+};
+
+double meanOf(double sum, int measured) {
+  return sum / measured;
+}
+
+/// Computes the means of the piece of `count` samples at `start`.
+void meanPiece(SmoothedHeights& line,
+               std::size_t start,
+               std::size_t count,
+               std::size_t half,
+               PaddedHeights& padded) {
+  // A window that reaches beyond both ends of the piece may as well end there.
+  const std::size_t reach = std::min(half, count - 1);
+  double* const z = padded.z.get();
+  double* const means = &line.means[start];
+  std::copy_n(&line.heights[start], count, z);
+  std::fill_n(z + count, reach, 0.0);
+  padded.countMeasured(count + reach);
+  double sum = std::accumulate(z, z + reach, 0.0);
+  if (reach == count - 1) {
+    std::fill_n(means, count, meanOf(sum + z[reach], padded.measuredBefore[count]));
+    return;
+  }
+  // The windows of the samples up to `reach` all begin with the piece: each sum goes on from the
+  // one before.
+  for (std::size_t i = 0; i <= reach; ++i) {
+    sum += z[i + reach];
+    means[i] = meanOf(sum, padded.measuredBefore[i + reach + 1]);
+  }
+  meanWindows(z + 1, &padded.measuredBefore[1], 2 * reach + 1, count - reach - 1,
+              means + reach + 1);
+}
+
+/// Computes the means piece by piece.
+void meanPieces(SmoothedHeights& line, const int* isStep, std::size_t half) {
+  PaddedHeights padded(2 * line.count);
+  std::size_t start = 0;
+  for (std::size_t i = 1; i < line.count; ++i) {
+    if (isStep[i] != 0) {
+      meanPiece(line, start, i - start, half, padded);
+      start = i;
+    }
+  }
+  meanPiece(line, start, line.count - start, half, padded);
+}
+
+/// Computes the means of all pieces in one run: the pieces are laid out with `half` zeros before,
+/// between and after them.
+void meanPiecesTogether(SmoothedHeights& line, const int* isStep, std::size_t half) {
+  const auto steps = static_cast<std::size_t>(std::accumulate(isStep, isStep + line.count, 0));
+  const std::size_t windowCount = line.count + steps * half;
+  const std::size_t paddedCount = windowCount + 2 * half;
+  PaddedHeights padded(paddedCount);
+  const auto windows = newArray<std::size_t>(line.count);
+  const auto means = newArray<double>(windowCount);
+  std::fill_n(padded.z.get(), paddedCount, 0.0);
+  std::size_t gaps = 0;
+  for (std::size_t i = 0; i < line.count; ++i) {
+    // Steps come without a pattern, so there is no branch on them.
+    gaps += half * static_cast<std::size_t>(isStep[i]);
+    windows[i] = gaps + i;
+    padded.z[half + windows[i]] = line.heights[i];
+  }
+  padded.countMeasured(paddedCount);
+  meanWindows(padded.z.get(), padded.measuredBefore.get(), 2 * half + 1, windowCount, means.get());
+  for (std::size_t i = 0; i < line.count; ++i) {
+    line.means[i] = means[windows[i]];
   }
 }
 
-/// The moving mean, run over one piece of a line after the other with the same working storage.
-class MovingMean {
- public:
-  /// Allocates all that pieces of up to `longest` samples need.
-  MovingMean(int smoothWin, std::size_t longest) : half_(smoothWin / 2) {
-    heights_.reserve(longest + reachWithin(longest));
+/// Computes the means of an empty window.
+void meanNothing(SmoothedHeights& line) {
+  std::fill_n(line.means.get(), line.count, meanOf(0.0, 0));
+}
+
+/// Smooths the pieces of a line between its steps. The first measured sample is no step.
+void smoothPieces(STesk3DPosition* samples, std::size_t count, double yTh, double zTh, int half) {
+  SmoothedHeights line(count);
+  const auto isStep = newArray<int>(count);
+  gatherHeightsAndSteps(samples, count, yTh, zTh, line.heights.get(), isStep.get());
+  const double* const heights = line.heights.get();
+  const auto firstMeasured =
+      std::find_if(heights, heights + count, [](double z) { return z > 0.0; });
+  if (firstMeasured != heights + count) {
+    isStep[static_cast<std::size_t>(firstMeasured - heights)] = 0;
   }
-
-  /// Smooths the piece of `count` samples in place.
-  void smooth(STesk3DPosition* piece, std::size_t count) {
-    if (count == 0) {
-      return;
-    }
-    const std::size_t reach = reachWithin(count);
-    loadHeights(piece, count, reach);
-    if (half_ < 0) {
-      for (std::size_t i = 0; i < count; ++i) {
-        setMean(piece, i, 0.0, 0);
-      }
-      return;
-    }
-    const int measured = smoothStart(piece, reach);
-    smoothRest(piece, count, reach, measured);
+  if (half < 0) {
+    meanNothing(line);
+  } else if (half <= kNarrow) {
+    meanPiecesTogether(line, isStep.get(), static_cast<std::size_t>(half));
+  } else {
+    meanPieces(line, isStep.get(), static_cast<std::size_t>(half));
   }
-
- private:
-  /// How far the window reaches to each side. One that reaches beyond both ends of the piece may as
-  /// well end there.
-  [[nodiscard]] std::size_t reachWithin(std::size_t count) const {
-    const std::size_t last = std::max<std::size_t>(count, 1) - 1;
-    return std::min(static_cast<std::size_t>(std::max(half_, 0)), last);
-  }
-
-  /// Takes the measured z, with 0.0 for every hole and for what lies beyond the piece's end. Such a
-  /// zero changes no bit of a sum of measured z, which is never a negative zero.
-  void loadHeights(const STesk3DPosition* piece, std::size_t count, std::size_t reach) {
-    heights_.assign(count + reach, 0.0);
-    for (std::size_t i = 0; i < count; ++i) {
-      const double z = piece[i].pt3D.z;
-      heights_[i] = isAboveNoSample(z) ? z : 0.0;
-    }
-  }
-
-  [[nodiscard]] bool isMeasured(std::size_t k) const {
-    return heights_[k] > 0.0;
-  }
-
-  void setMean(STesk3DPosition* piece, std::size_t i, double sum, int measured) const {
-    if (isMeasured(i)) {
-      piece[i].pt3D.z = sum / measured;
-    }
-  }
-
-  /// Smooths the samples up to `reach`, whose windows all begin with the piece: each sum goes on
-  /// from the one before. Returns how many heights of the last window are measured.
-  int smoothStart(STesk3DPosition* piece, std::size_t reach) const {
-    double sum = 0.0;
-    int measured = 0;
-    for (std::size_t k = 0; k <= 2 * reach; ++k) {
-      sum += heights_[k];
-      measured += static_cast<int>(isMeasured(k));
-      if (k >= reach) {
-        setMean(piece, k - reach, sum, measured);
-      }
-    }
-    return measured;
-  }
-
-  /// Smooths the samples beyond `reach`, whose windows begin one sample after the other.
-  void smoothRest(STesk3DPosition* piece,
-                  std::size_t count,
-                  std::size_t reach,
-                  int measured) const {
-    const std::size_t width = 2 * reach + 1;
-    Sums sums;
-    for (std::size_t first = reach + 1; first < count; first += kBlock) {
-      const std::size_t blockEnd = std::min(first + kBlock, count);
-      sumWindows(heights_.data() + first - reach, width, blockEnd - first, sums);
-      for (std::size_t i = first; i < blockEnd; ++i) {
-        measured +=
-            static_cast<int>(isMeasured(i + reach)) - static_cast<int>(isMeasured(i - reach - 1));
-        setMean(piece, i, sums[i - first], measured);
-      }
-    }
-  }
-
-  int half_;  ///< Half-width of the window; below 0 the window is empty.
-  std::vector<double> heights_;
-};
-
-/// Whether two neighbours differ by more than a limit; exactly the limit, or a NaN, is no step.
-bool isStep(const STesk3DPoint& from, const STesk3DPoint& to, double yTh, double zTh) {
-  return std::fabs(to.y - from.y) > yTh || std::fabs(to.z - from.z) > zTh;
+  storeMeans(line.heights.get(), line.means.get(), count, samples);
 }
 
 }  // namespace
@@ -127,9 +154,20 @@ bool isStep(const STesk3DPoint& from, const STesk3DPoint& to, double yTh, double
 void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
                           int smoothWin,
                           std::vector<STesk3DPosition>& lineDataOut) {
-  MovingMean mean(smoothWin, input.size());
+  SmoothedHeights line(input.size());
+  PaddedHeights padded(2 * line.count);
   lineDataOut = input;
-  mean.smooth(lineDataOut.data(), lineDataOut.size());
+  if (input.empty()) {
+    return;
+  }
+  gatherHeights(input.data(), line.count, line.heights.get());
+  const int half = smoothWin / 2;
+  if (half < 0) {
+    meanNothing(line);
+  } else {
+    meanPiece(line, 0, line.count, static_cast<std::size_t>(half), padded);
+  }
+  storeMeans(line.heights.get(), line.means.get(), line.count, lineDataOut.data());
 }
 
 void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
@@ -137,22 +175,15 @@ void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
                          double seg_z_deltaTh,
                          int smoothWin,
                          std::vector<STesk3DPosition>& lineDataOut) {
-  MovingMean mean(smoothWin, input.size());
+  if (input.empty()) {
+    return;
+  }
   const std::size_t base = lineDataOut.size();
   lineDataOut.insert(lineDataOut.end(), input.begin(), input.end());
-  STesk3DPosition* const out = lineDataOut.data() + base;
-  std::size_t start = 0;
-  bool measuredSeen = false;
-  for (std::size_t i = 0; i < input.size(); ++i) {
-    if (!isAboveNoSample(input[i].pt3D.z)) {
-      continue;
-    }
-    // The neighbour counts even if it is a hole: a hole, too, can be one side of a step.
-    if (measuredSeen && isStep(input[i - 1].pt3D, input[i].pt3D, seg_y_deltaTh, seg_z_deltaTh)) {
-      mean.smooth(out + start, i - start);
-      start = i;
-    }
-    measuredSeen = true;
+  try {
+    smoothPieces(&lineDataOut[base], input.size(), seg_y_deltaTh, seg_z_deltaTh, smoothWin / 2);
+  } catch (...) {
+    lineDataOut.resize(base);
+    throw;
   }
-  mean.smooth(out + start, input.size() - start);
 }

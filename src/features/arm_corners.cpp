@@ -1,61 +1,51 @@
+// Finds the corners of the stretches of a line and types them by flat and steep arms.
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/corner_types.h"
-#include "features/signed_peaks.h"
+#include "features/slopes.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
-namespace scanline::detail {
+namespace detail = scanline::detail;
+
 namespace {
 
-int typeByArms(Arms arms) {
+int typeByArms(detail::Arms arms) {
   switch (arms) {
-    case Arms::kFlatThenSteep:
+    case detail::Arms::kFlatThenSteep:
       return FEATURE_JUMP_FALL;
-    case Arms::kSteepThenFlat:
+    case detail::Arms::kSteepThenFlat:
       return FEATURE_JUMP_RISE;
-    case Arms::kOther:
+    case detail::Arms::kOther:
       break;
   }
   return FEATURE_CORNER_OTHER;
 }
 
-}  // namespace
-
-void ju_selectCornerPeaks(const Slopes& slopes,
-                          const Samples& validPoints,
-                          const SQO_cornerParam& cornerPara,
-                          double peakWin,
-                          Slopes& posPeaks,
-                          Slopes& negPeaks) {
-  const double window = peakWin * peakWin;
-  const CornerExtrema extrema = extremaPass(slopes, ExtremaSign::kMatching);
-  append(
-      peakPass(extrema.maxima, validPoints, {cornerPara.cornerTh, window, CornerMeasure::kValue}),
-      posPeaks);
-  append(peakPass(extrema.minima, validPoints,
-                  {cornerPara.cornerTh, window, CornerMeasure::kMagnitude}),
-         negPeaks);
+/// The peaks among the maxima above 0.
+std::vector<int> risingPeaks(const detail::Slopes& slopes,
+                             const detail::ValidProfile& profile,
+                             const SQO_cornerParam& param) {
+  const double window = param.scale + param.scale;
+  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
+  return detail::findPeaks(extrema.maxima, slopes, profile,
+                           {param.cornerTh, window * window, detail::PeakRule::Measure::kValue});
 }
 
-}  // namespace scanline::detail
-
-namespace detail = scanline::detail;
+}  // namespace
 
 void ju_getLineCorerFeature(std::vector<STesk3DPosition>& lineData,
                             int lineIdx,
                             SQO_cornerParam cornerPara,
                             std::vector<SQO_basicFeature1D>& line_features) {
-  const auto [stretches, slopes] =
-      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
-  detail::Slopes posPeaks;
-  detail::Slopes negPeaks;
-  detail::ju_selectCornerPeaks(slopes, stretches.points, cornerPara,
-                               cornerPara.scale + cornerPara.scale, posPeaks, negPeaks);
+  const detail::Stretches stretches = detail::stretchesByZ(
+      lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
+  const detail::ValidProfile& profile = stretches.points;
+  const detail::Slopes slopes(profile, stretches.ranges,
+                              detail::SlopeSearch::unlimited(cornerPara.scale));
   std::vector<SQO_basicFeature1D> corners;
-  for (const auto& peak : posPeaks) {
-    const int type = detail::typeByArms(detail::armsOf(peak, cornerPara));
-    corners.push_back(detail::featureAt(stretches.points[peak.pntIdx], type, lineIdx, 0.0));
+  for (const int peak : risingPeaks(slopes, profile, cornerPara)) {
+    const int type = typeByArms(detail::armsAt(slopes, peak, cornerPara));
+    corners.push_back(detail::featureAt(lineData.data(), profile.index[peak], type, lineIdx, 0.0));
   }
   detail::append(corners, line_features);
   detail::stampIndices(lineData);

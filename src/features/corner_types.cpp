@@ -1,43 +1,47 @@
+// Finds corner peaks and types them by the angles of their arms.
 #include "features/corner_types.h"
 
 #include <cmath>
 
 namespace scanline::detail {
 
-Slopes cornerPeaks(const Samples& points, const SlopeSearch& search, double cornerTh) {
-  const CornerExtrema extrema = extremaPass(slopePass(points, search), ExtremaSign::kAny);
-  return peakPass(extrema.maxima, points,
-                  {cornerTh, twoScalesSquared(search.scale), CornerMeasure::kValue});
+std::vector<int> cornerPeaks(const Slopes& slopes,
+                             const ValidProfile& profile,
+                             const SQO_cornerParam& param) {
+  return findPeaks(findExtrema(slopes, ExtremaSign::kAny).maxima, slopes, profile,
+                   usualPeaks(param, PeakRule::Measure::kValue));
 }
 
-int typeBySteepArms(const SQO_pointSlope& corner, const SQO_cornerParam& param) {
+int typeBySteepArms(double backwardAngle, double forwardAngle, const SQO_cornerParam& param) {
   const double steep = param.jumpCornerTh_1;
   const double flat = param.jumpCornerTh_2;
-  if (corner.backwardAngle > steep && corner.forwardAngle > -flat) {
+  if (backwardAngle > steep && forwardAngle > -flat) {
     return FEATURE_JUMP_RISE;
   }
-  if (-steep > corner.forwardAngle && flat > corner.backwardAngle) {
+  if (-steep > forwardAngle && flat > backwardAngle) {
     return FEATURE_JUMP_FALL;
   }
   return FEATURE_CORNER_OTHER;
 }
 
-std::vector<SQO_basicFeature1D> steepCorners(const Samples& points,
+std::vector<SQO_basicFeature1D> steepCorners(const STesk3DPosition* lineData,
+                                             const ValidProfile& profile,
                                              int lineIdx,
                                              const SQO_cornerParam& param) {
+  const Slopes slopes(profile, SlopeSearch::unlimited(param.scale));
   std::vector<SQO_basicFeature1D> features;
-  const SlopeSearch search = SlopeSearch::unlimited(param.scale);
-  for (const SQO_pointSlope& peak : cornerPeaks(points, search, param.cornerTh)) {
-    features.push_back(featureAt(points[peak.pntIdx], typeBySteepArms(peak, param), lineIdx, 0.0));
+  for (const int peak : cornerPeaks(slopes, profile, param)) {
+    const int type = typeBySteepArms(slopes.backwardAngle(peak), slopes.forwardAngle(peak), param);
+    features.push_back(featureAt(lineData, profile.index[peak], type, lineIdx, 0.0));
   }
   return features;
 }
 
-Arms armsOf(const SQO_pointSlope& corner, const SQO_cornerParam& param) {
+Arms armsAt(const Slopes& slopes, int point, const SQO_cornerParam& param) {
   const double flat = param.jumpCornerTh_1;
   const double steep = param.jumpCornerTh_2;
-  const double backward = std::abs(corner.backwardAngle);
-  const double forward = std::abs(corner.forwardAngle);
+  const double backward = std::abs(slopes.backwardAngle(point));
+  const double forward = std::abs(slopes.forwardAngle(point));
   if (flat > backward && forward > steep) {
     return Arms::kFlatThenSteep;
   }
@@ -47,15 +51,11 @@ Arms armsOf(const SQO_pointSlope& corner, const SQO_cornerParam& param) {
   return Arms::kOther;
 }
 
-int typeByFlatArm(const SQO_pointSlope& corner, const SQO_cornerParam& param) {
-  if (param.jumpCornerTh_1 > std::abs(corner.backwardAngle)) {
+int typeByFlatArm(const Slopes& slopes, int point, const SQO_cornerParam& param) {
+  if (param.jumpCornerTh_1 > std::abs(slopes.backwardAngle(point))) {
     return FEATURE_JUMP_RISE;
   }
-  return param.jumpCornerTh_1 > std::abs(corner.forwardAngle) ? FEATURE_JUMP_FALL : 0;
-}
-
-SQO_basicFeature1D featureAt(const STesk3DPosition& point, int type, int lineIdx, double value) {
-  return {type, {lineIdx, point.nPointIdx}, point.pt3D, value};
+  return param.jumpCornerTh_1 > std::abs(slopes.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
 }
 
 }  // namespace scanline::detail

@@ -1,3 +1,4 @@
+// Finds where z grows by more than a limit from one valid sample to the next.
 #include <scanline/line_features.h>
 #include "records/sample_rules.h"
 
@@ -13,7 +14,7 @@ void qo_getLineDownJumps(STesk3DPosition* lineData,
   for (int i = 0; i < dataSize; ++i) {
     STesk3DPosition& sample = lineData[i];
     sample.nPointIdx = i;
-    if (scanline::detail::isNoSample(sample.pt3D.z)) {
+    if (scanline::detail::isMissing(sample.pt3D.z)) {
       continue;
     }
     if (previous != nullptr && sample.pt3D.z - previous->pt3D.z > jumpZ) {

@@ -1,6 +1,9 @@
+// Measures the steps of a nearly flat line and selects the steepest of each monotone stretch.
 #include "features/flat_steps.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "features/extent.h"
 
@@ -10,84 +13,109 @@ namespace {
 constexpr double kMinSlope = 0.5;
 constexpr double kMinSlopeZ = 0.2;
 
-/// Finds the first point from a cursor on that lies far enough in y from a given one.
-class DistantPointSearch {
+/// Finds the first sample from a cursor on that lies far enough in y from a given one.
+class DistantSampleSearch {
  public:
-  DistantPointSearch(const Samples& points, double distance)
-      : points_(points), distance_(distance), extentFrom_(points.size()) {
-    Extent extent;
-    for (std::size_t k = points.size(); k-- > 0;) {
-      extent.take(points[k].pt3D.y);
-      extentFrom_[k] = extent;
-    }
-  }
+  DistantSampleSearch(const ValidProfile& profile, double distance)
+      : profile_(profile), distance_(distance) {}
 
+  /// Moves the cursor; it must lie after the last sample searched from.
   void setCursor(int cursor) {
     cursor_ = cursor;
   }
 
-  /// Moves the cursor to the point found; leaves it and returns -1 if there is none.
-  int find(double y) {
+  /// Moves the cursor to the sample found; leaves it and returns -1 if there is none.
+  int find(int from) {
+    const double y = profile_.y[from];
     const auto isDistant = [&](double other) { return std::abs(other - y) >= distance_; };
-    // Without this a distance that spans the line would have every point search all of it.
-    if (!extentFrom_[cursor_].anyFar(isDistant)) {
+    // Without this a distance that spans the line would have every sample search all of it.
+    if (!extentFrom_.empty() && !extentFrom_[cursor_ - begin_].anyFar(isDistant)) {
       return -1;
     }
-    while (!isDistant(points_[cursor_].pt3D.y)) {
-      ++cursor_;
+    const int count = profile_.count();
+    int found = cursor_;
+    while (found < count && !isDistant(profile_.y[found])) {
+      ++found;
     }
-    return cursor_;
+    if (found == count) {
+      measureExtents(std::min(from, cursor_));
+      return -1;
+    }
+    cursor_ = found;
+    return found;
   }
 
  private:
-  const Samples& points_;
+  /// Once a search has failed, mostly near the end of the line, others are likely to.
+  void measureExtents(int begin) {
+    begin_ = begin;
+    extentFrom_.resize(static_cast<std::size_t>(profile_.count() - begin));
+    Extent extent;
+    for (std::size_t k = extentFrom_.size(); k-- > 0;) {
+      extent.take(profile_.y[k + static_cast<std::size_t>(begin)]);
+      extentFrom_[k] = extent;
+    }
+  }
+
+  const ValidProfile& profile_;
   double distance_;
-  std::vector<Extent> extentFrom_;  ///< Extent in y of each point and all after it.
   int cursor_ = 0;
+  std::vector<Extent> extentFrom_;  ///< Extent of each sample from `begin_` on and all after it.
+  int begin_ = 0;
 };
 
-/// The step between two points, its kind still open.
-SQO_flatStep stepBetween(const Samples& points, int first, int last) {
-  const STesk3DPoint& from = points[first].pt3D;
-  const STesk3DPoint& to = points[last].pt3D;
-  const double dz = to.z - from.z;
-  return {StepKind::kNone, first, last, dz, dz / std::abs(to.y - from.y)};
+FlatStep stepBetween(
+    const ValidProfile& profile, int first, int last, StepKind falling, StepKind rising) {
+  const double dz = profile.z[last] - profile.z[first];
+  const double slope = dz / std::abs(profile.y[last] - profile.y[first]);
+  return {dz > 0.0 ? rising : falling, first, last, dz, slope};
 }
 
-/// One step per point: the jump to its neighbour, or else the slope over the window.
-FlatSteps measureSteps(const Samples& points, const FlatLineLimits& limits) {
-  FlatSteps steps(points.size());
-  DistantPointSearch search(points, limits.slopeWin_y);
-  for (int k = 0; k + 1 < static_cast<int>(points.size()); ++k) {
-    const STesk3DPoint& p = points[k].pt3D;
-    const STesk3DPoint& q = points[k + 1].pt3D;
-    if (std::abs(q.y - p.y) > limits.peakWidth_y * 0.5 || std::abs(q.z - p.z) > limits.jumpTh_z) {
-      steps[k] = stepBetween(points, k, k + 1);
-      steps[k].kind = steps[k].dz > 0.0 ? StepKind::kRisingJump : StepKind::kFallingJump;
+/// The steps that count, at most one from each sample: the jump to its neighbour, or else the slope
+/// over the window.
+FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+  const auto& y = profile.y;
+  const auto& z = profile.z;
+  const double maxGap = limits.peakWidth_y * 0.5;
+  FlatSteps steps;
+  DistantSampleSearch search(profile, limits.slopeWin_y);
+  for (int k = 0; k + 1 < profile.count(); ++k) {
+    if (std::abs(y[k + 1] - y[k]) > maxGap || std::abs(z[k + 1] - z[k]) > limits.jumpTh_z) {
+      steps.push_back(
+          stepBetween(profile, k, k + 1, StepKind::kFallingJump, StepKind::kRisingJump));
       search.setCursor(k + 1);
       continue;
     }
-    const int distant = search.find(p.y);
-    if (distant < 0) {
+    const int distant = search.find(k);
+    if (distant < 0 || !(std::abs(z[distant] - z[k]) > kMinSlopeZ)) {
       continue;
     }
-    steps[k] = stepBetween(points, k, distant);
-    if (std::abs(steps[k].slope) > kMinSlope && std::abs(steps[k].dz) > kMinSlopeZ) {
-      steps[k].kind = steps[k].dz > 0.0 ? StepKind::kRisingSlope : StepKind::kFallingSlope;
+    const FlatStep step =
+        stepBetween(profile, k, distant, StepKind::kFallingSlope, StepKind::kRisingSlope);
+    if (std::abs(step.slope) > kMinSlope) {
+      steps.push_back(step);
     }
   }
   return steps;
 }
 
-/// Clears the slopes of `kind` that start right beside step `k` on one side.
+/// Whether two steps of the list start from neighbouring samples.
+bool areNeighbours(const FlatStep& a, const FlatStep& b) {
+  return b.first - a.first == 1 || a.first - b.first == 1;
+}
+
+/// Clears the slopes of `kind` that start next to step `k` on one side.
 void clearSlopes(FlatSteps& steps, int k, int direction, StepKind kind) {
   const int count = static_cast<int>(steps.size());
-  for (int j = k + direction; j >= 0 && j < count && steps[j].kind == kind; j += direction) {
+  for (int j = k + direction; j >= 0 && j < count; j += direction) {
+    if (steps[j].kind != kind || !areNeighbours(steps[j], steps[j - direction])) {
+      return;
+    }
     steps[j].kind = StepKind::kNone;
   }
 }
 
-/// A jump swallows the slope on its high side.
+/// Drops the slopes on the high side of each jump.
 void absorbSlopes(FlatSteps& steps) {
   for (int k = 0; k < static_cast<int>(steps.size()); ++k) {
     if (steps[k].kind == StepKind::kRisingJump) {
@@ -98,40 +126,48 @@ void absorbSlopes(FlatSteps& steps) {
   }
 }
 
-bool runSameWay(const SQO_flatStep& a, const SQO_flatStep& b) {
+bool runSameWay(const FlatStep& a, const FlatStep& b) {
   return (a.slope < 0.0 && b.slope < 0.0) || (a.slope > 0.0 && b.slope > 0.0);
 }
 
 /// Each monotone stretch of steps, represented by its steepest. A jump that opens a stretch stands
-/// alone; one inside a stretch takes part like a slope.
+/// alone; one inside a stretch counts like a slope. A sample without a step ends a stretch.
 FlatSteps mergeSteps(const FlatSteps& steps) {
   FlatSteps merged;
-  const SQO_flatStep* steepest = nullptr;
-  for (const SQO_flatStep& step : steps) {
-    const bool empty = step.kind == StepKind::kNone;
-    if (steepest == nullptr) {
-      if (step.isJump()) {
-        merged.push_back(step);
-      } else if (!empty) {
-        steepest = &step;
-      }
-    } else if (empty) {
+  const FlatStep* steepest = nullptr;
+  const auto endStretch = [&] {
+    if (steepest != nullptr) {
       merged.push_back(*steepest);
       steepest = nullptr;
+    }
+  };
+  for (std::size_t k = 0; k < steps.size(); ++k) {
+    const FlatStep& step = steps[k];
+    if (step.kind == StepKind::kNone || (k > 0 && !areNeighbours(steps[k - 1], step))) {
+      endStretch();
+    }
+    if (step.kind == StepKind::kNone) {
+      continue;
+    }
+    if (steepest == nullptr && step.isJump()) {
+      merged.push_back(step);
+    } else if (steepest == nullptr) {
+      steepest = &step;
     } else if (!runSameWay(*steepest, step)) {
-      merged.push_back(*steepest);
+      endStretch();
       steepest = &step;
     } else if (std::abs(step.slope) > std::abs(steepest->slope)) {
       steepest = &step;
     }
   }
+  endStretch();
   return merged;
 }
 
 }  // namespace
 
-FlatSteps steepestSteps(const Samples& points, const FlatLineLimits& limits) {
-  FlatSteps steps = measureSteps(points, limits);
+FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+  FlatSteps steps = measureSteps(profile, limits);
   absorbSlopes(steps);
   return mergeSteps(steps);
 }

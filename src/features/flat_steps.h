@@ -2,18 +2,18 @@
 
 #include <vector>
 
-#include "features/corner_stages.h"
+#include "features/valid_profile.h"
 
 /// The steps of a nearly flat line, measured over a stretch of y.
 namespace scanline::detail {
 
 enum class StepKind { kNone, kFallingJump, kRisingJump, kFallingSlope, kRisingSlope };
 
-/// A step between two valid points.
-struct SQO_flatStep {
+/// A step between two valid samples, as indices in the profile.
+struct FlatStep {
   StepKind kind;
-  int first;     ///< Index in the valid-point list of the point that it starts from.
-  int last;      ///< Index of the point that it is measured to.
+  int first;
+  int last;
   double dz;     ///< Growth of z.
   double slope;  ///< Growth of z over the distance in y.
 
@@ -22,9 +22,9 @@ struct SQO_flatStep {
   }
 };
 
-using FlatSteps = std::vector<SQO_flatStep>;
+using FlatSteps = std::vector<FlatStep>;
 
-/// The lengths that tell a nearly flat line's steps apart.
+/// The limits that separate jumps, slopes and dents.
 struct FlatLineLimits {
   double slopeWin_y;   ///< Distance in y over which a slope is measured.
   double jumpTh_z;     ///< Step in z between neighbours that makes a jump.
@@ -32,6 +32,6 @@ struct FlatLineLimits {
 };
 
 /// The steepest step of each monotone stretch of the line, in order.
-FlatSteps steepestSteps(const Samples& points, const FlatLineLimits& limits);
+FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits);
 
 }  // namespace scanline::detail

@@ -1,3 +1,4 @@
+// Measures the mean and the highest sample to one side of a slope.
 #include "features/flat_views.h"
 
 #include <algorithm>
@@ -14,7 +15,7 @@ SideViewer::SideViewer(const std::vector<STesk3DPosition>& lineData, double widt
       firstMark_ = std::min(firstMark_, i);
       lastMark_ = i;
     }
-    if (isAboveNoSample(lineData[i].pt3D.z)) {
+    if (isMeasured(lineData[i].pt3D.z)) {
       y_.take(lineData[i].pt3D.y);
     }
   }
@@ -38,7 +39,7 @@ SideView SideViewer::view(int start, int step) const {
       return atMark;
     }
     const STesk3DPoint& point = lineData_[i].pt3D;
-    if (!isAboveNoSample(point.z)) {
+    if (!isMeasured(point.z)) {
       continue;
     }
     if (isBeyond(point.y)) {

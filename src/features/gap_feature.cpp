@@ -1,7 +1,10 @@
+// Finds gaps between pairs of rims.
 #include <cmath>
+#include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
+#include "features/corner_peaks.h"
+#include "features/slopes.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -9,16 +12,23 @@ namespace detail = scanline::detail;
 
 namespace {
 
-constexpr int kFree = 0;
-constexpr int kClosesGap = -1;
-
-/// The rims of gaps: strong bends away from the sensor.
-detail::Slopes findRims(const detail::SlopedStretches& line, const SQO_cornerParam& param) {
-  const detail::CornerExtrema extrema =
-      detail::extremaPass(line.slopes, detail::ExtremaSign::kMatching);
-  return detail::peakPass(
-      extrema.minima, line.stretches.points,
-      {param.cornerTh, param.scale * param.scale, detail::CornerMeasure::kMagnitude});
+/// The rims of gaps on a line, in line order: strong corners with a negative measure.
+std::vector<STesk3DPosition> findRims(const std::vector<STesk3DPosition>& lineData,
+                                      const SQO_cornerParam& param) {
+  const detail::Stretches stretches = detail::stretchesByZ(
+      lineData.data(), static_cast<int>(lineData.size()), param.minEndingGap_z);
+  const detail::ValidProfile& profile = stretches.points;
+  const detail::Slopes slopes(profile, stretches.ranges,
+                              detail::SlopeSearch::unlimited(param.scale));
+  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
+  std::vector<STesk3DPosition> rims;
+  for (const int rim : detail::findPeaks(
+           extrema.minima, slopes, profile,
+           {param.cornerTh, param.scale * param.scale, detail::PeakRule::Measure::kMagnitude})) {
+    const int sample = profile.index[rim];
+    rims.push_back({sample, lineData[sample].pt3D});
+  }
+  return rims;
 }
 
 double widthBetween(const STesk3DPosition& a, const STesk3DPosition& b) {
@@ -34,21 +44,13 @@ void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
                           SQO_cornerParam cornerPara,
                           STeskRangeD gapParam,
                           std::vector<SQO_basicFeatureGap>& line_gaps) {
-  const detail::SlopedStretches line =
-      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
-  const detail::Samples& points = line.stretches.points;
+  const std::vector<STesk3DPosition> rims = findRims(lineData, cornerPara);
   std::vector<SQO_basicFeatureGap> gaps;
-  detail::Slopes rims = findRims(line, cornerPara);
   for (std::size_t k = 0; k + 1 < rims.size(); ++k) {
-    if (rims[k].type != kFree) {
-      continue;
-    }
-    const STesk3DPosition& start = points[rims[k].pntIdx];
-    const STesk3DPosition& end = points[rims[k + 1].pntIdx];
-    const double width = widthBetween(start, end);
+    const double width = widthBetween(rims[k], rims[k + 1]);
     if (width > gapParam.min && gapParam.max > width) {
-      gaps.push_back({lineIdx, {0, 0, 0}, start, end, {0, 0, 0, 0}});
-      rims[k + 1].type = kClosesGap;
+      gaps.push_back({lineIdx, {0, 0, 0}, rims[k], rims[k + 1], {0, 0, 0, 0}});
+      ++k;  // A rim that closes a gap opens no other.
     }
   }
   detail::append(gaps, line_gaps);

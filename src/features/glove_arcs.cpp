@@ -1,11 +1,14 @@
+// Finds the summits of a line whose flanks turn strongly within a given length of arc.
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
-#include "features/reach_search.h"
-#include "geometry/root_free.h"
+#include "features/neighbours.h"
+#include "features/slopes.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
@@ -14,68 +17,104 @@ namespace {
 
 constexpr std::size_t kMinSamples = 10;
 
-double distanceBetween(const STesk3DPosition& a, const STesk3DPosition& b) {
-  const double dy = a.pt3D.y - b.pt3D.y;
-  const double dz = a.pt3D.z - b.pt3D.z;
-  return std::sqrt(dy * dy + dz * dz);
+/// The local maxima of z: points that z rises to and does not rise from. On a plateau this is the
+/// first point; the ends of the line count as maxima.
+std::vector<int> findCrests(const detail::ValidProfile& profile) {
+  constexpr double kOutside = -std::numeric_limits<double>::infinity();
+  std::vector<int> crests(profile.index.size());
+  std::size_t found = 0;
+  double before = kOutside;
+  for (int i = 0; i < profile.count(); ++i) {
+    const double z = profile.z[i];
+    const double after = i + 1 < profile.count() ? profile.z[i + 1] : kOutside;
+    // Noise makes branches here unpredictable.
+    crests[found] = i;
+    found += static_cast<std::size_t>((z > before) & !(after > z));
+    before = z;
+  }
+  crests.resize(found);
+  return crests;
 }
 
-/// The nearest points that overtop a point: before it one of equal or greater z, which makes the
-/// first point of a plateau its summit, and after it one of greater z.
-struct Overtopping {
-  std::vector<int> before;  ///< -1 if there is none.
-  std::vector<int> after;   ///< The number of points if there is none.
+/// The nearest higher crests of each crest.
+struct HigherCrests {
+  std::vector<int> before;  ///< One of equal or greater z, or `kNoPoint`.
+  std::vector<int> after;   ///< One of greater z, or the number of points.
 };
 
-Overtopping findOvertopping(const detail::Samples& points) {
-  const int count = static_cast<int>(points.size());
-  Overtopping nearest = {std::vector<int>(points.size(), -1),
-                         std::vector<int>(points.size(), count)};
-  std::vector<int> open;  // the points without a greater one after them so far; z falls or stays
-  for (int i = 0; i < count; ++i) {
-    while (!open.empty() && points[i].pt3D.z > points[open.back()].pt3D.z) {
-      nearest.after[open.back()] = i;
+HigherCrests findHigherCrests(const detail::ValidProfile& profile, const std::vector<int>& crests) {
+  HigherCrests higher = {std::vector<int>(crests.size(), detail::kNoPoint),
+                         std::vector<int>(crests.size(), profile.count())};
+  std::vector<std::size_t> open;  // without a higher one after them so far; z falls or stays
+  open.reserve(crests.size());
+  for (std::size_t k = 0; k < crests.size(); ++k) {
+    while (!open.empty() && profile.z[crests[k]] > profile.z[crests[open.back()]]) {
+      higher.after[open.back()] = crests[k];
       open.pop_back();
     }
     if (!open.empty()) {
-      nearest.before[i] = open.back();
+      higher.before[k] = crests[open.back()];
     }
-    open.push_back(i);
+    open.push_back(k);
   }
-  return nearest;
+  return higher;
 }
 
-/// The points that nothing overtops up to the nearest points at least `scale` away.
-std::vector<int> findSummits(const detail::Samples& points, double scale) {
-  const int count = static_cast<int>(points.size());
-  const Overtopping nearest = findOvertopping(points);
-  detail::ReachSearch search(points, detail::leastSquareReaching(scale));
+/// The points that none is higher than up to and including the neighbours: before them none of
+/// equal z either, which makes the first point of a plateau its summit. The greatest z of such a
+/// stretch belongs to a crest or to the neighbour, so only these are compared.
+std::vector<int> findSummits(const detail::ValidProfile& profile,
+                             const detail::Neighbours& neighbours) {
+  const std::vector<int> crests = findCrests(profile);
+  const HigherCrests higher = findHigherCrests(profile, crests);
   std::vector<int> summits;
-  for (int i = 0; i < count; ++i) {
-    const int before = nearest.before[i];
-    const int after = nearest.after[i];
-    if ((before < 0 || search.find(i, -1, before) != detail::kNoPoint) &&
-        (after == count || search.find(i, 1, after) != detail::kNoPoint)) {
-      summits.push_back(i);
+  for (std::size_t k = 0; k < crests.size(); ++k) {
+    const double z = profile.z[crests[k]];
+    const int before = neighbours.backward[crests[k]];
+    const int after = neighbours.forward[crests[k]];
+    const bool isHighestBefore = before == detail::kNoPoint
+                                     ? higher.before[k] == detail::kNoPoint
+                                     : before > higher.before[k] && z > profile.z[before];
+    const bool isHighestAfter = after == detail::kNoPoint
+                                    ? higher.after[k] == profile.count()
+                                    : after < higher.after[k] && !(profile.z[after] > z);
+    if (isHighestBefore && isHighestAfter) {
+      summits.push_back(crests[k]);
     }
   }
   return summits;
 }
 
-/// Fills the distance from each point to the next one.
-void measureSteps(const detail::Samples& points, detail::Slopes& slopes) {
-  for (std::size_t i = 0; i + 1 < points.size(); ++i) {
-    slopes[i].forwardStep = distanceBetween(points[i], points[i + 1]);
+/// The flanks of summits: the forward angle at each point, 0 where a neighbour is missing, and the
+/// distance to the next point, 0 at the last.
+struct Flanks {
+  std::vector<double> angles;
+  std::vector<double> steps;
+};
+
+Flanks measureFlanks(const detail::ValidProfile& profile, const detail::Neighbours& neighbours) {
+  Flanks flanks = {std::vector<double>(profile.index.size()),
+                   std::vector<double>(profile.index.size())};
+  for (int i = 0; i < profile.count(); ++i) {
+    if (neighbours.backward[i] != detail::kNoPoint && neighbours.forward[i] != detail::kNoPoint) {
+      flanks.angles[i] = detail::chordAngle(profile, i, neighbours.forward[i]);
+    }
   }
+  for (int i = 0; i + 1 < profile.count(); ++i) {
+    const double dy = profile.y[i] - profile.y[i + 1];
+    const double dz = profile.z[i] - profile.z[i + 1];
+    flanks.steps[i] = std::sqrt(dy * dy + dz * dz);
+  }
+  return flanks;
 }
 
 /// The greatest forward angle before a summit, not below 0.
-double angleBefore(const detail::Slopes& slopes, int summit, double armLen) {
+double angleBefore(const Flanks& flanks, int summit, double armLen) {
   double greatest = 0.0;
   double length = 0.0;
   for (int j = summit - 1; j >= 0; --j) {
-    greatest = std::max(greatest, slopes[j].forwardAngle);
-    length += slopes[j].forwardStep;
+    greatest = std::max(greatest, flanks.angles[j]);
+    length += flanks.steps[j];
     if (length >= armLen) {
       break;
     }
@@ -84,15 +123,15 @@ double angleBefore(const detail::Slopes& slopes, int summit, double armLen) {
 }
 
 /// The smallest forward angle from a summit on. The point that reaches the length is left out.
-double angleBehind(const detail::Slopes& slopes, int summit, double armLen) {
-  double smallest = slopes[summit].forwardAngle;
-  double length = slopes[summit].forwardStep;
-  for (std::size_t j = static_cast<std::size_t>(summit) + 1; j < slopes.size(); ++j) {
-    length += slopes[j].forwardStep;
+double angleAfter(const Flanks& flanks, int summit, double armLen) {
+  double smallest = flanks.angles[summit];
+  double length = flanks.steps[summit];
+  for (std::size_t j = static_cast<std::size_t>(summit) + 1; j < flanks.angles.size(); ++j) {
+    length += flanks.steps[j];
     if (length >= armLen) {
       break;
     }
-    smallest = std::min(smallest, slopes[j].forwardAngle);
+    smallest = std::min(smallest, flanks.angles[j]);
   }
   return smallest;
 }
@@ -106,18 +145,18 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   if (lineData.size() < kMinSamples) {
     return;
   }
-  const detail::Samples points =
-      detail::collectValidPoints(lineData.data(), static_cast<int>(lineData.size()));
-  detail::Slopes slopes =
-      detail::slopePass(points, detail::SlopeSearch::unlimited(gloveArcPara.scale));
-  measureSteps(points, slopes);
+  const detail::ValidProfile profile =
+      detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
+  const detail::Neighbours neighbours =
+      detail::findNeighbours(profile, {{0, profile.count() - 1}}, gloveArcPara.scale);
+  const Flanks flanks = measureFlanks(profile, neighbours);
   std::vector<SQO_basicFeature1D> arcs;
-  for (const int summit : findSummits(points, gloveArcPara.scale)) {
-    const double turn = angleBefore(slopes, summit, gloveArcPara.armLen) -
-                        angleBehind(slopes, summit, gloveArcPara.armLen);
+  for (const int summit : findSummits(profile, neighbours)) {
+    const double turn = angleBefore(flanks, summit, gloveArcPara.armLen) -
+                        angleAfter(flanks, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      arcs.push_back(
-          {FEATURE_PEAK, {lineIdx, points[summit].nPointIdx}, points[summit].pt3D, turn});
+      const int sample = profile.index[summit];
+      arcs.push_back({FEATURE_PEAK, {lineIdx, sample}, lineData[sample].pt3D, turn});
     }
   }
   detail::append(arcs, line_gloveArcs);

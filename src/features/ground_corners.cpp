@@ -1,10 +1,12 @@
+// Finds the corners of negative measure that have the ground close by.
 #include <algorithm>
+#include <optional>
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/corner_types.h"
 #include "features/reach_search.h"
+#include "features/slopes.h"
 #include "features/stretches.h"
 #include "geometry/root_free.h"
 #include "records/append.h"
@@ -18,10 +20,19 @@ constexpr int kGround = 1;
 /// The ground on a line, and the distances to it in the x-y plane.
 class GroundSearch {
  public:
-  GroundSearch(const detail::Samples& points, const std::vector<int>& groundMask, double groundDist)
-      : plan_(seenFromAbove(points)), tooFar_(plan_, detail::leastSquareExceeding(groundDist)) {
-    for (int i = 0; i < static_cast<int>(points.size()); ++i) {
-      if (groundMask[points[i].nPointIdx] == kGround) {
+  GroundSearch(const std::vector<STesk3DPosition>& lineData,
+               const detail::ValidProfile& profile,
+               const std::vector<int>& groundMask,
+               double groundDist)
+      : x_(static_cast<std::size_t>(profile.count())),
+        tooFar_(profile.y.data(),
+                x_.data(),
+                profile.count(),
+                detail::squaredThresholdAbove(groundDist)) {
+    for (int i = 0; i < profile.count(); ++i) {
+      const STesk3DPosition& sample = lineData[profile.index[i]];
+      x_[i] = sample.pt3D.x;
+      if (groundMask[sample.nPointIdx] == kGround) {
         ground_.push_back(i);
       }
     }
@@ -39,35 +50,18 @@ class GroundSearch {
   }
 
  private:
-  /// The points with x in the place of z.
-  static detail::Samples seenFromAbove(const detail::Samples& points) {
-    detail::Samples plan = points;
-    for (STesk3DPosition& point : plan) {
-      point.pt3D.z = point.pt3D.x;
-    }
-    return plan;
-  }
-
-  detail::Samples plan_;
+  std::vector<double> x_;
   detail::ReachSearch tooFar_;
   std::vector<int> ground_;  ///< The points on the ground, in line order.
 };
 
-/// The peaks among the minima of the corner measure that have a flat arm, with their type.
-detail::Slopes flatArmedMinima(const detail::Stretches& stretches, const SQO_cornerParam& param) {
-  const detail::Slopes slopes = detail::slopePass(stretches.points, stretches.ranges,
-                                                  detail::SlopeSearch::oneSided(param.scale));
-  const detail::CornerExtrema extrema = detail::extremaPass(slopes, detail::ExtremaSign::kMatching);
-  const detail::PeakRule rule = {param.cornerTh, detail::twoScalesSquared(param.scale),
-                                 detail::CornerMeasure::kMagnitude};
-  detail::Slopes corners;
-  for (detail::SQO_pointSlope peak : detail::peakPass(extrema.minima, stretches.points, rule)) {
-    peak.type = detail::typeByFlatArm(peak, param);
-    if (peak.type != 0) {
-      corners.push_back(peak);
-    }
-  }
-  return corners;
+/// The peaks among the minima of the corner measure.
+std::vector<int> minimumPeaks(const detail::Slopes& slopes,
+                              const detail::ValidProfile& profile,
+                              const SQO_cornerParam& param) {
+  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
+  return detail::findPeaks(extrema.minima, slopes, profile,
+                           detail::usualPeaks(param, detail::PeakRule::Measure::kMagnitude));
 }
 
 }  // namespace
@@ -83,16 +77,23 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData.data(), static_cast<int>(lineData.size()),
                             cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::Slopes corners = flatArmedMinima(stretches, cornerPara);
-  if (corners.empty()) {
-    return;
-  }
-  GroundSearch ground(stretches.points, groundMask, groundDist);
+  const detail::ValidProfile& profile = stretches.points;
+  const detail::Slopes slopes(profile, stretches.ranges,
+                              detail::SlopeSearch::oneSided(cornerPara.scale));
+  std::optional<GroundSearch> ground;
   std::vector<SQO_basicFeature1D> features;
-  for (const detail::SQO_pointSlope& corner : corners) {
-    if (ground.findsAround(corner.pntIdx)) {
-      const int stamp = stretches.points[corner.pntIdx].nPointIdx;
-      features.push_back({corner.type, {lineIdx, stamp}, lineData[stamp].pt3D, corner.corner});
+  for (const int peak : minimumPeaks(slopes, profile, cornerPara)) {
+    const int type = detail::typeByFlatArm(slopes, peak, cornerPara);
+    if (type == 0) {
+      continue;
+    }
+    if (!ground) {
+      ground.emplace(lineData, profile, groundMask, groundDist);
+    }
+    if (ground->findsAround(peak)) {
+      const int stamp = lineData[profile.index[peak]].nPointIdx;
+      features.push_back(
+          detail::featureAt(lineData.data(), stamp, type, lineIdx, slopes.corner(peak)));
     }
   }
   detail::append(features, line_features);

@@ -1,3 +1,4 @@
+// Cuts a line into runs of continuous samples and joins them across narrow holes.
 #include "features/line_runs.h"
 
 #include <cmath>
@@ -34,7 +35,7 @@ std::vector<SQO_RUN> findRuns(const STesk3DPosition* lineData, int dataSize, dou
   std::vector<SQO_RUN> runs;
   bool open = false;
   for (int i = 0; i < dataSize; ++i) {
-    if (!isAboveNoSample(lineData[i].pt3D.z)) {
+    if (!isMeasured(lineData[i].pt3D.z)) {
       open = false;
       continue;
     }

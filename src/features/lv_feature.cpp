@@ -1,3 +1,4 @@
+// Finds the L and V shapes of a line and the ends of its data segments.
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -12,12 +13,13 @@ namespace detail = scanline::detail;
 namespace {
 
 using Features = std::vector<SQO_basicFeature1D>;
+using Segments = std::vector<SQO_RUN>;
 
-/// Distance in y beyond which a flank stands apart from the V that it belongs to.
-constexpr double kApartY = 5.0;
+/// Distance in y beyond which a flank is separate from the V that it belongs to.
+constexpr double kSeparateY = 5.0;
 
-/// Difference of a V's outer ends in z below which it counts as a whole.
-constexpr double kLevelFeetZ = 40.0;
+/// Difference of a V's outer ends in z below which they are level.
+constexpr double kLevelEndsZ = 40.0;
 
 /// Distance in y below which two jumps of one direction are one.
 constexpr double kMergeY = 20.0;
@@ -27,12 +29,12 @@ struct VShape {
   SQO_basicFeature1D v;
   std::optional<SQO_basicFeature1D> rise;
   std::optional<SQO_basicFeature1D> fall;
-  bool isRiseApart;
-  bool isFallApart;
-  double feetDiff;  ///< How much higher in z the rise begins than the fall ends.
+  bool isRiseSeparate;
+  bool isFallSeparate;
+  double outerDiff;  ///< How much higher in z the rise begins than the fall ends.
 
-  [[nodiscard]] bool hasLevelFeet() const {
-    return kLevelFeetZ > std::abs(feetDiff);
+  [[nodiscard]] bool hasLevelEnds() const {
+    return kLevelEndsZ > std::abs(outerDiff);
   }
 };
 
@@ -41,41 +43,42 @@ bool isJump(const SQO_basicFeature1D& feature) {
 }
 
 VShape shapeOf(const detail::LvLine& line,
-               const detail::SQO_slopeRun& rise,
-               const detail::SQO_slopeRun& fall,
+               const Segments& segments,
+               const detail::SlopeRun& rise,
+               const detail::SlopeRun& fall,
                double jumpTh_z) {
   const int top =
       line.point(rise.endIdx).z >= line.point(fall.startIdx).z ? rise.endIdx : fall.startIdx;
-  const auto isApart = [&](int index) {
-    return std::abs(line.point(top).y - line.point(index).y) > kApartY;
+  const auto isSeparate = [&](int index) {
+    return std::abs(line.point(top).y - line.point(index).y) > kSeparateY;
   };
   return {line.feature(FEATURE_V, top),
-          detail::flankOf(line, rise, jumpTh_z),
-          detail::flankOf(line, fall, jumpTh_z),
-          isApart(rise.maxEndIdx),
-          isApart(fall.maxStartIdx),
+          detail::flankOf(line, segments, rise, jumpTh_z),
+          detail::flankOf(line, segments, fall, jumpTh_z),
+          isSeparate(rise.maxEndIdx),
+          isSeparate(fall.maxStartIdx),
           line.growth(fall.endIdx, rise.startIdx)};
 }
 
-/// A V with one flank close to it: one of the two stays.
+/// What is reported of a V with one flank close to it.
 SQO_basicFeature1D vOrFlank(const VShape& shape, const SQO_basicFeature1D& flank) {
-  return shape.hasLevelFeet() && !isJump(flank) ? shape.v : flank;
+  return shape.hasLevelEnds() && !isJump(flank) ? shape.v : flank;
 }
 
-/// A V with both flanks close to it: one of the three stays. A flank that does becomes a slope of
-/// the direction from foot to foot, even if it is a jump.
+/// What is reported of a V with both flanks close to it. A flank, even a jump, becomes a slope of
+/// the direction from outer end to outer end.
 SQO_basicFeature1D vOrEitherFlank(const VShape& shape) {
-  if (shape.hasLevelFeet()) {
+  if (shape.hasLevelEnds()) {
     return shape.v;
   }
   SQO_basicFeature1D flank =
       shape.rise->jumpPos.z > shape.fall->jumpPos.z ? *shape.rise : *shape.fall;
-  flank.featureType = shape.feetDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
+  flank.featureType = shape.outerDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
   return flank;
 }
 
 void appendVWithFall(const VShape& shape, Features& features) {
-  if (shape.isFallApart) {
+  if (shape.isFallSeparate) {
     features.insert(features.end(), {shape.v, *shape.fall});
   } else {
     features.push_back(vOrFlank(shape, *shape.fall));
@@ -83,7 +86,7 @@ void appendVWithFall(const VShape& shape, Features& features) {
 }
 
 void appendVWithRise(const VShape& shape, Features& features) {
-  if (shape.isRiseApart) {
+  if (shape.isRiseSeparate) {
     features.insert(features.end(), {*shape.rise, shape.v});
   } else {
     features.push_back(vOrFlank(shape, *shape.rise));
@@ -94,11 +97,11 @@ void appendVWithBoth(const VShape& shape, Features& features) {
   const auto jumpOrV = [&shape](const SQO_basicFeature1D& flank) {
     return isJump(flank) ? flank : shape.v;
   };
-  if (shape.isRiseApart && shape.isFallApart) {
+  if (shape.isRiseSeparate && shape.isFallSeparate) {
     features.insert(features.end(), {*shape.rise, shape.v, *shape.fall});
-  } else if (shape.isRiseApart) {
+  } else if (shape.isRiseSeparate) {
     features.insert(features.end(), {*shape.rise, jumpOrV(*shape.fall)});
-  } else if (shape.isFallApart) {
+  } else if (shape.isFallSeparate) {
     features.insert(features.end(), {jumpOrV(*shape.rise), *shape.fall});
   } else {
     features.push_back(vOrEitherFlank(shape));
@@ -118,19 +121,21 @@ void appendV(const VShape& shape, Features& features) {
   }
 }
 
-/// Walks the runs: a rise and the fall after it may make a V, any other run stands for itself.
+/// Walks the runs: a rise and the fall after it may make a V, any other run may make an L.
 void appendShapes(const detail::LvLine& line,
-                  double jumpTh_z,
+                  const Segments& segments,
+                  const SQO_slopeParam& slope,
                   const SQO_VFeatureParam& param,
                   Features& features) {
-  for (std::size_t k = 0; k < line.runs.size(); ++k) {
-    const detail::SQO_slopeRun& run = line.runs[k];
+  const std::vector<detail::SlopeRun> runs = detail::findSlopeRuns(line, slope.minSlope_z);
+  for (std::size_t k = 0; k < runs.size(); ++k) {
+    const detail::SlopeRun& run = runs[k];
     const bool isRiseThenFall =
-        k + 1 < line.runs.size() && line.total(run) > 0.0 && line.total(line.runs[k + 1]) < 0.0;
-    if (isRiseThenFall && detail::qo_isVFeature(line, run, line.runs[k + 1], param)) {
-      appendV(shapeOf(line, run, line.runs[k + 1], jumpTh_z), features);
+        k + 1 < runs.size() && line.total(run) > 0.0 && line.total(runs[k + 1]) < 0.0;
+    if (isRiseThenFall && detail::isV(line, run, runs[k + 1], param)) {
+      appendV(shapeOf(line, segments, run, runs[k + 1], slope.jumpTh_z), features);
       ++k;
-    } else if (const auto flank = detail::flankOf(line, run, jumpTh_z)) {
+    } else if (const auto flank = detail::flankOf(line, segments, run, slope.jumpTh_z)) {
       features.push_back(*flank);
     }
   }
@@ -141,7 +146,7 @@ bool isOneJump(const SQO_basicFeature1D& a, const SQO_basicFeature1D& b) {
          kMergeY > std::abs(a.jumpPos.y - b.jumpPos.y);
 }
 
-/// Of neighbouring jumps that are one the last stays, found from the end of the list.
+/// Keeps the last of neighbouring jumps that are one, searching from the end of the list.
 void mergeJumps(Features& features) {
   if (features.empty()) {
     return;
@@ -164,11 +169,12 @@ void qo_getLineLVFeature(STesk3DPosition* lineData,
                          SQO_slopeParam slopeParam,
                          SQO_VFeatureParam vFeatureParam,
                          SQO_lineFeature* line_features) {
-  const detail::LvLine line = detail::qo_getLineSlopeRuns(lineData, dataSize, lineIdx, slopeParam);
+  const detail::LvLine line = {lineData, dataSize, lineIdx};
+  const Segments segments = detail::findSegments(line, slopeParam.maxGap_y);
   Features shapes;
-  appendShapes(line, slopeParam.jumpTh_z, vFeatureParam, shapes);
+  appendShapes(line, segments, slopeParam, vFeatureParam, shapes);
   Features endings;
-  detail::appendEndings(lineData, lineIdx, line.segments, endings);
+  detail::appendEndings(lineData, lineIdx, segments, endings);
   detail::append(shapes, endings, *line_features);
   mergeJumps(line_features->features);
 }

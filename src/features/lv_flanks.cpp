@@ -1,3 +1,4 @@
+// Finds the L shape that one run of a line makes.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -13,28 +14,29 @@ constexpr double kMinSteepness = 2.0;
 /// Indices from the end of a data segment within which a slope is the segment running out.
 constexpr int kSegmentMargin = 3;
 
-/// Steepness from the sample before the largest step to the one after it. Holes serve as well,
+/// Steepness from the sample before the largest step to the one after it. Holes count as well,
 /// and equal y give infinity or no number, which is no steepness.
-bool isSteep(const LvLine& line, const SQO_slopeRun& run) {
+bool isSteep(const LvLine& line, const SlopeRun& run) {
   const STesk3DPoint& p0 = line.point(std::max(run.maxStartIdx - 1, 0));
   const STesk3DPoint& p1 = line.point(std::min(run.maxEndIdx + 1, line.count - 1));
   return std::abs((p0.z - p1.z) / (p0.y - p1.y)) > kMinSteepness;
 }
 
-bool isNearSegmentEnd(const LvLine& line, int index) {
+bool isNearSegmentEnd(const std::vector<SQO_RUN>& segments, int index) {
   const auto lastOf = [](const SQO_RUN& segment) { return segment.start + segment.len - 1; };
   // No segment before this one reaches the margin, and none after it starts nearer than it ends.
   const auto segment =
-      std::partition_point(line.segments.begin(), line.segments.end(),
+      std::partition_point(segments.begin(), segments.end(),
                            [&](const SQO_RUN& s) { return lastOf(s) <= index - kSegmentMargin; });
-  return segment != line.segments.end() && (std::abs(index - segment->start) < kSegmentMargin ||
-                                            std::abs(index - lastOf(*segment)) < kSegmentMargin);
+  return segment != segments.end() && (std::abs(index - segment->start) < kSegmentMargin ||
+                                       std::abs(index - lastOf(*segment)) < kSegmentMargin);
 }
 
 }  // namespace
 
 std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
-                                          const SQO_slopeRun& run,
+                                          const std::vector<SQO_RUN>& segments,
+                                          const SlopeRun& run,
                                           double jumpTh_z) {
   const double maxStep = line.maxStep(run);
   if (std::abs(maxStep) > jumpTh_z) {
@@ -46,7 +48,7 @@ std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
     return std::nullopt;
   }
   const bool rises = total > 0.0;
-  if (isNearSegmentEnd(line, rises ? run.endIdx : run.startIdx)) {
+  if (isNearSegmentEnd(segments, rises ? run.endIdx : run.startIdx)) {
     return std::nullopt;
   }
   return rises ? line.feature(FEATURE_SLOPE_RISE, run.maxEndIdx)

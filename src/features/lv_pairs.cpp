@@ -1,10 +1,11 @@
+// Decides whether a rise and the fall after it make a V.
 #include <cmath>
 
 #include "features/lv_stages.h"
 
 namespace scanline::detail {
 
-STesk3DPosition qo_nearestZPoint(const STesk3DPosition* lineData, int first, int last, double z) {
+STesk3DPosition nearestByZ(const STesk3DPosition* lineData, int first, int last, double z) {
   if (first > last) {
     return {};
   }
@@ -17,17 +18,17 @@ STesk3DPosition qo_nearestZPoint(const STesk3DPosition* lineData, int first, int
   return lineData[nearest];
 }
 
-bool qo_isVFeature(const LvLine& line,
-                   const SQO_slopeRun& rise,
-                   const SQO_slopeRun& fall,
-                   const SQO_VFeatureParam& param) {
+bool isV(const LvLine& line,
+         const SlopeRun& rise,
+         const SlopeRun& fall,
+         const SQO_VFeatureParam& param) {
   const double riseTop = line.point(rise.endIdx).z;
   const double fallTop = line.point(fall.startIdx).z;
   if (!(riseTop > line.point(fall.endIdx).z && fallTop > line.point(rise.startIdx).z)) {
     return false;
   }
-  const auto yNearest = [&line](const SQO_slopeRun& run, double z) {
-    return qo_nearestZPoint(line.samples, run.startIdx, run.endIdx, z).pt3D.y;
+  const auto yNearest = [&line](const SlopeRun& run, double z) {
+    return nearestByZ(line.samples, run.startIdx, run.endIdx, z).pt3D.y;
   };
   const bool riseIsHigher = riseTop >= fallTop;
   if (param.apexDiff_z > std::abs(fallTop - riseTop)) {

@@ -11,9 +11,9 @@
 /// the test whether two runs make a V.
 namespace scanline::detail {
 
-/// A stretch of a line along which z goes one way, flat places included. All are indices on the
+/// A stretch of a line along which z goes one way, level places included. All are indices on the
 /// line.
-struct SQO_slopeRun {
+struct SlopeRun {
   int startIdx;     ///< First sample.
   int endIdx;       ///< Last sample.
   int maxStartIdx;  ///< First sample of the largest step, the earliest of equal ones.
@@ -25,8 +25,6 @@ struct LvLine {
   const STesk3DPosition* samples;
   int count;
   int lineIdx;
-  std::vector<SQO_slopeRun> runs;
-  std::vector<SQO_RUN> segments;  ///< Data segments, in line order.
 
   [[nodiscard]] const STesk3DPoint& point(int index) const {
     return samples[index].pt3D;
@@ -35,10 +33,10 @@ struct LvLine {
   [[nodiscard]] double growth(int from, int to) const {
     return point(to).z - point(from).z;
   }
-  [[nodiscard]] double total(const SQO_slopeRun& run) const {
+  [[nodiscard]] double total(const SlopeRun& run) const {
     return growth(run.startIdx, run.endIdx);
   }
-  [[nodiscard]] double maxStep(const SQO_slopeRun& run) const {
+  [[nodiscard]] double maxStep(const SlopeRun& run) const {
     return growth(run.maxStartIdx, run.maxEndIdx);
   }
   [[nodiscard]] SQO_basicFeature1D feature(int type, int index) const {
@@ -46,27 +44,29 @@ struct LvLine {
   }
 };
 
-/// Cuts a line into monotone runs, of which those stay whose z changes by `minSlope_z` or more, and
-/// into data segments, which end at holes wider than `maxGap_y`. Runs go on across both.
-LvLine qo_getLineSlopeRuns(const STesk3DPosition* lineData,
-                           int dataSize,
-                           int lineIdx,
-                           const SQO_slopeParam& param);
+/// The monotone runs of a line whose z changes by `minSlope_z` or more. They go on across holes.
+std::vector<SlopeRun> findSlopeRuns(const LvLine& line, double minSlope_z);
+
+/// The data segments of a line, in order. They end at holes wider than `maxGap_y`, except that the
+/// last sample of the line begins no segment.
+std::vector<SQO_RUN> findSegments(const LvLine& line, double maxGap_y);
 
 /// The L of a run: a jump on the low side of its largest step if that exceeds `jumpTh_z`, else a
-/// slope on the high side of it if the whole run does and is steep enough.
+/// slope on the high side of it if the whole run does, is steep enough and does not run out near
+/// the end of a segment.
 std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
-                                          const SQO_slopeRun& run,
+                                          const std::vector<SQO_RUN>& segments,
+                                          const SlopeRun& run,
                                           double jumpTh_z);
 
 /// The sample from `first` to `last`, hole or not, whose z is nearest to `z`; the earliest among
 /// equals. A record of zeros if there are none.
-STesk3DPosition qo_nearestZPoint(const STesk3DPosition* lineData, int first, int last, double z);
+STesk3DPosition nearestByZ(const STesk3DPosition* lineData, int first, int last, double z);
 
 /// Whether a rise and the fall after it stand close enough to be two sides of one thing.
-bool qo_isVFeature(const LvLine& line,
-                   const SQO_slopeRun& rise,
-                   const SQO_slopeRun& fall,
-                   const SQO_VFeatureParam& param);
+bool isV(const LvLine& line,
+         const SlopeRun& rise,
+         const SlopeRun& fall,
+         const SQO_VFeatureParam& param);
 
 }  // namespace scanline::detail

@@ -1,3 +1,4 @@
+// Finds the corners of a line below a height, and the ends of its stretches.
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
 #include "features/line_runs.h"
@@ -8,7 +9,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Turns what lies above a height into holes for later calls.
+/// Turns samples above a height into holes for later calls.
 void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   for (int i = 0; i < dataSize; ++i) {
     if (lineData[i].pt3D.z > maxZ) {
@@ -17,8 +18,8 @@ void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   }
 }
 
-/// The stretches as runs, numbered from 1. The last has the index of its last sample for a number:
-/// on a line whose only sample is the first that is 0, and the run counts as absorbed.
+/// The stretches as runs, numbered from 1. The number of the last is the index of its last sample:
+/// on a line whose only sample is the first, that is 0, and the run counts as absorbed.
 std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
   std::vector<SQO_RUN> runs;
   runs.reserve(stretches.ranges.size());
@@ -26,7 +27,7 @@ std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
     runs.push_back(stretches.spanOf(range, static_cast<int>(runs.size()) + 1));
   }
   if (!runs.empty()) {
-    runs.back().value = stretches.sampleOf.back();
+    runs.back().value = stretches.points.index.back();
   }
   return runs;
 }
@@ -41,7 +42,10 @@ void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                  SQO_lineFeature* line_features) {
   const detail::Stretches stretches =
       detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z, maxZ);
-  const auto corners = detail::steepCorners(stretches.points, lineIdx, cornerPara);
+  auto corners = detail::steepCorners(lineData, stretches.points, lineIdx, cornerPara);
+  for (SQO_basicFeature1D& corner : corners) {
+    corner.jumpPos2D.y = lineData[corner.jumpPos2D.y].nPointIdx;  // the caller's stamp
+  }
   std::vector<SQO_RUN> runs = asRuns(stretches);
   detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
   std::vector<SQO_basicFeature1D> endings;

@@ -1,4 +1,7 @@
+// Finds the raised stretches of a line: from a steep fall of z to the next steep rise.
 #include <cmath>
+#include <cstddef>
+#include <limits>
 #include <vector>
 
 #include <scanline/line_features.h>
@@ -12,70 +15,64 @@ namespace {
 
 using Features = std::vector<SJU_segFeature>;
 
+/// Room for the features of most lines, so that the list need not grow.
+constexpr std::size_t kUsualFeatures = 32;
+
 /// A stretch that no rise has closed yet. The fresh one starts at the line's first sample and looks
 /// like one that a fall has opened there.
 struct OpenStretch {
   int start = 0;
-  int len = -1;
+  int end = -1;  ///< Before `start` while no sample belongs to it.
 };
 
-enum class Flank { kNone, kFall, kRise };
-
-Flank flankBetween(const STesk3DPoint& before,
-                   const STesk3DPoint& point,
-                   const SQO_raisedFeatureParam& param) {
+/// Whether the step between two neighbouring samples is a flank, up or down. Few steps are high, so
+/// few are divided.
+bool isFlank(const STesk3DPoint& before,
+             const STesk3DPoint& point,
+             const SQO_raisedFeatureParam& param) {
   const double step = std::abs(point.z - before.z);
-  const double slope = step / std::abs(point.y - before.y);
-  if (!(step > param.minJumpZ && slope > param.minJumpK)) {
-    return Flank::kNone;
-  }
-  if (before.z > point.z) {
-    return Flank::kFall;
-  }
-  return point.z > before.z ? Flank::kRise : Flank::kNone;
+  return step > param.minJumpZ && step / std::abs(point.y - before.y) > param.minJumpK;
 }
 
-void reportIfFitting(const std::vector<STesk3DPosition>& lineData,
+void reportIfFitting(const STesk3DPosition* lineData,
                      int lineIdx,
                      const OpenStretch& stretch,
                      const SQO_raisedFeatureParam& param,
                      Features& features) {
-  if (stretch.len <= 0) {
+  if (stretch.end < stretch.start) {
     return;
   }
-  const int end = stretch.start + stretch.len - 1;
   const STesk3DPoint& first = lineData[stretch.start].pt3D;
-  const STesk3DPoint& last = lineData[end].pt3D;
+  const STesk3DPoint& last = lineData[stretch.end].pt3D;
   const double width = std::abs(first.y - last.y);
   if (width >= param.minWidth && param.maxWidth >= width) {
-    features.push_back({lineIdx, stretch.start, end, 0, first, last, width});
+    features.push_back({lineIdx, stretch.start, stretch.end, 0, first, last, width});
   }
 }
 
-Features findRaised(const std::vector<STesk3DPosition>& lineData,
+Features findRaised(const STesk3DPosition* lineData,
+                    int dataSize,
                     int lineIdx,
                     const SQO_raisedFeatureParam& param) {
+  constexpr STesk3DPoint kNothing = {0.0, 0.0, std::numeric_limits<double>::quiet_NaN()};
   Features features;
+  features.reserve(kUsualFeatures);
   OpenStretch stretch;
-  const STesk3DPoint* before = nullptr;
-  for (int i = 0; i < static_cast<int>(lineData.size()); ++i) {
+  const STesk3DPoint* before = &kNothing;
+  for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (detail::isHole(point.z)) {
       continue;
     }
-    // A z that is not a number passes for a sample, yet nothing is measured against it.
-    if (before != nullptr && !std::isnan(before->z)) {
-      switch (flankBetween(*before, point, param)) {
-        case Flank::kFall:
-          stretch = {i, 1};
-          break;
-        case Flank::kRise:
-          reportIfFitting(lineData, lineIdx, stretch, param, features);
-          stretch = {};
-          break;
-        case Flank::kNone:
-          stretch.len = i - stretch.start + 1;
-          break;
+    // A z that is not a number passes for a sample, yet nothing is compared with it.
+    if (!std::isnan(before->z)) {
+      if (!isFlank(*before, point, param) || before->z == point.z) {
+        stretch.end = i;
+      } else if (before->z > point.z) {
+        stretch = {i, i};
+      } else {
+        reportIfFitting(lineData, lineIdx, stretch, param, features);
+        stretch = {};
       }
     }
     before = &point;
@@ -89,6 +86,8 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
                              int lineIdx,
                              SQO_raisedFeatureParam raisedFeaturePara,
                              std::vector<SJU_segFeature>& line_raisedFeatures) {
-  detail::append(findRaised(lineData, lineIdx, raisedFeaturePara), line_raisedFeatures);
+  detail::append(
+      findRaised(lineData.data(), static_cast<int>(lineData.size()), lineIdx, raisedFeaturePara),
+      line_raisedFeatures);
   detail::stampIndices(lineData);
 }

@@ -1,76 +1,94 @@
+// Searches for points far from another one, in a hierarchy of blocks once they are not nearby.
 #include "features/reach_search.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
+#include <cstdlib>
 #include <limits>
+#include <utility>
 
 namespace scanline::detail {
 
 namespace {
 
+/// The lesser of two numbers, or the other one if one of them is NaN.
+double lesser(double a, double b) {
+  return a < b || std::isnan(b) ? a : b;
+}
+/// The greater of two numbers, or the other one if one of them is NaN.
+double greater(double a, double b) {
+  return a > b || std::isnan(b) ? a : b;
+}
+
 /// The greatest distance along one coordinate from `from` into an extent. Rounding is monotone, so
-/// no point inside has a greater one. fmax drops the NaN of infinity less infinity.
+/// no point inside has a greater one. The NaN of infinity less infinity is dropped.
 double greatestDistance(double from, double least, double greatest) {
-  return std::fmax(std::abs(least - from), std::abs(greatest - from));
+  return greater(std::abs(least - from), std::abs(greatest - from));
 }
 
 }  // namespace
 
-// The blocks of a level are made from pairs of the level below. fmin and fmax drop the blocks
-// without a point that can be reached.
+ReachSearch::Block ReachSearch::join(const Block& a, const Block& b) {
+  return {lesser(a.minY, b.minY), greater(a.maxY, b.maxY), lesser(a.minZ, b.minZ),
+          greater(a.maxZ, b.maxZ)};
+}
+
+// Points without a place are left out. The blocks of a level are made from pairs of the level
+// below.
 void ReachSearch::buildBlocks() {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-  std::vector<Block> level;
-  level.reserve(points_.size());
-  for (const STesk3DPosition& point : points_) {
-    const double y = point.pt3D.y;
-    const double z = point.pt3D.z;
-    const bool isPlace = !std::isnan(y) && !std::isnan(z);
-    level.push_back(isPlace ? Block{y, y, z, z} : Block{kNan, kNan, kNan, kNan});
+  constexpr Block kEmpty = {kNan, kNan, kNan, kNan};
+  std::vector<Block> leaves(static_cast<std::size_t>((count_ + kLeaf - 1) / kLeaf), kEmpty);
+  for (int i = 0; i < count_; ++i) {
+    if (!std::isnan(y_[i]) && !std::isnan(z_[i])) {
+      Block& leaf = leaves[i / kLeaf];
+      leaf = join(leaf, {y_[i], y_[i], z_[i], z_[i]});
+    }
   }
-  std::vector<std::vector<Block>> levels = {std::move(level)};
+  std::vector<std::vector<Block>> levels = {std::move(leaves)};
   while (levels.back().size() > 1) {
     const std::vector<Block>& halves = levels.back();
     std::vector<Block> blocks;
     blocks.reserve((halves.size() + 1) / 2);
     for (std::size_t k = 0; k < halves.size(); k += 2) {
-      const Block& a = halves[k];
-      const Block& b = halves[std::min(k + 1, halves.size() - 1)];
-      blocks.push_back({std::fmin(a.minY, b.minY), std::fmax(a.maxY, b.maxY),
-                        std::fmin(a.minZ, b.minZ), std::fmax(a.maxZ, b.maxZ)});
+      blocks.push_back(join(halves[k], halves[std::min(k + 1, halves.size() - 1)]));
     }
     levels.push_back(std::move(blocks));
   }
   levels_ = std::move(levels);
 }
 
-/// Decides exactly on a block of one point, and never passes over a point that is reached.
-bool ReachSearch::mayReach(const STesk3DPoint& from, const Block& block) const {
-  const double dy = greatestDistance(from.y, block.minY, block.maxY);
-  const double dz = greatestDistance(from.z, block.minZ, block.maxZ);
-  return dy * dy + dz * dz >= leastSquare_;
+/// Whether a block may have a point that is reached. If it has one, it may.
+bool ReachSearch::mayReach(int i, const Block& block) const {
+  const double dy = greatestDistance(y_[i], block.minY, block.maxY);
+  const double dz = greatestDistance(z_[i], block.minZ, block.maxZ);
+  return dy * dy + dz * dz >= squaredThreshold_;
 }
 
-/// Goes on from point `j`, which is always the nearest of the block that it stands for.
+// From the first border of a leaf on, point `j` is the nearest one of the block that it stands for.
 int ReachSearch::findInBlocks(int i, int j, int step, int end) {
   if (levels_.empty()) {
     buildBlocks();
   }
-  const STesk3DPoint from = points_[i].pt3D;
+  const auto borderAt = [step](int point) { return step > 0 ? point : point + 1; };
   const int top = static_cast<int>(levels_.size()) - 1;
   int level = 0;
   while ((end - j) * step > 0) {
-    if (mayReach(from, levels_[level][j >> level])) {
-      if (level == 0) {
+    const int pastBorder = borderAt(j) % kLeaf;
+    if (pastBorder == 0 && !mayReach(i, levels_[level][(j / kLeaf) >> level])) {
+      j += step * (kLeaf << level);
+      // The nearer half of a greater block is followed by the other one.
+      level += level < top && ((borderAt(j) / kLeaf) >> level) % 2 == 0 ? 1 : 0;
+    } else if (level > 0) {
+      --level;
+    } else {
+      const int rest = step > 0 || pastBorder == 0 ? kLeaf - pastBorder : pastBorder;
+      const int leafEnd = rest < std::abs(end - j) ? j + step * rest : end;
+      j = scan(i, j, step, leafEnd);
+      if (j != leafEnd) {
         return j;
       }
-      --level;
-      continue;
-    }
-    j += step * (1 << level);
-    // The nearer half of a greater block is followed by the other one.
-    const int border = step > 0 ? j : j + 1;
-    if (level < top && (border >> level) % 2 == 0) {
-      ++level;
     }
   }
   return kNoPoint;

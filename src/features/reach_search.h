@@ -4,43 +4,34 @@
 #include <cstdlib>
 #include <vector>
 
-#include <scanline/scan_records.h>
+#include "features/valid_profile.h"
 
 namespace scanline::detail {
 
-/// No point of a list.
-constexpr int kNoPoint = -1;
-
-/// Finds, in index order from a point of a list, the first one that is far enough away in the y-z
-/// plane.
+/// Finds, in index order from a point of a list, the first one that is far enough away in a plane.
 class ReachSearch {
  public:
-  /// A point is reached from another if the square of their distance is at least `leastSquare`.
-  /// That is never the case where a coordinate or `leastSquare` is not a number.
-  ReachSearch(const std::vector<STesk3DPosition>& points, double leastSquare)
-      : points_(points), leastSquare_(leastSquare) {}
-
-  /// The square of the distance between two points.
-  [[nodiscard]] double square(int i, int j) const {
-    return square(points_[i].pt3D, points_[j].pt3D);
-  }
+  /// A point is reached from another if the square of their distance is at least
+  /// `squaredThreshold`. That is never the case where a coordinate or the threshold is not a
+  /// number. The coordinates must outlive the search.
+  ReachSearch(const double* y, const double* z, int count, double squaredThreshold)
+      : y_(y), z_(z), count_(count), squaredThreshold_(squaredThreshold) {}
 
   /// The first point reached from `i` by `step` (1 or -1) and before `end`, or `kNoPoint`.
   int find(int i, int step, int end) {
-    const int nearby = std::min(kNearby, std::abs(end - i) - 1);
-    const STesk3DPoint from = points_[i].pt3D;
-    int j = i + step;
-    for (const int nearEnd = j + step * nearby; j != nearEnd; j += step) {
-      if (square(from, points_[j].pt3D) >= leastSquare_) {
-        return j;
-      }
-    }
-    return j == end ? kNoPoint : findInBlocks(i, j, step, end);
+    const int nearEnd = std::abs(end - i) > kNearby ? i + step * kNearby : end;
+    const int j = scan(i, i + step, step, nearEnd);
+    return j != nearEnd ? j : findInBlocks(i, j, step, end);
   }
+
+  /// The same from point `j` on, for searches that pass over many points.
+  int findInBlocks(int i, int j, int step, int end);
 
  private:
   /// How many points are looked at one by one.
   static constexpr int kNearby = 64;
+  /// How many points the smallest blocks have.
+  static constexpr int kLeaf = 8;
 
   /// Extents of a block of points; not a number if no point of it can be reached.
   struct Block {
@@ -50,20 +41,28 @@ class ReachSearch {
     double maxZ;
   };
 
-  static double square(const STesk3DPoint& from, const STesk3DPoint& to) {
-    const double dy = to.y - from.y;
-    const double dz = to.z - from.z;
-    return dy * dy + dz * dz;
+  /// The first point reached from `i` by `step` from `j` on and before `end`, or `end`.
+  [[nodiscard]] int scan(int i, int j, int step, int end) const {
+    for (; j != end; j += step) {
+      const double dy = y_[j] - y_[i];
+      const double dz = z_[j] - z_[i];
+      if (dy * dy + dz * dz >= squaredThreshold_) {
+        break;
+      }
+    }
+    return j;
   }
 
+  static Block join(const Block& a, const Block& b);
   void buildBlocks();
-  [[nodiscard]] bool mayReach(const STesk3DPoint& from, const Block& block) const;
-  int findInBlocks(int i, int j, int step, int end);
+  [[nodiscard]] bool mayReach(int i, const Block& block) const;
 
-  const std::vector<STesk3DPosition>& points_;
-  double leastSquare_;
-  /// Level k holds the aligned blocks of 2^k points; empty until a search goes beyond the nearby
-  /// points.
+  const double* y_;
+  const double* z_;
+  int count_;
+  double squaredThreshold_;
+  /// Level k holds the aligned blocks of `kLeaf` * 2^k points; empty until a search goes beyond the
+  /// nearby points.
   std::vector<std::vector<Block>> levels_;
 };
 

@@ -1,9 +1,11 @@
+// Finds the corners near a reference height, and the ends of stretches that run out flat.
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/corner_types.h"
+#include "features/slopes.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -22,44 +24,50 @@ constexpr int kStretchEndsShift = 20;
 constexpr int kStartMarkOnly = detail::kStretchStartMark >> kStretchEndsShift;
 constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
 
-/// The marks that a line's samples receive: stretch ends, and corners at the index that their point
-/// bears.
-std::vector<int> findMarks(const detail::Stretches& stretches,
-                           const detail::Slopes& slopes,
+/// The marks that a line's samples receive: stretch ends, and corners at the index that the
+/// caller's stamp gives.
+std::vector<int> findMarks(const STesk3DPosition* lineData,
                            int dataSize,
+                           const detail::Stretches& stretches,
+                           const detail::Slopes& slopes,
                            const SQO_cornerParam& param) {
+  const std::vector<int>& index = stretches.points.index;
   std::vector<int> marks(static_cast<std::size_t>(std::max(dataSize, 0)));
   for (const detail::PointRange& range : stretches.ranges) {
-    marks[stretches.sampleOf[range.first]] |= detail::kStretchStartMark;
-    marks[stretches.sampleOf[range.last]] |= detail::kStretchEndMark;
+    marks[index[range.first]] |= detail::kStretchStartMark;
+    marks[index[range.last]] |= detail::kStretchEndMark;
   }
-  const detail::CornerExtrema extrema = detail::extremaPass(slopes, detail::ExtremaSign::kAny);
-  const detail::PeakRule rule = {param.cornerTh, detail::twoScalesSquared(param.scale),
-                                 detail::CornerMeasure::kValue};
-  for (const auto& peak : detail::peakPass(extrema.maxima, stretches.points, rule)) {
-    marks[stretches.points[peak.pntIdx].nPointIdx] |= detail::typeByFlatArm(peak, param)
-                                                      << kTypeShift;
+  for (const int peak : detail::cornerPeaks(slopes, stretches.points, param)) {
+    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(slopes, peak, param)
+                                              << kTypeShift;
   }
   return marks;
 }
 
 /// Type of the feature that a marked sample turns into, 0 for none. A stretch that goes on flat at
 /// its start is typed like a corner with a flat forward arm, at its end like one with a flat
-/// backward arm; a stretch of one sample bears both marks and is neither.
-int typeOfMarked(
-    int word, double z, const detail::SQO_pointSlope& slope, double refZ, double flat) {
+/// backward arm; a stretch of one sample bears both marks and is neither. A hole bears marks only
+/// if the caller left them there; its arms, like all that are missing, have an angle of 0.
+int typeOfMarked(int word,
+                 double z,
+                 int point,
+                 const detail::Slopes& slopes,
+                 double refZ,
+                 const SQO_cornerParam& param) {
   const int cornerType = (word >> kTypeShift) & kTypeMask;
   if (cornerType != 0) {
     return kMaxHeightDistance > std::abs(z - refZ) ? cornerType : 0;
   }
-  const int ends = word >> kStretchEndsShift;
-  if (ends == kStartMarkOnly && flat > std::abs(slope.forwardAngle)) {
-    return FEATURE_JUMP_FALL;
+  const auto isFlat = [&](double angle) { return param.jumpCornerTh_1 > std::abs(angle); };
+  const bool isHole = point == detail::kNoPoint;
+  switch (word >> kStretchEndsShift) {
+    case kStartMarkOnly:
+      return isFlat(isHole ? 0.0 : slopes.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
+    case kEndMarkOnly:
+      return isFlat(isHole ? 0.0 : slopes.backwardAngle(point)) ? FEATURE_JUMP_RISE : 0;
+    default:
+      return 0;
   }
-  if (ends == kEndMarkOnly && flat > std::abs(slope.backwardAngle)) {
-    return FEATURE_JUMP_RISE;
-  }
-  return 0;
 }
 
 }  // namespace
@@ -72,22 +80,20 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                 std::vector<SQO_basicFeature1D>& line_features) {
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::Slopes slopes = detail::slopePass(stretches.points, stretches.ranges,
-                                                  detail::SlopeSearch::oneSided(cornerPara.scale));
-  const std::vector<int> marks = findMarks(stretches, slopes, dataSize, cornerPara);
+  const detail::Slopes slopes(stretches.points, stretches.ranges,
+                              detail::SlopeSearch::oneSided(cornerPara.scale));
+  const std::vector<int> marks = findMarks(lineData, dataSize, stretches, slopes, cornerPara);
 
   std::vector<SQO_basicFeature1D> features;
-  constexpr detail::SQO_pointSlope kHole = {};
-  std::size_t point = 0;
+  int next = 0;
   for (int i = 0; i < dataSize; ++i) {
-    // A hole has no slope; it bears marks only if the caller left them there.
-    const bool isPoint = point < slopes.size() && stretches.sampleOf[point] == i;
-    const detail::SQO_pointSlope& slope = isPoint ? slopes[point++] : kHole;
+    const bool isPoint = next < slopes.count() && stretches.points.index[next] == i;
+    const int point = isPoint ? next++ : detail::kNoPoint;
     const STesk3DPosition& sample = lineData[i];
     const int word = sample.nPointIdx | marks[i];
-    const int type = typeOfMarked(word, sample.pt3D.z, slope, refZ, cornerPara.jumpCornerTh_1);
+    const int type = typeOfMarked(word, sample.pt3D.z, point, slopes, refZ, cornerPara);
     if (type != 0) {
-      features.push_back({type, {lineIdx, i}, sample.pt3D, 0.0});
+      features.push_back(detail::featureAt(lineData, i, type, lineIdx, 0.0));
     }
   }
   detail::append(features, line_features);

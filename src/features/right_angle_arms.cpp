@@ -1,6 +1,6 @@
+// Measures the arms of a right angle: how far a line runs from a sample and how much it deviates.
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
 
 #include "features/extent.h"
 #include "features/right_angle_stages.h"
@@ -8,42 +8,55 @@
 
 namespace scanline::detail {
 
-ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize) : lineData_(lineData) {
-  const auto count = static_cast<std::size_t>(std::max(dataSize, 0));
-  neighbours_.reserve(count);
-  placeOf_.resize(count + 1);
+ArmWalker::ArmWalker(const STesk3DPosition* lineData, int dataSize)
+    : profile_(collectProfile(lineData, dataSize)) {
   Extent y;
   Extent z;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isNoSample(point.z)) {
+    if (!isMissing(point.z)) {
       y.take(point.y);
       z.take(point.z);
     }
-    if (isAboveNoSample(point.z)) {
-      neighbours_.push_back({point.y, point.z, i});
-    }
-    placeOf_[i + 1] = static_cast<int>(neighbours_.size());
   }
   span_ = (y.max - y.min) + (z.max - z.min);
 }
 
-ArmWalk ArmWalker::walk(int sample, int place, int stride, double armLen) const {
-  const STesk3DPoint& origin = lineData_[sample].pt3D;
-  const int count = static_cast<int>(neighbours_.size());
+ArmWalk ArmWalker::walk(const ArmOrigin& origin, int place, int stride, double armLen) const {
   ArmWalk arm = {ArmWalk::kRanOut, -1.0, -1.0};
-  for (; place >= 0 && place < count; place += stride) {
-    const Neighbour& neighbour = neighbours_[place];
-    const double dy = std::abs(neighbour.y - origin.y);
-    const double dz = std::abs(neighbour.z - origin.z);
+  for (; place >= 0 && place < profile_.count(); place += stride) {
+    const double dy = std::abs(profile_.y[place] - origin.y);
+    const double dz = std::abs(profile_.z[place] - origin.z);
     if (dy + dz > armLen) {
-      arm.stop = neighbour.index;
+      arm.stop = profile_.index[place];
       break;
     }
     arm.maxDy = std::max(arm.maxDy, dy);
     arm.maxDz = std::max(arm.maxDz, dz);
   }
   return arm;
+}
+
+bool ArmWalker::hasSteepArm(const ArmOrigin& origin, double armLen, double maxDeviation) const {
+  const double* const y = profile_.y.data();
+  const double* const z = profile_.z.data();
+  const auto isBeyond = [&](int place) {
+    return std::abs(y[place] - origin.y) + std::abs(z[place] - origin.z) > armLen;
+  };
+  const auto deviates = [&](int place) { return std::abs(y[place] - origin.y) >= maxDeviation; };
+  int before = origin.placeBefore;
+  while (before >= 0 && !isBeyond(before) && !deviates(before)) {
+    --before;
+  }
+  if (before >= 0 && isBeyond(before)) {
+    return true;
+  }
+  const int count = profile_.count();
+  int after = origin.placeAfter;
+  while (after < count && !isBeyond(after) && !deviates(after)) {
+    ++after;
+  }
+  return after < count && isBeyond(after);
 }
 
 }  // namespace scanline::detail

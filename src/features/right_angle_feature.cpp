@@ -1,3 +1,4 @@
+// Finds the right angles of a line, where a flat arm meets a steep one.
 #include <vector>
 
 #include <scanline/line_features.h>

@@ -1,3 +1,4 @@
+// Marks the samples of a line that stand at a right angle, from the arms on both sides.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -39,22 +40,24 @@ class Marker {
     return walker_.canEnd(minLen_);
   }
 
-  [[nodiscard]] RightAngleMark markOf(int i) const {
-    const ArmWalk back = walker_.backward(i, minLen_);
-    if (!back.isComplete()) {
+  /// The mark of sample `i`. Few samples of a line have a steep arm, so only these are walked from
+  /// along both arms.
+  [[nodiscard]] RightAngleMark markOf(int i, const ArmOrigin& origin) const {
+    if (!walker_.hasSteepArm(origin, minLen_, maxTol_)) {
       return kNoMark;
     }
-    const ArmWalk ahead = walker_.forward(i, minLen_);
-    if (!ahead.isComplete()) {
+    const ArmWalk back = walker_.backward(origin, minLen_);
+    const ArmWalk ahead = walker_.forward(origin, minLen_);
+    if (!back.isComplete() || !ahead.isComplete()) {
       return kNoMark;
     }
     if (maxTol_ > back.maxDz && maxTol_ > ahead.maxDy) {
-      return markFlatThenSteep(i, zOf(ahead.stop) > zOf(i));
+      return markFlatThenSteep(i, origin, zOf(ahead.stop) > origin.z);
     }
-    // Only backward does an arm that ends at once count as straying by 0 instead of -1.0.
+    // Only backward does an arm that ends at once deviate by 0 instead of -1.0.
     const double backDy = back.stop == i - 1 ? 0.0 : back.maxDy;
     if (maxTol_ > backDy && maxTol_ > ahead.maxDz) {
-      return markSteepThenFlat(i, zOf(i) > zOf(back.stop));
+      return markSteepThenFlat(i, origin, origin.z > zOf(back.stop));
     }
     return kNoMark;
   }
@@ -64,36 +67,36 @@ class Marker {
     return lineData_[i].pt3D.z;
   }
 
-  [[nodiscard]] ArmWalk backward(int i, double armLen) const {
-    return walker_.canEnd(armLen) ? walker_.backward(i, armLen) : kNoWalk;
+  [[nodiscard]] ArmWalk backward(const ArmOrigin& origin, double armLen) const {
+    return walker_.canEnd(armLen) ? walker_.backward(origin, armLen) : kNoWalk;
   }
-  [[nodiscard]] ArmWalk forward(int i, double armLen) const {
-    return walker_.canEnd(armLen) ? walker_.forward(i, armLen) : kNoWalk;
+  [[nodiscard]] ArmWalk forward(const ArmOrigin& origin, double armLen) const {
+    return walker_.canEnd(armLen) ? walker_.forward(origin, armLen) : kNoWalk;
   }
 
-  [[nodiscard]] RightAngleMark markFlatThenSteep(int i, bool rises) const {
+  [[nodiscard]] RightAngleMark markFlatThenSteep(int i, const ArmOrigin& origin, bool rises) const {
     const SQO_lineRightAngleParam& param = rises ? kinds_.flatRise : kinds_.flatFall;
-    const ArmWalk flat = backward(i, param.flatArmLen);
-    const ArmWalk steep = forward(i, param.steepArmLen);
-    const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
-    const double steepStray = steep.isComplete() ? steep.maxDy : 0.0;
-    // The tolerance of the rising kind holds for the falling one as well; callers' corners depend
+    const ArmWalk flat = backward(origin, param.flatArmLen);
+    const ArmWalk steep = forward(origin, param.steepArmLen);
+    const double flatDeviation = flat.isComplete() ? flat.maxDz : 0.0;
+    const double steepDeviation = steep.isComplete() ? steep.maxDy : 0.0;
+    // The tolerance of the rising kind applies to the falling one as well; callers' corners depend
     // on it.
     const double armTol = kinds_.flatRise.armTol;
-    if (!(armTol > flatStray && armTol > steepStray)) {
+    if (!(armTol > flatDeviation && armTol > steepDeviation)) {
       return kNoMark;
     }
     return {rises ? FEATURE_RIGHT_ANGLE_2 : FEATURE_RIGHT_ANGLE_1, flat.stop == i - 1};
   }
 
-  [[nodiscard]] RightAngleMark markSteepThenFlat(int i, bool rises) const {
+  [[nodiscard]] RightAngleMark markSteepThenFlat(int i, const ArmOrigin& origin, bool rises) const {
     const SQO_lineRightAngleParam& param = rises ? kinds_.riseFlat : kinds_.fallFlat;
-    const ArmWalk steep = backward(i, param.steepArmLen);
-    const ArmWalk flat = forward(i, param.flatArmLen);
+    const ArmWalk steep = backward(origin, param.steepArmLen);
+    const ArmWalk flat = forward(origin, param.flatArmLen);
     const bool isSharp = steep.stop == i - 1;
-    const double steepStray = steep.isComplete() && !isSharp ? steep.maxDy : 0.0;
-    const double flatStray = flat.isComplete() ? flat.maxDz : 0.0;
-    if (!(param.armTol > steepStray && param.armTol > flatStray)) {
+    const double steepDeviation = steep.isComplete() && !isSharp ? steep.maxDy : 0.0;
+    const double flatDeviation = flat.isComplete() ? flat.maxDz : 0.0;
+    if (!(param.armTol > steepDeviation && param.armTol > flatDeviation)) {
       return kNoMark;
     }
     return {rises ? FEATURE_RIGHT_ANGLE_4 : FEATURE_RIGHT_ANGLE_3, isSharp};
@@ -122,11 +125,14 @@ std::vector<RightAngleMark> markRightAngles(const STesk3DPosition* lineData,
   if (!marker.canMark()) {
     return marks;
   }
+  int place = 0;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (!isNoSample(point.z) && canEndWalks(point)) {
-      marks[i] = marker.markOf(i);
+    const int next = isMeasured(point.z) ? place + 1 : place;
+    if (!isMissing(point.z) && canEndWalks(point)) {
+      marks[i] = marker.markOf(i, {point.y, point.z, place - 1, next});
     }
+    place = next;
   }
   return marks;
 }

@@ -4,27 +4,36 @@
 
 #include <scanline/line_features.h>
 #include <scanline/scan_records.h>
+#include "features/valid_profile.h"
 
 /// The stages of the search for right angles: walks along the two arms of a sample, and the marks
-/// that samples get from them.
+/// that follow from them.
 namespace scanline::detail {
 
-/// Where a walk along an arm ended and how far the samples on the way strayed from its start.
+/// A sample that may stand at a corner. Places are indices in the profile.
+struct ArmOrigin {
+  double y;
+  double z;
+  int placeBefore;  ///< Where a walk to lower indices begins.
+  int placeAfter;   ///< Where a walk to higher indices begins.
+};
+
+/// Where a walk along an arm ended and how far the samples on the way deviate from its origin.
 struct ArmWalk {
   static constexpr int kRanOut = -1;
 
   int stop;  ///< Index of the first sample beyond the arm's length; `kRanOut` if there is none.
   // Defined unless the walk ran out.
-  double maxDy;  ///< Largest distance in y on the way; -1.0 if nothing was.
-  double maxDz;  ///< Largest distance in z on the way; -1.0 if nothing was.
+  double maxDy;  ///< Largest deviation in y; -1.0 if the walk ended at once.
+  double maxDz;  ///< Largest deviation in z; -1.0 if the walk ended at once.
 
   [[nodiscard]] bool isComplete() const {
     return stop != kRanOut;
   }
 };
 
-/// Walks along a line from its samples. Holes are left out beforehand, so that a walk costs the
-/// samples of one arm. A walk that cannot end costs the whole line and must not be made.
+/// Walks along the samples of a line without its holes, so that a walk costs the samples of one
+/// arm. A walk that cannot end costs the whole line and must not be made.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
@@ -34,27 +43,23 @@ class ArmWalker {
     return span_ > armLen;
   }
 
-  /// Walks from a sample to lower indices, up to the first with |dy| + |dz| > `armLen`.
-  [[nodiscard]] ArmWalk backward(int sample, double armLen) const {
-    return walk(sample, placeOf_[sample] - 1, -1, armLen);
+  /// Walks to lower indices, up to the first sample with |dy| + |dz| > `armLen`.
+  [[nodiscard]] ArmWalk backward(const ArmOrigin& origin, double armLen) const {
+    return walk(origin, origin.placeBefore, -1, armLen);
   }
-  /// Walks from a sample to higher indices, up to the first with |dy| + |dz| > `armLen`.
-  [[nodiscard]] ArmWalk forward(int sample, double armLen) const {
-    return walk(sample, placeOf_[sample + 1], 1, armLen);
+  /// Walks to higher indices, up to the first sample with |dy| + |dz| > `armLen`.
+  [[nodiscard]] ArmWalk forward(const ArmOrigin& origin, double armLen) const {
+    return walk(origin, origin.placeAfter, 1, armLen);
   }
+
+  /// Whether the walk backward or the walk forward ends before a sample that deviates by
+  /// `maxDeviation` or more in y. Looks no farther than to the first such sample on each side.
+  [[nodiscard]] bool hasSteepArm(const ArmOrigin& origin, double armLen, double maxDeviation) const;
 
  private:
-  struct Neighbour {
-    double y;
-    double z;
-    int index;
-  };
+  [[nodiscard]] ArmWalk walk(const ArmOrigin& origin, int place, int stride, double armLen) const;
 
-  [[nodiscard]] ArmWalk walk(int sample, int place, int stride, double armLen) const;
-
-  const STesk3DPosition* lineData_;
-  std::vector<Neighbour> neighbours_;  ///< The samples that a walk sees.
-  std::vector<int> placeOf_;  ///< For each sample and the end, the number of neighbours before it.
+  ValidProfile profile_;  ///< The samples that a walk sees.
   double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
 };
 
@@ -66,7 +71,7 @@ struct RightAngleKinds {
   SQO_lineRightAngleParam fallFlat;
 };
 
-/// What the search says of one sample.
+/// The corner that a sample stands at.
 struct RightAngleMark {
   int kind;      ///< The feature type of the corner, 0 where there is none.
   bool isSharp;  ///< The backward arm ends at once, on the sample before.

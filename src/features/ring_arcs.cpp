@@ -1,8 +1,9 @@
+// Finds arcs: runs of points that all bend the same way.
 #include <cmath>
-#include <optional>
+#include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
+#include "features/slopes.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -10,50 +11,38 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// A run of points that all bend away from the sensor.
-struct Arc {
-  int first;
-  int last;
-  double firstAngle;
-  double lastAngle;
-
-  [[nodiscard]] double turn() const {
-    return std::abs(lastAngle - firstAngle);
+/// The runs of points in a stretch whose corner measures are below 0. Points without slopes belong
+/// to none, and the ends of a stretch have none.
+std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
+                                         const detail::Slopes& slopes) {
+  std::vector<detail::PointRange> arcs;
+  bool isOpen = false;
+  for (int i = stretch.first; i <= stretch.last; ++i) {
+    if (!(slopes.cornerSign(i) < 0.0)) {
+      isOpen = false;
+    } else if (isOpen) {
+      arcs.back().last = i;
+    } else {
+      arcs.push_back({i, i});
+      isOpen = true;
+    }
   }
-};
-
-/// An arc that leaves no slopes on either side of it fills its stretch and takes in the two points
-/// at the stretch's ends. These cannot have any, so an arc always has a point on either side.
-detail::PointRange extentOf(const Arc& arc,
-                            const detail::PointRange& stretch,
-                            const detail::Slopes& slopes) {
-  const bool isInside = slopes[arc.first - 1].pntIdx >= 0 || slopes[arc.last + 1].pntIdx >= 0;
-  return isInside ? detail::PointRange{arc.first, arc.last} : stretch;
+  return arcs;
 }
 
-double chordOf(const STesk3DPoint& a, const STesk3DPoint& b) {
+/// An arc without slopes on either side of it fills its stretch, and takes all points without
+/// slopes at the ends of the stretch too. An arc always has a point on either side.
+detail::PointRange extentOf(const detail::PointRange& arc,
+                            const detail::PointRange& stretch,
+                            const detail::Slopes& slopes) {
+  const bool isInside = slopes.exist(arc.first - 1) || slopes.exist(arc.last + 1);
+  return isInside ? arc : stretch;
+}
+
+double chordBetween(const STesk3DPoint& a, const STesk3DPoint& b) {
   const double dy = a.y - b.y;
   const double dz = a.z - b.z;
   return std::sqrt(dy * dy + dz * dz);
-}
-
-/// The arcs of one stretch, in order, each handed to `report`.
-template <typename Report>
-void forEachArc(const detail::PointRange& stretch, const detail::Slopes& slopes, Report report) {
-  std::optional<Arc> open;
-  for (int i = stretch.first; i <= stretch.last; ++i) {
-    const detail::SQO_pointSlope& slope = slopes[i];
-    if (slope.corner < 0.0) {
-      if (!open) {
-        open = Arc{i, i, slope.backwardAngle, 0.0};
-      }
-      open->last = i;
-      open->lastAngle = slope.forwardAngle;
-    } else if (open) {
-      report(*open);
-      open.reset();
-    }
-  }
 }
 
 }  // namespace
@@ -63,23 +52,29 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           SQO_cornerParam cornerPara,
                           STeskRangeD ringArcWidth,
                           std::vector<SJU_segFeature>& line_ringArcs) {
-  const detail::SlopedStretches line =
-      detail::slopedStretches(lineData, cornerPara.minEndingGap_z, cornerPara.scale);
-  const detail::Samples& points = line.stretches.points;
+  const detail::Stretches stretches = detail::stretchesByZ(
+      lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
+  const detail::Slopes slopes(stretches.points, stretches.ranges,
+                              detail::SlopeSearch::unlimited(cornerPara.scale));
+  const auto sampleAt = [&](int point) -> const STesk3DPosition& {
+    return lineData[stretches.points.index[point]];
+  };
   std::vector<SJU_segFeature> arcs;
-  for (const detail::PointRange& stretch : line.stretches.ranges) {
-    forEachArc(stretch, line.slopes, [&](const Arc& arc) {
-      const double chord = chordOf(points[arc.first].pt3D, points[arc.last].pt3D);
-      if (!(arc.turn() > cornerPara.cornerTh && chord >= ringArcWidth.min &&
-            ringArcWidth.max >= chord)) {
-        return;
+  for (const detail::PointRange& stretch : stretches.ranges) {
+    for (const detail::PointRange& arc : findArcs(stretch, slopes)) {
+      const double chord = chordBetween(sampleAt(arc.first).pt3D, sampleAt(arc.last).pt3D);
+      if (!(chord >= ringArcWidth.min && ringArcWidth.max >= chord)) {
+        continue;
       }
-      const detail::PointRange extent = extentOf(arc, stretch, line.slopes);
-      const STesk3DPosition& first = points[extent.first];
-      const STesk3DPosition& last = points[extent.last];
-      arcs.push_back(
-          {lineIdx, first.nPointIdx, last.nPointIdx, 0, first.pt3D, last.pt3D, arc.turn()});
-    });
+      const double turnAngle =
+          std::abs(slopes.forwardAngle(arc.last) - slopes.backwardAngle(arc.first));
+      if (!(turnAngle > cornerPara.cornerTh)) {
+        continue;
+      }
+      const auto [first, last] = extentOf(arc, stretch, slopes);
+      arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
+                      sampleAt(first).pt3D, sampleAt(last).pt3D, turnAngle});
+    }
   }
   detail::append(arcs, line_ringArcs);
   detail::stampIndices(lineData);

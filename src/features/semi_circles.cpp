@@ -1,3 +1,4 @@
+// Finds the narrow stretches of a line that hold a peak of z towards the sensor.
 #include <cmath>
 #include <limits>
 #include <opencv2/core/mat.hpp>
@@ -5,7 +6,6 @@
 
 #include <scanline/line_features.h>
 #include "features/line_runs.h"
-#include "features/turning_points.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -21,11 +21,15 @@ constexpr int kNoState = 0;
 template <typename Measure>
 int findLeast(const STesk3DPosition* lineData, int first, int last, Measure measure) {
   int least = -1;
+  double smallest = 0.0;
   for (int i = first; i <= last; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
-    if (point.z >= detail::kNoSampleZ &&
-        (least < 0 || measure(point) < measure(lineData[least].pt3D))) {
+    if (!(point.z >= detail::kNoSampleZ)) {
+      continue;
+    }
+    if (const double value = measure(point); least < 0 || value < smallest) {
       least = i;
+      smallest = value;
     }
   }
   return least;
@@ -49,10 +53,23 @@ SQO_featureSemiCircle stretchBetween(const STesk3DPosition* lineData,
   return {kNoState, lineIdx, first, last, middle, midPt, width, lineData[top].pt3D.z};
 }
 
-/// Whether a run holds a local peak. Whatever the scale of the search, the lowest of its minima
-/// is one, as none beats it.
+/// Whether a run holds a local peak: z rises after it has fallen. Whatever the scale of the search
+/// for peaks, the lowest of the turns is one, as no other is lower.
 bool holdsPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
-  return !detail::findTurns(lineData + run.start, run.len).minima.empty();
+  bool hasFallen = false;
+  double before = lineData[run.start].pt3D.z;
+  for (int i = run.start + 1; i < run.start + run.len; ++i) {
+    const double z = lineData[i].pt3D.z;
+    if (detail::isMissing(z)) {
+      continue;
+    }
+    if (hasFallen && z > before) {
+      return true;
+    }
+    hasFallen = hasFallen || z < before;
+    before = z;
+  }
+  return false;
 }
 
 /// The runs of a line, joined across narrow holes; `value` is 0 in those that were absorbed.
@@ -83,7 +100,10 @@ Stretches findStretches(const STesk3DPosition* lineData,
 /// Stamps the samples of each run with their index inside it; a run of one sample keeps its stamp.
 void stampRuns(const std::vector<SQO_RUN>& runs, STesk3DPosition* lineData) {
   for (const SQO_RUN& run : runs) {
-    for (int i = 0; run.value != 0 && run.len > 1 && i < run.len; ++i) {
+    if (run.value == 0 || run.len == 1) {
+      continue;
+    }
+    for (int i = 0; i < run.len; ++i) {
       lineData[run.start + i].nPointIdx = i;
     }
   }

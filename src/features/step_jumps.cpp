@@ -1,48 +1,83 @@
+// Finds steps by the corners at their feet and tops.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
+#include <vector>
 
 #include <scanline/line_features.h>
-#include "features/corner_stages.h"
 #include "features/corner_types.h"
+#include "features/slopes.h"
+#include "features/valid_profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-/// Bends whose arms are flat and steep, or the other way about, with `type` saying which.
-void appendBends(const detail::Slopes& peaks,
-                 const SQO_cornerParam& param,
-                 int flatThenSteep,
-                 int steepThenFlat,
-                 detail::Slopes& bends) {
-  for (detail::SQO_pointSlope bend : peaks) {
-    const detail::Arms arms = detail::armsOf(bend, param);
+/// A corner that can be the foot or the top of a step.
+struct StepCorner {
+  int point;
+  bool isMaximum;  ///< Of the corner measure.
+  detail::Arms arms;
+
+  [[nodiscard]] bool is(bool maximum, detail::Arms expected) const {
+    return isMaximum == maximum && arms == expected;
+  }
+};
+
+/// The peaks with one flat and one steep arm.
+std::vector<StepCorner> selectStepCorners(const std::vector<int>& peaks,
+                                          bool isMaximum,
+                                          const detail::Slopes& slopes,
+                                          const SQO_cornerParam& param) {
+  std::vector<StepCorner> corners;
+  for (const int peak : peaks) {
+    const detail::Arms arms = detail::armsAt(slopes, peak, param);
     if (arms != detail::Arms::kOther) {
-      bend.type = arms == detail::Arms::kFlatThenSteep ? flatThenSteep : steepThenFlat;
-      bends.push_back(bend);
+      corners.push_back({peak, isMaximum, arms});
     }
   }
+  return corners;
 }
 
-/// All bends of a line that can be the foot or the top of a step, in line order.
-detail::Slopes findBends(const detail::Samples& points, const SQO_cornerParam& param) {
-  const detail::CornerExtrema extrema =
-      detail::extremaPass(detail::slopePass(points, detail::SlopeSearch::unlimited(param.scale)),
-                          detail::ExtremaSign::kAny);
-  const double window = detail::twoScalesSquared(param.scale);
-  detail::Slopes bends;
-  appendBends(detail::peakPass(extrema.maxima, points,
-                               {param.cornerTh, window, detail::CornerMeasure::kValue}),
-              param, FEATURE_RIGHT_ANGLE_1, FEATURE_RIGHT_ANGLE_4, bends);
-  appendBends(detail::peakPass(extrema.minima, points,
-                               {param.cornerTh, window, detail::CornerMeasure::kMagnitude}),
-              param, FEATURE_RIGHT_ANGLE_2, FEATURE_RIGHT_ANGLE_3, bends);
-  std::sort(bends.begin(), bends.end(),
-            [](const detail::SQO_pointSlope& a, const detail::SQO_pointSlope& b) {
-              return a.pntIdx < b.pntIdx;
-            });
-  return bends;
+/// All corners of a line that can belong to a step, in line order.
+std::vector<StepCorner> findStepCorners(const detail::Slopes& slopes,
+                                        const detail::ValidProfile& profile,
+                                        const SQO_cornerParam& param) {
+  using Measure = detail::PeakRule::Measure;
+  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kAny);
+  const auto peaks = [&](const std::vector<int>& candidates, Measure measure) {
+    return detail::findPeaks(candidates, slopes, profile, detail::usualPeaks(param, measure));
+  };
+  const std::vector<StepCorner> maxima =
+      selectStepCorners(peaks(extrema.maxima, Measure::kValue), true, slopes, param);
+  const std::vector<StepCorner> minima =
+      selectStepCorners(peaks(extrema.minima, Measure::kMagnitude), false, slopes, param);
+  std::vector<StepCorner> corners;
+  std::merge(maxima.begin(), maxima.end(), minima.begin(), minima.end(),
+             std::back_inserter(corners),
+             [](const StepCorner& a, const StepCorner& b) { return a.point < b.point; });
+  return corners;
+}
+
+/// The jump between two neighbouring corners: on the corner at the end of greater z, with the z of
+/// that end as its value. Of no type if there is none.
+SQO_basicFeature1D jumpBetween(const StepCorner& first,
+                               const StepCorner& second,
+                               const detail::Slopes& slopes,
+                               const STesk3DPosition* lineData,
+                               const detail::ValidProfile& profile,
+                               int lineIdx) {
+  using detail::Arms;
+  if (first.is(true, Arms::kFlatThenSteep) && second.is(false, Arms::kSteepThenFlat)) {
+    return detail::featureAt(lineData, profile.index[first.point], FEATURE_JUMP_FALL, lineIdx,
+                             slopes.backwardZ(first.point));
+  }
+  if (first.is(false, Arms::kFlatThenSteep) && second.is(true, Arms::kSteepThenFlat)) {
+    return detail::featureAt(lineData, profile.index[second.point], FEATURE_JUMP_RISE, lineIdx,
+                             slopes.forwardZ(second.point));
+  }
+  return {};
 }
 
 }  // namespace
@@ -52,24 +87,20 @@ void qo_getLineJumpFeature_cornerMethod(STesk3DPosition* lineData,
                                         int lineIdx,
                                         SQO_cornerParam cornerPara,
                                         std::vector<SQO_basicFeature1D>& line_jumps) {
-  const detail::Samples points = detail::collectValidPoints(lineData, dataSize);
-  const detail::Slopes bends = findBends(points, cornerPara);
+  const detail::ValidProfile profile = detail::collectProfile(lineData, dataSize);
+  const detail::Slopes slopes(profile, detail::SlopeSearch::unlimited(cornerPara.scale));
+  const std::vector<StepCorner> corners = findStepCorners(slopes, profile, cornerPara);
   std::vector<SQO_basicFeature1D> jumps;
-  for (std::size_t k = 0; k + 1 < bends.size(); ++k) {
-    const detail::SQO_pointSlope& first = bends[k];
-    const detail::SQO_pointSlope& second = bends[k + 1];
-    const STesk3DPosition& firstPoint = points[first.pntIdx];
-    const STesk3DPosition& secondPoint = points[second.pntIdx];
-    const double dy = std::abs(firstPoint.pt3D.y - secondPoint.pt3D.y);
-    const double dz = std::abs(second.forwardZ - first.backwardZ);
-    if (!(cornerPara.minEndingGap > dy && dz > cornerPara.minEndingGap_z)) {
-      continue;
-    }
-    // A jump stands on the bend at the end of greater z.
-    if (first.type == FEATURE_RIGHT_ANGLE_1 && second.type == FEATURE_RIGHT_ANGLE_3) {
-      jumps.push_back(detail::featureAt(firstPoint, FEATURE_JUMP_FALL, lineIdx, first.backwardZ));
-    } else if (first.type == FEATURE_RIGHT_ANGLE_2 && second.type == FEATURE_RIGHT_ANGLE_4) {
-      jumps.push_back(detail::featureAt(secondPoint, FEATURE_JUMP_RISE, lineIdx, second.forwardZ));
+  for (std::size_t k = 0; k + 1 < corners.size(); ++k) {
+    const StepCorner& first = corners[k];
+    const StepCorner& second = corners[k + 1];
+    const double dy = std::abs(profile.y[first.point] - profile.y[second.point]);
+    const double dz = std::abs(slopes.forwardZ(second.point) - slopes.backwardZ(first.point));
+    if (cornerPara.minEndingGap > dy && dz > cornerPara.minEndingGap_z) {
+      const auto jump = jumpBetween(first, second, slopes, lineData, profile, lineIdx);
+      if (jump.featureType != 0) {
+        jumps.push_back(jump);
+      }
     }
   }
   detail::append(jumps, line_jumps);

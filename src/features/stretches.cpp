@@ -1,29 +1,59 @@
+// Cuts the valid points of a line into stretches of continuous ones.
 #include "features/stretches.h"
 
 #include <cmath>
 #include <limits>
 #include <utility>
 
+#include "records/sample_rules.h"
+
 namespace scanline::detail {
 namespace {
 
-constexpr double kNoMaxZ = std::numeric_limits<double>::infinity();
+/// Cuts before each point that does not continue the one before: `continues(i)` compares point `i`
+/// with point `i` - 1.
+template <typename Continues>
+std::vector<PointRange> cutRanges(int count, Continues continues) {
+  std::vector<PointRange> ranges;
+  int first = 0;
+  for (int i = 1; i <= count; ++i) {
+    if (i == count || !continues(i)) {
+      ranges.push_back({first, i - 1});
+      first = i;
+    }
+  }
+  return ranges;
+}
+
+ValidProfile profileUpTo(const STesk3DPosition* lineData, int dataSize, double maxZ) {
+  return collectProfile(lineData, dataSize, [maxZ](const STesk3DPosition& sample) {
+    return !isHole(sample.pt3D.z) && !(sample.pt3D.z > maxZ);
+  });
+}
+
+/// Whether a coordinate changes by less than `step` from point `i` - 1 to point `i`.
+bool isClose(const PaddedColumn& column, int i, double step) {
+  return step > std::abs(column[i] - column[i - 1]);
+}
 
 }  // namespace
 
+Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ) {
+  return stretchesByZ(lineData, dataSize, stepZ, std::numeric_limits<double>::infinity());
+}
+
 Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ, double maxZ) {
-  return findStretches(lineData, dataSize, maxZ,
-                       [stepZ](const STesk3DPoint& before, const STesk3DPoint& point) {
-                         return stepZ > std::abs(point.z - before.z);
-                       });
+  ValidProfile points = profileUpTo(lineData, dataSize, maxZ);
+  auto ranges = cutRanges(points.count(), [&](int i) { return isClose(points.z, i, stepZ); });
+  return {std::move(points), std::move(ranges)};
 }
 
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ) {
-  return findStretches(lineData, dataSize, kNoMaxZ,
-                       [stepY, stepZ](const STesk3DPoint& before, const STesk3DPoint& point) {
-                         return stepZ > std::abs(point.z - before.z) &&
-                                stepY > std::abs(point.y - before.y);
-                       });
+  ValidProfile points = profileUpTo(lineData, dataSize, std::numeric_limits<double>::infinity());
+  auto ranges = cutRanges(points.count(), [&](int i) {
+    return isClose(points.z, i, stepZ) && isClose(points.y, i, stepY);
+  });
+  return {std::move(points), std::move(ranges)};
 }
 
 void stampIndices(std::vector<STesk3DPosition>& lineData) {
@@ -33,22 +63,10 @@ void stampIndices(std::vector<STesk3DPosition>& lineData) {
   }
 }
 
-SlopedStretches slopedStretches(const std::vector<STesk3DPosition>& lineData,
-                                double stepZ,
-                                double scale) {
-  Stretches stretches =
-      stretchesByZ(lineData.data(), static_cast<int>(lineData.size()), stepZ, kNoMaxZ);
-  for (std::size_t k = 0; k < stretches.points.size(); ++k) {
-    stretches.points[k].nPointIdx = stretches.sampleOf[k];
-  }
-  Slopes slopes = slopePass(stretches.points, stretches.ranges, SlopeSearch::unlimited(scale));
-  return {std::move(stretches), std::move(slopes)};
-}
-
 void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData) {
   for (const PointRange& range : stretches.ranges) {
-    lineData[stretches.sampleOf[range.first]].nPointIdx |= kStretchStartMark;
-    lineData[stretches.sampleOf[range.last]].nPointIdx |= kStretchEndMark;
+    lineData[stretches.points.index[range.first]].nPointIdx |= kStretchStartMark;
+    lineData[stretches.points.index[range.last]].nPointIdx |= kStretchEndMark;
   }
 }
 

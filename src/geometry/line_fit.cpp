@@ -1,30 +1,33 @@
+#include <Eigen/Core>
 #include <cmath>
 
 #include <scanline/geometry.h>
 
 namespace {
 
-using Axis = double STesk3DPoint::*;
-
 struct SlopeLine {
   double k;
   double b;
 };
 
-/// Ordinary least squares of the ordinate `v` on the abscissa `u`.
-SlopeLine regress(const std::vector<STesk3DPoint>& points, Axis u, Axis v) {
-  double Sx = 0.0;
-  double Sy = 0.0;
-  double Sxx = 0.0;
-  double Sxy = 0.0;
+/// An axis of the plane and its place in a pair (x, y).
+enum Axis { kX, kY };
+
+/// Ordinary least squares of the other coordinate on the abscissa.
+SlopeLine regress(const std::vector<STesk3DPoint>& points, Axis abscissa) {
+  // Two sums share a packed addition; each keeps the order of the points.
+  Eigen::Array2d sums = Eigen::Array2d::Zero();
+  Eigen::Array2d products = sums;
   for (const STesk3DPoint& point : points) {
-    const double x = point.*u;
-    const double y = point.*v;
-    Sx += x;
-    Sy += y;
-    Sxx += x * x;
-    Sxy += x * y;
+    const Eigen::Array2d xy(point.x, point.y);
+    sums += xy;
+    products += xy * (abscissa == kX ? point.x : point.y);
   }
+  const Axis ordinate = abscissa == kX ? kY : kX;
+  const double Sx = sums[abscissa];
+  const double Sy = sums[ordinate];
+  const double Sxx = products[abscissa];
+  const double Sxy = products[ordinate];
   const auto n = static_cast<double>(points.size());
   const double D = n * Sxx - Sx * Sx;
   return {(n * Sxy - Sx * Sy) / D, (Sy * Sxx - Sxy * Sx) / D};
@@ -33,7 +36,7 @@ SlopeLine regress(const std::vector<STesk3DPoint>& points, Axis u, Axis v) {
 }  // namespace
 
 void lineFitting(std::vector<STesk3DPoint>& points, double* k, double* b) {
-  const SlopeLine line = regress(points, &STesk3DPoint::x, &STesk3DPoint::y);
+  const SlopeLine line = regress(points, kX);
   *k = line.k;
   *b = line.b;
 }
@@ -45,12 +48,12 @@ void lineFitting_abc(std::vector<STesk3DPoint>& points, double* a, double* b, do
   const double dx = std::abs(points.front().x - points.back().x);
   const double dy = std::abs(points.front().y - points.back().y);
   if (dy > dx) {
-    const SlopeLine line = regress(points, &STesk3DPoint::y, &STesk3DPoint::x);
+    const SlopeLine line = regress(points, kY);
     *a = 1.0;
     *b = -line.k;
     *c = -line.b;
   } else {
-    const SlopeLine line = regress(points, &STesk3DPoint::x, &STesk3DPoint::y);
+    const SlopeLine line = regress(points, kX);
     *a = line.k;
     *b = -1.0;
     *c = line.b;

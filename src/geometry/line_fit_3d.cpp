@@ -1,4 +1,5 @@
 #include <Eigen/Eigenvalues>
+#include <algorithm>
 #include <iostream>
 
 #include <scanline/geometry.h>
@@ -6,7 +7,7 @@
 namespace {
 
 // The messages are GBK whatever the encoding of the source files, hence the escapes. A literal is
-// split where the character behind an escape would be read as one more of its digits.
+// split where the character after an escape would be read as one more of its digits.
 
 /// "The number of points must be greater than or equal to 2!"
 constexpr const char* kTooFewPoints =
@@ -20,10 +21,55 @@ Eigen::MatrixX3d toMatrix(const std::vector<STesk3DPoint>& points) {
   Eigen::MatrixX3d matrix(static_cast<Eigen::Index>(points.size()), 3);
   Eigen::Index row = 0;
   for (const STesk3DPoint& point : points) {
-    matrix.row(row) << point.x, point.y, point.z;
+    matrix(row, 0) = point.x;
+    matrix(row, 1) = point.y;
+    matrix(row, 2) = point.z;
     ++row;
   }
   return matrix;
+}
+
+/// The number of rows that Eigen adds up in one run when it multiplies the transpose of a matrix of
+/// `rows` rows and 3 columns by the matrix.
+Eigen::Index rowsPerRun(Eigen::Index rows) {
+  Eigen::Index columns = 3;
+  Eigen::Index otherColumns = 3;
+  Eigen::internal::computeProductBlockingSizes<double, double, 1>(rows, columns, otherColumns);
+  return rows;
+}
+
+/// The lower triangle of `m.transpose() * m`, for the rows from `first` to before `end` in order.
+Eigen::Matrix3d sumProducts(const Eigen::MatrixX3d& m, Eigen::Index first, Eigen::Index end) {
+  // Two sums share a packed addition.
+  Eigen::Array2d xyTimesX = Eigen::Array2d::Zero();
+  Eigen::Array2d xyTimesZ = xyTimesX;
+  Eigen::Array2d yzTimesYz = xyTimesX;
+  for (Eigen::Index i = first; i < end; ++i) {
+    const Eigen::Array2d xy(m(i, 0), m(i, 1));
+    const Eigen::Array2d yz(m(i, 1), m(i, 2));
+    xyTimesX += xy * m(i, 0);
+    xyTimesZ += xy * m(i, 2);
+    yzTimesYz += yz * yz;
+  }
+  Eigen::Matrix3d sums;
+  sums << xyTimesX[0], 0.0, 0.0,  //
+      xyTimesX[1], yzTimesYz[0], 0.0, xyTimesZ[0], xyTimesZ[1], yzTimesYz[1];
+  return sums;
+}
+
+/// The lower triangle of `m.transpose() * m`. Eigen's product spends most of its time on packing so
+/// narrow a matrix. This adds up the same products in the same order, in the runs of rows by which
+/// Eigen keeps to the cache.
+Eigen::Matrix3d scatterMatrix(const Eigen::MatrixX3d& m) {
+  if (m.rows() + 6 < EIGEN_GEMM_TO_COEFFBASED_THRESHOLD) {
+    return m.transpose() * m;  // Eigen sums so few rows in another order.
+  }
+  const Eigen::Index run = rowsPerRun(m.rows());
+  Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
+  for (Eigen::Index first = 0; first < m.rows(); first += run) {
+    scatter += sumProducts(m, first, std::min(first + run, m.rows()));
+  }
+  return scatter;
 }
 
 }  // namespace
@@ -38,7 +84,7 @@ bool fitLine3DLeastSquares(const std::vector<STesk3DPoint>& points,
   Eigen::MatrixX3d centered = toMatrix(points);
   const Eigen::RowVector3d centroid = centered.colwise().mean();
   centered.rowwise() -= centroid;
-  const Eigen::Matrix3d scatter = centered.transpose() * centered;
+  const Eigen::Matrix3d scatter = scatterMatrix(centered);
   center = {centroid.x(), centroid.y(), centroid.z()};
   const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(scatter);
   if (solver.info() != Eigen::Success) {

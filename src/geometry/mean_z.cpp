@@ -7,7 +7,7 @@ double computeMeanZ(std::vector<STesk3DPoint>& points) {
   double sum = 0.0;
   std::size_t count = 0;
   for (const STesk3DPoint& point : points) {
-    if (scanline::detail::isAboveNoSample(point.z)) {
+    if (scanline::detail::isMeasured(point.z)) {
       sum += point.z;
       ++count;
     }

@@ -16,6 +16,20 @@ using Design =
 
 // Internals of Eigen 3.4; later versions have another interface here, and go without.
 #if !EIGEN_VERSION_AT_LEAST(3, 4, 90)
+/// A design has no more columns than rows. Eigen's own form takes long to compile.
+template <>
+class Eigen::internal::qr_preconditioner_impl<Design,
+                                              Eigen::ColPivHouseholderQRPreconditioner,
+                                              Eigen::internal::PreconditionIfMoreColsThanRows,
+                                              true> {
+ public:
+  void allocate(const JacobiSVD<Design>& /*svd*/) {}
+
+  bool run(JacobiSVD<Design>& /*svd*/, const Design& /*matrix*/) {
+    return false;
+  }
+};
+
 /// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member
 /// and constructs it again in place; if that runs out of memory, the member is destroyed twice.
 template <>

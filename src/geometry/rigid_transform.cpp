@@ -62,9 +62,9 @@ Eigen::Matrix3d bestRotation(const Eigen::Matrix3d& w) {
   const Eigen::Matrix3d& u = svd.matrixU();
   const Eigen::Matrix3d& v = svd.matrixV();
   const Eigen::Matrix3d uvt = u * v.transpose();
-  Eigen::Matrix3d mending = Eigen::Matrix3d::Identity();
-  mending(2, 2) = determinant(uvt);
-  return v * mending * u.transpose();
+  Eigen::Matrix3d reflectionFix = Eigen::Matrix3d::Identity();
+  reflectionFix(2, 2) = determinant(uvt);
+  return v * reflectionFix * u.transpose();
 }
 
 /// Writes the elements of `m` into a matrix of the same size.

@@ -7,7 +7,7 @@ namespace scanline::detail {
 
 /// The smallest square whose root reaches `distance`; NaN for NaN. Roots round monotonically, so
 /// comparing squares with it decides exactly as comparing roots with the distance would.
-inline double leastSquareReaching(double distance) {
+inline double squaredThreshold(double distance) {
   if (distance <= 0.0) {
     return 0.0;
   }
@@ -22,9 +22,9 @@ inline double leastSquareReaching(double distance) {
 }
 
 /// The smallest square whose root exceeds `distance`; NaN, which no square reaches, if none does.
-inline double leastSquareExceeding(double distance) {
+inline double squaredThresholdAbove(double distance) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
-  return distance < kInfinity ? leastSquareReaching(std::nextafter(distance, kInfinity))
+  return distance < kInfinity ? squaredThreshold(std::nextafter(distance, kInfinity))
                               : std::numeric_limits<double>::quiet_NaN();
 }
 

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <utility>
 #include <vector>
 
 namespace scanline::detail {
@@ -40,6 +41,14 @@ class BlockAxis {
   [[nodiscard]] int reach() const {
     return count_ > 0 ? block(count_ - 1).limit : 0;
   }
+  /// Whether each block ends where the next but one starts.
+  [[nodiscard]] bool overlapsByHalves() const {
+    return extent_ == stride_;
+  }
+  /// Where block i starts, or where the data ends if that is before it.
+  [[nodiscard]] int startInData(int i) const {
+    return static_cast<int>(std::min<std::int64_t>(std::int64_t{i} * stride_ / 2, size_));
+  }
   [[nodiscard]] BlockSpan block(int i) const {
     const auto start = static_cast<int>(std::int64_t{i} * stride_ / 2);
     const std::int64_t end = std::int64_t{start} + extent_;
@@ -66,24 +75,91 @@ struct BlockCandidate {
   double value;
 };
 
+/// The best of the positions that are offered one after the other. A negative best gives way to
+/// whatever follows it, and what is not a number to nothing.
+template <typename IsBetter>
+class BlockBest {
+ public:
+  void offer(int outer, int inner, double value) {
+    if (best_.value < 0.0 || IsBetter()(value, best_.value)) {
+      best_ = {outer, inner, value};
+    }
+  }
+  [[nodiscard]] std::optional<BlockCandidate> get() const {
+    return best_.outer < 0 ? std::nullopt : std::optional(best_);
+  }
+
+ private:
+  BlockCandidate best_ = {-1, -1, -1.0};
+};
+
+/**
+ * Collects what a search needs to know of each band, which is a row of blocks. Where bands overlap
+ * by exact halves, as they do unless strides and extents are crossed, each half is read once:
+ *
+ *     band 0   |--half 0--|--half 1--|
+ *     band 1              |--half 1--|--half 2--|
+ */
+template <typename Search>
+class Bands {
+ public:
+  using Extrema = typename Search::Extrema;
+
+  Bands(const BlockAxis& axis, const Search& search)
+      : axis_(axis), search_(search), first_(search.noExtrema()), second_(first_), band_(first_) {}
+
+  /// The extrema of the next band; valid until the next call.
+  const Extrema& next() {
+    const int k = next_++;
+    if (!axis_.overlapsByHalves()) {
+      const BlockSpan span = axis_.block(k);
+      collect(span.start, span.limit, band_);
+      return band_;
+    }
+    if (k == 0) {
+      collect(0, axis_.startInData(1), second_);
+    }
+    std::swap(first_, second_);
+    collect(axis_.startInData(k + 1), axis_.startInData(k + 2), second_);
+    search_.combine(first_, second_, band_);
+    return band_;
+  }
+
+ private:
+  void collect(int begin, int end, Extrema& extrema) {
+    search_.clear(extrema);
+    for (int outer = begin; outer < end; ++outer) {
+      search_.take(outer, extrema);
+    }
+  }
+
+  const BlockAxis& axis_;
+  const Search& search_;
+  int next_ = 0;
+  Extrema first_;
+  Extrema second_;
+  Extrema band_;
+};
+
 /**
  * Walks overlapping blocks and calls `report(candidate)` once for each position that is the best of
  * a block but not on the border of that block.
  *
- * `search.enterBand(outer)` opens a row of blocks, `search.best(outer, inner)` looks into one.
+ * `search.best(outer, inner, extrema)` looks into one block, given the extrema of its band.
  */
 template <typename Search, typename Report>
 void walkBlocks(const BlockAxis& outerAxis,
                 const BlockAxis& innerAxis,
-                Search search,
+                const Search& search,
                 Report report) {
   std::vector<bool> reported(static_cast<std::size_t>(outerAxis.size()) * innerAxis.size());
+  Bands<Search> bands(outerAxis, search);
   for (int k = 0; k < outerAxis.count(); ++k) {
     const BlockSpan outer = outerAxis.block(k);
-    search.enterBand(outer);
+    const auto& extrema = bands.next();
     for (int m = 0; m < innerAxis.count(); ++m) {
       const BlockSpan inner = innerAxis.block(m);
-      const std::optional<BlockCandidate> best = search.best(outer, inner);
+      const std::optional<BlockCandidate> best = search.best(outer, inner, extrema);
       if (!best || outer.isBorder(best->outer) || inner.isBorder(best->inner)) {
         continue;
       }

@@ -4,16 +4,17 @@
 #include <cstddef>
 
 #include <scanline/heightmap.h>
+#include "heightmap/chamfer_kernel.h"
 #include "records/new_image.h"
 
 namespace {
 
-struct StepCosts {
-  float axial;
-  float diagonal;
-};
+using scanline::detail::ChamferChunk;
+using scanline::detail::ChamferWeights;
+using scanline::detail::kChamferChunk;
+using scanline::detail::kChamferRows;
 
-StepCosts stepCosts(int distType) {
+ChamferWeights chamferWeights(int distType) {
   switch (distType) {
     case 0:
       return {1.0F, std::sqrt(2.0F)};
@@ -24,47 +25,44 @@ StepCosts stepCosts(int distType) {
   }
 }
 
-/// A candidate must be smaller to replace: not-a-numbers neither spread nor vanish.
-inline float smaller(float distance, float candidate) {
-  return candidate < distance ? candidate : distance;
-}
-
 /**
- * One pass of the chamfer scan, told for the forward pass: in the backward pass, its mirror image
- * in both axes, rows and columns count from the last pixel.
+ * One pass of the chamfer scan, described for the forward pass: the backward pass is its mirror
+ * image in both axes, in which rows and columns count from the last pixel.
  *
- * A pixel takes steps from three pixels of the rows beside its own and from the pixel before it.
- * The former are taken a chunk of a row at a time. The latter are a chain along the row, in which
- * each pixel waits for the one before it; therefore `kRows` rows are under way at once, each a
- * chunk behind the row before it, and their chains run side by side. A row then finds the row
- * before it finished, and the one after it untouched, wherever it looks.
+ * A pixel depends on three pixels in the rows beside its own, and on the one before it. So the rows
+ * are worked in groups, as a skewed wavefront: each row of a group is a chunk later than the one
+ * above it. The numbers are the steps in which the chunks of a group are relaxed:
+ *
+ *             chunk 0   1   2   3
+ *     row 1         0   1   2   3
+ *     row 2         1   2   3   4
+ *     row 3         2   3   4   5
+ *
+ * Wherever a chunk looks, the row above it is finished and the row below it is untouched, as in a
+ * scan row by row. The chunks of a step do not depend on each other.
  */
 template <int kDirection>
 class ChamferPass {
  public:
   /// `from` may be `to`. If it is not, `to` must hold its first column and both outer rows.
-  ChamferPass(const cv::Mat& from, cv::Mat& to, const StepCosts& costs)
+  ChamferPass(const cv::Mat& from, cv::Mat& to, const ChamferWeights& weights)
       : rows_(from.rows),
         cols_(from.cols),
         from_(plane(from.ptr<float>(), from)),
         to_(plane(to.ptr<float>(), to)),
-        costs_(costs) {}
+        weights_(weights) {}
 
   void run() {
-    const int chunks = (cols_ - 1 + kChunk - 1) / kChunk;
-    for (int row = 1; row < rows_ - 1; row += kRows) {
-      const int rowsHere = std::min(kRows, rows_ - 1 - row);
+    const int chunks = (cols_ - 1 + kChamferChunk - 1) / kChamferChunk;
+    for (int row = 1; row < rows_ - 1; row += kChamferRows) {
+      const int rowsHere = std::min(kChamferRows, rows_ - 1 - row);
       for (int step = 0; step < chunks + rowsHere - 1; ++step) {
-        advance(row, std::max(0, step - chunks + 1), std::min(rowsHere, step + 1), step);
+        relaxStep(row, std::max(0, step - chunks + 1), std::min(rowsHere, step + 1), step);
       }
     }
   }
 
  private:
-  static constexpr int kRows = 6;
-  static constexpr int kChunk = 32;
-  using Chunk = std::array<float, kChunk>;
-
   /// Where the pixels of an image are, seen in the direction of the pass.
   template <typename Value>
   struct Plane {
@@ -87,70 +85,49 @@ class ChamferPass {
     return {pixels + (image.rows - 1) * stride + image.cols - 1, -stride};
   }
 
-  /// Moves the rows `first` to `end` of a group on by a chunk each.
-  void advance(int row, int first, int end, int step) {
+  /// Relaxes one chunk of each of the rows `first` to `end` of a group.
+  void relaxStep(int row, int first, int end, int step) {
     for (int i = first; i < end; ++i) {
-      takeFromOtherRows(row + i, 1 + (step - i) * kChunk, i);
+      load(row + i, 1 + (step - i) * kChamferChunk, i);
     }
-    takeAlongRows();
+    scanline::detail::relaxAlongRow<kDirection>(weights_, before_, work_);
     for (int i = first; i < end; ++i) {
-      store(row + i, 1 + (step - i) * kChunk, i);
+      store(row + i, 1 + (step - i) * kChamferChunk, i);
     }
   }
 
-  static float* lowest(Chunk& chunk, int count) {
-    return kDirection > 0 ? chunk.data() : chunk.data() + kChunk - count;
+  static float* lowest(ChamferChunk& chunk, int count) {
+    return kDirection > 0 ? chunk.data() : chunk.data() + kChamferChunk - count;
   }
 
   [[nodiscard]] int countFrom(int col) const {
-    return std::min(kChunk, cols_ - col);
+    return std::min(kChamferChunk, cols_ - col);
   }
 
-  void takeFromOtherRows(int row, int col, int i) {
+  /// Loads a chunk, relaxed across the rows.
+  void load(int row, int col, int i) {
     const int count = countFrom(col);
-    const float* const pixel = from_.lowest(row, col, count);
+    const float* const pixels = from_.lowest(row, col, count);
     const float* const rowBefore = to_.lowest(row - 1, col, count);
+    const float* const rowAfter = pixels + from_.stride;
     float* const result = lowest(work_[i], count);
     before_[i] = *to_.lowest(row, col - 1, 1);
-    if (count == kChunk) {
-      takeSteps(pixel, rowBefore, result, kChunk);  // a known length unrolls
+    using scanline::detail::relaxAcrossRows;
+    if (count == kChamferChunk) {  // a known length unrolls
+      relaxAcrossRows<kDirection>(pixels, rowBefore, rowAfter, kChamferChunk, weights_, result);
     } else {
-      takeSteps(pixel, rowBefore, result, count);
-    }
-  }
-
-  void takeSteps(const float* pixel,
-                 const float* rowBefore,
-                 float* __restrict result,
-                 int count) const {
-    const float* const rowAfter = pixel + from_.stride;
-    for (int k = 0; k < count; ++k) {
-      float distance = pixel[k];
-      distance = smaller(distance, rowBefore[k - kDirection] + costs_.diagonal);
-      distance = smaller(distance, rowBefore[k] + costs_.axial);
-      result[k] = smaller(distance, rowAfter[k - kDirection] + costs_.diagonal);
-    }
-  }
-
-  void takeAlongRows() {
-    std::array<float, kRows> before = before_;
-    for (int k = 0; k < kChunk; ++k) {
-      const int at = kDirection > 0 ? k : kChunk - 1 - k;
-      for (int i = 0; i < kRows; ++i) {
-        before[i] = smaller(work_[i][at], before[i] + costs_.axial);
-        work_[i][at] = before[i];
-      }
+      relaxAcrossRows<kDirection>(pixels, rowBefore, rowAfter, count, weights_, result);
     }
   }
 
   void store(int row, int col, int i) {
     const int count = countFrom(col);
     const float* const result = lowest(work_[i], count);
-    float* const pixel = to_.lowest(row, col, count);
-    if (count == kChunk) {
-      std::copy_n(result, kChunk, pixel);  // a few moves; the other is a call
+    float* const pixels = to_.lowest(row, col, count);
+    if (count == kChamferChunk) {
+      std::copy_n(result, kChamferChunk, pixels);  // a few moves; the other is a call
     } else {
-      std::copy_n(result, count, pixel);
+      std::copy_n(result, count, pixels);
     }
   }
 
@@ -158,9 +135,9 @@ class ChamferPass {
   int cols_;
   Plane<const float> from_;
   Plane<float> to_;
-  StepCosts costs_;
-  std::array<Chunk, kRows> work_ = {};    // rows that are not under way work on leftovers
-  std::array<float, kRows> before_ = {};  // the pixel before each chunk
+  ChamferWeights weights_;
+  std::array<ChamferChunk, kChamferRows> work_ = {};  // idle rows work on leftovers
+  std::array<float, kChamferRows> before_ = {};       // the pixel before each chunk
 };
 
 /// Copies what the first pass does not write: the outer rows and the first column.
@@ -196,9 +173,9 @@ void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
   cv::Mat distances = scanline::detail::newImage(src.rows, src.cols, src.type());
   if (src.rows >= 3 && src.cols >= 2) {
     copyOuterPixels(src, distances);  // the first pass copies the others
-    const StepCosts costs = stepCosts(distType);
-    ChamferPass<1>(src, distances, costs).run();
-    ChamferPass<-1>(distances, distances, costs).run();
+    const ChamferWeights weights = chamferWeights(distType);
+    ChamferPass<1>(src, distances, weights).run();
+    ChamferPass<-1>(distances, distances, weights).run();
   }
   zeroBorder(distances);  // all pixels of a smaller image
   dst = distances;

@@ -1,32 +1,34 @@
 #include "heightmap/flood_order.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <utility>
+#include <vector>
+
+#include "heightmap/row_kernels.h"
 
 namespace scanline::detail {
 
 namespace {
 
-/// A grey value, counted from the smallest one up, and the place that it stands for.
-struct Turn {
+/// A pixel and the grey value that it is sorted by, counted from the smallest one up.
+struct KeyedPixel {
   std::uint32_t key;
-  Place place;
+  PixelPosition pixel;
 };
 
-/// Some bits of a key. Sorting by one digit after the other, from the lowest up and each time with
-/// the order of equal digits kept, sorts by the key (radix sort).
+/// Some bits of a key, and how many keys have each of their values. Sorting by one digit after the
+/// other, from the lowest up and each time with the order of equal digits kept, sorts by the key
+/// (radix sort).
 struct Digit {
   unsigned shift;
   unsigned bits;
+  std::vector<std::size_t> counts;
 
   [[nodiscard]] std::uint32_t of(std::uint32_t key) const {
     return (key >> shift) & ((1U << bits) - 1U);
   }
 };
 
-/// The digits of keys up to `maxKey`, from the lowest up.
+/// The digits of keys up to `maxKey`, from the lowest up, with counts of 0.
 std::vector<Digit> digitsOf(std::uint32_t maxKey) {
   constexpr unsigned kWhole = 14;  // keys as short as that have one digit
   constexpr unsigned kMost = 11;
@@ -37,7 +39,9 @@ std::vector<Digit> digitsOf(std::uint32_t maxKey) {
   const unsigned count = bits <= kWhole ? 1 : (bits + kMost - 1) / kMost;
   std::vector<Digit> digits;
   for (unsigned k = 0; k < count; ++k) {
-    digits.push_back({k * bits / count, (k + 1) * bits / count - k * bits / count});
+    const unsigned shift = k * bits / count;
+    const unsigned width = (k + 1) * bits / count - shift;
+    digits.push_back({shift, width, std::vector<std::size_t>(std::size_t{1} << width)});
   }
   return digits;
 }
@@ -46,61 +50,64 @@ std::vector<Digit> digitsOf(std::uint32_t maxKey) {
 class GrayKeys {
  public:
   GrayKeys(const PixelRows& gray, int side) : gray_(gray), side_(side) {
-    int smallest = gray[0][0];
-    int largest = smallest;
+    RowExtrema extrema = {gray[0][0], gray[0][0]};
     for (int r = 0; r < side; ++r) {
-      for (int c = 0; c < side; ++c) {
-        smallest = std::min(smallest, gray[r][c]);
-        largest = std::max(largest, gray[r][c]);
-      }
+      extendBy(gray[r].data(), side, extrema);
     }
-    smallest_ = static_cast<std::uint32_t>(smallest);
-    maxKey_ = static_cast<std::uint32_t>(largest) - smallest_;
+    smallest_ = static_cast<std::uint32_t>(extrema.smallest);
+    maxKey_ = static_cast<std::uint32_t>(extrema.largest) - smallest_;
   }
 
   [[nodiscard]] std::uint32_t maxKey() const {
     return maxKey_;
   }
 
-  /// Where in the sorted sequence the keys of each digit start.
-  [[nodiscard]] std::vector<std::size_t> startsOf(Digit digit) const {
-    std::vector<std::size_t> starts(std::size_t{1} << digit.bits);
+  /// Counts the values of all digits.
+  void count(std::vector<Digit>& digits) const {
     for (int r = 0; r < side_; ++r) {
-      for (int c = 0; c < side_; ++c) {
-        ++starts[digit.of(keyOf(gray_[r][c]))];
-      }
-    }
-    std::size_t start = 0;
-    for (std::size_t& entry : starts) {
-      start += std::exchange(entry, start);
-    }
-    return starts;
-  }
-
-  /// Calls `visit(turn)` column by column.
-  template <typename Visit>
-  void forEach(const PaddedPlane& markers, Visit visit) const {
-    // Some columns at a time, as a cache line holds values of several.
-    constexpr int kColumns = 16;
-    std::vector<int> columns(std::size_t{kColumns} * side_);
-    for (int start = 0; start < side_; start += kColumns) {
-      const int count = std::min(kColumns, side_ - start);
-      for (int r = 0; r < side_; ++r) {
-        for (int c = 0; c < count; ++c) {
-          columns[static_cast<std::size_t>(c) * side_ + r] = gray_[r][start + c];
+      const int* const row = gray_[r].data();
+      for (Digit& digit : digits) {
+        for (int c = 0; c < side_; ++c) {
+          ++digit.counts[digit.of(keyOf(row[c]))];
         }
       }
+    }
+  }
+
+  /// Calls `visit(keyedPixel)` column by column.
+  template <typename Visit>
+  void forEach(Visit visit) const {
+    std::unique_ptr<int[]> columns(new int[std::size_t{kColumns} * side_]);
+    for (int start = 0; start < side_; start += kColumns) {
+      const int count = std::min(kColumns, side_ - start);
+      if (count == kColumns) {
+        copyColumns(start, kColumns, columns.get());  // a known number unrolls
+      } else {
+        copyColumns(start, count, columns.get());
+      }
       for (int c = 0; c < count; ++c) {
-        const int* column = columns.data() + static_cast<std::size_t>(c) * side_;
-        const Place first = markers.placeOf(start + c, 0);
+        const int* const column = columns.get() + static_cast<std::size_t>(c) * side_;
         for (int r = 0; r < side_; ++r) {
-          visit(Turn{keyOf(column[r]), first + static_cast<Place>(r)});
+          visit(KeyedPixel{keyOf(column[r]),
+                           {static_cast<std::uint16_t>(start + c), static_cast<std::uint16_t>(r)}});
         }
       }
     }
   }
 
  private:
+  /// Columns are copied some at a time, as a cache line holds values of several.
+  static constexpr int kColumns = 16;
+
+  void copyColumns(int start, int count, int* columns) const {
+    for (int r = 0; r < side_; ++r) {
+      const int* const row = gray_[r].data() + start;
+      for (int c = 0; c < count; ++c) {
+        columns[static_cast<std::size_t>(c) * side_ + r] = row[c];
+      }
+    }
+  }
+
   [[nodiscard]] std::uint32_t keyOf(int value) const {
     return static_cast<std::uint32_t>(value) - smallest_;
   }
@@ -111,31 +118,45 @@ class GrayKeys {
   std::uint32_t maxKey_ = 0;
 };
 
+/// Calls `put(slot, keyedPixel)` for the pixels that `forEachPixel` visits, with their places in
+/// the sequence sorted by a digit.
+template <typename ForEachPixel, typename Put>
+void sortByDigit(const Digit& digit, ForEachPixel forEachPixel, Put put) {
+  std::vector<std::size_t> slots;
+  slots.reserve(digit.counts.size());
+  std::size_t slot = 0;
+  for (const std::size_t count : digit.counts) {
+    slots.push_back(slot);
+    slot += count;
+  }
+  forEachPixel([&](KeyedPixel item) { put(slots[digit.of(item.key)]++, item); });
+}
+
 }  // namespace
 
-std::vector<Place> floodOrder(const PixelRows& gray, int side, const PaddedPlane& markers) {
+std::unique_ptr<PixelPosition[]> floodOrder(const PixelRows& gray, int side) {
   const GrayKeys keys(gray, side);
-  const std::vector<Digit> digits = digitsOf(keys.maxKey());
-  std::vector<Place> order(static_cast<std::size_t>(side) * side);
-  std::vector<std::size_t> starts = keys.startsOf(digits.front());
+  std::vector<Digit> digits = digitsOf(keys.maxKey());
+  keys.count(digits);
+  const std::size_t size = static_cast<std::size_t>(side) * side;
+  std::unique_ptr<PixelPosition[]> order(new PixelPosition[size]);
+  const auto forEachKey = [&](auto visit) { keys.forEach(visit); };
+  const auto putInOrder = [&](std::size_t slot, KeyedPixel item) { order[slot] = item.pixel; };
   if (digits.size() == 1) {
-    keys.forEach(markers, [&](Turn turn) { order[starts[turn.key]++] = turn.place; });
+    sortByDigit(digits.front(), forEachKey, putInOrder);
     return order;
   }
-  std::vector<Turn> turns(order.size());
-  keys.forEach(markers, [&](Turn turn) { turns[starts[digits.front().of(turn.key)]++] = turn; });
-  std::vector<Turn> sorted(digits.size() > 2 ? order.size() : 0);
+  std::unique_ptr<KeyedPixel[]> items(new KeyedPixel[size]);
+  std::unique_ptr<KeyedPixel[]> sorted(digits.size() > 2 ? new KeyedPixel[size] : nullptr);
+  const auto forEachItem = [&](auto visit) { std::for_each_n(items.get(), size, visit); };
+  sortByDigit(digits.front(), forEachKey,
+              [&](std::size_t slot, KeyedPixel item) { items[slot] = item; });
   for (std::size_t k = 1; k + 1 < digits.size(); ++k) {
-    starts = keys.startsOf(digits[k]);
-    for (const Turn turn : turns) {
-      sorted[starts[digits[k].of(turn.key)]++] = turn;
-    }
-    turns.swap(sorted);
+    sortByDigit(digits[k], forEachItem,
+                [&](std::size_t slot, KeyedPixel item) { sorted[slot] = item; });
+    items.swap(sorted);
   }
-  starts = keys.startsOf(digits.back());
-  for (const Turn turn : turns) {
-    order[starts[digits.back().of(turn.key)]++] = turn.place;
-  }
+  sortByDigit(digits.back(), forEachItem, putInOrder);
   return order;
 }
 

@@ -1,16 +1,26 @@
 #pragma once
 
-#include <vector>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
 
 #include "heightmap/padded_plane.h"
 
 namespace scanline::detail {
 
+/// Position of a pixel in an image whose sides have 16 bits.
+struct PixelPosition {
+  std::uint16_t row;
+  std::uint16_t column;
+};
+
 /**
- * The places of a square plane of markers in the order in which its pixels are flooded: ascending
- * by grey value, then by the value's column, then by its row. Rows and columns are crossed: the
- * value at row r and column c stands for the place at row c and column r.
+ * The pixels of a square in the order in which they are flooded: ascending by grey value, then by
+ * the value's column, then by its row. Rows and columns are crossed: the value at row r and column
+ * c stands for the pixel at row c and column r.
+ *
+ * `side` is from 1 to 65535. Returns `side` * `side` positions.
  */
-std::vector<Place> floodOrder(const PixelRows& gray, int side, const PaddedPlane& markers);
+std::unique_ptr<PixelPosition[]> floodOrder(const PixelRows& gray, int side);
 
 }  // namespace scanline::detail

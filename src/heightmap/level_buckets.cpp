@@ -4,85 +4,73 @@
 #include <climits>
 #include <iterator>
 
+#include "heightmap/row_kernels.h"
+
 namespace scanline::detail {
 
 namespace {
 
-/// The numbers of the levels of an image.
-class LevelNumbers {
- public:
-  LevelNumbers(const PixelRows& gray, int height, int width, int maxLevel) : maxLevel_(maxLevel) {
-    int highest = -1;
-    for (int r = 0; r < height; ++r) {
-      for (int c = 0; c < width; ++c) {
-        highest = std::max(highest, gray[r][c] <= maxLevel ? gray[r][c] : -1);
+/// The levels that occur, in ascending order.
+std::vector<int> distinctLevels(const PixelRows& gray, int maxLevel, const PaddedGrid& grid) {
+  std::vector<int> levels;
+  for (int r = 0; r < grid.height(); ++r) {
+    std::copy_if(gray[r].begin(), gray[r].begin() + grid.width(), std::back_inserter(levels),
+                 [=](int value) { return value >= 0 && value <= maxLevel; });
+  }
+  std::sort(levels.begin(), levels.end());
+  levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
+  return levels;
+}
+
+/// A counting sort of the pixels with a value from 0 to `maxLevel`; `numberOf(value)` is the number
+/// of a level, below `levelCount`.
+template <typename NumberOf>
+LevelBuckets countingSort(const PixelRows& gray,
+                          int maxLevel,
+                          const PaddedGrid& grid,
+                          std::size_t levelCount,
+                          NumberOf numberOf) {
+  const auto forEachPixel = [&](auto visit) {
+    for (int r = 0; r < grid.height(); ++r) {
+      const int* const row = gray[r].data();
+      const PixelIndex first = grid.indexOf(r, 0);
+      for (int c = 0; c < grid.width(); ++c) {
+        if (row[c] >= 0 && row[c] <= maxLevel) {
+          visit(numberOf(row[c]), first + static_cast<PixelIndex>(c));
+        }
       }
     }
-    count_ = highest < 0 ? 0 : static_cast<std::size_t>(highest) + 1;
-    if (count_ > static_cast<std::size_t>(height) * width || count_ > INT_MAX) {
-      closeUp(gray, height, width);
-    }
-  }
-
-  [[nodiscard]] std::size_t count() const {
-    return count_;
-  }
-
-  [[nodiscard]] bool isLevel(int value) const {
-    return value >= 0 && value <= maxLevel_;
-  }
-
-  [[nodiscard]] std::size_t numberOf(int value) const {
-    return values_.empty()
-               ? static_cast<std::size_t>(value)
-               : std::lower_bound(values_.begin(), values_.end(), value) - values_.begin();
-  }
-
- private:
-  /// With values far apart there would be more levels than pixels: numbers those that occur.
-  void closeUp(const PixelRows& gray, int height, int width) {
-    for (int r = 0; r < height; ++r) {
-      std::copy_if(gray[r].begin(), gray[r].begin() + width, std::back_inserter(values_),
-                   [this](int value) { return isLevel(value); });
-    }
-    std::sort(values_.begin(), values_.end());
-    values_.erase(std::unique(values_.begin(), values_.end()), values_.end());
-    count_ = values_.size();
-  }
-
-  int maxLevel_;
-  std::size_t count_ = 0;
-  std::vector<int> values_;  // by number; empty if they are the numbers themselves
-};
-
-}  // namespace
-
-LevelBuckets fillBuckets(
-    const PixelRows& gray, int height, int width, int maxLevel, const PaddedPlane& plane) {
-  const LevelNumbers levels(gray, height, width, maxLevel);
-  LevelBuckets buckets{{}, std::vector<std::size_t>(levels.count() + 2)};
-  // Entry v + 2 counts level v, entry v + 1 then moves from its start to its end.
-  std::vector<std::size_t>& starts = buckets.starts;
-  for (int r = 0; r < height; ++r) {
-    for (int c = 0; c < width; ++c) {
-      if (levels.isLevel(gray[r][c])) {
-        ++starts[levels.numberOf(gray[r][c]) + 2];
-      }
-    }
-  }
+  };
+  // Entry v + 2 counts level v; entry v + 1 then moves from its start to its end.
+  std::vector<std::size_t> starts(levelCount + 2);
+  forEachPixel([&](std::size_t level, PixelIndex) { ++starts[level + 2]; });
   for (std::size_t v = 2; v < starts.size(); ++v) {
     starts[v] += starts[v - 1];
   }
-  buckets.places.resize(starts.back());
-  for (int r = 0; r < height; ++r) {
-    for (int c = 0; c < width; ++c) {
-      if (levels.isLevel(gray[r][c])) {
-        buckets.places[starts[levels.numberOf(gray[r][c]) + 1]++] = plane.placeOf(r, c);
-      }
-    }
-  }
+  std::unique_ptr<PixelIndex[]> pixels(new PixelIndex[starts.back()]);
+  forEachPixel([&](std::size_t level, PixelIndex pixel) { pixels[starts[level + 1]++] = pixel; });
   starts.pop_back();
-  return buckets;
+  return {std::move(pixels), std::move(starts)};
+}
+
+}  // namespace
+
+LevelBuckets fillBuckets(const PixelRows& gray, int maxLevel, const PaddedGrid& grid) {
+  int highest = -1;
+  for (int r = 0; r < grid.height(); ++r) {
+    highest = std::max(highest, largestUpTo(maxLevel, gray[r].data(), grid.width()));
+  }
+  const std::size_t count = highest < 0 ? 0 : static_cast<std::size_t>(highest) + 1;
+  if (count <= static_cast<std::size_t>(grid.height()) * grid.width() && count <= INT_MAX) {
+    return countingSort(gray, maxLevel, grid, count,
+                        [](int value) { return static_cast<std::size_t>(value); });
+  }
+  // With values far apart there would be more levels than pixels: numbers those that occur.
+  const std::vector<int> levels = distinctLevels(gray, maxLevel, grid);
+  return countingSort(gray, maxLevel, grid, levels.size(), [&](int value) {
+    return static_cast<std::size_t>(std::lower_bound(levels.begin(), levels.end(), value) -
+                                    levels.begin());
+  });
 }
 
 }  // namespace scanline::detail

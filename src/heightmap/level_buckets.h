@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "heightmap/padded_plane.h"
@@ -10,7 +11,7 @@ namespace scanline::detail {
 /// The pixels to flood, level by level and in scan order within a level. Levels are numbered in
 /// ascending order, not necessarily by their grey values.
 struct LevelBuckets {
-  std::vector<Place> places;
+  std::unique_ptr<PixelIndex[]> pixels;
   std::vector<std::size_t> starts;  ///< Of each level, and the end of the last one.
 
   [[nodiscard]] int levelCount() const {
@@ -18,8 +19,7 @@ struct LevelBuckets {
   }
 };
 
-/// Puts the pixels with a value from 0 to `maxLevel` into buckets.
-LevelBuckets fillBuckets(
-    const PixelRows& gray, int height, int width, int maxLevel, const PaddedPlane& plane);
+/// Sorts the pixels with a value from 0 to `maxLevel` into buckets.
+LevelBuckets fillBuckets(const PixelRows& gray, int maxLevel, const PaddedGrid& grid);
 
 }  // namespace scanline::detail

@@ -1,9 +1,12 @@
 #include <algorithm>
+#include <cstddef>
+#include <functional>
 #include <optional>
 #include <vector>
 
 #include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
+#include "heightmap/row_kernels.h"
 
 namespace detail = scanline::detail;
 
@@ -12,111 +15,94 @@ namespace {
 using detail::BlockCandidate;
 using detail::BlockSpan;
 
-/// A negative best gives way to whatever follows it, and what is not a number to nothing: where
-/// such a cell is, the outcome depends on the order in which cells are visited.
-bool dependsOnOrder(float cell) {
+/// Where such a cell is, the best of a block depends on the order in which cells are visited.
+bool isOdd(float cell) {
   return !(cell >= 0.0F);
 }
 
 /// Finds the highest cell of a block, and the first in column-major order among equals.
 class MapSearch {
  public:
-  MapSearch(const cv::Mat& map, int rows, int cols)
-      : map_(map), columnMax_(cols), columnNeedsWalk_(cols) {
-    rowNeedsWalk_.reserve(rows);
-    for (int r = 0; r < rows; ++r) {
-      rowNeedsWalk_.push_back(rowDependsOnOrder(map.ptr<float>(r)));
+  /// Of each column, within some rows.
+  struct Extrema {
+    std::vector<float> highest;  ///< -1 if no cell is 0 or more.
+    std::vector<char> isOdd;     ///< Whether any cell is odd.
+    bool isAnyOdd;
+  };
+
+  MapSearch(const cv::Mat& map, int cols) : map_(map), cols_(cols) {}
+
+  [[nodiscard]] Extrema noExtrema() const {
+    return {std::vector<float>(cols_, -1.0F), std::vector<char>(cols_), false};
+  }
+
+  void clear(Extrema& extrema) const {
+    std::fill(extrema.highest.begin(), extrema.highest.end(), -1.0F);
+    if (extrema.isAnyOdd) {
+      std::fill(extrema.isOdd.begin(), extrema.isOdd.end(), false);
+      extrema.isAnyOdd = false;
     }
   }
 
-  /// Takes the columns' maxima within the band, row by row as the map lies in memory.
-  void enterBand(const BlockSpan& rows) {
-    const auto* const top = map_.ptr<float>(rows.start);
-    std::copy_n(top, columnMax_.size(), columnMax_.begin());
-    for (int r = rows.start + 1; r < rows.limit; ++r) {
-      raise(map_.ptr<float>(r));
-    }
-    bandNeedsWalk_ = false;
-    for (int r = rows.start; r < rows.limit; ++r) {
-      if (rowNeedsWalk_[r]) {
-        markColumnsToWalk(map_.ptr<float>(r));
+  void take(int r, Extrema& extrema) const {
+    const auto* const row = map_.ptr<float>(r);
+    if (detail::raiseMaxima(row, cols_, extrema.highest.data())) {
+      extrema.isAnyOdd = true;
+      for (std::size_t c = 0; c < cols_; ++c) {
+        extrema.isOdd[c] = extrema.isOdd[c] != 0 || isOdd(row[c]) ? 1 : 0;
       }
+    }
+  }
+
+  void combine(const Extrema& a, const Extrema& b, Extrema& both) const {
+    detail::maximumOfRows(a.highest.data(), b.highest.data(), cols_, both.highest.data());
+    both.isAnyOdd = a.isAnyOdd || b.isAnyOdd;
+    if (both.isAnyOdd) {
+      std::transform(a.isOdd.begin(), a.isOdd.end(), b.isOdd.begin(), both.isOdd.begin(),
+                     std::bit_or<>());
     }
   }
 
   /// The search leaves out what lies on the border of the columns.
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& rows,
-                                                   const BlockSpan& columns) const {
-    if (bandNeedsWalk_ && needsWalk(columns)) {
-      return walk(rows, columns);
+                                                   const BlockSpan& columns,
+                                                   const Extrema& extrema) const {
+    const auto isOdd = extrema.isOdd.begin();
+    if (extrema.isAnyOdd &&
+        std::find(isOdd + columns.start, isOdd + columns.limit, 1) != isOdd + columns.limit) {
+      return visitAll(rows, columns);
     }
-    const auto first = columnMax_.begin() + columns.start;
-    const auto highest = std::max_element(first, columnMax_.begin() + columns.limit);
-    const int c = static_cast<int>(highest - columnMax_.begin());
+    const float* const maxima = extrema.highest.data();
+    const float highest = detail::largestOf(maxima + columns.start, columns.limit - columns.start);
+    int c = columns.start;
+    while (maxima[c] != highest) {
+      ++c;
+    }
     if (columns.isBorder(c)) {
       return std::nullopt;
     }
     int r = rows.start;
-    while (map_.ptr<float>(r)[c] != *highest) {
+    while (map_.ptr<float>(r)[c] != highest) {
       ++r;
     }
     return BlockCandidate{r, c, static_cast<double>(map_.ptr<float>(r)[c])};
   }
 
  private:
-  [[nodiscard]] bool rowDependsOnOrder(const float* row) const {
-    int depends = 0;  // without a branch: the rows are read as fast as memory goes
-    for (std::size_t c = 0; c < columnMax_.size(); ++c) {
-      depends |= dependsOnOrder(row[c]) ? 1 : 0;
-    }
-    return depends != 0;
-  }
-
-  [[nodiscard]] bool needsWalk(const BlockSpan& columns) const {
-    const auto flags = columnNeedsWalk_.begin();
-    return std::any_of(flags + columns.start, flags + columns.limit,
-                       [](bool flag) { return flag; });
-  }
-
-  void markColumnsToWalk(const float* row) {
-    if (!bandNeedsWalk_) {
-      std::fill(columnNeedsWalk_.begin(), columnNeedsWalk_.end(), false);
-      bandNeedsWalk_ = true;
-    }
-    for (std::size_t c = 0; c < columnNeedsWalk_.size(); ++c) {
-      if (dependsOnOrder(row[c])) {
-        columnNeedsWalk_[c] = true;
-      }
-    }
-  }
-
-  void raise(const float* __restrict row) {
-    float* const columnMax = columnMax_.data();
-    const std::size_t cols = columnMax_.size();
-    for (std::size_t c = 0; c < cols; ++c) {
-      columnMax[c] = row[c] > columnMax[c] ? row[c] : columnMax[c];
-    }
-  }
-
   /// Visits every cell in column-major order.
-  [[nodiscard]] BlockCandidate walk(const BlockSpan& rows, const BlockSpan& columns) const {
-    BlockCandidate best = {-1, -1, -1.0};
+  [[nodiscard]] std::optional<BlockCandidate> visitAll(const BlockSpan& rows,
+                                                       const BlockSpan& columns) const {
+    detail::BlockBest<std::greater<>> best;
     for (int c = columns.start; c < columns.limit; ++c) {
       for (int r = rows.start; r < rows.limit; ++r) {
-        const auto value = static_cast<double>(map_.ptr<float>(r)[c]);
-        if (best.value < 0.0 || value > best.value) {
-          best = {r, c, value};
-        }
+        best.offer(r, c, static_cast<double>(map_.ptr<float>(r)[c]));
       }
     }
-    return best;
+    return best.get();
   }
 
   const cv::Mat& map_;
-  std::vector<bool> rowNeedsWalk_;
-  std::vector<float> columnMax_;       // within the band
-  std::vector<bool> columnNeedsWalk_;  // within the band, if any is
-  bool bandNeedsWalk_ = false;
+  std::size_t cols_;
 };
 
 }  // namespace
@@ -131,7 +117,7 @@ void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
   const detail::BlockAxis columns(distMap.cols, detail::halfBlocks(distMap.cols, width), height,
                                   width);
   std::vector<SQO_2DValueI> found;
-  detail::walkBlocks(rows, columns, MapSearch(distMap, rows.reach(), columns.reach()),
+  detail::walkBlocks(rows, columns, MapSearch(distMap, columns.reach()),
                      [&](const BlockCandidate& peak) {
                        found.push_back({peak.inner, peak.outer, 0, peak.value, 0});
                      });

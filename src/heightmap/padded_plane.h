@@ -1,67 +1,100 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
+
+#include "heightmap/prefetch.h"
 
 namespace scanline::detail {
 
 using PixelRows = std::vector<std::vector<int>>;
 
 /// Index of a pixel in a padded plane; ascending in scan order.
-using Place = std::uint32_t;
+using PixelIndex = std::uint32_t;
 
-/// No pixel's place.
-constexpr Place kNoPlace = UINT32_MAX;
+/// Index of no pixel.
+constexpr PixelIndex kNoPixel = UINT32_MAX;
 
 /// A flooded pixel where different labels met.
 constexpr int kWatershed = -1;
 
-/// How many pixels ahead a flood has the next ones fetched: it jumps between far rows, which leaves
-/// the caches no pattern to follow.
-constexpr int kFetchAhead = 16;
+/// How many pixels ahead a flood prefetches: it jumps between distant rows, in no pattern that the
+/// hardware prefetcher could follow.
+constexpr int kPrefetchDistance = 16;
 
-/// Values of an image's pixels in one piece, within a frame of zeros, so that every pixel has eight
-/// neighbours. The pixels start out unset.
-class PaddedPlane {
+/// The layout of an image in one block of memory, with a frame one pixel wide around it, so that
+/// every pixel has eight neighbours.
+class PaddedGrid {
  public:
-  /// Throws std::length_error if a Place could not number the pixels.
-  PaddedPlane(int height, int width);
+  /// Throws std::length_error if a PixelIndex could not number the pixels.
+  PaddedGrid(int height, int width);
 
-  [[nodiscard]] Place placeOf(int row, int column) const {
-    return (static_cast<Place>(row) + 1) * stride_ + static_cast<Place>(column) + 1;
+  [[nodiscard]] PixelIndex indexOf(int row, int column) const {
+    return (static_cast<PixelIndex>(row) + 1) * stride_ + static_cast<PixelIndex>(column) + 1;
   }
-  /// Distance from a place to the one below.
-  [[nodiscard]] Place stride() const {
+  /// Distance from a pixel to the one below.
+  [[nodiscard]] PixelIndex stride() const {
     return stride_;
   }
-
-  int* at(Place place) {
-    return values_.get() + place;
+  /// Number of pixels, including the frame.
+  [[nodiscard]] std::size_t size() const {
+    return (static_cast<std::size_t>(height_) + 2) * stride_;
   }
-  /// Has the caches fetch a pixel and its neighbours, where the compiler knows how to ask for it.
-  void prefetchAround([[maybe_unused]] Place place) {
-#if defined(__GNUC__)
-    __builtin_prefetch(at(place - stride_));
-    __builtin_prefetch(at(place));
-    __builtin_prefetch(at(place + stride_));
-#endif
+  [[nodiscard]] int height() const {
+    return height_;
   }
-  /// The first pixel of a row.
-  int* row(int row) {
-    return at(placeOf(row, 0));
+  [[nodiscard]] int width() const {
+    return width_;
   }
 
  private:
-  Place stride_;
-  std::unique_ptr<int[]> values_;
+  int height_;
+  int width_;
+  PixelIndex stride_;
+};
+
+/// The pixel values of an image, with zeros in the frame. The other values are not initialised.
+template <typename Value>
+class PaddedPlane {
+ public:
+  explicit PaddedPlane(const PaddedGrid& grid) : grid_(grid), values_(new Value[grid.size()]) {
+    const PixelIndex stride = grid.stride();
+    std::fill_n(at(0), stride, Value{0});
+    for (int r = 0; r < grid.height(); ++r) {
+      row(r)[-1] = 0;
+      std::fill(row(r) + grid.width(), row(r + 1) - 1, Value{0});
+    }
+    std::fill_n(row(grid.height()) - 1, stride, Value{0});
+  }
+
+  [[nodiscard]] const PaddedGrid& grid() const {
+    return grid_;
+  }
+  Value* at(PixelIndex pixel) {
+    return values_.get() + pixel;
+  }
+  /// The first pixel of a row.
+  Value* row(int row) {
+    return at(grid_.indexOf(row, 0));
+  }
+  void prefetchAround(PixelIndex pixel) {
+    prefetch(at(pixel - grid_.stride()));
+    prefetch(at(pixel));
+    prefetch(at(pixel + grid_.stride()));
+  }
+
+ private:
+  PaddedGrid grid_;
+  std::unique_ptr<Value[]> values_;
 };
 
 /// Calls `look(value)` for the eight neighbours of a pixel in a padded plane.
-template <typename Look>
-void lookAround(const int* pixel, std::ptrdiff_t stride, Look look) {
-  for (const int* row : {pixel - stride, pixel + stride}) {
+template <typename Value, typename Look>
+void forEachNeighbour(Value* pixel, std::ptrdiff_t stride, Look look) {
+  for (Value* row : {pixel - stride, pixel + stride}) {
     look(row[-1]);
     look(row[0]);
     look(row[1]);

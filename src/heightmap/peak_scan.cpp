@@ -11,6 +11,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
+using detail::Track;
 using ContourPoints = std::vector<SQO_contourPtInfo>;
 using Contours = std::vector<SQO_lineConotours>;
 
@@ -58,6 +59,7 @@ struct Side {
   }
 };
 
+/// The walks in both directions of an axis.
 struct Sides {
   Side low;
   Side high;
@@ -65,17 +67,17 @@ struct Sides {
 
 /// Follows the guide from index k on in steps of -1 or 1, as far as it stays near the peak, and
 /// walks both ways from each place on it. Contours are appended in the order of the places.
-template <typename WalkAxis, typename Guide>
-void walkFromGuide(const Guide& guide, int k, int step, Sides& sides) {
-  for (; step < 0 ? k >= 0 : k < guide.count(); k += step) {
-    if (detail::distanceAt(guide, k) > guide.peak.halfSpan) {
+void walkFromGuide(const Track& guide, int k, int step, Sides& sides) {
+  for (; k >= 0 && k < guide.count(); k += step) {
+    if (guide.distanceAt(k) > guide.peak.halfSpan) {
       return;
     }
-    const WalkAxis axis = {guide.peak, k};
+    const Track track = {guide.peak, !guide.isLine, k};
+    const int next = std::clamp(k + step, 0, guide.count() - 1);
     ContourPoints low;
     ContourPoints high;
-    detail::walkFromPeak(axis, -1, low);  // that this one was stopped means nothing
-    if (detail::walkFromPeak(axis, 1, high)) {
+    detail::walkFromPeak(track, -1, next, low);  // that this one was stopped means nothing
+    if (detail::walkFromPeak(track, 1, next, high)) {
       return;
     }
     sides.low.add(k, std::move(low));
@@ -84,13 +86,12 @@ void walkFromGuide(const Guide& guide, int k, int step, Sides& sides) {
 }
 
 /// Walks from all places near the peak on the guide, which runs through the peak.
-template <typename WalkAxis, typename Guide>
-Sides scanAround(const Guide& guide, Contours& low, Contours& high) {
+Sides scanAround(const Track& guide, Contours& low, Contours& high) {
   Sides sides = {{low, low.size()}, {high, high.size()}};
-  walkFromGuide<WalkAxis>(guide, guide.start(), -1, sides);
+  walkFromGuide(guide, guide.start(), -1, sides);
   sides.low.beyond = low.size();
   sides.high.beyond = high.size();
-  walkFromGuide<WalkAxis>(guide, guide.start() + 1, 1, sides);
+  walkFromGuide(guide, guide.start() + 1, 1, sides);
   return sides;
 }
 
@@ -138,10 +139,8 @@ void qo_peakXYScan(STesk3DLaserLine* scanLines,
                                  useMark};
   std::array<AddedContours, 4> added = {AddedContours(lowYContours), AddedContours(highYContours),
                                         AddedContours(lowXContours), AddedContours(highXContours)};
-  const Sides sidesY =
-      scanAround<detail::AlongLine>(detail::AcrossLines{view, peak.y}, lowYContours, highYContours);
-  const Sides sidesX =
-      scanAround<detail::AcrossLines>(detail::AlongLine{view, peak.x}, lowXContours, highXContours);
+  const Sides sidesY = scanAround({view, false, peak.y}, lowYContours, highYContours);
+  const Sides sidesX = scanAround({view, true, peak.x}, lowXContours, highXContours);
   for (AddedContours& contours : added) {
     contours.keep();
   }

@@ -74,7 +74,7 @@ class Projector {
 
  private:
   [[nodiscard]] bool isLeftOut(double z) const {
-    return detail::isNoSample(z) || (zLimit_ > 0.0 && z > zLimit_);
+    return detail::isMissing(z) || (zLimit_ > 0.0 && z > zLimit_);
   }
 
   static bool touch(const STesk2DPoint& a, const STesk2DPoint& b) {

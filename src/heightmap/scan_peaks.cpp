@@ -1,10 +1,12 @@
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <optional>
 #include <vector>
 
 #include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
+#include "heightmap/prefetch.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
@@ -17,77 +19,91 @@ using detail::BlockSpan;
 /// Finds the lowest sample of a block: the first in line order among equals.
 class ScanSearch {
  public:
-  ScanSearch(const STesk3DLaserLine* lines, int sampleCount)
-      : lines_(lines), lowest_(sampleCount) {}
+  /// The lowest sample of each sample index, within some lines.
+  struct Extrema {
+    std::vector<double> z;  ///< Infinite if there is none.
+    std::vector<int> line;
+    /// Whether any z is infinite, or not a number: once that is the best of a block it is never
+    /// replaced, so the outcome depends on the order.
+    bool hasOddZ;
+  };
 
-  /// Takes the lowest sample at each sample index within the band, along the lines as they lie in
-  /// memory.
-  void enterBand(const BlockSpan& lines) {
-    bandNeedsWalk_ = false;
-    std::fill(lowest_.begin(), lowest_.end(), Lowest{0.0, kNone});
-    for (int l = lines.start; l < lines.limit; ++l) {
-      lower(l);
+  ScanSearch(const STesk3DLaserLine* lines, int sampleCount)
+      : lines_(lines), sampleCount_(sampleCount) {}
+
+  [[nodiscard]] Extrema noExtrema() const {
+    return {std::vector<double>(sampleCount_), std::vector<int>(sampleCount_), false};
+  }
+
+  void clear(Extrema& extrema) const {
+    std::fill(extrema.z.begin(), extrema.z.end(), HUGE_VAL);
+    extrema.hasOddZ = false;
+  }
+
+  void take(int line, Extrema& extrema) const {
+    const STesk3DPosition* const samples = lines_[line].p3DPosition;
+    bool hasOddZ = false;
+    for (int i = 0; i < sampleCount_; ++i) {
+      if (i + kPrefetchDistance < sampleCount_) {
+        detail::prefetch(samples + i + kPrefetchDistance);
+      }
+      const double z = samples[i].pt3D.z;
+      hasOddZ |= !(z < HUGE_VAL);
+      if (extrema.z[i] > z && !detail::isMissing(z)) {
+        extrema.z[i] = z;
+        extrema.line[i] = line;
+      }
     }
+    extrema.hasOddZ |= hasOddZ;
+  }
+
+  void combine(const Extrema& a, const Extrema& b, Extrema& both) const {
+    for (int i = 0; i < sampleCount_; ++i) {
+      const bool isLower = a.z[i] > b.z[i];
+      both.z[i] = isLower ? b.z[i] : a.z[i];
+      both.line[i] = isLower ? b.line[i] : a.line[i];
+    }
+    both.hasOddZ = a.hasOddZ || b.hasOddZ;
   }
 
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& lines,
-                                                   const BlockSpan& samples) const {
-    const BlockCandidate best = bandNeedsWalk_ ? walk(lines, samples) : lowestOf(samples);
-    return best.outer == kNone ? std::nullopt : std::optional(best);
-  }
-
- private:
-  static constexpr int kNone = -1;
-
-  struct Lowest {
-    double z;
-    int line;
-  };
-
-  void lower(int line) {
-    const STesk3DPosition* const samples = lines_[line].p3DPosition;
-    for (std::size_t i = 0; i < lowest_.size(); ++i) {
-      const double z = samples[i].pt3D.z;
-      if (detail::isNoSample(z)) {
-        continue;
-      }
-      // Once taken it is never replaced: what is found depends on the order within the block.
-      bandNeedsWalk_ = bandNeedsWalk_ || std::isnan(z);
-      if (lowest_[i].line == kNone || lowest_[i].z > z) {
-        lowest_[i] = {z, line};
-      }
+                                                   const BlockSpan& samples,
+                                                   const Extrema& extrema) const {
+    if (extrema.hasOddZ) {
+      return visitAll(lines, samples);
     }
-  }
-
-  [[nodiscard]] BlockCandidate lowestOf(const BlockSpan& samples) const {
-    BlockCandidate best = {kNone, kNone, -1.0};
+    BlockCandidate best = {-1, -1, HUGE_VAL};
     for (int i = samples.start; i < samples.limit; ++i) {
-      const auto [z, line] = lowest_[i];
-      if (line != kNone &&
-          (best.value < 0.0 || best.value > z || (z == best.value && line < best.outer))) {
+      const double z = extrema.z[i];
+      const int line = extrema.line[i];
+      if (best.value > z || (best.value == z && line < best.outer)) {
         best = {line, i, z};
       }
     }
-    return best;
+    return best.outer < 0 ? std::nullopt : std::optional(best);
   }
 
+ private:
+  /// In samples: the loop waits for memory most of the time.
+  static constexpr int kPrefetchDistance = 64;
+
   /// Visits every sample in the order of the lines.
-  [[nodiscard]] BlockCandidate walk(const BlockSpan& lines, const BlockSpan& samples) const {
-    BlockCandidate best = {kNone, kNone, -1.0};
+  [[nodiscard]] std::optional<BlockCandidate> visitAll(const BlockSpan& lines,
+                                                       const BlockSpan& samples) const {
+    detail::BlockBest<std::less<>> best;
     for (int l = lines.start; l < lines.limit; ++l) {
       for (int i = samples.start; i < samples.limit; ++i) {
         const double z = lines_[l].p3DPosition[i].pt3D.z;
-        if (!detail::isNoSample(z) && (best.value < 0.0 || best.value > z)) {
-          best = {l, i, z};
+        if (!detail::isMissing(z)) {
+          best.offer(l, i, z);
         }
       }
     }
-    return best;
+    return best.get();
   }
 
   const STesk3DLaserLine* lines_;
-  bool bandNeedsWalk_ = false;
-  std::vector<Lowest> lowest_;  // by sample index
+  int sampleCount_;
 };
 
 }  // namespace

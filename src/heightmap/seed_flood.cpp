@@ -1,8 +1,6 @@
 #include "heightmap/seed_flood.h"
 
 #include <algorithm>
-#include <climits>
-#include <cstddef>
 #include <iterator>
 #include <utility>
 
@@ -10,70 +8,64 @@ namespace scanline::detail {
 
 namespace {
 
-/// What the eight neighbours of a pixel hold.
-struct Surroundings {
-  Surroundings(const int* pixel, std::ptrdiff_t stride) {
-    lookAround(pixel, stride, [this](int value) { look(value); });
-  }
+/// The eight neighbours of a pixel combined by OR. The one before it comes last, as it is often the
+/// one that was written last.
+template <typename Word>
+Word combineAround(const Word* pixel, std::ptrdiff_t stride) {
+  const Word* const above = pixel - stride;
+  const Word* const below = pixel + stride;
+  return ((above[-1] | above[0]) | (above[1] | below[-1])) | ((below[0] | below[1]) | pixel[1]) |
+         pixel[-1];
+}
 
-  void look(int value) {
-    lowest = std::min(lowest, value);
-    largestLabel = std::max(largestLabel, value);
-    // Less 1, whatever is no label comes after all labels.
-    smallestLabel = std::min(smallestLabel, static_cast<unsigned>(value) - 1U);
-  }
-
-  [[nodiscard]] bool hasLabel() const {
-    return largestLabel > 0;
-  }
-  [[nodiscard]] bool hasOneLabel() const {
-    return static_cast<unsigned>(largestLabel) - 1U == smallestLabel;
-  }
-  [[nodiscard]] bool hasWaiting() const {
-    return lowest <= kWaiting;
-  }
-
-  int lowest = 0;
-  int largestLabel = 0;
-  unsigned smallestLabel = UINT_MAX;
-};
+/// The same without those that wait.
+template <typename Word>
+Word combineSettledAround(const Word* pixel, std::ptrdiff_t stride) {
+  Word combined = 0;
+  forEachNeighbour(pixel, stride, [&combined](Word cell) {
+    combined |= FloodCells<Word>::isWaiting(cell) ? 0 : cell;
+  });
+  return combined;
+}
 
 }  // namespace
 
-void SeedFlood::run() {
-  const Place* places = buckets_.places.data();
+template <typename Word>
+void SeedFlood<Word>::run() {
+  const PixelIndex* const pixels = buckets_.pixels.get();
   for (level_ = 0; level_ < buckets_.levelCount(); ++level_) {
-    walk(places + buckets_.starts[level_], places + buckets_.starts[level_ + 1]);
+    walk(pixels + buckets_.starts[level_], pixels + buckets_.starts[level_ + 1]);
     walkAgain();
   }
-  while (!nextSweep_.empty()) {
-    thisSweep_.swap(nextSweep_);
-    while (!thisSweep_.empty()) {
-      level_ = thisSweep_.top();
-      thisSweep_.pop();
-      places_.clear();
-      places_.swap(due_[level_]);
-      std::sort(places_.begin(), places_.end());
-      walk(places_.data(), places_.data() + places_.size());
+  while (!levelsNextSweep_.empty()) {
+    levelsThisSweep_.swap(levelsNextSweep_);
+    while (!levelsThisSweep_.empty()) {
+      level_ = levelsThisSweep_.top();
+      levelsThisSweep_.pop();
+      thisWalk_.clear();
+      thisWalk_.swap(pendingByLevel_[level_]);
+      std::sort(thisWalk_.begin(), thisWalk_.end());
+      walk(thisWalk_.data(), thisWalk_.data() + thisWalk_.size());
       walkAgain();
     }
   }
 }
 
 /// Visits the given pixels and those that wake on the way, in scan order.
-void SeedFlood::walk(const Place* begin, const Place* end) {
-  below_.clear();
-  above_.clear();
-  behind_.clear();
-  std::size_t woken = 0;
+template <typename Word>
+void SeedFlood<Word>::walk(const PixelIndex* begin, const PixelIndex* end) {
+  laterThisWalk_.clear();
+  nextWalk_.clear();
+  nextWalkRow_.clear();
+  std::size_t later = 0;
   while (true) {
-    if (beside_ != kNoPlace) {
-      visit(std::exchange(beside_, kNoPlace));
-    } else if (woken < below_.size() && (begin == end || below_[woken] < *begin)) {
-      visit(below_[woken++]);
+    if (next_ != kNoPixel) {
+      visit(std::exchange(next_, kNoPixel));
+    } else if (later < laterThisWalk_.size() && (begin == end || laterThisWalk_[later] < *begin)) {
+      visit(laterThisWalk_[later++]);
     } else if (begin != end) {
-      if (end - begin > kFetchAhead) {
-        pixels_.prefetchAround(begin[kFetchAhead]);
+      if (end - begin > kPrefetchDistance) {
+        pixels_.prefetchAround(begin[kPrefetchDistance]);
       }
       visit(*begin++);
     } else {
@@ -83,69 +75,82 @@ void SeedFlood::walk(const Place* begin, const Place* end) {
 }
 
 /// Walks over the level until no more pixels wake on it.
-void SeedFlood::walkAgain() {
-  while (!above_.empty() || !behind_.empty()) {
-    places_.clear();
-    std::merge(above_.begin(), above_.end(), behind_.begin(), behind_.end(),
-               std::back_inserter(places_));
-    walk(places_.data(), places_.data() + places_.size());
+template <typename Word>
+void SeedFlood<Word>::walkAgain() {
+  while (!nextWalk_.empty() || !nextWalkRow_.empty()) {
+    thisWalk_.clear();
+    std::merge(nextWalk_.begin(), nextWalk_.end(), nextWalkRow_.begin(), nextWalkRow_.end(),
+               std::back_inserter(thisWalk_));
+    walk(thisWalk_.data(), thisWalk_.data() + thisWalk_.size());
   }
 }
 
-void SeedFlood::visit(Place place) {
-  int* pixel = pixels_.at(place);
-  if (*pixel > 0) {
+template <typename Word>
+void SeedFlood<Word>::visit(PixelIndex index) {
+  Word* const pixel = pixels_.at(index);
+  if (Cells::isLabelled(*pixel)) {
     return;
   }
-  const Surroundings around(pixel, stride_);
-  if (!around.hasLabel()) {
-    *pixel = kWaiting - level_;
-  } else if (!around.hasOneLabel()) {
-    *pixel = kWatershed;
+  Word around = combineAround(pixel, stride_);
+  const bool hasWaiting = Cells::isWaiting(around);
+  if (hasWaiting) {
+    around = combineSettledAround(pixel, stride_);
+  }
+  if (!Cells::hasLabel(around)) {
+    *pixel = Cells::waitingAt(level_);
+    ++waitingCount_;
+  } else if (Cells::hasDifferentLabels(around)) {
+    *pixel = Cells::kWatershed;
   } else {
-    *pixel = around.largestLabel;
-    if (around.hasWaiting()) {
-      wakeAround(place);
+    *pixel = Cells::onlyLabel(around);
+    if (hasWaiting) {
+      wakeAround(index);
     }
   }
 }
 
-void SeedFlood::wakeAround(Place place) {
-  for (const Place above : {place - stride_ - 1, place - stride_, place - stride_ + 1}) {
+template <typename Word>
+void SeedFlood<Word>::wakeAround(PixelIndex index) {
+  for (const PixelIndex above : {index - stride_ - 1, index - stride_, index - stride_ + 1}) {
     if (wake(above)) {
-      above_.push_back(above);
+      nextWalk_.push_back(above);
     }
   }
-  if (wake(place - 1)) {
-    behind_.push_back(place - 1);
+  if (wake(index - 1)) {
+    nextWalkRow_.push_back(index - 1);
   }
-  if (wake(place + 1)) {
-    beside_ = place + 1;
+  if (wake(index + 1)) {
+    next_ = index + 1;
   }
-  for (const Place below : {place + stride_ - 1, place + stride_, place + stride_ + 1}) {
+  for (const PixelIndex below : {index + stride_ - 1, index + stride_, index + stride_ + 1}) {
     if (wake(below)) {
-      below_.push_back(below);
+      laterThisWalk_.push_back(below);
     }
   }
 }
 
-/// Ends the wait of a pixel. True if its level is the one being worked; else it is put down for
-/// when its level is worked next.
-bool SeedFlood::wake(Place place) {
-  int* pixel = pixels_.at(place);
-  if (*pixel > kWaiting) {
+/// Ends the wait of a pixel. Returns whether its level is the one that is being worked; otherwise
+/// the pixel is pending until its level is worked next.
+template <typename Word>
+bool SeedFlood<Word>::wake(PixelIndex index) {
+  Word* const pixel = pixels_.at(index);
+  if (!Cells::isWaiting(*pixel)) {
     return false;
   }
-  const int level = kWaiting - *pixel;
+  const int level = Cells::levelOf(*pixel);
   *pixel = 0;
+  --waitingCount_;
   if (level == level_) {
     return true;
   }
-  if (due_[level].empty()) {
-    (level > level_ ? thisSweep_ : nextSweep_).push(level);
+  if (pendingByLevel_[level].empty()) {
+    (level > level_ ? levelsThisSweep_ : levelsNextSweep_).push(level);
   }
-  due_[level].push_back(place);
+  pendingByLevel_[level].push_back(index);
   return false;
 }
+
+template class SeedFlood<std::uint32_t>;
+template class SeedFlood<std::uint64_t>;
 
 }  // namespace scanline::detail

@@ -1,62 +1,72 @@
 #pragma once
 
+#include <cstddef>
 #include <functional>
 #include <queue>
 #include <vector>
 
+#include "heightmap/flood_cells.h"
 #include "heightmap/level_buckets.h"
 #include "heightmap/padded_plane.h"
 
 namespace scanline::detail {
 
-/// A pixel of level v that was visited, and waits for a label, holds `kWaiting` - v.
-constexpr int kWaiting = -2;
-
 /**
- * The flood of a plane level by level, in walks over each level's pixels and in sweeps over the
- * levels.
+ * Floods a plane level by level, in walks over each level's pixels and in sweeps over the levels.
  *
  * Every pixel is visited in the first walk over its level. One that finds no label waits, and is
- * not visited again before a neighbour gets one. It then settles at its next turn: later in the
- * same walk, in the next walk over the level, or when its own level is worked next, in this sweep
- * or in the following one.
+ * not visited again before a neighbour gets one, which wakes it. It is then visited when its turn
+ * comes next: later in the same walk, in the next walk over the level, or when its own level is
+ * worked next, in this sweep or in the following one.
  */
+template <typename Word>
 class SeedFlood {
  public:
-  /// `pixels` holds labels above 0, and 0 elsewhere.
-  SeedFlood(const LevelBuckets& buckets, PaddedPlane& pixels)
-      : buckets_(buckets), pixels_(pixels), stride_(pixels.stride()), due_(buckets.levelCount()) {}
+  /// `pixels` are labelled or hold 0.
+  SeedFlood(const LevelBuckets& buckets, PaddedPlane<Word>& pixels)
+      : buckets_(buckets),
+        pixels_(pixels),
+        stride_(pixels.grid().stride()),
+        pendingByLevel_(buckets.levelCount()) {}
 
-  /// Floods all that can be reached. Afterwards the pixels hold labels, `kWatershed`, or less if
-  /// they wait for good; those in no bucket are unchanged.
+  /// Floods all that can be reached. Afterwards the pixels are labelled, watersheds, or wait for
+  /// good; those in no bucket are unchanged.
   void run();
 
+  /// Whether any pixel waits.
+  [[nodiscard]] bool isAnyWaiting() const {
+    return waitingCount_ > 0;
+  }
+
  private:
-  using Places = std::vector<Place>;
+  using Cells = FloodCells<Word>;
+  using Pixels = std::vector<PixelIndex>;
   using Levels = std::priority_queue<int, std::vector<int>, std::greater<>>;
 
-  void walk(const Place* begin, const Place* end);
+  void walk(const PixelIndex* begin, const PixelIndex* end);
   void walkAgain();
-  void visit(Place place);
-  void wakeAround(Place place);
-  bool wake(Place place);
+  void visit(PixelIndex index);
+  void wakeAround(PixelIndex index);
+  bool wake(PixelIndex index);
 
   const LevelBuckets& buckets_;
-  PaddedPlane& pixels_;
-  Place stride_;
+  PaddedPlane<Word>& pixels_;
+  PixelIndex stride_;
+  std::size_t waitingCount_ = 0;
 
-  int level_ = 0;            // the level that is being worked
-  std::vector<Places> due_;  // by level, which pixels to visit when it is worked next
-  Levels thisSweep_;         // levels with such pixels, to be worked in this sweep
-  Levels nextSweep_;
+  // Awake pixels of other levels than the one that is being worked.
+  std::vector<Pixels> pendingByLevel_;  // to be visited when their level is worked next
+  Levels levelsThisSweep_;              // the levels that have such pixels
+  Levels levelsNextSweep_;
 
-  // Woken on the level that is being worked. Each list is in scan order, since a neighbour of two
-  // pixels that get labels is woken by the first.
-  Place beside_ = kNoPlace;  // the next place of this walk
-  Places below_;             // later in this walk
-  Places above_;             // in the next walk
-  Places behind_;            // in the next walk, in the row of what woke them
-  Places places_;            // of the present walk, unless it is a level's first in the first sweep
+  // Awake pixels of the level that is being worked. Each list is in scan order, since a neighbour
+  // of two pixels that get labels is woken by the first.
+  int level_ = 0;
+  PixelIndex next_ = kNoPixel;  // to be visited next
+  Pixels laterThisWalk_;
+  Pixels nextWalk_;     // to be visited in the next walk: from the row above what woke them,
+  Pixels nextWalkRow_;  // and from the same row
+  Pixels thisWalk_;     // all that a walk visits, except for the first one over a level
 };
 
 }  // namespace scanline::detail

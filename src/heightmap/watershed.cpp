@@ -1,43 +1,111 @@
 #include <algorithm>
+#include <array>
 #include <cstddef>
-#include <vector>
+#include <cstdint>
+#include <cstring>
 
 #include <scanline/watershed.h>
 #include "heightmap/flood_order.h"
 #include "heightmap/padded_plane.h"
+#include "heightmap/prefetch.h"
 #include "heightmap/watershed_minima.h"
 
 namespace {
 
+using scanline::detail::PaddedGrid;
 using scanline::detail::PaddedPlane;
-using scanline::detail::Place;
+using scanline::detail::PixelPosition;
+using scanline::detail::PixelRows;
 
-/// What an unlabelled pixel becomes: the label of its only labelled neighbour, a watershed pixel if
-/// it has more, or what it was.
-int flooded(const int* pixel, std::ptrdiff_t stride) {
-  int count = 0;
-  int label = 0;
-  scanline::detail::lookAround(pixel, stride, [&](int marker) {
-    count += marker > 0 ? 1 : 0;
-    label = marker > 0 ? marker : label;
-  });
-  if (count == 0) {
-    return *pixel;
-  }
-  return count == 1 ? label : scanline::detail::kWatershed;
-}
+/// What the flood knows of a pixel. It visits far more pixels than it labels, in no pattern that
+/// caches could follow; so most visits read and write this byte only.
+enum State : std::uint8_t {
+  kNone,      ///< Not visited; no neighbour has a label.
+  kOne,       ///< Not visited; one neighbour has a label.
+  kMany,      ///< More than one neighbour has a label; a watershed pixel once it is visited.
+  kLeft,      ///< Visited without a label around it, and left as it was.
+  kLabelled,  ///< Has a label.
+};
 
-void flood(const std::vector<Place>& order, PaddedPlane& labels) {
-  for (std::size_t i = 0; i < order.size(); ++i) {
-    if (order.size() - i > scanline::detail::kFetchAhead) {
-      labels.prefetchAround(order[i + scanline::detail::kFetchAhead]);
+/// A pixel's state after its visit.
+constexpr std::array<State, 5> kVisited = {kLeft, kLabelled, kMany, kLeft, kLabelled};
+/// A pixel's state after one more of its neighbours got a label.
+constexpr std::array<State, 5> kOneMore = {kOne, kMany, kMany, kLeft, kLabelled};
+
+/// The flood of an image with labels on some pixels.
+class Flood {
+ public:
+  explicit Flood(const PaddedGrid& grid) : states_(grid) {}
+
+  void run(PixelRows& markers, const PixelPosition* order, int side) {
+    markLabels(markers);
+    const std::size_t size = static_cast<std::size_t>(side) * side;
+    for (std::size_t i = 0; i < size; ++i) {
+      if (size - i > scanline::detail::kPrefetchDistance) {
+        const PixelPosition ahead = order[i + scanline::detail::kPrefetchDistance];
+        scanline::detail::prefetch(states_.at(states_.grid().indexOf(ahead.row, ahead.column)));
+      }
+      visit(order[i], markers);
     }
-    int* pixel = labels.at(order[i]);
-    if (*pixel <= 0) {
-      *pixel = flooded(pixel, labels.stride());
+    markWatersheds(side, markers);
+  }
+
+ private:
+  /// Takes the labels that the image comes with.
+  void markLabels(const PixelRows& markers) {
+    const PaddedGrid& grid = states_.grid();
+    for (int r = 0; r < grid.height(); ++r) {
+      std::transform(markers[r].begin(), markers[r].begin() + grid.width(), states_.row(r),
+                     [](int marker) { return marker > 0 ? kLabelled : kNone; });
+    }
+    for (int r = 0; r < grid.height(); ++r) {
+      std::uint8_t* const end = states_.row(r) + grid.width();
+      std::uint8_t* state = states_.row(r);
+      while ((state = static_cast<std::uint8_t*>(std::memchr(state, kLabelled, end - state)))) {
+        spread(state++);
+      }
     }
   }
-}
+
+  void visit(PixelPosition pixel, PixelRows& markers) {
+    std::uint8_t* const state = states_.at(states_.grid().indexOf(pixel.row, pixel.column));
+    const bool hasOneLabel = *state == kOne;
+    *state = kVisited[*state];
+    if (hasOneLabel) {
+      const STesk2DPoint step = spread(state);
+      markers[pixel.row][pixel.column] = markers[pixel.row + step.y][pixel.column + step.x];
+    }
+  }
+
+  /// Updates the states around a pixel that got a label. Returns the step to a neighbour that has
+  /// one, if any has.
+  STesk2DPoint spread(std::uint8_t* state) {
+    STesk2DPoint labelled = {0, 0};
+    for (int y = -1; y <= 1; ++y) {
+      std::uint8_t* const row = state + y * static_cast<std::ptrdiff_t>(states_.grid().stride());
+      for (int x = -1; x <= 1; ++x) {
+        if (x == 0 && y == 0) {
+          continue;
+        }
+        labelled = row[x] == kLabelled ? STesk2DPoint{x, y} : labelled;
+        row[x] = kOneMore[row[x]];
+      }
+    }
+    return labelled;
+  }
+
+  void markWatersheds(int side, PixelRows& markers) {
+    for (int r = 0; r < side; ++r) {
+      const std::uint8_t* const states = states_.row(r);
+      int* const row = markers[r].data();
+      for (int c = 0; c < side; ++c) {
+        row[c] = states[c] == kMany ? scanline::detail::kWatershed : row[c];
+      }
+    }
+  }
+
+  PaddedPlane<std::uint8_t> states_;
+};
 
 }  // namespace
 
@@ -47,13 +115,8 @@ void watershed(SJU_waterShedImage& image) {
   if (side < 1) {
     return;
   }
-  PaddedPlane labels(image.height, image.width);
-  for (int r = 0; r < image.height; ++r) {
-    std::copy_n(image.markers[r].data(), image.width, labels.row(r));
-  }
-  scanline::detail::ju_findWatershedMinima(image.gray, image.height, image.width, labels);
-  flood(scanline::detail::floodOrder(image.gray, side, labels), labels);
-  for (int r = 0; r < image.height; ++r) {
-    std::copy_n(labels.row(r), image.width, image.markers[r].data());
-  }
+  Flood flood(PaddedGrid(image.height, image.width));
+  const auto order = scanline::detail::floodOrder(image.gray, side);
+  scanline::detail::markMinima(image);
+  flood.run(image.markers, order.get(), side);
 }

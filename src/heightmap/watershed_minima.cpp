@@ -5,26 +5,40 @@
 #include <climits>
 #include <cstddef>
 
+#include "heightmap/padded_plane.h"
+#include "heightmap/row_kernels.h"
+
 namespace scanline::detail {
 
 namespace {
 
-constexpr int kBefore = 7;  // what a window holds before its pixel, in rows and in columns
-constexpr int kBehind = 6;  // and behind it
+// The window around a pixel, in rows and in columns.
+constexpr int kReachBack = 7;
+constexpr int kReachAhead = 6;
 
-// Taking minima with oneself this far on, step by step, gives minima of 2, 4, 8 and 14 values.
+// The minimum of each value and the one this many places on, taken step by step, is the minimum of
+// 2, 4, 8 and 14 values.
 constexpr std::array<int, 4> kFoldSteps = {1, 2, 4, 6};
-static_assert(1 + 1 + 2 + 4 + 6 == kBefore + 1 + kBehind);
+static_assert(1 + 1 + 2 + 4 + 6 == kReachBack + 1 + kReachAhead);
 
-/// The minimum over each pixel's window, row by row from the top.
-class WindowMinimum {
+/**
+ * The minimum over each pixel's window, row by row from the top: the minima of 14 values along each
+ * row, folded in the same four steps with the rows above it.
+ */
+class SlidingMinimum {
  public:
-  WindowMinimum(const PixelRows& gray, int height, int width)
-      : gray_(gray), height_(height), width_(width), line_(width + kBefore + kBehind) {
+  SlidingMinimum(const PixelRows& gray, int height, int width)
+      : gray_(gray),
+        height_(height),
+        width_(width),
+        line_(width + kReachBack + kReachAhead),
+        result_(width) {
     for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
-      delayed_[k].assign(kFoldSteps[k], std::vector<int>(width, INT_MAX));
+      // A row outside the image has no value that could be a minimum.
+      recent_[k].assign(kFoldSteps[k] + 1, std::vector<int>(width, INT_MAX));
+      folded_[k].resize(line_.size());
     }
-    for (int r = 0; r < kBehind; ++r) {
+    for (int r = 0; r < kReachAhead; ++r) {
       advance();
     }
   }
@@ -32,58 +46,64 @@ class WindowMinimum {
   /// The minima of the next row of pixels; valid until the next call.
   const int* nextRow() {
     advance();
-    return line_.data();
+    return result_.data();
   }
 
  private:
-  /// Leaves in `line_` the minima of the windows whose last row is the next one.
+  /// Takes the next row of the image and folds it with the rows above it.
   void advance() {
-    foldColumns();
+    foldColumns(recentRow(0, 0));
     for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
-      foldRows(delayed_[k][row_ % kFoldSteps[k]]);
+      int* const out = k + 1 < kFoldSteps.size() ? recentRow(k + 1, 0) : result_.data();
+      minimumOfRows(recentRow(k, 0), recentRow(k, kFoldSteps[k]), width_, out);
     }
     ++row_;
   }
 
-  void foldColumns() {
-    std::fill(line_.begin(), line_.end(), INT_MAX);
+  /// The minima of the columns' windows in the next row.
+  void foldColumns(int* out) {
     if (row_ >= height_) {
+      std::fill_n(out, width_, INT_MAX);
       return;
     }
-    std::copy_n(gray_[row_].data(), width_, line_.begin() + kBefore);
+    std::fill_n(line_.begin(), kReachBack, INT_MAX);
+    std::copy_n(gray_[row_].data(), width_, line_.begin() + kReachBack);
+    std::fill_n(line_.end() - kReachAhead, kReachAhead, INT_MAX);
+    const int* values = line_.data();
     std::size_t count = line_.size();
-    for (const int step : kFoldSteps) {
-      count -= step;
-      for (std::size_t i = 0; i < count; ++i) {
-        line_[i] = std::min(line_[i], line_[i + step]);
-      }
+    for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
+      count -= kFoldSteps[k];
+      int* const folded = k + 1 < kFoldSteps.size() ? folded_[k].data() : out;
+      minimumOfRows(values, values + kFoldSteps[k], count, folded);
+      values = folded;
     }
   }
 
-  /// `earlier` holds a row of some steps ago, and makes room for the present one.
-  void foldRows(std::vector<int>& earlier) {
-    for (int c = 0; c < width_; ++c) {
-      const int present = line_[c];
-      line_[c] = std::min(present, earlier[c]);
-      earlier[c] = present;
-    }
+  /// The row of step k from `ago` rows ago.
+  int* recentRow(std::size_t k, int ago) {
+    const int slots = kFoldSteps[k] + 1;
+    return recent_[k][(row_ + slots - ago) % slots].data();
   }
 
   const PixelRows& gray_;
   int height_;
   int width_;
   int row_ = 0;
-  std::vector<int> line_;
-  std::array<PixelRows, kFoldSteps.size()> delayed_;  // the last rows before each step
+  std::vector<int> line_;  // a row of the image between the windows' ends
+  std::vector<int> result_;
+  std::array<std::vector<int>, kFoldSteps.size()> folded_;
+  std::array<PixelRows, kFoldSteps.size()> recent_;  // by step, the last rows before it
 };
 
-/// Marks the pixel with the next label, unless it has a neighbour with a basin's label.
-void markMinimum(int* pixel, std::ptrdiff_t stride, int& label) {
-  const std::array<std::ptrdiff_t, 8> neighbours = {-stride - 1, -1, stride - 1, -stride, stride,
-                                                    -stride + 1, 1,  stride + 1};
-  for (const std::ptrdiff_t step : neighbours) {
-    if (pixel[step] > 1) {
-      pixel[step] = *pixel;
+/// Marks a pixel with the next label, unless it has a neighbour with a basin's label.
+void markMinimum(PixelRows& markers, int row, int column, int& label) {
+  int* const above = markers[row - 1].data() + column;
+  int* const pixel = markers[row].data() + column;
+  int* const below = markers[row + 1].data() + column;
+  for (int* neighbour :
+       {above - 1, pixel - 1, below - 1, above, below, above + 1, pixel + 1, below + 1}) {
+    if (*neighbour > 1) {
+      *neighbour = *pixel;
       return;
     }
   }
@@ -92,20 +112,22 @@ void markMinimum(int* pixel, std::ptrdiff_t stride, int& label) {
 
 }  // namespace
 
-void ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels) {
+void markMinima(SJU_waterShedImage& image) {
+  const int height = image.height;
+  const int width = image.width;
   if (height < 3 || width < 3) {
     return;
   }
-  WindowMinimum window(gray, height, width);
+  SlidingMinimum window(image.gray, height, width);
   window.nextRow();  // the border row marks nothing
   int label = 1;
   for (int r = 1; r < height - 1; ++r) {
     const int* lowest = window.nextRow();
-    const int* values = gray[r].data();
-    int* pixels = labels.row(r);
+    const int* values = image.gray[r].data();
+    const int* markers = image.markers[r].data();
     for (int c = 1; c < width - 1; ++c) {
-      if (values[c] <= lowest[c] && pixels[c] != 1) {
-        markMinimum(pixels + c, labels.stride(), label);
+      if (values[c] <= lowest[c] && markers[c] != 1) {
+        markMinimum(image.markers, r, c, label);
       }
     }
   }

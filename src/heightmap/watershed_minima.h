@@ -1,10 +1,11 @@
 #pragma once
 
-#include "heightmap/padded_plane.h"
+#include <scanline/watershed.h>
 
 namespace scanline::detail {
 
-/// Labels the pixels whose value nothing in their window undercuts, off the border of the image.
-void ju_findWatershedMinima(const PixelRows& gray, int height, int width, PaddedPlane& labels);
+/// Labels the pixels off the border of the image that have no smaller value in their window. If
+/// std::bad_alloc is thrown, the image is unchanged.
+void markMinima(SJU_waterShedImage& image);
 
 }  // namespace scanline::detail

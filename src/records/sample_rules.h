@@ -5,21 +5,27 @@
 
 namespace scanline::detail {
 
-/// Below this z a sample holds no measurement.
+/// The limit of the no-sample rule. Functions apply it in three forms, which differ in what they
+/// make of a z of exactly the limit and of NaN:
+///
+/// | test | z at the limit | NaN |
+/// | --- | --- | --- |
+/// | isMissing; others are valid | valid | valid |
+/// | isMeasured | not measured | not measured |
+/// | isHole | a hole | not a hole |
 constexpr double kNoSampleZ = 0.0001;
 
-/// The usual test. A z of exactly 0.0001, and one that is not a number, count as samples.
-inline bool isNoSample(double z) {
+/// Whether a sample is missing, not valid: the form of scans, points and calibrations.
+inline bool isMissing(double z) {
   return kNoSampleZ > z;
 }
 
-/// The strict test of many line functions: 0.0001 itself, and what is not a number, are no samples.
-inline bool isAboveNoSample(double z) {
+/// Whether a sample is measured: the form of most functions on lines.
+inline bool isMeasured(double z) {
   return z > kNoSampleZ;
 }
 
-/// The converse test of other line functions: 0.0001 itself is a hole, what is not a number is
-/// none.
+/// Whether a sample is a hole: the form of outlier removal and of some functions on lines.
 inline bool isHole(double z) {
   return z <= kNoSampleZ;
 }

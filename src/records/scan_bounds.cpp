@@ -8,11 +8,10 @@
 
 namespace {
 
-using scanline::detail::isAboveNoSample;
-using scanline::detail::isNoSample;
+using scanline::detail::isMeasured;
+using scanline::detail::isMissing;
 using scanline::detail::kEmptyRange;
-using scanline::detail::PointerScan;
-using scanline::detail::VectorScan;
+using scanline::detail::LineView;
 
 constexpr double kUnknownStep = -1.0;
 
@@ -29,6 +28,13 @@ class BoxFold {
     widen(low_.x, high_.x, point.x);
     widen(low_.y, high_.y, point.y);
     widen(low_.z, high_.z, point.z);
+  }
+  void takeSamples(const LineView& line) {
+    for (const STesk3DPosition& sample : line) {
+      if (!isMissing(sample.pt3D.z)) {
+        take(sample.pt3D);
+      }
+    }
   }
   [[nodiscard]] STesk3DRangeD box() const {
     return {{low_.x, high_.x}, {low_.y, high_.y}, {low_.z, high_.z}};
@@ -47,17 +53,6 @@ class BoxFold {
   STesk3DPoint low_ = {kEmptyRange.min, kEmptyRange.min, kEmptyRange.min};
   STesk3DPoint high_ = {kEmptyRange.max, kEmptyRange.max, kEmptyRange.max};
 };
-
-template <typename Scan>
-STesk3DRangeD scanBounds(const Scan& scan) {
-  BoxFold fold;
-  scanline::detail::forEachSample(scan, [&fold](const STesk3DPosition& sample) {
-    if (!isNoSample(sample.pt3D.z)) {
-      fold.take(sample.pt3D);
-    }
-  });
-  return fold.box();
-}
 
 /// The running mean of the distances between neighbours in one direction.
 class MeanStep {
@@ -78,17 +73,25 @@ class MeanStep {
 }  // namespace
 
 STesk3DRangeD qo_getScanDataROI(STesk3DLaserLine* lines, int lineNum) {
-  return scanBounds(PointerScan(lines, lineNum));
+  BoxFold fold;
+  for (int i = 0; i < lineNum; ++i) {
+    fold.takeSamples(LineView(lines[i]));
+  }
+  return fold.box();
 }
 
 STesk3DRangeD qo_getScanDataROI_vector(std::vector<std::vector<STesk3DPosition>>& scan) {
-  return scanBounds(VectorScan(scan));
+  BoxFold fold;
+  for (const std::vector<STesk3DPosition>& line : scan) {
+    fold.takeSamples(LineView(line));
+  }
+  return fold.box();
 }
 
 STesk3DRangeD ju_getPointCloudROI(std::vector<STesk3DPoint>& points) {
   BoxFold fold;
   for (const STesk3DPoint& point : points) {
-    if (!isNoSample(point.z)) {
+    if (!isMissing(point.z)) {
       fold.take(point);
     }
   }
@@ -103,14 +106,14 @@ SJU_pointCloudPara ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>
   for (const std::vector<STesk3DPosition>& line : scan) {
     for (std::size_t i = 0; i < line.size(); ++i) {
       const STesk3DPoint& point = line[i].pt3D;
-      if (isNoSample(point.z)) {
+      if (isMissing(point.z)) {
         continue;
       }
       fold.take(point);
-      if (i > 0 && isAboveNoSample(line[i - 1].pt3D.z)) {
+      if (i > 0 && isMeasured(line[i - 1].pt3D.z)) {
         inLine.add(point.y - line[i - 1].pt3D.y);
       }
-      if (lineBefore != nullptr && isAboveNoSample(lineBefore[i].pt3D.z)) {
+      if (lineBefore != nullptr && isMeasured(lineBefore[i].pt3D.z)) {
         betweenLines.add(point.x - lineBefore[i].pt3D.x);
       }
     }

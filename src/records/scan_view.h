@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <vector>
 
@@ -7,66 +8,45 @@
 
 namespace scanline::detail {
 
-/// The samples of one line, whatever form the scan has.
-struct LineView {
-  const STesk3DPosition* samples;
-  int count;
+/// The samples of one line, for both forms of a line.
+class LineView {
+ public:
+  explicit LineView(const STesk3DLaserLine& line)
+      : begin_(line.p3DPosition), end_(begin_ + std::max(line.nPositionCnt, 0)) {}
+  explicit LineView(const std::vector<STesk3DPosition>& line)
+      : begin_(line.data()), end_(begin_ + line.size()) {}
 
   [[nodiscard]] const STesk3DPosition* begin() const {
-    return samples;
+    return begin_;
   }
   [[nodiscard]] const STesk3DPosition* end() const {
-    return samples + (count > 0 ? count : 0);
+    return end_;
   }
-};
-
-/// Both forms of a scan under one read-only face, so that an algorithm is written once for both.
-class PointerScan {
- public:
-  PointerScan(const STesk3DLaserLine* lines, int lineNum) : lines_(lines), lineNum_(lineNum) {}
-  [[nodiscard]] int lineCount() const {
-    return lineNum_;
-  }
-  [[nodiscard]] LineView line(int i) const {
-    return {lines_[i].p3DPosition, lines_[i].nPositionCnt};
+  [[nodiscard]] std::size_t size() const {
+    return static_cast<std::size_t>(end_ - begin_);
   }
 
  private:
-  const STesk3DLaserLine* lines_;
-  int lineNum_;
+  const STesk3DPosition* begin_;
+  const STesk3DPosition* end_;
 };
 
-class VectorScan {
- public:
-  explicit VectorScan(const std::vector<std::vector<STesk3DPosition>>& scan) : scan_(scan) {}
-  [[nodiscard]] int lineCount() const {
-    return static_cast<int>(scan_.size());
-  }
-  [[nodiscard]] LineView line(int i) const {
-    return {scan_[i].data(), static_cast<int>(scan_[i].size())};
-  }
+/// The lines of a scan, for both forms of a scan.
+using ScanView = std::vector<LineView>;
 
- private:
-  const std::vector<std::vector<STesk3DPosition>>& scan_;
-};
+inline ScanView viewOf(const STesk3DLaserLine* lines, int lineNum) {
+  return ScanView(lines, lines + std::max(lineNum, 0));
+}
 
-/// Calls `take(sample)` for every sample of a scan, line by line.
-template <typename Scan, typename Take>
-void forEachSample(const Scan& scan, Take take) {
-  for (int i = 0; i < scan.lineCount(); ++i) {
-    for (const STesk3DPosition& sample : scan.line(i)) {
-      take(sample);
-    }
-  }
+inline ScanView viewOf(const std::vector<std::vector<STesk3DPosition>>& scan) {
+  return ScanView(scan.begin(), scan.end());
 }
 
 /// The number of samples of a scan, no-samples included.
-template <typename Scan>
-std::size_t sampleCount(const Scan& scan) {
+inline std::size_t sampleCount(const ScanView& scan) {
   std::size_t count = 0;
-  for (int i = 0; i < scan.lineCount(); ++i) {
-    const LineView line = scan.line(i);
-    count += static_cast<std::size_t>(line.end() - line.begin());
+  for (const LineView& line : scan) {
+    count += line.size();
   }
   return count;
 }

@@ -1,13 +1,10 @@
 #include <algorithm>
 #include <cmath>
-#include <optional>
 #include <unordered_map>
 
 #include <scanline/trees.h>
-#include "trees/feature_growing.h"
+#include "trees/feature_rules.h"
 #include "trees/node_boxes.h"
-#include "trees/tree_rules.h"
-#include "trees/type_match.h"
 
 namespace detail = scanline::detail;
 
@@ -15,8 +12,8 @@ namespace {
 
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// The features at positions of a scan. On a scan that is walked across its lines x and y change
-/// places, so that the limits of y and x keep their meaning.
+/// The features at positions of a scan. On a scan that is walked across its lines x and y are
+/// exchanged, so that the limits of y and x keep their meaning.
 Features featuresAt(const std::vector<SQO_2DValueI>& positions,
                     const STesk3DLaserLine* lines,
                     bool isLineFirst,
@@ -33,61 +30,22 @@ Features featuresAt(const std::vector<SQO_2DValueI>& positions,
   return features;
 }
 
-/// Grows trees from features, each a line of its own, by `place(feature, lineIdx, ahead)`.
-template <typename Place>
-void growEndings(const Features& features, Place place, detail::FeatureGrowth& growth) {
-  const auto featureAt = [&](int i) {
-    return detail::FeatureLine(detail::lineOf(features[i]), &features[i], 1);
-  };
-  std::optional<int> walkedLine;
-  const auto close = [&](int lineIdx, bool isLast) {
-    // Where the ending before was on the same line, every tree has just been looked at or has taken
-    // that ending, so nothing closes but at the very end.
-    if (isLast || walkedLine != lineIdx) {
-      detail::closeByLines(lineIdx, isLast, growth);
+/// The features as lines for growing. Trees close after each ending, but after one that shares the
+/// line of the ending before it none can, except at the very end: every tree has just been looked
+/// at or has taken that ending. So a line is split after its first ending only.
+std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(const Features& features) {
+  std::vector<detail::NodeLine<SQO_basicFeature1D>> lines;
+  for (std::size_t i = 0; i < features.size(); ++i) {
+    const int line = detail::lineOf(features[i]);
+    const bool extendsLast = i >= 2 && detail::lineOf(features[i - 1]) == line &&
+                             detail::lineOf(features[i - 2]) == line;
+    if (!extendsLast) {
+      lines.emplace_back(line, &features[i], 0, false);
     }
-    walkedLine = lineIdx;
-  };
-  detail::growScan(static_cast<int>(features.size()), featureAt, place, close, growth.trees);
-}
-
-/// Growth of trees that are held to a direction.
-struct DirectedGrowth {
-  detail::FeatureGrowth& growth;
-  double checkDist;
-  std::unordered_map<int, detail::NodeBoxes> boxes;  // of the trees with an anchor, by tree
-};
-
-/// Index of the first of a tree's nodes after its anchor that lies near a feature, or -1. Mostly it
-/// is one of the next few; only a longer search is worth the boxes.
-int firstNearAnchor(const SQO_basicFeature1D& feature, int treeId, DirectedGrowth& directed) {
-  constexpr int kFew = 16;
-  const SQO_featureTree& tree = directed.growth.trees[treeId];
-  const int first = tree.anchorNode + 1;
-  const int count = static_cast<int>(tree.treeNodes.size());
-  const int end = std::min(first + kFew, count);
-  for (int node = first; node < end; ++node) {
-    if (directed.checkDist > detail::planeDistance(feature.jumpPos, tree.treeNodes[node].jumpPos)) {
-      return node;
-    }
+    ++lines.back().count;
+    lines.back().isLast = i + 1 == features.size();
   }
-  if (end == count) {
-    return -1;
-  }
-  return directed.boxes[treeId].firstNear(feature.jumpPos, directed.checkDist, end, tree.treeNodes);
-}
-
-/// Gives a tree its anchor once it is long enough to have a direction, and later moves it up to the
-/// node before the first one that is near the feature.
-void settleAnchor(const SQO_basicFeature1D& feature, int treeId, DirectedGrowth& directed) {
-  SQO_featureTree& tree = directed.growth.trees[treeId];
-  if (tree.anchorNode >= 0) {
-    const int near = firstNearAnchor(feature, treeId, directed);
-    tree.anchorNode = near < 0 ? tree.anchorNode : near - 1;
-  } else if (!(detail::planeDistance(feature.jumpPos, tree.treeNodes.front().jumpPos) <
-               directed.checkDist)) {
-    tree.anchorNode = 0;
-  }
+  return lines;
 }
 
 /// Whether the way from a tree's anchor to a feature lies within 45 degrees of the x axis. A tree
@@ -102,20 +60,47 @@ bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tr
   return !isSteep;
 }
 
-/// The first tree of the list that a feature fits, also by its direction, or -1. The anchors of the
-/// trees before it move all the same.
-int qo_findTreeAngleCheck(const SQO_basicFeature1D& feature,
-                          const detail::Outlook& ahead,
-                          DirectedGrowth& directed) {
-  detail::FeatureGrowth& growth = directed.growth;
-  return growth.trees.firstFitting(feature, ahead, [&](int id) {
-    if (!detail::fitsTree(feature, growth.trees[id], growth)) {
+/// Trees that keep a direction once they have an anchor, which is the first node as soon as
+/// a feature lies `checkDist` or more from it.
+struct DirectedRules : detail::ScanRules {
+  std::vector<Tree>& trees;
+  double checkDist;
+  std::unordered_map<std::ptrdiff_t, detail::NodeBoxes> boxes;  // of long trees, by their index
+
+  /// Settles the anchor even if the direction does not fit.
+  bool fits(const Node& feature, Tree& tree) {
+    if (!ScanRules::fits(feature, tree)) {
       return false;
     }
-    settleAnchor(feature, id, directed);
-    return keepsDirection(feature, growth.trees[id]);
-  });
-}
+    if (tree.anchorNode >= 0) {
+      advanceAnchor(feature, tree);
+    } else if (!(detail::planeDistance(feature.jumpPos, tree.treeNodes.front().jumpPos) <
+                 checkDist)) {
+      tree.anchorNode = 0;
+    }
+    return keepsDirection(feature, tree);
+  }
+
+  /// Moves the anchor up to the node before the first one after it that lies near the feature.
+  /// Mostly that is one of the next few; only a longer search is worth the boxes.
+  void advanceAnchor(const Node& feature, Tree& tree) {
+    constexpr int kFew = 16;
+    const int first = tree.anchorNode + 1;
+    const int count = static_cast<int>(tree.treeNodes.size());
+    const int end = std::min(first + kFew, count);
+    for (int node = first; node < end; ++node) {
+      if (checkDist > detail::planeDistance(feature.jumpPos, tree.treeNodes[node].jumpPos)) {
+        tree.anchorNode = node - 1;
+        return;
+      }
+    }
+    if (end < count) {
+      const int near =
+          boxes[&tree - trees.data()].firstNear(feature.jumpPos, checkDist, end, tree.treeNodes);
+      tree.anchorNode = near < 0 ? tree.anchorNode : near - 1;
+    }
+  }
+};
 
 }  // namespace
 
@@ -126,12 +111,8 @@ void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
                               std::vector<SQO_featureTree>& trees,
                               SQO_treeGrowParam growParam) {
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
-  detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
-  const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
-                         const detail::Outlook& ahead) {
-    detail::placeFeature(feature, lineIdx, ahead, growth);
-  };
-  growEndings(features, place, growth);
+  const detail::ScanRules rules = {growParam};
+  detail::growTrees(linesOf(features), trees, rules);
 }
 
 void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
@@ -142,16 +123,6 @@ void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                          SQO_treeGrowParam growParam,
                                          double angleCheckDist) {
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
-  detail::FeatureGrowth growth(trees, growParam, detail::scanRule(detail::qo_featureTypeMatch));
-  DirectedGrowth directed = {growth, angleCheckDist, {}};
-  const auto place = [&](const SQO_basicFeature1D& feature, int lineIdx,
-                         const detail::Outlook& ahead) {
-    const int treeId = qo_findTreeAngleCheck(feature, ahead, directed);
-    if (treeId < 0) {
-      growth.trees.append(detail::newTree(feature, lineIdx, 0.0));
-    } else {
-      detail::attach(feature, lineIdx, treeId, growth);
-    }
-  };
-  growEndings(features, place, growth);
+  detail::growTrees(linesOf(features), trees,
+                    DirectedRules{{growParam}, trees, angleCheckDist, {}});
 }

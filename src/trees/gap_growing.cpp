@@ -1,37 +1,45 @@
+#include <cmath>
+
 #include <scanline/trees.h>
-#include "trees/line_walk.h"
-#include "trees/tree_rules.h"
+#include "trees/tree_growing.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-using GapTrees = detail::OpenTrees<SQO_gapFeatureTree>;
-
 constexpr int kGapTreeType = 1;
 
-SQO_gapFeatureTree newGapTree(const SQO_basicFeatureGap& gap, int lineIdx) {
-  return {TREE_GROWING, kGapTreeType, lineIdx, lineIdx, 0.0, {0.0, 0.0}, {0.0, 0.0}, {gap}, -1};
-}
+/// Trees of gaps, placed by their centres. The last line closes all of them.
+struct GapRules {
+  using Tree = SQO_gapFeatureTree;
+  using Node = SQO_basicFeatureGap;
+  static constexpr bool kClosesByStep = false;
 
-/// Attaches a gap to the first tree that it fits, or lets it start one.
-void placeGap(const SQO_basicFeatureGap& gap,
-              int lineIdx,
-              const detail::Outlook& ahead,
-              const SQO_treeGrowParam& param,
-              GapTrees& trees) {
-  const int treeId = trees.firstFitting(gap, ahead, [&](int id) {
-    return detail::isInReach(gap, trees[id].treeNodes.back(), param);
-  });
-  if (treeId < 0) {
-    trees.append(newGapTree(gap, lineIdx));
-    return;
+  SQO_treeGrowParam param;
+
+  [[nodiscard]] const SQO_treeGrowParam& limits() const {
+    return param;
   }
-  trees.grow(treeId, [&](SQO_gapFeatureTree& tree) {
+  [[nodiscard]] bool fits(const Node& gap, const Tree& tree) const {
+    const Node& last = tree.treeNodes.back();
+    return param.zDeviation_max >
+               std::abs(detail::positionOf(gap).z - detail::positionOf(last).z) &&
+           detail::isWithinSkipOf(last, gap, param);
+  }
+  [[nodiscard]] static Tree start(const Node& gap, int lineIdx) {
+    return {TREE_GROWING, kGapTreeType, lineIdx, lineIdx, 0.0, {0.0, 0.0}, {0.0, 0.0}, {gap}, -1};
+  }
+  static void add(const Node& gap, int lineIdx, Tree& tree) {
     tree.treeNodes.push_back(gap);
     tree.eLineIdx = lineIdx;
-  });
-}
+  }
+  [[nodiscard]] bool closes(const Tree& /*tree*/, long long linesBehind, bool isLastLine) const {
+    return detail::closesByLines(linesBehind, isLastLine, param);
+  }
+  [[nodiscard]] bool keeps(const Tree& tree) const {
+    return !(param.minLTypeTreeLen >= detail::lengthOf(tree));
+  }
+};
 
 }  // namespace
 
@@ -40,19 +48,5 @@ void qo_lineGapsGrowing(int lineIdx,
                         std::vector<SQO_basicFeatureGap>& line_gaps,
                         std::vector<SQO_gapFeatureTree>& trees,
                         SQO_treeGrowParam growParam) {
-  GapTrees openTrees(trees, detail::reachOf(growParam),
-                     [](const SQO_gapFeatureTree&) { return true; });
-  const auto closes = [&](const SQO_gapFeatureTree& tree) {
-    return isLastLine ||
-           detail::liesTooFarBehind(lineIdx, tree.treeNodes.back().lineIdx, growParam);
-  };
-  const auto stays = [&](const SQO_gapFeatureTree& tree) {
-    return !(growParam.minLTypeTreeLen >= detail::lengthOf(tree));
-  };
-  detail::growScan(
-      1, [&](int) { return detail::NodeLine<SQO_basicFeatureGap>(lineIdx, line_gaps); },
-      [&](const SQO_basicFeatureGap& gap, int, const detail::Outlook& ahead) {
-        placeGap(gap, lineIdx, ahead, growParam, openTrees);
-      },
-      [&](int, bool) { openTrees.closeWhere(closes, stays); }, openTrees);
+  detail::growTrees({{lineIdx, line_gaps, isLastLine}}, trees, GapRules{growParam});
 }

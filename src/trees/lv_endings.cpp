@@ -34,9 +34,9 @@ bool isOutOfReach(const SQO_lineFeature& line,
 
 }  // namespace
 
-void qo_backwardEndingGrowing(SQO_featureTree& tree,
-                              std::vector<SQO_lineFeature>& lineFeatures,
-                              const SQO_treeGrowParam& growParam) {
+void lengthenFront(SQO_featureTree& tree,
+                   std::vector<SQO_lineFeature>& lineFeatures,
+                   const SQO_treeGrowParam& growParam) {
   std::vector<SQO_basicFeature1D*> taken;
   const SQO_basicFeature1D* first = &tree.treeNodes.front();
   const int lineCount = static_cast<int>(lineFeatures.size());
@@ -56,9 +56,9 @@ void qo_backwardEndingGrowing(SQO_featureTree& tree,
   }
 }
 
-void qo_forwardEndingGrowing(SQO_featureTree& tree,
-                             std::vector<SQO_lineFeature>& lineFeatures,
-                             const SQO_treeGrowParam& growParam) {
+void lengthenBack(SQO_featureTree& tree,
+                  std::vector<SQO_lineFeature>& lineFeatures,
+                  const SQO_treeGrowParam& growParam) {
   const SQO_basicFeature1D start = tree.treeNodes.back();
   const int lineCount = static_cast<int>(lineFeatures.size());
   for (int i = std::clamp(lineOf(start), -1, lineCount - 1) + 1; i < lineCount; ++i) {

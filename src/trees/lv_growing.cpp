@@ -4,8 +4,8 @@
 #include <vector>
 
 #include <scanline/trees.h>
+#include "trees/feature_rules.h"
 #include "trees/lv_endings.h"
-#include "trees/tree_rules.h"
 
 namespace detail = scanline::detail;
 
@@ -39,8 +39,8 @@ void growToEndings(std::vector<SQO_lineFeature>& lineFeatures,
   for (SQO_featureTree& tree : trees) {
     settleType(tree);
     if (!tree.treeNodes.empty()) {
-      detail::qo_backwardEndingGrowing(tree, lineFeatures, growParam);
-      detail::qo_forwardEndingGrowing(tree, lineFeatures, growParam);
+      detail::lengthenFront(tree, lineFeatures, growParam);
+      detail::lengthenBack(tree, lineFeatures, growParam);
     }
   }
 }

@@ -1,146 +1,58 @@
 #include "trees/near_index.h"
 
-#include <cmath>
+#include <algorithm>
 
 namespace scanline::detail {
-namespace {
 
-/// Places beyond this many cells share the outermost cell. Below it a place is exact to far better
-/// than the margin of a search.
-constexpr double kFarthestCell = 1099511627776.0;
-
-}  // namespace
-
-NearIndex::NearIndex(double reach) : reach_(reach), cellWidth_(2.0 * reach), chains_(16) {}
-
-/// Without a reach, and for a y that is not finite, no difference is less than the reach.
-bool NearIndex::canMatch(double y) const {
-  return reach_ > 0.0 && std::isfinite(y);
-}
-
-/// Only for a y that can match, so the quotient is a number.
-double NearIndex::inCells(double y) const {
-  return std::clamp(y / cellWidth_, -kFarthestCell, kFarthestCell);
-}
-
-std::int64_t NearIndex::cellOf(double y) const {
-  return static_cast<std::int64_t>(std::floor(inCells(y)));
-}
-
-std::size_t NearIndex::bucketOf(std::int64_t cell) const {
-  const std::uint64_t mixed = static_cast<std::uint64_t>(cell) * 0x9E3779B97F4A7C15ULL;
-  return static_cast<std::size_t>(mixed >> 32U) & (chains_.size() - 1);
-}
-
-/// The first entry of a chain, from `index` on, that lies in a cell.
-int NearIndex::withCell(int index, std::int64_t cell) const {
-  while (index != kNone && entries_[index].cell != cell) {
-    index = entries_[index].next;
+void NearIndex::put(int id, const LineAndY& place, bool isEntry) {
+  if (id == static_cast<int>(entries_.size())) {
+    entries_.emplace_back();
   }
-  return index;
-}
-
-void NearIndex::insert(int id, double y) {
-  if (!canMatch(y)) {
-    return;
+  const bool isIn = isEntry && canMatch(place.y);
+  if (isIn) {
+    asleep_.push_back(id);
+    isMixed_ = isMixed_ || place.line != line_;
+    ++count_;
   }
-  firstId_ = entries_.empty() ? id : firstId_;
-  const int index = id - firstId_;
-  entries_.resize(static_cast<std::size_t>(index) + 1, {0, kNone, kNone, State::kOut});
-  entries_[index].cell = cellOf(y);
-  chain(index, kNone);
-  if (chained_ > chains_.size()) {
-    grow();
-  }
+  entries_[id] = {place.y, place.line, kNone, isIn};
 }
 
 void NearIndex::erase(int id) {
-  const int index = id - firstId_;
-  if (index >= 0 && index < static_cast<int>(entries_.size())) {
-    remove(index);
-  }
+  count_ -= entries_[id].isIn ? 1 : 0;
+  entries_[id].isIn = false;
 }
 
-void NearIndex::move(int id, const LineAndY& to) {
-  const int index = id - firstId_;
-  const bool matches = canMatch(to.y);
-  const std::int64_t cell = matches ? cellOf(to.y) : 0;
-  if (matches && entries_[index].state == State::kChained && entries_[index].cell == cell) {
-    return;
+/// Prepares for searches on a line: chains the sleepers. Each goes to the front of its chain, or
+/// close to it, since the greatest come first.
+void NearIndex::prepare(int line) {
+  if (count_ > static_cast<int>(heads_.size())) {
+    putAllToSleep();
+    heads_.assign(heads_.size() * 4, kNone);
   }
-  remove(index);
-  if (matches) {
-    entries_[index].cell = cell;
-    await(index, to.line);
-  }
-}
-
-void NearIndex::await(int index, int line) {
-  if (line != waitingLine_) {
-    chainWaiting();
-    waitingLine_ = line;
-  }
-  waiting_.push_back(index);
-  entries_[index].state = State::kWaiting;
-}
-
-/// Chains the entries that wait. Each looks for its place from the one before it, since they often
-/// come in ascending order and close together.
-void NearIndex::chainWaiting() {
-  int before = kNone;
-  for (const int index : waiting_) {
-    if (entries_[index].state == State::kWaiting) {
-      chain(index, before);
-      before = index;
+  line_ = line;
+  isMixed_ = false;
+  const auto unsorted = std::is_sorted_until(asleep_.begin(), asleep_.end());  // seldom many
+  std::sort(unsorted, asleep_.end());
+  std::inplace_merge(asleep_.begin(), unsorted, asleep_.end());
+  for (auto id = asleep_.rbegin(); id != asleep_.rend(); ++id) {
+    Entry& entry = entries_[*id];
+    if (entry.isIn) {
+      int* link = headOf(inCells(entry.y));
+      while (*link < *id) {
+        link = &entries_[*link].next;
+      }
+      entry.next = *link;
+      *link = *id;
     }
   }
-  waiting_.clear();
-  if (chained_ > chains_.size()) {
-    grow();
-  }
+  asleep_.clear();
 }
 
-/// Puts an entry into the chain of its bucket. The search for its place begins at `near` if that
-/// is in the same chain, else at the end.
-void NearIndex::chain(int index, int near) {
-  Entry& entry = entries_[index];
-  const std::size_t bucket = bucketOf(entry.cell);
-  Chain& chain = chains_[bucket];
-  int previous = chain.last;
-  if (near != kNone && bucketOf(entries_[near].cell) == bucket) {
-    previous = near;
-    while (entries_[previous].next != kNone && entries_[previous].next < index) {
-      previous = entries_[previous].next;
-    }
-  }
-  while (previous != kNone && previous > index) {
-    previous = entries_[previous].previous;
-  }
-  entry.previous = previous;
-  entry.next = previous == kNone ? chain.first : entries_[previous].next;
-  (entry.previous == kNone ? chain.first : entries_[entry.previous].next) = index;
-  (entry.next == kNone ? chain.last : entries_[entry.next].previous) = index;
-  entry.state = State::kChained;
-  ++chained_;
-}
-
-void NearIndex::remove(int index) {
-  Entry& entry = entries_[index];
-  if (entry.state == State::kChained) {
-    Chain& chain = chains_[bucketOf(entry.cell)];
-    (entry.previous == kNone ? chain.first : entries_[entry.previous].next) = entry.next;
-    (entry.next == kNone ? chain.last : entries_[entry.next].previous) = entry.previous;
-    --chained_;
-  }
-  entry.state = State::kOut;
-}
-
-void NearIndex::grow() {
-  chains_.assign(chains_.size() * 4, {});
-  chained_ = 0;
-  for (int index = 0; index < static_cast<int>(entries_.size()); ++index) {
-    if (entries_[index].state == State::kChained) {
-      chain(index, kNone);
+void NearIndex::putAllToSleep() {
+  isMixed_ = true;
+  for (int& head : heads_) {
+    for (; head != kNone; head = entries_[head].next) {
+      asleep_.push_back(head);
     }
   }
 }

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <cmath>
+
 #include <scanline/feature_records.h>
 
-/// Where the nodes of each kind of tree lie. All growers link by these two.
+/// Where the nodes of each kind of tree lie. All growers link by these.
 namespace scanline::detail {
 
 /// The line of a node.
@@ -33,6 +35,15 @@ inline const STesk3DPoint& positionOf(const SQO_featureSemiCircle& node) {
 }
 inline const STesk3DPoint& positionOf(const SJU_segFeature& node) {
   return node.startPt;
+}
+
+/// Distance of two nodes in x; of segments the mean of that of their starts and that of their ends.
+template <typename Node>
+double distanceX(const Node& a, const Node& b) {
+  return std::abs(positionOf(a).x - positionOf(b).x);
+}
+inline double distanceX(const SJU_segFeature& a, const SJU_segFeature& b) {
+  return (std::abs(a.startPt.x - b.startPt.x) + std::abs(a.endPt.x - b.endPt.x)) * 0.5;
 }
 
 }  // namespace scanline::detail

@@ -1,27 +1,20 @@
 #include <scanline/trees.h>
-#include "trees/feature_growing.h"
-#include "trees/tree_rules.h"
-#include "trees/type_match.h"
+#include "trees/feature_rules.h"
 
 namespace detail = scanline::detail;
 
 namespace {
 
-using TypeMatch = bool (*)(int treeType, int featureType);
-
-/// Grows trees over all lines of a scan.
-template <typename LineAt>
-void growOver(std::size_t lineCount,
-              LineAt lineAt,
-              TypeMatch matches,
-              std::vector<SQO_featureTree>& trees,
-              const SQO_treeGrowParam& param) {
-  detail::FeatureGrowth growth(trees, param, detail::scanRule(matches));
-  detail::growFeatures(static_cast<int>(lineCount), lineAt, detail::closeByLines, growth);
-}
-
-bool matchesAny(int /*treeType*/, int /*featureType*/) {
-  return true;
+/// The lines of a scan with one of the lists of their records.
+std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(
+    const std::vector<SQO_lineFeature>& records,
+    std::vector<SQO_basicFeature1D> SQO_lineFeature::*list) {
+  std::vector<detail::NodeLine<SQO_basicFeature1D>> lines;
+  lines.reserve(records.size());
+  for (const SQO_lineFeature& record : records) {
+    lines.emplace_back(record.lineIdx, record.*list, &record == &records.back());
+  }
+  return lines;
 }
 
 }  // namespace
@@ -29,30 +22,23 @@ bool matchesAny(int /*treeType*/, int /*featureType*/) {
 void qo_getFeatureGrowingTrees(std::vector<SQO_lineFeature>& lineFeatures,
                                std::vector<SQO_featureTree>& trees,
                                SQO_treeGrowParam growParam) {
-  const auto featuresOf = [&](int i) {
-    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].features);
-  };
-  growOver(lineFeatures.size(), featuresOf, detail::qo_featureTypeMatch, trees, growParam);
+  const detail::ScanRules rules = {growParam};
+  detail::growTrees(linesOf(lineFeatures, &SQO_lineFeature::features), trees, rules);
 }
 
 void qo_peakFeatureGrowing(std::vector<std::vector<SQO_basicFeature1D>>& lineFeatures,
                            std::vector<SQO_featureTree>& trees,
                            SQO_treeGrowParam growParam) {
-  const auto featuresOf = [&](int i) { return detail::FeatureLine(i, lineFeatures[i]); };
   const detail::BoundsAtEnd bounds(trees);
-  growOver(lineFeatures.size(), featuresOf, detail::qo_featureTypeMatch, trees, growParam);
+  const detail::ScanRules rules = {growParam};
+  detail::growTrees(detail::linesByPosition(lineFeatures), trees, rules);
 }
 
 void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFeatures,
                                            std::vector<SQO_featureTree>& trees,
                                            std::vector<SQO_featureTree>& endingTrees,
                                            SQO_treeGrowParam growParam) {
-  const auto featuresOf = [&](int i) {
-    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].features);
-  };
-  const auto endingsOf = [&](int i) {
-    return detail::FeatureLine(lineFeatures[i].lineIdx, lineFeatures[i].endings);
-  };
-  growOver(lineFeatures.size(), featuresOf, matchesAny, trees, growParam);
-  growOver(lineFeatures.size(), endingsOf, matchesAny, endingTrees, growParam);
+  const detail::ScanRules rules = {growParam, false};
+  detail::growTrees(linesOf(lineFeatures, &SQO_lineFeature::features), trees, rules);
+  detail::growTrees(linesOf(lineFeatures, &SQO_lineFeature::endings), endingTrees, rules);
 }

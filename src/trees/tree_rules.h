@@ -2,68 +2,32 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <vector>
 
 #include <scanline/feature_records.h>
 #include "trees/node_place.h"
-#include "trees/outlook.h"
 
 /// The rules that growers of trees share.
 namespace scanline::detail {
 
 /// Distance of two line indices.
-long long lineGap(int a, int b);
+inline long long lineGap(int a, int b) {
+  return std::llabs(static_cast<long long>(a) - b);
+}
 
-/// Distance in x and y.
-double planeDistance(const STesk3DPoint& a, const STesk3DPoint& b);
+/// Distance in the x-y plane.
+inline double planeDistance(const STesk3DPoint& a, const STesk3DPoint& b) {
+  const double dx = a.x - b.x;
+  const double dy = a.y - b.y;
+  return std::sqrt(dx * dx + dy * dy);
+}
 
-/// Length of a tree: the straight way in x and y from its first node to its last.
+/// Length of a tree: the distance in the x-y plane from its first node to its last.
 template <typename Tree>
 double lengthOf(const Tree& tree) {
   return planeDistance(positionOf(tree.treeNodes.front()), positionOf(tree.treeNodes.back()));
 }
-
-/// Whether a tree has fallen so little behind, in lines or else by `stepX`, that it may go on.
-bool isWithinSkip(long long linesBehind, double stepX, const SQO_treeGrowParam& growParam);
-
-/// How far a feature may lie from the last node of the tree that it joins.
-inline Reach reachOf(const SQO_treeGrowParam& growParam) {
-  return {growParam.yDeviation_max, growParam.maxLineSkipNum, growParam.maxSkipDistance};
-}
-
-/// Whether a feature lies close enough behind a tree's last node: not on the node's own line,
-/// within the deviations of y and z, and within that of x once the tree lies far behind in lines.
-template <typename Node>
-bool isInReach(const Node& feature, const Node& lastNode, const SQO_treeGrowParam& growParam) {
-  if (lineOf(feature) == lineOf(lastNode)) {
-    return false;
-  }
-  const STesk3DPoint& pos = positionOf(feature);
-  const STesk3DPoint& last = positionOf(lastNode);
-  return growParam.yDeviation_max > std::abs(pos.y - last.y) &&
-         growParam.zDeviation_max > std::abs(pos.z - last.z) &&
-         isWithinSkip(lineGap(lineOf(feature), lineOf(lastNode)), std::abs(pos.x - last.x),
-                      growParam);
-}
-
-/// Whether a tree that ends at `lastLine` lies more lines behind than the limit; without a limit
-/// none does.
-bool liesTooFarBehind(int lineIdx, int lastLine, const SQO_treeGrowParam& growParam);
-
-/// The extent of a tree of several lines, as its mean step tells how far it has fallen behind.
-struct TreeSpan {
-  int lastLine;     ///< Line of the last node.
-  long long lines;  ///< Lines from the first node's to the last one's, as the tree counts them.
-  double x;         ///< Extent in x.
-};
-
-/// The closing rule of growers that go line by line. A tree that spans one line, or took a node of
-/// this one, never closes. Without a limit in lines a tree closes by the x distance that it has
-/// skipped, estimated from its own mean step.
-bool closesByItsStep(int lineIdx,
-                     bool isLastLine,
-                     const TreeSpan& span,
-                     const SQO_treeGrowParam& growParam);
 
 /// Lines from the first node's to the last one's, as the tree counts them.
 template <typename Tree>
@@ -71,34 +35,54 @@ long long linesSpanned(const Tree& tree) {
   return static_cast<long long>(tree.eLineIdx) - tree.sLineIdx;
 }
 
-/// Removes each tree that spans a single line, in whatever state it is.
+/// Extent of a tree in x, from its first node to its last.
 template <typename Tree>
-void removeTreesOfOneLine(std::vector<Tree>& trees) {
-  const auto isOfOneLine = [](const Tree& tree) { return tree.eLineIdx == tree.sLineIdx; };
-  trees.erase(std::remove_if(trees.begin(), trees.end(), isOfOneLine), trees.end());
+double extentX(const Tree& tree) {
+  return distanceX(tree.treeNodes.front(), tree.treeNodes.back());
 }
 
-/// A fresh tree of one node whose value counts from `treeValue`.
-SQO_featureTree newTree(const SQO_basicFeature1D& feature, int lineIdx, double treeValue);
+/// The limits along x: a feature follows a tree's last node in fewer lines than the one, or in less
+/// x than the other.
+inline bool isWithinSkip(long long lines, double stepX, const SQO_treeGrowParam& param) {
+  return lines < param.maxLineSkipNum || param.maxSkipDistance > stepX;
+}
 
-/// Whether a tree that closes is to stay in the list.
-bool qo_treeLongEnough(const SQO_featureTree& tree, double minLTypeTreeLen, double minVTypeTreeLen);
+/// Whether a feature is within the limits along x of a tree's last node.
+template <typename Node>
+bool isWithinSkipOf(const Node& lastNode, const Node& feature, const SQO_treeGrowParam& param) {
+  return isWithinSkip(lineGap(lineOf(feature), lineOf(lastNode)), distanceX(feature, lastNode),
+                      param);
+}
 
-/// Fills the ranges in x and y from the nodes; without nodes all four values become 0.
-void qo_treeBounds(SQO_featureTree& tree);
+/// The closing rule of growers that close every tree at the last line. Before it, a tree closes
+/// once it is more lines behind than the limit; without a limit none does.
+inline bool closesByLines(long long linesBehind, bool isLastLine, const SQO_treeGrowParam& param) {
+  return isLastLine || (param.maxLineSkipNum > 0 && linesBehind > param.maxLineSkipNum);
+}
 
-/// Fills the ranges of all trees of a list when a scope ends, be it by an exception.
-class BoundsAtEnd {
- public:
-  explicit BoundsAtEnd(std::vector<SQO_featureTree>& trees) : trees_(trees) {}
-  BoundsAtEnd(const BoundsAtEnd&) = delete;
-  BoundsAtEnd& operator=(const BoundsAtEnd&) = delete;
-  ~BoundsAtEnd() {
-    std::for_each(trees_.begin(), trees_.end(), qo_treeBounds);
+/// The closing rule of growers that never close a tree which spans a single line, or has a node on
+/// this one. Without a limit in lines a tree closes by the x distance that it has skipped, as
+/// estimated from its mean step.
+template <typename Tree>
+bool closesByStep(const Tree& tree,
+                  long long linesBehind,
+                  bool isLastLine,
+                  const SQO_treeGrowParam& param) {
+  if (linesBehind < 1 || linesSpanned(tree) < 1) {
+    return false;
   }
+  if (isLastLine || param.maxLineSkipNum > 0) {
+    return closesByLines(linesBehind, isLastLine, param);
+  }
+  const double meanStep = extentX(tree) / static_cast<double>(linesSpanned(tree));
+  return meanStep * static_cast<double>(linesBehind) > param.maxSkipDistance;
+}
 
- private:
-  std::vector<SQO_featureTree>& trees_;
-};
+/// Removes each tree that spans a single line, in any state.
+template <typename Tree>
+void removeTreesOfOneLine(std::vector<Tree>& trees) {
+  const auto isOfOneLine = [](const Tree& tree) { return linesSpanned(tree) == 0; };
+  trees.erase(std::remove_if(trees.begin(), trees.end(), isOfOneLine), trees.end());
+}
 
 }  // namespace scanline::detail

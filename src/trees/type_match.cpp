@@ -4,7 +4,7 @@
 
 namespace scanline::detail {
 
-bool qo_featureTypeMatch(int treeType, int featureType) {
+bool typesMatch(int treeType, int featureType) {
   switch (treeType) {
     case FEATURE_JUMP_RISE:
     case FEATURE_SLOPE_RISE:

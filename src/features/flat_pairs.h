@@ -1,0 +1,30 @@
+#pragma once
+
+#include <vector>
+
+#include "features/flat_steps.h"
+
+namespace scanline::detail {
+
+/// A place of a nearly flat line that may get a feature: one step, or two that make a pair. The
+/// ends are indices in the profile.
+struct FlatDent {
+  enum Kind {
+    kJump,          ///< A jump, alone or with its partner.
+    kSlopePair,     ///< A rising slope with the falling one after it.
+    kFallingSlope,  ///< A slope without partner.
+    kRisingSlope,   ///< A slope without partner.
+  };
+
+  Kind kind;
+  int first;
+  int last;
+};
+
+/// Pairs the steps of a line with their successors, in order. Each step is used once; a rising
+/// slope that is the last step is dropped.
+std::vector<FlatDent> pairSteps(const ValidProfile& profile,
+                                const FlatSteps& steps,
+                                const FlatLineLimits& limits);
+
+}  // namespace scanline::detail

@@ -1,0 +1,129 @@
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <vector>
+
+#include "trees/open_trees.h"
+
+namespace scanline::detail {
+
+/// The features of one line, under the index that a grower knows the line by.
+template <typename Node>
+struct NodeLine {
+  int lineIdx;
+  const Node* first;
+  std::size_t count;
+  bool isLast;
+
+  NodeLine(int lineIndex, const std::vector<Node>& nodes, bool isLastLine)
+      : NodeLine(lineIndex, nodes.data(), nodes.size(), isLastLine) {}
+  NodeLine(int lineIndex, const Node* firstNode, std::size_t nodeCount, bool isLastLine)
+      : lineIdx(lineIndex), first(firstNode), count(nodeCount), isLast(isLastLine) {}
+
+  [[nodiscard]] const Node* begin() const {
+    return first;
+  }
+  [[nodiscard]] const Node* end() const {
+    return first + count;
+  }
+};
+
+/// The lines of a scan, known by their position in it.
+template <typename Node>
+std::vector<NodeLine<Node>> linesByPosition(const std::vector<std::vector<Node>>& features) {
+  std::vector<NodeLine<Node>> lines;
+  lines.reserve(features.size());
+  for (const std::vector<Node>& nodes : features) {
+    const std::size_t i = lines.size();
+    lines.emplace_back(static_cast<int>(i), nodes, i + 1 == features.size());
+  }
+  return lines;
+}
+
+/// The extent of the features from each line on.
+template <typename Node>
+std::vector<RemainingExtent> remainingExtents(const std::vector<NodeLine<Node>>& lines) {
+  std::vector<RemainingExtent> extents(lines.size() + 1);
+  for (std::size_t i = lines.size(); i-- > 0;) {
+    extents[i] = extents[i + 1];
+    extents[i].add(lines[i]);
+  }
+  return extents;
+}
+
+/// The closing walk after a line.
+template <typename Rules>
+void closeTrees(const NodeLine<typename Rules::Node>& line,
+                const Rules& rules,
+                OpenTrees<typename Rules::Tree>& open) {
+  if (!line.isLast && !Rules::kClosesByStep && rules.param.maxLineSkipNum <= 0) {
+    return;  // only the last line closes trees
+  }
+  const auto closes = [&](const auto& tree, int lastLine) {
+    return rules.closes(tree, lineGap(line.lineIdx, lastLine), line.isLast);
+  };
+  for (const int id : open.due(closes)) {
+    if (rules.keeps(open[id])) {
+      open.close(id);
+    } else {
+      open.remove(id);
+    }
+  }
+}
+
+/**
+ * Grows trees line by line, and closes them after each line. The rules of a kind of tree are a
+ * struct with
+ * - `Tree` and `Node`;
+ * - `param`, and `limits()`, within which a feature that joins a tree lies of its last node in y,
+ *   and in lines or x;
+ * - `fits(feature, tree)`, for a tree within the limits in y that does not end on the feature's
+ *   line;
+ * - `start(feature, lineIdx)`, a tree of one node, and `add(feature, lineIdx, tree)`;
+ * - `kClosesByStep`: whether trees of one line never close, and others also by their mean step;
+ * - `closes(tree, linesBehind, isLastLine)`, and `keeps(tree)`, whether a closed tree is kept.
+ */
+template <typename Rules>
+void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
+               std::vector<typename Rules::Tree>& trees,
+               Rules rules) {
+  using Tree = typename Rules::Tree;
+  using Node = typename Rules::Node;
+  if (lines.empty()) {
+    return;  // with nothing to grow, trees passed in may be without nodes
+  }
+  std::vector<RemainingExtent> extents;  // most scans never need them
+  const auto aheadOf = [&](std::size_t i) -> const RemainingExtent& {
+    if (extents.empty()) {
+      extents = remainingExtents(lines);
+    }
+    return extents[i];
+  };
+  OpenTrees<Tree> open(trees, rules.limits(), Rules::kClosesByStep);
+  if (!trees.empty()) {
+    open.admit(aheadOf(0));
+  }
+  std::size_t crowd = 16;  // more open trees than this are worth pruning
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const auto& line = lines[i];
+    crowd = std::max(crowd, 4 * line.count);
+    if (static_cast<std::size_t>(open.count()) > crowd) {
+      open.prune(aheadOf(i));
+      crowd = std::max(crowd, 2 * static_cast<std::size_t>(open.count()));
+    }
+    for (const auto& feature : line) {
+      const auto fits = [&](Tree& tree) { return rules.fits(feature, tree); };
+      const auto add = [&](Tree& tree) -> const Node& {
+        rules.add(feature, line.lineIdx, tree);
+        return feature;  // the node in the tree may not be in the cache
+      };
+      if (!open.growFirst(feature, fits, add)) {
+        open.append(rules.start(feature, line.lineIdx));
+      }
+    }
+    closeTrees(line, rules, open);
+  }
+}
+
+}  // namespace scanline::detail
