@@ -9,15 +9,6 @@ std::string floorOf(const GapTrack& track) {
   return track.openShare == 0.0 ? "measured" : track.openShare == 1.0 ? "open" : "partly open";
 }
 
-const Deviation& deviationOf(const GapTrack& track) {
-  return track.centreLine.parabola ? track.centreLine.parabola->deviation
-                                   : track.centreLine.deviation;
-}
-
-std::string fitOf(const GapTrack& track) {
-  return track.centreLine.parabola ? "parabola" : "line";
-}
-
 double longestInterruption(const GapTrack& track) {
   double longest = 0.0;
   for (const Interruption& one : track.interruptions) {
@@ -42,29 +33,30 @@ Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit) {
                   {"width across", unit},
                   {"depth", unit},
                   {"floor", ""},
-                  {"fit", ""},
-                  {"rms", unit},
-                  {"largest", unit},
                   {"interruptions", ""},
                   {"longest one", unit, 2}},
                  {}};
   for (const GapTrack& track : tracks) {
-    const Deviation& deviation = deviationOf(track);
     table.rows.push_back(
         {static_cast<long long>(table.rows.size() + 1),
          static_cast<long long>(track.gaps.front().line),
          static_cast<long long>(track.gaps.back().line), 100.0 * track.coverage, track.length,
          track.meanWidth, track.width.min, track.width.max, track.widthAcross, track.meanDepth,
-         floorOf(track), fitOf(track), deviation.rms, deviation.max,
+         floorOf(track),
          static_cast<long long>(track.interruptions.size()), longestInterruption(track)});
   }
   return table;
 }
 
-Table centreLineTable(const std::vector<GapTrack>& tracks, const PlaneChoice& plane) {
+Table centreLineTable(const std::vector<GapTrack>& tracks,
+                      const PlaneChoice& plane,
+                      const std::string& unit) {
   Table table = {"centre_lines",
                  "Centre lines: through x, y, z along dx, dy, dz, or y = a (x - x0)^2 + b (x - x0) + c",
                  {{"gap", ""},
+                  {"fit", ""},
+                  {"rms", unit},
+                  {"largest", unit},
                   {"x", "", 2},
                   {"y", "", 2},
                   {"z", "", 2},
@@ -80,8 +72,10 @@ Table centreLineTable(const std::vector<GapTrack>& tracks, const PlaneChoice& pl
   for (const GapTrack& track : tracks) {
     const CentreLine& line = track.centreLine;
     const double dz = zIsHeight ? -line.direction.z : line.direction.z;
-    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), line.centre.x,
-                          line.centre.y, plane.shown(line.centre.z), line.direction.x,
+    const Deviation& deviation = line.parabola ? line.parabola->deviation : line.deviation;
+    table.rows.push_back({static_cast<long long>(table.rows.size() + 1),
+                          std::string(line.parabola ? "parabola" : "line"), deviation.rms,
+                          deviation.max, line.centre.x, line.centre.y, plane.shown(line.centre.z), line.direction.x,
                           line.direction.y, dz});
     std::vector<Cell>& row = table.rows.back();
     if (const auto& parabola = line.parabola) {

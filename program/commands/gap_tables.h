@@ -13,7 +13,9 @@ namespace program {
 Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit);
 
 /// The lines and parabolas through the middles of the gaps.
-Table centreLineTable(const std::vector<GapTrack>& tracks, const PlaneChoice& plane);
+Table centreLineTable(const std::vector<GapTrack>& tracks,
+                      const PlaneChoice& plane,
+                      const std::string& unit);
 
 /// Where gaps are missing between lines that have them.
 Table interruptionTable(const std::vector<GapTrack>& tracks, const std::string& unit);

@@ -129,7 +129,7 @@ void run(Gaps& gaps) {
   report.lines = describe(gaps.input, scan);
   const std::vector<std::string> counts = countsOf(found, tracks);
   report.lines.insert(report.lines.end(), counts.begin(), counts.end());
-  report.tables = {gapTable(tracks, gaps.input.unit), centreLineTable(tracks, scan.plane),
+  report.tables = {gapTable(tracks, gaps.input.unit), centreLineTable(tracks, scan.plane, gaps.input.unit),
                    interruptionTable(tracks, gaps.input.unit), gapNodeTable(tracks, scan.plane)};
   if (!gaps.common.ply.empty()) {
     session.files.add(gaps.common.ply, [&](const std::string& path) {

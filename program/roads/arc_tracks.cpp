@@ -27,13 +27,20 @@ const Arc& arcOf(const FoundArcs& found, ArcKind kind, int line, int firstSample
 
 using Chain = std::vector<Arc>;
 
+/// The place of a circle that is nearest to the sensor. Noise moves it less than the ends of the arc,
+/// which lie on steep flanks.
+STesk3DPoint topOf(const Arc& arc) {
+  return {0.5 * (arc.start.x + arc.end.x), arc.circle.centre.x,
+          arc.circle.centre.y - arc.circle.radius};
+}
+
 std::vector<Chain> ringChains(const FoundArcs& found, const SQO_treeGrowParam& grow) {
   std::vector<std::vector<SJU_segFeature>> lines(found.lines.size());
   for (std::size_t l = 0; l < lines.size(); ++l) {
     for (const Arc& arc : found.lines[l]) {
       if (arc.kind == ArcKind::ring) {
-        lines[l].push_back(
-            {arc.line, arc.firstSample, arc.lastSample, 0, arc.start, arc.end, arc.span});
+        const STesk3DPoint top = topOf(arc);
+        lines[l].push_back({arc.line, arc.firstSample, arc.lastSample, 0, top, top, arc.span});
       }
     }
   }
@@ -59,10 +66,9 @@ std::vector<Chain> tubeChains(const FoundArcs& found, SQO_treeGrowParam grow) {
     std::vector<SQO_featureSemiCircle> line;
     for (const Arc& arc : found.lines[static_cast<std::size_t>(l)]) {
       if (arc.kind == ArcKind::tube) {
-        const STesk3DPoint middle = {0.5 * (arc.start.x + arc.end.x), arc.circle.centre.x,
-                                     arc.circle.centre.y};
-        line.push_back({0, l, arc.firstSample, arc.lastSample, arc.firstSample, middle,
-                        std::abs(arc.end.y - arc.start.y), arc.circle.centre.y});
+        const STesk3DPoint top = topOf(arc);
+        line.push_back({0, l, arc.firstSample, arc.lastSample, arc.firstSample, top,
+                        std::abs(arc.end.y - arc.start.y), top.z});
       }
     }
     qo_getFeatureGrowingTrees_semiCircle(line, l, count, open, trees, shortTrees, grow);
@@ -77,13 +83,17 @@ std::vector<Chain> tubeChains(const FoundArcs& found, SQO_treeGrowParam grow) {
   return chains;
 }
 
-/// The direction of the centre line around a node.
-STesk3DPoint directionAround(const std::vector<STesk3DPoint>& centres, std::size_t node) {
+/// The direction of the centre line around a node; nothing where it is not straight.
+std::optional<STesk3DPoint> directionAround(const ArcTrack& track, std::size_t node) {
   constexpr std::size_t kReach = 12;
+  constexpr double kStraight = 0.1;
+  const std::vector<STesk3DPoint>& centres = track.centres;
   const std::size_t first = node > kReach ? node - kReach : 0;
   const std::size_t last = std::min(node + kReach + 1, centres.size());
-  return directionOf({centres.begin() + static_cast<std::ptrdiff_t>(first),
-                      centres.begin() + static_cast<std::ptrdiff_t>(last)});
+  const CentreLine line = fitCentreLine({centres.begin() + static_cast<std::ptrdiff_t>(first),
+                                         centres.begin() + static_cast<std::ptrdiff_t>(last)});
+  const bool isStraight = line.deviation.rms <= kStraight * track.arcs[node].circle.radius;
+  return isStraight && line.direction.x > 0.0 ? std::optional(line.direction) : std::nullopt;
 }
 
 /// The circle of an arc's samples, seen along a direction.
@@ -122,19 +132,22 @@ std::pair<double, double> meanOf(const std::vector<double>& values) {
 
 void measureRadii(const Scan& scan, ArcTrack& track) {
   std::vector<double> radii;
-  std::vector<double> across;
   std::vector<double> residuals;
+  std::vector<double> across;
   for (std::size_t i = 0; i < track.arcs.size(); ++i) {
     const Arc& arc = track.arcs[i];
-    const Circle circle =
-        circleAcross(scan, arc, directionAround(track.centres, i)).value_or(arc.circle);
     radii.push_back(arc.circle.radius);
-    across.push_back(circle.radius);
-    residuals.push_back(circle.rms);
+    residuals.push_back(arc.circle.rms);
+    const auto direction = directionAround(track, i);
+    if (const auto circle = direction ? circleAcross(scan, arc, *direction) : std::nullopt) {
+      across.push_back(circle->radius);
+    }
   }
   std::tie(track.meanRadius, track.radiusDeviation) = meanOf(radii);
-  std::tie(track.radiusAcross, track.acrossDeviation) = meanOf(across);
   track.meanRms = meanOf(residuals).first;
+  const bool hasAxis = 2 * across.size() > radii.size();
+  std::tie(track.radiusAcross, track.acrossDeviation) =
+      hasAxis ? meanOf(across) : std::pair(std::nan(""), std::nan(""));
 }
 
 ArcTrack measured(const Scan& scan, Chain chain) {
@@ -164,7 +177,7 @@ std::vector<ArcTrack> followArcs(const Scan& scan, const FoundArcs& found, const
   for (Chain& chain : chains) {
     ArcTrack track = measured(scan, std::move(chain));
     // The library keeps trees of the last line whatever their length.
-    if (track.length > params.grow.minLTypeTreeLen) {
+    if (track.length > params.grow.minLTypeTreeLen && track.coverage >= params.minCoverage) {
       tracks.push_back(std::move(track));
     }
   }

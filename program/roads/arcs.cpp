@@ -23,18 +23,16 @@ std::vector<cv::Point2d> sectionOf(const Line& line, int first, int last) {
   return points;
 }
 
-/// Angle of two points around a centre, on the side of the sensor.
+/// Angle of two points around a centre.
 double spanOf(const cv::Point2d& start, const cv::Point2d& end, const cv::Point2d& centre) {
   const cv::Point2d a = start - centre;
   const cv::Point2d b = end - centre;
-  const double angle = std::abs(std::atan2(a.cross(b), a.dot(b))) * kDegrees;
-  const bool isMoreThanHalf = 0.5 * (a.y + b.y) > 0.0;
-  return isMoreThanHalf ? 360.0 - angle : angle;
+  return std::abs(std::atan2(a.cross(b), a.dot(b))) * kDegrees;
 }
 
 /// Whether an arc is the near side of a circle that is wanted.
 bool isWanted(const Arc& arc, const ArcParams& params) {
-  const bool isNearSide = arc.circle.centre.y - arc.circle.radius < std::min(arc.start.z, arc.end.z);
+  const bool isNearSide = arc.meanZ < arc.circle.centre.y;
   const double minWidth = arc.kind == ArcKind::ring ? params.width.min : params.minTubeWidth;
   return isNearSide && arc.width >= minWidth && arc.width <= params.width.max &&
          arc.circle.radius >= params.radius.min && arc.circle.radius <= params.radius.max &&
@@ -42,32 +40,75 @@ bool isWanted(const Arc& arc, const ArcParams& params) {
 }
 
 std::optional<Arc> arcOf(const Line& line, int lineIdx, ArcKind kind, int first, int last) {
-  const std::optional<Circle> circle = fitCircle(sectionOf(line, first, last));
+  const std::vector<cv::Point2d> section = sectionOf(line, first, last);
+  const std::optional<Circle> circle = fitCircle(section);
   if (!circle) {
     return std::nullopt;
+  }
+  double meanZ = 0.0;
+  for (const cv::Point2d& p : section) {
+    meanZ += p.y / static_cast<double>(section.size());
   }
   const STesk3DPoint& a = line[static_cast<std::size_t>(first)].pt3D;
   const STesk3DPoint& b = line[static_cast<std::size_t>(last)].pt3D;
   const cv::Point2d start(a.y, a.z);
   const cv::Point2d end(b.y, b.z);
   return Arc{kind, lineIdx,  first, last, a, b, cv::norm(end - start),
-             spanOf(start, end, circle->centre), *circle};
+             spanOf(start, end, circle->centre), meanZ, *circle};
 }
 
-/// The extents of the arcs of one kind. Ring arcs are found on the smoothed line: noise must not turn
-/// the profile towards the sensor anywhere on an arc.
+/// Adds the extents of the ring arcs at one scale. The line is smooth: noise must not turn it towards
+/// the sensor anywhere on an arc.
+void addRings(Line& smooth, double scale, const ArcParams& params, std::vector<SQO_RUN>& extents) {
+  // What is not much wider than the arms is a corner.
+  constexpr double kWiderThanCorner = 3.0;
+  SQO_cornerParam corner = params.corner;
+  corner.scale = scale;
+  const bool isFirst = scale == params.corner.scale;
+  const double narrowest = isFirst ? params.width.min
+                                   : std::max(params.width.min, kWiderThanCorner * scale);
+  std::vector<SJU_segFeature> rings;
+  ju_getRingArcFeature(smooth, 0, corner, {narrowest, params.width.max}, rings);
+  for (const SJU_segFeature& ring : rings) {
+    extents.push_back({ring.startPtIdx, ring.endPtIdx - ring.startPtIdx + 1, 0});
+  }
+}
+
+/// The extents of the arcs of one kind, which may overlap. The larger a radius, the longer the arms
+/// have to be to turn by more than the noise.
 std::vector<SQO_RUN> extentsOf(const Line& clean, ArcKind kind, const ArcParams& params) {
   if (kind == ArcKind::tube) {
     return tubesOf(clean, params);
   }
-  Line smooth = smoothed(clean, params.cleaning);
-  std::vector<SJU_segFeature> rings;
-  ju_getRingArcFeature(smooth, 0, params.corner, params.width, rings);
+  Line smooth = smoothed(withoutNarrowHoles(clean, params.cleaning), params.cleaning);
   std::vector<SQO_RUN> extents;
-  for (const SJU_segFeature& ring : rings) {
-    extents.push_back({ring.startPtIdx, ring.endPtIdx - ring.startPtIdx + 1, 0});
+  double scale = params.corner.scale;
+  for (int i = 0; i < params.scales; ++i, scale *= 2.0) {
+    addRings(smooth, scale, params, extents);
   }
   return extents;
+}
+
+/// Of arcs that overlap, keeps the one with the most samples, unless it fits much worse.
+std::vector<Arc> withoutOverlaps(std::vector<Arc> arcs, const ArcParams& params) {
+  const double small = 0.1 * params.maxRms;
+  const auto worth = [&](const Arc& arc) {
+    return arc.circle.count / (arc.circle.rms * arc.circle.rms + small * small);
+  };
+  std::stable_sort(arcs.begin(), arcs.end(),
+                   [&](const Arc& a, const Arc& b) { return worth(a) > worth(b); });
+  std::vector<Arc> kept;
+  for (const Arc& arc : arcs) {
+    const bool isFree = std::none_of(kept.begin(), kept.end(), [&](const Arc& other) {
+      return arc.firstSample <= other.lastSample && other.firstSample <= arc.lastSample;
+    });
+    if (isFree) {
+      kept.push_back(arc);
+    }
+  }
+  std::sort(kept.begin(), kept.end(),
+            [](const Arc& a, const Arc& b) { return a.firstSample < b.firstSample; });
+  return kept;
 }
 
 void addArcs(const Line& clean,
@@ -76,13 +117,17 @@ void addArcs(const Line& clean,
              const ArcParams& params,
              std::vector<Arc>& arcs,
              long long& refused) {
+  std::vector<Arc> wanted;
   for (const SQO_RUN& extent : extentsOf(clean, kind, params)) {
     const auto arc = arcOf(clean, lineIdx, kind, extent.start, extent.start + extent.len - 1);
     if (arc && isWanted(*arc, params)) {
-      arcs.push_back(*arc);
+      wanted.push_back(*arc);
     } else {
       ++refused;
     }
+  }
+  for (const Arc& arc : withoutOverlaps(std::move(wanted), params)) {
+    arcs.push_back(arc);
   }
 }
 

@@ -23,6 +23,7 @@ enum class ArcKinds { ring, tube, both };
 struct ArcParams {
   CleaningParams cleaning;
   SQO_cornerParam corner;  ///< What turns, for ring arcs.
+  int scales;              ///< Ring arcs are searched at so many, each twice the one before.
   STeskRangeD width;       ///< Of an arc, from end to end; inclusive.
   STeskRangeD radius;      ///< Of its circle; inclusive.
   double maxRms;           ///< Of the distances from the circle.
@@ -30,9 +31,10 @@ struct ArcParams {
   double minTubeWidth;     ///< Of a tube, from end to end, in place of that of `width`.
   double tubeGap;          ///< A wider hole ends a tube.
   double tubeStep;         ///< So does a larger step in z.
-  double tubeHeight;       ///< Tubes lie at least this high over the plane.
+  double tubeHeight;       ///< If above 0.0, tubes are searched this high over the plane.
   double planeZ;           ///< z of that plane; infinite without one.
   SQO_treeGrowParam grow;
+  double minCoverage;  ///< Smallest share of the lines of a track, from 0.0 to 1.0.
   ArcKinds kinds = ArcKinds::ring;
 };
 
@@ -46,6 +48,7 @@ struct Arc {
   STesk3DPoint end;
   double width;   ///< Distance of start and end in y and z.
   double span;    ///< Angle of start and end around the centre, in degrees.
+  double meanZ;   ///< Of its samples.
   Circle circle;  ///< Its centre is y, z.
 };
 
@@ -64,9 +67,9 @@ struct ArcTrack {
   double coverage;         ///< Share of the lines from the first to the last.
   double meanRadius;       ///< In the planes of the lines.
   double radiusDeviation;  ///< Root mean square deviation from it.
-  double radiusAcross;     ///< Mean radius at a right angle to the centre line.
+  double meanRms;          ///< Mean residual of the circles.
+  double radiusAcross;     ///< Mean radius at a right angle to the centre line; NaN if it has kinks.
   double acrossDeviation;  ///< Root mean square deviation from it.
-  double meanRms;          ///< Mean residual of the circles across.
   CentreLine centreLine;
 };
 

@@ -18,7 +18,11 @@ struct CleaningParams {
 /// A line without its outliers, and not smoothed.
 Line withoutOutliers(const Line& line, const CleaningParams& params);
 
-/// The same line smoothed.
+/// A line with narrow holes filled by straight lines, where its z has no step. Smoothing would cut
+/// there and take one-sided means.
+Line withoutNarrowHoles(const Line& line, const CleaningParams& params);
+
+/// A line smoothed.
 Line smoothed(const Line& line, const CleaningParams& params);
 
 }  // namespace program

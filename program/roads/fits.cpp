@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include <scanline/fits.h>
 
@@ -132,11 +133,6 @@ std::optional<Circle> fitCircle(const std::vector<cv::Point2d>& points) {
     return std::abs(cv::norm(p - first->centre) - first->radius) <= kFar * first->rms;
   });
   return near.size() < points.size() ? fitOnce(near) : first;
-}
-
-STesk3DPoint directionOf(const std::vector<STesk3DPoint>& points) {
-  CentreLine line{};
-  return fitStraight(points, line) ? line.direction : STesk3DPoint{1.0, 0.0, 0.0};
 }
 
 }  // namespace program

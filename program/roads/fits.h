@@ -53,7 +53,4 @@ struct Circle {
  */
 std::optional<Circle> fitCircle(const std::vector<cv::Point2d>& points);
 
-/// The direction of the points, of unit length with x not negative; along x for fewer than two.
-STesk3DPoint directionOf(const std::vector<STesk3DPoint>& points);
-
 }  // namespace program

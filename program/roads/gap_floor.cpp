@@ -112,7 +112,23 @@ std::optional<Gap> withinLimits(const Gap& gap, const STeskRangeD& limits) {
 Gap gapBetween(const Line& line, int lineIdx, int first, int last) {
   const STesk3DPoint& a = at(line, first).pt3D;
   const STesk3DPoint& b = at(line, last).pt3D;
-  return {lineIdx, {{{first, a}, {last, b}}}, compute2DLen(a, b), std::nan(""), true};
+  return {lineIdx, {{{first, a}, {last, b}}}, compute2DLen(a, b), std::nan(""), std::nan(""), true};
+}
+
+/// Whether the rim ends at a wall: the next sample lies at half of the depth or deeper.
+bool endsAtWall(const Line& line, const GapEdge& edge, int inward, double depth) {
+  for (int i = edge.sample + inward; isInside(line, i); i += inward) {
+    if (isMeasured(at(line, i))) {
+      return at(line, i).pt3D.z - edge.at.z > 0.5 * depth;
+    }
+  }
+  return false;
+}
+
+/// A wall stands anywhere between the last sample of its rim and the next one: in the mean half a
+/// spacing farther inward than the edge.
+double widthOfWalls(double width, int walls, double spacing) {
+  return std::max(width - 0.5 * spacing * walls, 0.0);
 }
 
 }  // namespace
@@ -128,7 +144,11 @@ std::optional<Gap> gapWithFloor(
   const int start = movedToRimEnd(line, first, middle, -1, params);
   const int end = movedToRimEnd(line, last, middle, 1, params);
   Gap gap = gapBetween(line, lineIdx, start, end);
+  gap.medianDepth = quantile(z, 0.5) - rim;
   gap.depth = floorLevel(std::move(z), rim) - rim;
+  const int walls = static_cast<int>(endsAtWall(line, gap.edges[0], 1, gap.depth)) +
+                    static_cast<int>(endsAtWall(line, gap.edges[1], -1, gap.depth));
+  gap.width = widthOfWalls(gap.width, walls, params.sampleSpacing);
   gap.isOpen = false;
   return withinLimits(gap, params.width);
 }
@@ -136,9 +156,12 @@ std::optional<Gap> gapWithFloor(
 std::optional<Gap> openGap(
     const Line& line, int lineIdx, int first, int last, const GapParams& params) {
   const double step = rimLevel(line, first, -1) - rimLevel(line, last, 1);
-  return std::abs(step) <= params.rimLevel
-             ? withinLimits(gapBetween(line, lineIdx, first, last), params.width)
-             : std::nullopt;
+  if (!(std::abs(step) <= params.rimLevel)) {
+    return std::nullopt;
+  }
+  Gap gap = gapBetween(line, lineIdx, first, last);
+  gap.width = widthOfWalls(gap.width, 2, params.sampleSpacing);
+  return withinLimits(gap, params.width);
 }
 
 }  // namespace program

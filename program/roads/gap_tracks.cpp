@@ -96,7 +96,10 @@ std::vector<GapTrack> followGaps(const FoundGaps& found, const GapParams& params
   std::vector<GapTrack> tracks;
   tracks.reserve(trees.size());
   for (const SQO_gapFeatureTree& tree : trees) {
-    tracks.push_back(measured(tree, found));
+    GapTrack track = measured(tree, found);
+    if (track.coverage >= params.minCoverage) {
+      tracks.push_back(std::move(track));
+    }
   }
   std::stable_sort(tracks.begin(), tracks.end(),
                    [](const GapTrack& a, const GapTrack& b) { return a.length > b.length; });

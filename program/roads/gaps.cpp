@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 #include <optional>
-#include <utility>
 
 #include "roads/gap_floor.h"
 
@@ -46,14 +45,15 @@ const STesk3DPoint& pointAt(const Line& line, int index) {
   return line[static_cast<std::size_t>(index)].pt3D;
 }
 
-/// The first edge after edge number `i` with which it makes a gap. Edges in between are part of the
-/// floor, so the search ends at one that is not deeper.
-std::optional<std::pair<Gap, std::size_t>> gapFrom(const Line& line,
-                                                   int lineIdx,
-                                                   const std::vector<int>& edges,
-                                                   std::size_t i,
-                                                   const GapParams& params) {
-  constexpr std::size_t kMostInFloor = 16;
+/// Adds all gaps that begin at edge number `i`. Edges that are deeper are part of the floor, so the
+/// search ends at one that is not.
+void addGapsFrom(const Line& line,
+                 int lineIdx,
+                 const std::vector<int>& edges,
+                 std::size_t i,
+                 const GapParams& params,
+                 std::vector<Gap>& gaps) {
+  constexpr std::size_t kMostInFloor = 32;
   const double farthest = params.width.max + 2.0 * params.corner.scale;
   const STesk3DPoint& start = pointAt(line, edges[i]);
   for (std::size_t j = i + 1; j < edges.size() && j <= i + 1 + kMostInFloor; ++j) {
@@ -62,44 +62,45 @@ std::optional<std::pair<Gap, std::size_t>> gapFrom(const Line& line,
       break;
     }
     if (const auto gap = gapWithFloor(line, lineIdx, edges[i], edges[j], params)) {
-      return std::pair(*gap, j);
+      gaps.push_back(*gap);
     }
     if (end.z <= start.z + params.minDepth) {
       break;
     }
   }
-  return std::nullopt;
 }
 
-/// Gaps between corners. Of one inside another, the inner one.
+bool overlaps(const Gap& a, const Gap& b) {
+  return a.edges[0].sample < b.edges[1].sample && b.edges[0].sample < a.edges[1].sample;
+}
+
+bool overlapsAny(const Gap& gap, const std::vector<Gap>& others) {
+  return std::any_of(others.begin(), others.end(),
+                     [&](const Gap& other) { return overlaps(gap, other); });
+}
+
+/// Gaps between corners. Of those that overlap, such as a slot in a dish, the one with the deepest
+/// floor.
 std::vector<Gap> gapsWithFloor(const Line& line,
                                int lineIdx,
                                const GapParams& params,
                                long long& refused) {
   const std::vector<int> edges = edgesOf(line, params);
-  std::vector<Gap> gaps;
-  std::size_t endOfLast = 0;
+  std::vector<Gap> all;
   for (std::size_t i = 0; i + 1 < edges.size(); ++i) {
-    const auto found = gapFrom(line, lineIdx, edges, i, params);
-    if (!found) {
-      ++refused;
-      continue;
+    const std::size_t before = all.size();
+    addGapsFrom(line, lineIdx, edges, i, params, all);
+    refused += all.size() == before ? 1 : 0;
+  }
+  std::stable_sort(all.begin(), all.end(),
+                   [](const Gap& a, const Gap& b) { return a.medianDepth > b.medianDepth; });
+  std::vector<Gap> gaps;
+  for (const Gap& gap : all) {
+    if (!overlapsAny(gap, gaps)) {
+      gaps.push_back(gap);
     }
-    const bool isInLast = i < endOfLast;
-    if (isInLast && found->second > endOfLast) {
-      continue;
-    }
-    if (isInLast) {
-      gaps.pop_back();
-    }
-    gaps.push_back(found->first);
-    endOfLast = found->second;
   }
   return gaps;
-}
-
-bool overlaps(const Gap& a, const Gap& b) {
-  return a.edges[0].sample < b.edges[1].sample && b.edges[0].sample < a.edges[1].sample;
 }
 
 /// Adds the gaps that are holes of the line, where no other gap is.
@@ -113,8 +114,7 @@ void addOpenGaps(const Line& line, int lineIdx, const GapParams& params, std::ve
     const auto gap = before >= 0 && i > before + 1 ? openGap(line, lineIdx, before, i, params)
                                                    : std::nullopt;
     before = i;
-    if (gap && std::none_of(others.begin(), others.end(),
-                            [&](const Gap& other) { return overlaps(*gap, other); })) {
+    if (gap && !overlapsAny(*gap, others)) {
       gaps.push_back(*gap);
     }
   }
@@ -130,10 +130,10 @@ std::vector<Gap> gapsOfLine(const Line& line, int lineIdx, const GapParams& para
   }
   if (params.floors != GapFloors::measured) {
     addOpenGaps(clean, lineIdx, params, gaps);
-    std::sort(gaps.begin(), gaps.end(), [](const Gap& a, const Gap& b) {
-      return a.edges[0].sample < b.edges[0].sample;
-    });
   }
+  std::sort(gaps.begin(), gaps.end(), [](const Gap& a, const Gap& b) {
+    return a.edges[0].sample < b.edges[0].sample;
+  });
   return gaps;
 }
 

@@ -21,10 +21,12 @@ struct GapParams {
   CleaningParams cleaning;
   SQO_cornerParam corner;  ///< What makes an edge.
   STeskRangeD width;       ///< Of a gap, in the x-y plane; both strict.
+  double sampleSpacing;
   double minDepth;         ///< The floor lies at least this much farther than both edges.
   double rimBand;          ///< A rim's samples lie within this of a straight line.
   double rimLevel;         ///< Largest difference in z of the edges of an open gap.
   SQO_treeGrowParam grow;
+  double minCoverage;  ///< Smallest share of the lines of a track, from 0.0 to 1.0.
   GapFloors floors = GapFloors::any;
 };
 
@@ -38,9 +40,10 @@ struct GapEdge {
 struct Gap {
   int line;
   std::array<GapEdge, 2> edges;  ///< In the order of the samples.
-  double width;                  ///< Distance of the edges in the x-y plane.
-  double depth;  ///< Of the floor below the farther edge; NaN without a floor.
-  bool isOpen;   ///< There is no sample between the edges.
+  double width;  ///< Distance of the edges in the x-y plane, less what the spacing adds to it.
+  double depth;  ///< Of the floor below the farther rim, flanks left out; NaN without a floor.
+  double medianDepth;  ///< Of all samples between the edges; NaN without a floor.
+  bool isOpen;         ///< There is no sample between the edges.
 };
 
 /// The gaps of the lines, and how many pairs of edges are none.

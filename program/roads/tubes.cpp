@@ -1,14 +1,15 @@
 #include "roads/tubes.h"
 
-#include <cmath>
+#include <limits>
 #include <opencv2/core.hpp>
 
 namespace program {
 namespace {
 
-/// A line without the samples on and near the plane, which would connect the tubes on it.
+/// A line without the samples that lie lower than asked for, which would connect tubes on a plane.
 Line overPlane(Line line, const ArcParams& params) {
-  const double limit = params.planeZ - params.tubeHeight;
+  const double limit = params.tubeHeight > 0.0 ? params.planeZ - params.tubeHeight
+                                               : std::numeric_limits<double>::infinity();
   for (STesk3DPosition& sample : line) {
     if (sample.pt3D.z > limit) {
       sample.pt3D.z = 0.0;
