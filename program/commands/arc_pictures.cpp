@@ -59,20 +59,23 @@ std::size_t lineOfMost(const FoundArcs& found) {
   return best[best.size() / 2];
 }
 
-/// A circle's near part, a little longer than the arc, as samples; z beyond the near half would not
-/// belong to the profile.
-void appendCircle(const Arc& arc, Line& samples) {
-  constexpr int kSteps = 60;
-  constexpr double kLonger = 1.15;
+/// A place on an arc's circle, from 0.0 at its start to 1.0 at its end.
+STesk3DPoint onCircle(const Arc& arc, double share) {
   const Circle& circle = arc.circle;
   const double from = std::atan2(arc.start.y - circle.centre.x, circle.centre.y - arc.start.z);
   const double to = std::atan2(arc.end.y - circle.centre.x, circle.centre.y - arc.end.z);
-  const double middle = 0.5 * (from + to);
+  const double angle = from + share * (to - from);
+  return {arc.start.x, circle.centre.x + circle.radius * std::sin(angle),
+          circle.centre.y - circle.radius * std::cos(angle)};
+}
+
+/// A circle's part along the arc, and a little beyond, as samples; a missing one ends it.
+void appendCircle(const Arc& arc, Line& samples) {
+  constexpr int kSteps = 60;
+  constexpr double kBeyond = 0.08;
   for (int i = 0; i <= kSteps; ++i) {
-    const double angle = middle + kLonger * (to - from) * (static_cast<double>(i) / kSteps - 0.5);
-    samples.push_back({0,
-                       {arc.start.x, circle.centre.x + circle.radius * std::sin(angle),
-                        circle.centre.y - circle.radius * std::cos(angle)}});
+    const double share = (1.0 + 2.0 * kBeyond) * i / kSteps - kBeyond;
+    samples.push_back({0, onCircle(arc, share)});
   }
   samples.push_back({0, {}});
 }
@@ -121,10 +124,8 @@ Picture arcProfile(const InputOptions& input, const PreparedScan& scan, const Fo
   Line circles;
   for (const Arc& arc : found.lines[l]) {
     appendCircle(arc, circles);
-    const Circle& circle = arc.circle;
-    content.marks.push_back({{arc.start.x, circle.centre.x, circle.centre.y - circle.radius},
-                             colourOf(arc.kind),
-                             "r " + significant(circle.radius, 4)});
+    content.marks.push_back(
+        {onCircle(arc, 0.5), colourOf(arc.kind), "r " + significant(arc.circle.radius, 4)});
   }
   content.title = "Arcs on line " + std::to_string(l) + " of " + fileNameOf(input);
   content.subtitle = grouped(static_cast<long long>(found.lines[l].size())) +
@@ -136,7 +137,9 @@ Picture arcProfile(const InputOptions& input, const PreparedScan& scan, const Fo
   return profilePicture(scan.plane, std::move(content));
 }
 
-bool writeArcsAsPly(const std::string& path, const Scan& scan, const std::vector<ArcTrack>& tracks) {
+bool writeArcsAsPly(const std::string& path,
+                    const Scan& scan,
+                    const std::vector<ArcTrack>& tracks) {
   std::vector<PlyPath> paths;
   for (const ArcTrack& track : tracks) {
     paths.push_back({endLine(track, &Arc::start), kEnds});

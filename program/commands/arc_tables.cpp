@@ -56,14 +56,13 @@ Table trackTable(const std::vector<ArcTrack>& tracks,
   const bool zIsHeight = plane.chosen && !plane.chosen->isGround;
   for (const ArcTrack& track : tracks) {
     const CentreLine& line = track.centreLine;
-    table.rows.push_back(
-        {static_cast<long long>(table.rows.size() + 1), nameOf(track.kind),
-         static_cast<long long>(track.arcs.front().line),
-         static_cast<long long>(track.arcs.back().line), 100.0 * track.coverage, track.length,
-         track.meanRadius, track.radiusDeviation, track.meanRms, track.radiusAcross,
-         track.acrossDeviation, line.centre.x, line.centre.y, plane.shown(line.centre.z),
-         line.direction.x, line.direction.y,
-         zIsHeight ? -line.direction.z : line.direction.z, line.deviation.rms});
+    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), nameOf(track.kind),
+                          static_cast<long long>(track.arcs.front().line),
+                          static_cast<long long>(track.arcs.back().line), 100.0 * track.coverage,
+                          track.length, track.meanRadius, track.radiusDeviation, track.meanRms,
+                          track.radiusAcross, track.acrossDeviation, line.centre.x, line.centre.y,
+                          plane.shown(line.centre.z), line.direction.x, line.direction.y,
+                          zIsHeight ? -line.direction.z : line.direction.z, line.deviation.rms});
   }
   return table;
 }
@@ -71,23 +70,32 @@ Table trackTable(const std::vector<ArcTrack>& tracks,
 Table arcTable(const FoundArcs& found,
                const std::vector<ArcTrack>& tracks,
                const PlaneChoice& plane) {
-  Table table = {"arcs", "",
-                 {{"track", ""},        {"kind", ""},     {"line", ""},     {"first sample", ""},
-                  {"last sample", ""},  {"x", ""},        {"centre y", ""}, {"centre z", ""},
-                  {"radius", ""},       {"residual", ""}, {"samples", ""},  {"span", ""},
+  Table table = {"arcs",
+                 "",
+                 {{"track", ""},
+                  {"kind", ""},
+                  {"line", ""},
+                  {"first sample", ""},
+                  {"last sample", ""},
+                  {"x", ""},
+                  {"centre y", ""},
+                  {"centre z", ""},
+                  {"radius", ""},
+                  {"residual", ""},
+                  {"samples", ""},
+                  {"span", ""},
                   {"width", ""}},
                  {}};
   const std::map<ArcKey, long long> ids = tracksOf(tracks);
   for (const std::vector<Arc>& line : found.lines) {
     for (const Arc& arc : line) {
       const auto id = ids.find(keyOf(arc));
-      table.rows.push_back({id == ids.end() ? Cell{} : Cell{id->second}, nameOf(arc.kind),
-                            static_cast<long long>(arc.line),
-                            static_cast<long long>(arc.firstSample),
-                            static_cast<long long>(arc.lastSample),
-                            0.5 * (arc.start.x + arc.end.x), arc.circle.centre.x,
-                            plane.shown(arc.circle.centre.y), arc.circle.radius, arc.circle.rms,
-                            static_cast<long long>(arc.circle.count), arc.span, arc.width});
+      table.rows.push_back(
+          {id == ids.end() ? Cell{} : Cell{id->second}, nameOf(arc.kind),
+           static_cast<long long>(arc.line), static_cast<long long>(arc.firstSample),
+           static_cast<long long>(arc.lastSample), 0.5 * (arc.start.x + arc.end.x),
+           arc.circle.centre.x, plane.shown(arc.circle.centre.y), arc.circle.radius, arc.circle.rms,
+           static_cast<long long>(arc.circle.count), arc.span, arc.width});
     }
   }
   return table;

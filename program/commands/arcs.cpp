@@ -61,12 +61,12 @@ void warnIfNone(const FoundArcs& found, const std::vector<ArcTrack>& tracks, Mes
                 countOf(found) > 0
                     ? "No arc could be followed across the scan, though lines have some. Raise "
                       "--tree-lines and --tree-y, or lower --tree-length"
-                    : found.refused > 0
-                          ? "No line has an arc that fits a circle within the limits. Raise "
-                            "--arc-rms, widen --arc-width-min and --arc-width-max, or lower "
-                            "--arc-span"
-                          : "No line has an arc. Try another --arc-scale, or --kind tube for "
-                            "narrow objects with holes around them");
+                : found.refused > 0
+                    ? "No line has an arc that fits a circle within the limits. Raise "
+                      "--arc-rms, widen --arc-width-min and --arc-width-max, or lower "
+                      "--arc-span"
+                    : "No line has an arc. Try another --arc-scale, or --kind tube for "
+                      "narrow objects with holes around them");
 }
 
 void addPictures(const Arcs& arcs,
@@ -98,8 +98,8 @@ void run(Arcs& arcs) {
   Report report;
   report.command = "arcs";
   report.csvTable = "arcs";
-  report.fields = {inputField(arcs.input, scan.loaded, scan.raw),
-                   axesField(arcs.input, scan.plane), planeField(scan.plane)};
+  report.fields = {inputField(arcs.input, scan.loaded, scan.raw), axesField(arcs.input, scan.plane),
+                   planeField(scan.plane)};
   report.lines = describe(arcs.input, scan);
   report.lines.push_back(countsOf(found, tracks));
   report.tables = {trackTable(tracks, scan.plane, arcs.input.unit),
@@ -116,7 +116,8 @@ void run(Arcs& arcs) {
 /// Accepts the name of a picture.
 std::string checkPicture(const std::string& path) {
   const auto endsWith = [&](const std::string& end) {
-    return path.size() >= end.size() && path.compare(path.size() - end.size(), end.size(), end) == 0;
+    return path.size() >= end.size() &&
+           path.compare(path.size() - end.size(), end.size(), end) == 0;
   };
   return endsWith(".png") || endsWith(".svg") ? "" : "'" + path + "' must end in .png or .svg";
 }

@@ -37,13 +37,13 @@ Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit) {
                   {"longest one", unit, 2}},
                  {}};
   for (const GapTrack& track : tracks) {
-    table.rows.push_back(
-        {static_cast<long long>(table.rows.size() + 1),
-         static_cast<long long>(track.gaps.front().line),
-         static_cast<long long>(track.gaps.back().line), 100.0 * track.coverage, track.length,
-         track.meanWidth, track.width.min, track.width.max, track.widthAcross, track.meanDepth,
-         floorOf(track),
-         static_cast<long long>(track.interruptions.size()), longestInterruption(track)});
+    table.rows.push_back({static_cast<long long>(table.rows.size() + 1),
+                          static_cast<long long>(track.gaps.front().line),
+                          static_cast<long long>(track.gaps.back().line), 100.0 * track.coverage,
+                          track.length, track.meanWidth, track.width.min, track.width.max,
+                          track.widthAcross, track.meanDepth, floorOf(track),
+                          static_cast<long long>(track.interruptions.size()),
+                          longestInterruption(track)});
   }
   return table;
 }
@@ -51,23 +51,24 @@ Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit) {
 Table centreLineTable(const std::vector<GapTrack>& tracks,
                       const PlaneChoice& plane,
                       const std::string& unit) {
-  Table table = {"centre_lines",
-                 "Centre lines: through x, y, z along dx, dy, dz, or y = a (x - x0)^2 + b (x - x0) + c",
-                 {{"gap", ""},
-                  {"fit", ""},
-                  {"rms", unit},
-                  {"largest", unit},
-                  {"x", "", 2},
-                  {"y", "", 2},
-                  {"z", "", 2},
-                  {"dx", "", 4},
-                  {"dy", "", 4},
-                  {"dz", "", 4},
-                  {"x0", "", 2},
-                  {"a", "", 8},
-                  {"b", "", 6},
-                  {"c", ""}},
-                 {}};
+  Table table = {
+      "centre_lines",
+      "Centre lines: through x, y, z along dx, dy, dz, or y = a (x - x0)^2 + b (x - x0) + c",
+      {{"gap", ""},
+       {"fit", ""},
+       {"rms", unit},
+       {"largest", unit},
+       {"x", "", 2},
+       {"y", "", 2},
+       {"z", "", 2},
+       {"dx", "", 4},
+       {"dy", "", 4},
+       {"dz", "", 4},
+       {"x0", "", 2},
+       {"a", "", 8},
+       {"b", "", 6},
+       {"c", ""}},
+      {}};
   const bool zIsHeight = plane.chosen && !plane.chosen->isGround;
   for (const GapTrack& track : tracks) {
     const CentreLine& line = track.centreLine;
@@ -75,8 +76,8 @@ Table centreLineTable(const std::vector<GapTrack>& tracks,
     const Deviation& deviation = line.parabola ? line.parabola->deviation : line.deviation;
     table.rows.push_back({static_cast<long long>(table.rows.size() + 1),
                           std::string(line.parabola ? "parabola" : "line"), deviation.rms,
-                          deviation.max, line.centre.x, line.centre.y, plane.shown(line.centre.z), line.direction.x,
-                          line.direction.y, dz});
+                          deviation.max, line.centre.x, line.centre.y, plane.shown(line.centre.z),
+                          line.direction.x, line.direction.y, dz});
     std::vector<Cell>& row = table.rows.back();
     if (const auto& parabola = line.parabola) {
       row.insert(row.end(), {parabola->x0, parabola->a, parabola->b, parabola->c});
@@ -115,8 +116,7 @@ Table gapNodeTable(const std::vector<GapTrack>& tracks, const PlaneChoice& plane
         row.insert(row.end(), {static_cast<long long>(edge.sample), edge.at.x, edge.at.y,
                                plane.shown(edge.at.z)});
       }
-      row.insert(row.end(),
-                 {gap.width, gap.depth, std::string(gap.isOpen ? "open" : "measured")});
+      row.insert(row.end(), {gap.width, gap.depth, std::string(gap.isOpen ? "open" : "measured")});
       table.rows.push_back(std::move(row));
     }
   }

@@ -68,7 +68,9 @@ Picture pictureOf(const Gaps& gaps, const PreparedScan& scan, const std::vector<
   return mapPicture(scan.loaded.scan, scan.extent, scan.plane, std::move(content));
 }
 
-bool writeGapsAsPly(const std::string& path, const Scan& scan, const std::vector<GapTrack>& tracks) {
+bool writeGapsAsPly(const std::string& path,
+                    const Scan& scan,
+                    const std::vector<GapTrack>& tracks) {
   std::vector<PlyPath> paths;
   for (const GapTrack& track : tracks) {
     paths.push_back({edgeLine(track, 0), kEdges});
@@ -124,12 +126,13 @@ void run(Gaps& gaps) {
   Report report;
   report.command = "gaps";
   report.csvTable = "nodes";
-  report.fields = {inputField(gaps.input, scan.loaded, scan.raw),
-                   axesField(gaps.input, scan.plane), planeField(scan.plane)};
+  report.fields = {inputField(gaps.input, scan.loaded, scan.raw), axesField(gaps.input, scan.plane),
+                   planeField(scan.plane)};
   report.lines = describe(gaps.input, scan);
   const std::vector<std::string> counts = countsOf(found, tracks);
   report.lines.insert(report.lines.end(), counts.begin(), counts.end());
-  report.tables = {gapTable(tracks, gaps.input.unit), centreLineTable(tracks, scan.plane, gaps.input.unit),
+  report.tables = {gapTable(tracks, gaps.input.unit),
+                   centreLineTable(tracks, scan.plane, gaps.input.unit),
                    interruptionTable(tracks, gaps.input.unit), gapNodeTable(tracks, scan.plane)};
   if (!gaps.common.ply.empty()) {
     session.files.add(gaps.common.ply, [&](const std::string& path) {
@@ -155,8 +158,9 @@ void addGaps(CLI::App& program, Body& body) {
   const std::map<std::string, GapFloors> floors = {
       {"any", GapFloors::any}, {"measured", GapFloors::measured}, {"open", GapFloors::open}};
   command
-      ->add_option("--floor", gaps->floors,
-                   "Gaps with a measured floor, open ones without any samples, or any (default: any)")
+      ->add_option(
+          "--floor", gaps->floors,
+          "Gaps with a measured floor, open ones without any samples, or any (default: any)")
       ->transform(CLI::CheckedTransformer(floors).description(""))
       ->type_name("KIND")
       ->group("Method");

@@ -9,10 +9,10 @@ namespace {
 void addCircleParameters(Parameters& p) {
   p.addDerived("arc.width-min", Kind::length, "3 times the scale",
                "Smallest distance of the ends of a ring arc");
-  p.addDerived("arc.width-max", Kind::length, "half of the scan's extent in y",
+  p.addDerived("arc.width-max", Kind::length, "the scan's extent in y",
                "Largest distance of the ends of an arc");
   p.addDerived("arc.radius-min", Kind::length, "2 sample spacings", "Smallest radius");
-  p.addDerived("arc.radius-max", Kind::length, "half of the scan's extent in y", "Largest radius");
+  p.addDerived("arc.radius-max", Kind::length, "the scan's extent in y", "Largest radius");
   p.addDerived("arc.rms", Kind::length, "4 times the noise or half a sample spacing, the larger",
                "Largest rms distance of the samples from the circle");
   p.add("arc.span", Kind::angle, 45, "Smallest part of a circle");
@@ -37,7 +37,8 @@ void check(const ArcParams& params) {
                   "--arc-scale unless given. Give both");
   }
   if (params.radius.min >= params.radius.max) {
-    throw Failure(ExitCode::usage, "--arc-radius-min must be less than --arc-radius-max. Give both");
+    throw Failure(ExitCode::usage,
+                  "--arc-radius-min must be less than --arc-radius-max. Give both");
   }
   if (params.cleaning.smoothWindow % 2 == 0 && params.cleaning.smoothWindow > 0) {
     throw Failure(ExitCode::usage,
@@ -56,9 +57,9 @@ double deriveFrom(Parameters& p, const Extent& extent) {
   p.derive("smooth.step-z", std::max(3.0 * spacing, 6.0 * extent.noise));
   p.derive("arc.step-z", 4.0 * scale);
   p.derive("arc.width-min", 3.0 * scale);
-  p.derive("arc.width-max", std::max(0.5 * span, 10.0 * scale));
+  p.derive("arc.width-max", std::max(span, 10.0 * scale));
   p.derive("arc.radius-min", 2.0 * spacing);
-  p.derive("arc.radius-max", std::max(0.5 * span, 10.0 * scale));
+  p.derive("arc.radius-max", std::max(span, 10.0 * scale));
   p.derive("arc.rms", std::max(4.0 * extent.noise, 0.5 * spacing));
   p.derive("tube.width-min", 6.0 * spacing);
   p.derive("tube.gap-y", 4.0 * spacing);
@@ -119,8 +120,8 @@ ArcParams arcParams(Parameters& p, const Extent& extent, double planeZ) {
   params.tubeStep = p.get("tube.step-z");
   params.tubeHeight = p.get("tube.height");
   params.planeZ = planeZ;
-  params.grow = {p.get("tree.y"), p.get("tree.z"), p.count("tree.lines"), p.get("tree.distance"),
-                 p.get("tree.length"), 0.0};
+  params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
+                 p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
   check(params);
   return params;

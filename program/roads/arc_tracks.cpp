@@ -27,8 +27,8 @@ const Arc& arcOf(const FoundArcs& found, ArcKind kind, int line, int firstSample
 
 using Chain = std::vector<Arc>;
 
-/// The place of a circle that is nearest to the sensor. Noise moves it less than the ends of the arc,
-/// which lie on steep flanks.
+/// The place of a circle that is nearest to the sensor. Noise moves it less than the ends of the
+/// arc, which lie on steep flanks.
 STesk3DPoint topOf(const Arc& arc) {
   return {0.5 * (arc.start.x + arc.end.x), arc.circle.centre.x,
           arc.circle.centre.y - arc.circle.radius};
@@ -97,7 +97,9 @@ std::optional<STesk3DPoint> directionAround(const ArcTrack& track, std::size_t n
 }
 
 /// The circle of an arc's samples, seen along a direction.
-std::optional<Circle> circleAcross(const Scan& scan, const Arc& arc, const STesk3DPoint& direction) {
+std::optional<Circle> circleAcross(const Scan& scan,
+                                   const Arc& arc,
+                                   const STesk3DPoint& direction) {
   const STesk3DPoint aside = cross({0.0, 0.0, 1.0}, direction);
   const double length = std::sqrt(dot(aside, aside));
   if (!(length > 0.0)) {
@@ -168,7 +170,9 @@ ArcTrack measured(const Scan& scan, Chain chain) {
 
 }  // namespace
 
-std::vector<ArcTrack> followArcs(const Scan& scan, const FoundArcs& found, const ArcParams& params) {
+std::vector<ArcTrack> followArcs(const Scan& scan,
+                                 const FoundArcs& found,
+                                 const ArcParams& params) {
   std::vector<Chain> chains = ringChains(found, params.grow);
   for (Chain& chain : tubeChains(found, params.grow)) {
     chains.push_back(std::move(chain));

@@ -53,20 +53,21 @@ std::optional<Arc> arcOf(const Line& line, int lineIdx, ArcKind kind, int first,
   const STesk3DPoint& b = line[static_cast<std::size_t>(last)].pt3D;
   const cv::Point2d start(a.y, a.z);
   const cv::Point2d end(b.y, b.z);
-  return Arc{kind, lineIdx,  first, last, a, b, cv::norm(end - start),
-             spanOf(start, end, circle->centre), meanZ, *circle};
+  return Arc{
+      kind,  lineIdx, first, last, a, b, cv::norm(end - start), spanOf(start, end, circle->centre),
+      meanZ, *circle};
 }
 
-/// Adds the extents of the ring arcs at one scale. The line is smooth: noise must not turn it towards
-/// the sensor anywhere on an arc.
+/// Adds the extents of the ring arcs at one scale. The line is smooth: noise must not turn it
+/// towards the sensor anywhere on an arc.
 void addRings(Line& smooth, double scale, const ArcParams& params, std::vector<SQO_RUN>& extents) {
   // What is not much wider than the arms is a corner.
   constexpr double kWiderThanCorner = 3.0;
   SQO_cornerParam corner = params.corner;
   corner.scale = scale;
   const bool isFirst = scale == params.corner.scale;
-  const double narrowest = isFirst ? params.width.min
-                                   : std::max(params.width.min, kWiderThanCorner * scale);
+  const double narrowest =
+      isFirst ? params.width.min : std::max(params.width.min, kWiderThanCorner * scale);
   std::vector<SJU_segFeature> rings;
   ju_getRingArcFeature(smooth, 0, corner, {narrowest, params.width.max}, rings);
   for (const SJU_segFeature& ring : rings) {
@@ -133,7 +134,10 @@ void addArcs(const Line& clean,
 
 }  // namespace
 
-std::vector<Arc> arcsOfLine(const Line& line, int lineIdx, const ArcParams& params, long long& refused) {
+std::vector<Arc> arcsOfLine(const Line& line,
+                            int lineIdx,
+                            const ArcParams& params,
+                            long long& refused) {
   const Line clean = withoutOutliers(line, params.cleaning);
   std::vector<Arc> arcs;
   if (params.kinds != ArcKinds::tube) {

@@ -12,8 +12,8 @@
 
 namespace program {
 
-/// A ring arc is a part of a line that turns away from the sensor throughout, a tube a narrow run of
-/// samples of its own with a top.
+/// A ring arc is a part of a line that turns away from the sensor throughout, a tube a narrow run
+/// of samples of its own with a top.
 enum class ArcKind { ring, tube };
 
 /// Which arcs are looked for.
@@ -68,7 +68,7 @@ struct ArcTrack {
   double meanRadius;       ///< In the planes of the lines.
   double radiusDeviation;  ///< Root mean square deviation from it.
   double meanRms;          ///< Mean residual of the circles.
-  double radiusAcross;     ///< Mean radius at a right angle to the centre line; NaN if it has kinks.
+  double radiusAcross;  ///< Mean radius at a right angle to the centre line; NaN if it has kinks.
   double acrossDeviation;  ///< Root mean square deviation from it.
   CentreLine centreLine;
 };
@@ -80,7 +80,10 @@ void addArcParameters(Parameters& parameters);
 ArcParams arcParams(Parameters& parameters, const Extent& extent, double planeZ);
 
 /// The arcs of one line, in order; adds those that fit no wanted circle to `refused`.
-std::vector<Arc> arcsOfLine(const Line& line, int lineIdx, const ArcParams& params, long long& refused);
+std::vector<Arc> arcsOfLine(const Line& line,
+                            int lineIdx,
+                            const ArcParams& params,
+                            long long& refused);
 
 /// The arcs of all lines of a scan whose z is a distance.
 FoundArcs findArcs(const Scan& scan, const ArcParams& params, Progress& progress);

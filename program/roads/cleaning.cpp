@@ -24,8 +24,8 @@ Line withoutNarrowHoles(const Line& line, const CleaningParams& params) {
     if (before + 1 < i) {
       const STesk3DPoint& a = line[before].pt3D;
       const STesk3DPoint& b = line[i].pt3D;
-      const bool isNarrow = std::abs(b.y - a.y) <= params.smoothStepY &&
-                            std::abs(b.z - a.z) <= params.smoothStepZ;
+      const bool isNarrow =
+          std::abs(b.y - a.y) <= params.smoothStepY && std::abs(b.z - a.z) <= params.smoothStepZ;
       for (std::size_t k = before + 1; isNarrow && k < i; ++k) {
         const double share = static_cast<double>(k - before) / static_cast<double>(i - before);
         result[k].pt3D = {a.x + share * (b.x - a.x), a.y + share * (b.y - a.y),

@@ -41,8 +41,8 @@ CentreLine fitCentreLine(const std::vector<STesk3DPoint>& points);
 struct Circle {
   cv::Point2d centre;
   double radius;
-  double rms;    ///< Root mean square distance of the points from the circle.
-  int count;     ///< Points that it was fitted to.
+  double rms;  ///< Root mean square distance of the points from the circle.
+  int count;   ///< Points that it was fitted to.
 };
 
 /**

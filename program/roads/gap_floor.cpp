@@ -64,8 +64,8 @@ std::optional<Rim> fitRim(const Line& line, int edge, int outward, const GapPara
   return isStraight ? std::optional(rim) : std::nullopt;
 }
 
-/// Corners are only as exact as their arms are short: moves an edge inward, at most to `end`, as long
-/// as the samples continue the rim.
+/// Corners are only as exact as their arms are short: moves an edge inward, at most to `end`, as
+/// long as the samples continue the rim.
 int movedToRimEnd(const Line& line, int edge, int end, int outward, const GapParams& params) {
   const std::optional<Rim> rim = fitRim(line, edge, outward, params);
   if (!rim) {

@@ -17,7 +17,8 @@ void addGapParameters(Parameters& p) {
   p.addDerived("gap.width-min", Kind::length, "1.2 times the scale", "A gap is wider");
   p.addDerived("gap.width-max", Kind::length, "a quarter of the scan's extent in y",
                "A gap is narrower");
-  p.addDerived("gap.depth-min", Kind::length, "8 times the noise or a tenth of the scale, the larger",
+  p.addDerived("gap.depth-min", Kind::length,
+               "8 times the noise or a tenth of the scale, the larger",
                "The floor of a gap is deeper than both edges by this");
   p.addDerived("gap.rim", Kind::length, "4 times the noise or a twentieth of the scale, the larger",
                "A rim is straight within this; its last such sample is the edge");
@@ -36,9 +37,8 @@ void addGapParameters(Parameters& p) {
 }
 
 GapParams gapParams(Parameters& p, const Extent& extent) {
-  const double lines = extent.lineSpacing > 0.0
-                           ? (extent.x.max - extent.x.min) / extent.lineSpacing
-                           : 0.0;
+  const double lines =
+      extent.lineSpacing > 0.0 ? (extent.x.max - extent.x.min) / extent.lineSpacing : 0.0;
   p.derive("gap.scale", std::max(8.0 * extent.sampleSpacing, 15.0 * extent.noise));
   const double scale = p.get("gap.scale");
   p.derive("outlier.step", scale);
@@ -64,8 +64,8 @@ GapParams gapParams(Parameters& p, const Extent& extent) {
   params.minDepth = p.get("gap.depth-min");
   params.rimBand = p.get("gap.rim");
   params.rimLevel = p.get("gap.level");
-  params.grow = {p.get("tree.y"), p.get("tree.z"), p.count("tree.lines"), p.get("tree.distance"),
-                 p.get("tree.length"), 0.0};
+  params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
+                 p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
   if (params.width.min >= params.width.max) {
     throw Failure(ExitCode::usage,

@@ -89,7 +89,8 @@ std::vector<GapTrack> followGaps(const FoundGaps& found, const GapParams& params
   std::vector<SQO_gapFeatureTree> trees;
   for (std::size_t l = 0; l < found.lines.size(); ++l) {
     std::vector<SQO_basicFeatureGap> gaps;
-    std::transform(found.lines[l].begin(), found.lines[l].end(), std::back_inserter(gaps), recordOf);
+    std::transform(found.lines[l].begin(), found.lines[l].end(), std::back_inserter(gaps),
+                   recordOf);
     const bool isLast = l + 1 == found.lines.size();
     qo_lineGapsGrowing(static_cast<int>(l), isLast, gaps, trees, params.grow);
   }

@@ -1,6 +1,7 @@
 #include "roads/gaps.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <optional>
 
@@ -20,20 +21,29 @@ void addEdges(Line& line, const GapParams& params, std::vector<int>& edges) {
   }
 }
 
+/// Blanks what lies farther before a sample than its backward arm reaches, so that it is the first
+/// edge of the line.
+void blankBefore(Line& line, std::size_t edge, double scale) {
+  constexpr double kArmAndMore = 1.5;
+  for (std::size_t i = 0; i < edge; ++i) {
+    if (std::abs(line[i].pt3D.y - line[edge].pt3D.y) > kArmAndMore * scale) {
+      line[i].pt3D.z = 0.0;
+    }
+  }
+}
+
 /**
  * The indices of all samples at which a line turns away from the sensor.
  *
  * The library pairs each edge with the next free one, so a rib takes the edges of the gaps beside
  * it. Without limits of the width it returns all edges but for an odd last one, which is found if
- * the first edge is taken away.
+ * the search begins at the second edge.
  */
 std::vector<int> edgesOf(Line line, const GapParams& params) {
   std::vector<int> edges;
   addEdges(line, params, edges);
-  if (!edges.empty()) {
-    for (int i = 0; i < edges.front(); ++i) {
-      line[static_cast<std::size_t>(i)].pt3D.z = 0.0;
-    }
+  if (edges.size() > 1) {
+    blankBefore(line, static_cast<std::size_t>(edges[1]), params.corner.scale);
     addEdges(line, params, edges);
   }
   std::sort(edges.begin(), edges.end());
@@ -79,8 +89,13 @@ bool overlapsAny(const Gap& gap, const std::vector<Gap>& others) {
                      [&](const Gap& other) { return overlaps(gap, other); });
 }
 
-/// Gaps between corners. Of those that overlap, such as a slot in a dish, the one with the deepest
-/// floor.
+/// What decides between gaps that overlap: a narrow slot in a dish is deeper, but a hollow between
+/// the stones of a wide floor is not much deeper.
+double worth(const Gap& gap) {
+  return gap.medianDepth * std::sqrt(gap.width);
+}
+
+/// Gaps between corners, none of which overlap.
 std::vector<Gap> gapsWithFloor(const Line& line,
                                int lineIdx,
                                const GapParams& params,
@@ -93,7 +108,7 @@ std::vector<Gap> gapsWithFloor(const Line& line,
     refused += all.size() == before ? 1 : 0;
   }
   std::stable_sort(all.begin(), all.end(),
-                   [](const Gap& a, const Gap& b) { return a.medianDepth > b.medianDepth; });
+                   [](const Gap& a, const Gap& b) { return worth(a) > worth(b); });
   std::vector<Gap> gaps;
   for (const Gap& gap : all) {
     if (!overlapsAny(gap, gaps)) {
@@ -111,8 +126,8 @@ void addOpenGaps(const Line& line, int lineIdx, const GapParams& params, std::ve
     if (!isMeasured(line[static_cast<std::size_t>(i)])) {
       continue;
     }
-    const auto gap = before >= 0 && i > before + 1 ? openGap(line, lineIdx, before, i, params)
-                                                   : std::nullopt;
+    const auto gap =
+        before >= 0 && i > before + 1 ? openGap(line, lineIdx, before, i, params) : std::nullopt;
     before = i;
     if (gap && !overlapsAny(*gap, others)) {
       gaps.push_back(*gap);
@@ -122,7 +137,10 @@ void addOpenGaps(const Line& line, int lineIdx, const GapParams& params, std::ve
 
 }  // namespace
 
-std::vector<Gap> gapsOfLine(const Line& line, int lineIdx, const GapParams& params, long long& refused) {
+std::vector<Gap> gapsOfLine(const Line& line,
+                            int lineIdx,
+                            const GapParams& params,
+                            long long& refused) {
   const Line clean = withoutOutliers(line, params.cleaning);
   std::vector<Gap> gaps;
   if (params.floors != GapFloors::open) {
@@ -131,9 +149,8 @@ std::vector<Gap> gapsOfLine(const Line& line, int lineIdx, const GapParams& para
   if (params.floors != GapFloors::measured) {
     addOpenGaps(clean, lineIdx, params, gaps);
   }
-  std::sort(gaps.begin(), gaps.end(), [](const Gap& a, const Gap& b) {
-    return a.edges[0].sample < b.edges[0].sample;
-  });
+  std::sort(gaps.begin(), gaps.end(),
+            [](const Gap& a, const Gap& b) { return a.edges[0].sample < b.edges[0].sample; });
   return gaps;
 }
 

@@ -22,9 +22,9 @@ struct GapParams {
   SQO_cornerParam corner;  ///< What makes an edge.
   STeskRangeD width;       ///< Of a gap, in the x-y plane; both strict.
   double sampleSpacing;
-  double minDepth;         ///< The floor lies at least this much farther than both edges.
-  double rimBand;          ///< A rim's samples lie within this of a straight line.
-  double rimLevel;         ///< Largest difference in z of the edges of an open gap.
+  double minDepth;  ///< The floor lies at least this much farther than both edges.
+  double rimBand;   ///< A rim's samples lie within this of a straight line.
+  double rimLevel;  ///< Largest difference in z of the edges of an open gap.
   SQO_treeGrowParam grow;
   double minCoverage;  ///< Smallest share of the lines of a track, from 0.0 to 1.0.
   GapFloors floors = GapFloors::any;
@@ -81,7 +81,10 @@ void addGapParameters(Parameters& parameters);
 GapParams gapParams(Parameters& parameters, const Extent& extent);
 
 /// The gaps of one line, in order; adds the pairs of edges that are none to `refused`.
-std::vector<Gap> gapsOfLine(const Line& line, int lineIdx, const GapParams& params, long long& refused);
+std::vector<Gap> gapsOfLine(const Line& line,
+                            int lineIdx,
+                            const GapParams& params,
+                            long long& refused);
 
 /// The gaps of all lines of a scan whose z is a distance.
 FoundGaps findGaps(const Scan& scan, const GapParams& params, Progress& progress);
