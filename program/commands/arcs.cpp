@@ -60,7 +60,7 @@ void warnIfNone(const FoundArcs& found, const std::vector<ArcTrack>& tracks, Mes
   messages.warn("no-arcs",
                 countOf(found) > 0
                     ? "No arc could be followed across the scan, though lines have some. Raise "
-                      "--tree-lines and --tree-y, or lower --tree-length"
+                      "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
                 : found.refused > 0
                     ? "No line has an arc that fits a circle within the limits. Raise "
                       "--arc-rms, widen --arc-width-min and --arc-width-max, or lower "
@@ -126,10 +126,12 @@ void addMethodOptions(CLI::App& command, Arcs& arcs) {
   const std::map<std::string, ArcKinds> kinds = {
       {"ring", ArcKinds::ring}, {"tube", ArcKinds::tube}, {"both", ArcKinds::both}};
   command
-      .add_option("--kind", arcs.kinds,
-                  "Ring arcs: parts of a line that turn away from the sensor; tubes: narrow runs "
-                  "of samples of their own with a top; or both (default: ring)")
-      ->transform(CLI::CheckedTransformer(kinds).description(""))
+      .add_option_function<std::string>(
+          "--kind", [&arcs, kinds](const std::string& name) { arcs.kinds = kinds.at(name); },
+          "Ring arcs, which are parts of a line that turn away from the sensor; tubes, which are "
+          "narrow runs of samples of their own with a top; or both: ring, tube or both (default: "
+          "ring)")
+      ->check(CLI::IsMember(kinds).description(""))
       ->type_name("KIND")
       ->group("Method");
   addArcParameters(arcs.parameters);

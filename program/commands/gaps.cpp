@@ -105,7 +105,7 @@ void warnIfNone(const FoundGaps& found, const std::vector<GapTrack>& tracks, Mes
   messages.warn("no-gaps",
                 anyOnLines
                     ? "No gap could be followed across the scan, though lines have some. Raise "
-                      "--tree-lines and --tree-y, or lower --tree-length"
+                      "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
                     : "No line has a gap. Try another --gap-scale, --gap-width-max or "
                       "--gap-depth-min, and --z-is-height if the file holds heights");
 }
@@ -158,10 +158,12 @@ void addGaps(CLI::App& program, Body& body) {
   const std::map<std::string, GapFloors> floors = {
       {"any", GapFloors::any}, {"measured", GapFloors::measured}, {"open", GapFloors::open}};
   command
-      ->add_option(
-          "--floor", gaps->floors,
-          "Gaps with a measured floor, open ones without any samples, or any (default: any)")
-      ->transform(CLI::CheckedTransformer(floors).description(""))
+      ->add_option_function<std::string>(
+          "--floor", [gaps, floors](const std::string& name) { gaps->floors = floors.at(name); },
+          "Gaps with a measured floor, open ones without any samples, or any: measured, open or "
+          "any "
+          "(default: any)")
+      ->check(CLI::IsMember(floors).description(""))
       ->type_name("KIND")
       ->group("Method");
   addCommonOptions(*command, gaps->common,

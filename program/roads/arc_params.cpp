@@ -123,6 +123,9 @@ ArcParams arcParams(Parameters& p, const Extent& extent, double planeZ) {
   params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
                  p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
+  if (params.minCoverage > 1.0) {
+    throw Failure(ExitCode::usage, "--tree-seen is a percentage: give 0 to 100");
+  }
   check(params);
   return params;
 }

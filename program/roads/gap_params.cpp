@@ -67,6 +67,9 @@ GapParams gapParams(Parameters& p, const Extent& extent) {
   params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
                  p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
+  if (params.minCoverage > 1.0) {
+    throw Failure(ExitCode::usage, "--tree-seen is a percentage: give 0 to 100");
+  }
   if (params.width.min >= params.width.max) {
     throw Failure(ExitCode::usage,
                   "--gap-width-min must be less than --gap-width-max. The first is 1.2 times "
