@@ -37,6 +37,8 @@ void addCommands(CLI::App& program, Body& body) {
   addLine(program, body);
   addCalibrate(program, body);
   addTrace(program, body);
+  addGaps(program, body);
+  addArcs(program, body);
 }
 
 int run(int argc, char** argv) {

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "commands/session.h"
+#include "roads/arcs.h"
+
+namespace program {
+
+/// The map with the followed arcs, numbered as in the table.
+Picture arcMap(const InputOptions& input,
+               const PreparedScan& scan,
+               const std::vector<ArcTrack>& tracks);
+
+/// The line with the most arcs, with their circles.
+Picture arcProfile(const InputOptions& input, const PreparedScan& scan, const FoundArcs& found);
+
+/// Writes the scan with both ends and the centres of the followed arcs.
+bool writeArcsAsPly(const std::string& path, const Scan& scan, const std::vector<ArcTrack>& tracks);
+
+}  // namespace program
