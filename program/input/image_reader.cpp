@@ -1,4 +1,7 @@
-#include <cmath>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <opencv2/imgcodecs.hpp>
 
 #include "base/failure.h"
@@ -34,7 +37,29 @@ std::string depthName(int depth) {
   }
 }
 
+/// Sends the standard error stream to nowhere: OpenCV, libpng and libtiff write to it directly.
+class Silence {
+ public:
+  Silence() : kept_(::dup(STDERR_FILENO)), nowhere_(::open("/dev/null", O_WRONLY | O_CLOEXEC)) {
+    std::fflush(stderr);
+    ::dup2(nowhere_, STDERR_FILENO);
+  }
+  ~Silence() {
+    std::fflush(stderr);
+    ::dup2(kept_, STDERR_FILENO);
+    ::close(kept_);
+    ::close(nowhere_);
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  int kept_;
+  int nowhere_;
+};
+
 cv::Mat readPixels(const std::string& path) {
+  const Silence silence;
   try {
     return cv::imread(path, cv::IMREAD_UNCHANGED);
   } catch (const cv::Exception& error) {

@@ -6,6 +6,7 @@
 #include <limits>
 
 #include "base/failure.h"
+#include "base/number.h"
 #include "input/text_source.h"
 
 namespace program {
@@ -127,7 +128,7 @@ bool parseField(std::string_view field, double& value) {
     value = std::numeric_limits<double>::quiet_NaN();
     return true;
   }
-  field.remove_prefix(field.front() == '+' ? 1 : 0);
+  field.remove_prefix(hasPlus(field) ? 1 : 0);
   const auto [end, error] = std::from_chars(field.data(), field.data() + field.size(), value);
   return error == std::errc{} && end == field.data() + field.size();
 }

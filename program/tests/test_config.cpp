@@ -74,8 +74,12 @@ TEST_F(Config, RefusesWithLine) {
       {"[trace\n", "a.toml:1: "},
   };
   for (const auto& [content, message] : table) {
+    CLI::App command("", "trace");
+    Parameters own(command, "Method");
+    own.add("corner.turn", Kind::angle, 30.0, "");
+    command.add_option("--json", json);
     try {
-      readConfig(write("a.toml", content), command_);
+      readConfig(write("a.toml", content), command);
       ADD_FAILURE() << content;
     } catch (const Failure& failure) {
       EXPECT_EQ(failure.code(), ExitCode::usage);

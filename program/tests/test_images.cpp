@@ -114,7 +114,7 @@ TEST_F(Images, RefusesWhatOpenCvWouldMisread) {
       {256, 0, "holds no pixels"},
       {256, 1U << 21U, "OPENCV_IO_MAX_IMAGE_WIDTH"},
       {277, 4000000000U, "is cut short"},
-      {258, 8, "1 x 8-bit"},
+      {258, 8, "damaged or cut short"},
   };
   for (const Bad& bad : table) {
     auto entries = rangeEntries();

@@ -119,7 +119,7 @@ TEST_F(Organised, ReadsPly) {
                       "a.ply", ply("ascii", kSize + doubles +
                                                 "7\n5 0 0 0\r\n6 0 0 1\nnan 1 0 0\n8 1 1 1\n"))))
                  .scan),
-      "[0,0,5 0,0,6][- 1,1,8]");
+      "[0,0,5 0,1,6][- 1,1,8]");
 }
 
 TEST_F(Organised, RefusesPly) {
@@ -143,10 +143,10 @@ TEST_F(Organised, RefusesPly) {
       {ply("ascii", vertices + "obj_info num_cols 3\nend_header\n" + points),
        "4 vertices, 'obj_info' states 2 rows"},
       {ply("ascii", vertices + "end_header\n0 0 5\n0 1 6\n1 0 7\n"), "is cut short"},
-      {ply("ascii", vertices + "end_header\n0 0 5\n0 1 6\n1 0 7\n1 1\n"),
-       ":13: expected another number"},
+      {ply("ascii", vertices + "end_header\n0 0 5\n0 1 6\n1 0 7\n1 11111\n"),
+       ":14: expected another number"},
       {ply("ascii", vertices + "end_header\n0 0 5 9\n0 1 6\n1 0 7\n1 1 8\n"),
-       ":10: too many numbers"},
+       ":11: too many numbers"},
       {ply("binary_little_endian", vertices + "end_header\n" + std::string(47, 'x')),
        "is cut short"},
       {ply("binary_little_endian",
