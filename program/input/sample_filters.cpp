@@ -112,6 +112,8 @@ void turnIntoDistances(LoadedScan& loaded) {
 /// What has no value, or none that the library takes for one, becomes missing.
 void markMissing(LoadedScan& loaded, Messages& messages) {
   constexpr double kLeastDistance = 0.0001;
+  // Scanners write 0 for no value, beside an x and a y that they know.
+  loaded.holes += blank(loaded.scan, [](const STesk3DPoint& p) { return p.z == 0.0; });
   loaded.notPositive =
       blank(loaded.scan, [](const STesk3DPoint& p) { return !(p.z > kLeastDistance); });
   for (Line& line : loaded.scan) {
