@@ -1,6 +1,5 @@
 #include "input/scan_input.h"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cctype>
 #include <cmath>

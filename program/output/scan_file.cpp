@@ -84,7 +84,8 @@ void warnOfLoss(const Scan& scan, const Extent& extent, Messages& messages) {
   }
 }
 
-/// Written from memory, as OpenCV would not notice a full disk.
+/// Written from memory, as OpenCV would not notice a full disk. OpenCV takes any value but that of
+/// a lossy encoding for none, or does compress: both keep all values.
 bool writeTiff(const std::string& path, const Scan& scan) {
   constexpr int kDeflate = 8;
   cv::Mat image(static_cast<int>(scan.size()), static_cast<int>(widthOf(scan)), CV_32FC3,
