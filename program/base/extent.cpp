@@ -12,16 +12,6 @@ constexpr double kMedian = 0.5;
 /// A robust standard deviation is this multiple of the median absolute deviation.
 constexpr double kDeviationOfMedian = 1.4826;
 
-/// Of a large scan, every n-th sample is enough for medians and quantiles.
-std::size_t strideOf(const Scan& scan) {
-  constexpr std::size_t kEnough = 2'000'000;
-  std::size_t samples = 0;
-  for (const Line& line : scan) {
-    samples += line.size();
-  }
-  return samples / kEnough + 1;
-}
-
 STeskRangeD rangeOf(const Scan& scan, double STesk3DPoint::*axis) {
   STeskRangeD range = {std::numeric_limits<double>::infinity(),
                        -std::numeric_limits<double>::infinity()};
@@ -91,6 +81,15 @@ double noiseOf(const Scan& scan) {
 }
 
 }  // namespace
+
+std::size_t strideOf(const Scan& scan) {
+  constexpr std::size_t kEnough = 2'000'000;
+  std::size_t samples = 0;
+  for (const Line& line : scan) {
+    samples += line.size();
+  }
+  return samples / kEnough + 1;
+}
 
 double quantile(std::vector<double>& values, double share) {
   const auto last = static_cast<double>(values.size() - 1);

@@ -20,6 +20,9 @@ struct Extent {
 
 Extent extentOf(const Scan& scan);
 
+/// In a large scan, every n-th sample of each line is enough for medians and shares; 1 in others.
+std::size_t strideOf(const Scan& scan);
+
 /// The values of an axis (0: x, 1: y, 2: z) of the samples that have one, of which evenly chosen
 /// ones stand for all in a large scan.
 std::vector<double> sampledValues(const Scan& scan, int axis);

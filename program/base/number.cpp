@@ -21,10 +21,12 @@ CLI::Validator numberThat(IsGood isGood, const std::string& wanted) {
 
 }  // namespace
 
+bool hasPlus(std::string_view text) {
+  return text.size() > 1 && text[0] == '+' && text[1] != '-';
+}
+
 std::optional<double> parseNumber(std::string_view text) {
-  if (!text.empty() && text.front() == '+') {
-    text.remove_prefix(1);
-  }
+  text.remove_prefix(hasPlus(text) ? 1 : 0);
   double value = 0.0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (error != std::errc{} || end != text.data() + text.size() || !std::isfinite(value)) {

@@ -14,6 +14,9 @@ namespace program {
 /// A finite decimal number that fills the whole text: no hexadecimal, no "nan", no blanks.
 std::optional<double> parseNumber(std::string_view text);
 
+/// Whether a number begins with a plus sign, which std::from_chars does not take.
+bool hasPlus(std::string_view text);
+
 /// Accepts a number from `min` to `max`, both inclusive.
 CLI::Validator numberIn(double min, double max);
 /// Accepts a number above 0 and up to `max`.

@@ -64,6 +64,7 @@ void run(Calibrate& calibrate) {
   if (choice.chosen) {
     level(loaded.scan, choice);
   }
+  session.saveScan(loaded.scan, extent);
   session.finish(report, pictureOf(calibrate, loaded.scan, choice));
   if (!choice.chosen) {
     throw Failure(ExitCode::nothingFound, calibrate.input.path + ": no calibration finds a plane");
@@ -79,10 +80,12 @@ void addCalibrate(CLI::App& program, Body& body) {
   const auto calibrate = std::make_shared<Calibrate>(*command);
   addInputOptions(*command, calibrate->input);
   addPlaneOptions(*command, calibrate->plane);
-  command->add_option("--save", calibrate->save, "Write the chosen plane, for --plane of any command")
+  command
+      ->add_option("--save", calibrate->save, "Write the chosen plane, for --plane of any command")
       ->type_name("FILE")
       ->group("Output");
-  addCommonOptions(*command, calibrate->common, {"planes", nullptr, "the levelled scan"});
+  addCommonOptions(*command, calibrate->common,
+                   {"planes", nullptr, "the levelled scan", "the levelled scan"});
   command->final_callback([calibrate, &body] { body = [calibrate] { run(*calibrate); }; });
 }
 

@@ -8,6 +8,7 @@
 #include "base/config_file.h"
 #include "base/failure.h"
 #include "base/number.h"
+#include "output/scan_file.h"
 #include "output/writers.h"
 
 namespace program {
@@ -91,7 +92,8 @@ void addCommonOptions(CLI::App& command, CommonOptions& options, const Outputs& 
   }
   if (outputs.scan != nullptr) {
     addFile(command, "--save-scan", options.saveScan,
-            std::string("Write ") + outputs.scan + ", as a TIFF of x, y, z or as NPY",
+            std::string("Write ") + outputs.scan +
+                " with z as a distance, as TIFF or, in double precision, NPY",
             withExtension({".tiff", ".tif", ".npy"}, false));
   }
   command.add_flag("--overwrite", options.overwrite, "Replace files that exist")->group("Output");
@@ -152,6 +154,12 @@ bool Session::printsConfig() {
     std::fputs(configOf(command_, parameters_).c_str(), stdout);
   }
   return options_.printConfig;
+}
+
+void Session::saveScan(const Scan& scan, const Extent& extent) {
+  if (!options_.saveScan.empty()) {
+    addScanFile(files, options_.saveScan, scan, extent, messages);
+  }
 }
 
 void Session::finish(Report& report, const std::optional<Picture>& picture) {

@@ -70,6 +70,9 @@ class Session {
   /// be derived.
   bool printsConfig();
 
+  /// Adds the scan to the files if --save-scan asks for it.
+  void saveScan(const Scan& scan, const Extent& extent);
+
   /// Writes the report and what else was asked for. Gives all files their names, and lists them on
   /// the standard error stream. Other files are added to `files` before.
   void finish(Report& report, const std::optional<Picture>& picture = std::nullopt);

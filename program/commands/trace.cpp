@@ -153,6 +153,7 @@ void run(Trace& trace) {
       return writeTreesAsPly(path, scan.loaded.scan, trees);
     });
   }
+  session.saveScan(scan.loaded.scan, scan.extent);
   session.finish(report, pictureOf(trace, scan, trees));
 }
 
@@ -174,7 +175,8 @@ void addTrace(CLI::App& program, Body& body) {
   command->add_flag("--silhouettes", trace->silhouettes, "Also trace the ends of the segments")
       ->group("Method");
   addCommonOptions(*command, trace->common,
-                   {"nodes of the trees", "the scan with the trees over it", "the map with the trees"});
+                   {"nodes of the trees", "the scan with the trees over it", "the map with the trees",
+                    "the levelled scan"});
   command->final_callback([trace, &body] { body = [trace] { run(*trace); }; });
 }
 

@@ -28,11 +28,7 @@ class ByteReader {
   /// The unsigned number of `bytes` bytes (1 to 8) at `at`, unless the file ends before it.
   std::optional<std::uint64_t> number(std::uint64_t at, std::size_t bytes) {
     unsigned char raw[8] = {};
-    if (at > size_ || bytes > size_ - at) {
-      return std::nullopt;
-    }
-    file_.seekg(static_cast<std::streamoff>(at));
-    if (!file_.read(reinterpret_cast<char*>(raw), static_cast<std::streamsize>(bytes))) {
+    if (!read(at, raw, bytes)) {
       return std::nullopt;
     }
     std::uint64_t value = 0;
@@ -42,7 +38,25 @@ class ByteReader {
     return value;
   }
 
+  /// Text of `bytes` bytes at `at`; empty if the file ends before it.
+  std::string text(std::uint64_t at, std::size_t bytes) {
+    if (at > size_ || bytes > size_ - at) {
+      return {};
+    }
+    std::string text(bytes, ' ');
+    return read(at, text.data(), bytes) ? text : std::string{};
+  }
+
  private:
+  bool read(std::uint64_t at, void* to, std::size_t bytes) {
+    if (at > size_ || bytes > size_ - at) {
+      return false;
+    }
+    file_.seekg(static_cast<std::streamoff>(at));
+    return static_cast<bool>(
+        file_.read(static_cast<char*>(to), static_cast<std::streamsize>(bytes)));
+  }
+
   std::ifstream file_;
   std::uint64_t size_ = 0;
   bool isBigEndian_ = false;

@@ -1,18 +1,20 @@
-#include <cmath>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdio>
 #include <opencv2/imgcodecs.hpp>
 
 #include "base/failure.h"
+#include "input/image_header.h"
 #include "input/readers.h"
 #include "input/scan_input.h"
-#include "input/tiff_header.h"
 
 namespace program {
 namespace {
 
 const char* const kWanted =
     "A scan is a TIFF with three float channels (x, y, z), or a range image: a TIFF or PNG with "
-    "one "
-    "16-bit channel, or a TIFF with one float channel";
+    "one 16-bit channel, or a TIFF with one float channel";
 
 Failure refused(const std::string& path, const std::string& why) {
   return {ExitCode::badInput, path + ": " + why};
@@ -35,65 +37,99 @@ std::string depthName(int depth) {
   }
 }
 
-double valueAt(const cv::Mat& image, int row, int col) {
-  switch (image.depth()) {
-    case CV_16U:
-      return image.at<std::uint16_t>(row, col);
-    case CV_16S:
-      return image.at<std::int16_t>(row, col);
-    case CV_32F:
-      return static_cast<double>(image.at<float>(row, col));
-    default:
-      return image.at<double>(row, col);
+/// Sends the standard error stream to nowhere: OpenCV, libpng and libtiff write to it directly.
+class Silence {
+ public:
+  Silence() : kept_(::dup(STDERR_FILENO)), nowhere_(::open("/dev/null", O_WRONLY | O_CLOEXEC)) {
+    std::fflush(stderr);
+    ::dup2(nowhere_, STDERR_FILENO);
+  }
+  ~Silence() {
+    std::fflush(stderr);
+    ::dup2(kept_, STDERR_FILENO);
+    ::close(kept_);
+    ::close(nowhere_);
+  }
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+
+ private:
+  int kept_;
+  int nowhere_;
+};
+
+cv::Mat readPixels(const std::string& path) {
+  const Silence silence;
+  try {
+    return cv::imread(path, cv::IMREAD_UNCHANGED);
+  } catch (const cv::Exception& error) {
+    throw refused(path, "OpenCV cannot read it: " + error.err);
   }
 }
 
-STesk3DPoint rangePoint(const cv::Mat& image, int row, int col) {
-  const double z = valueAt(image, row, col);
-  return {static_cast<double>(row), static_cast<double>(col), z == 0.0 ? std::nan("") : z};
+template <typename Value>
+void readRange(const cv::Mat& image, Scan& scan) {
+  forEachLine(scan, [&](std::size_t l) {
+    const Value* row = image.ptr<Value>(static_cast<int>(l));
+    scan[l].reserve(static_cast<std::size_t>(image.cols));
+    for (int col = 0; col < image.cols; ++col) {
+      const auto z = static_cast<double>(row[col]);
+      scan[l].push_back({col, rangePoint(static_cast<double>(l), static_cast<double>(col), z)});
+    }
+  });
 }
 
 /// OpenCV reverses the order of colour channels, and takes these for colours.
-STesk3DPoint spacePoint(const cv::Mat& image, int row, int col, bool isZyx) {
-  double c[3];
-  for (int channel = 0; channel < 3; ++channel) {
-    c[channel] = image.depth() == CV_32F
-                     ? static_cast<double>(image.ptr<float>(row)[3 * col + channel])
-                     : image.ptr<double>(row)[3 * col + channel];
+template <typename Value>
+void readSpace(const cv::Mat& image, bool isZyx, Scan& scan) {
+  forEachLine(scan, [&](std::size_t l) {
+    const Value* pixel = image.ptr<Value>(static_cast<int>(l));
+    scan[l].reserve(static_cast<std::size_t>(image.cols));
+    for (int col = 0; col < image.cols; ++col, pixel += 3) {
+      const auto first = static_cast<double>(pixel[isZyx ? 0 : 2]);
+      const auto last = static_cast<double>(pixel[isZyx ? 2 : 0]);
+      scan[l].push_back({col, spacePoint(first, static_cast<double>(pixel[1]), last)});
+    }
+  });
+}
+
+void readSamples(const cv::Mat& image, bool isZyx, RawScan& raw) {
+  switch (image.depth()) {
+    case CV_16U:
+      return readRange<std::uint16_t>(image, raw.scan);
+    case CV_16S:
+      return readRange<std::int16_t>(image, raw.scan);
+    case CV_32F:
+      return raw.isRange ? readRange<float>(image, raw.scan)
+                         : readSpace<float>(image, isZyx, raw.scan);
+    default:
+      return raw.isRange ? readRange<double>(image, raw.scan)
+                         : readSpace<double>(image, isZyx, raw.scan);
   }
-  const STesk3DPoint p = isZyx ? STesk3DPoint{c[0], c[1], c[2]} : STesk3DPoint{c[2], c[1], c[0]};
-  const bool isHole = p.x == 0.0 && p.y == 0.0 && p.z == 0.0;
-  return isHole ? STesk3DPoint{0.0, 0.0, std::nan("")} : p;
 }
 
 }  // namespace
 
 RawScan readImage(const InputOptions& options) {
-  refuseLossyTiff(options.path);
-  const cv::Mat image = cv::imread(options.path, cv::IMREAD_UNCHANGED);
+  checkImageHeader(options.path);
+  const cv::Mat image = readPixels(options.path);
   if (image.empty()) {
     throw refused(options.path, std::string("is no image, is damaged or cut short. ") + kWanted);
   }
   const bool isFloat = image.depth() == CV_32F || image.depth() == CV_64F;
   const bool is16Bit = image.depth() == CV_16U || image.depth() == CV_16S;
-  const bool isRange = image.channels() == 1 && (isFloat || is16Bit);
-  if (!isRange && !(image.channels() == 3 && isFloat)) {
-    throw refused(options.path, "has " + std::to_string(image.channels()) + " channels of " +
-                                    depthName(image.depth()) + " values. " + kWanted);
-  }
   RawScan raw;
-  raw.isRange = isRange;
-  raw.format = isRange ? depthName(image.depth()) + " range image"
-                       : std::string("image of ") + (options.channelsZyx ? "z, y, x" : "x, y, z");
-  raw.scan.resize(static_cast<std::size_t>(image.rows));
-  for (int row = 0; row < image.rows; ++row) {
-    Line& line = raw.scan[static_cast<std::size_t>(row)];
-    line.reserve(static_cast<std::size_t>(image.cols));
-    for (int col = 0; col < image.cols; ++col) {
-      line.push_back({col, isRange ? rangePoint(image, row, col)
-                                   : spacePoint(image, row, col, options.channelsZyx)});
-    }
+  raw.isImage = true;
+  raw.isRange = image.channels() == 1 && (isFloat || is16Bit);
+  if (!raw.isRange && !(image.channels() == 3 && isFloat)) {
+    throw refused(options.path, "has pixels of " + std::to_string(image.channels()) + " x " +
+                                    depthName(image.depth()) + ". " + kWanted);
   }
+  raw.format = raw.isRange
+                   ? depthName(image.depth()) + " range image"
+                   : std::string("image of ") + (options.channelsZyx ? "z, y, x" : "x, y, z");
+  raw.scan.resize(static_cast<std::size_t>(image.rows));
+  readSamples(image, options.channelsZyx, raw);
   return raw;
 }
 

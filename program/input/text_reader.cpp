@@ -1,171 +1,198 @@
 #include <algorithm>
 #include <cmath>
-#include <fstream>
+#include <deque>
+#include <filesystem>
 #include <vector>
 
-#include "base/extent.h"
 #include "base/failure.h"
+#include "input/point_list.h"
 #include "input/readers.h"
 #include "input/scan_input.h"
-#include "input/text_lines.h"
+#include "input/text_layout.h"
+#include "input/text_source.h"
 
 namespace program {
 namespace {
 
-constexpr std::size_t kLinesOfHead = 100;
 /// A table without a header that has more columns than this holds a profile in each row.
 constexpr std::size_t kMostColumnsOfPoints = 8;
 
-std::vector<std::string> readHead(const std::string& path) {
-  std::ifstream file(path);
-  std::vector<std::string> head;
-  std::string line;
-  while (head.size() < kLinesOfHead && std::getline(file, line)) {
-    head.push_back(line);
+/// Reads the rows of a table one by one, of each the numbers in some columns.
+class TableReader {
+ public:
+  TableReader(const std::string& path, const TextLayout& layout, std::vector<int> columns)
+      : values(columns.size()),
+        path_(path),
+        layout_(layout),
+        columns_(std::move(columns)),
+        source_(path) {
+    if (layout.hasHeader) {
+      source_.next(row_);
+    }
   }
-  while (!head.empty() && head.back().find_first_not_of(" \t\r") == std::string::npos) {
-    head.pop_back();
-  }
-  return head;
-}
 
-/// Reads the rows of a table one by one.
-template <typename TakeRow>
-void forEachRow(const std::string& path, const TextLayout& layout, TakeRow takeRow) {
-  std::ifstream file(path);
-  std::string text;
-  std::vector<std::string_view> fields;
-  std::vector<double> values(layout.columns);
-  for (std::size_t number = 1; std::getline(file, text); ++number) {
-    if (number <= layout.firstLine || text.find_first_not_of(" \t\r") == std::string::npos) {
-      continue;
-    }
-    splitFields(text, layout.separator, fields);
-    bool isGood = fields.size() == layout.columns;
-    for (std::size_t c = 0; isGood && c < fields.size(); ++c) {
-      isGood = parseField(fields[c], values[c]);
-    }
-    if (!isGood) {
-      constexpr std::size_t kShown = 60;
-      throw Failure(ExitCode::badInput, path + ":" + std::to_string(number) + ": expected " +
-                                            std::to_string(layout.columns) + " numbers, found '" +
-                                            text.substr(0, kShown) + "'");
-    }
-    takeRow(values);
-  }
-}
+  std::vector<double> values;  ///< Of the last row.
 
-/// Each row is a line of heights.
+  bool next() {
+    if (!source_.next(row_)) {
+      return false;
+    }
+    splitFields(row_, layout_.separator, fields_);
+    if (fields_.size() != layout_.columns) {
+      throw wrong("expected " + std::to_string(layout_.columns) + " columns");
+    }
+    for (std::size_t i = 0; i < columns_.size(); ++i) {
+      if (!parseField(fields_[static_cast<std::size_t>(columns_[i])], values[i])) {
+        throw wrong("expected a number in column " + std::to_string(columns_[i] + 1));
+      }
+    }
+    return true;
+  }
+
+  [[nodiscard]] Failure wrong(const std::string& what) const {
+    constexpr std::size_t kShown = 60;
+    std::string found(row_.substr(0, kShown));
+    found.erase(found.find_last_not_of("\r") + 1);
+    return {ExitCode::badInput, path_ + ":" + std::to_string(source_.number()) + ": " + what +
+                                    ", found '" + found + "'"};
+  }
+
+ private:
+  const std::string& path_;
+  const TextLayout& layout_;
+  std::vector<int> columns_;
+  TextSource source_;
+  std::string_view row_;
+  std::vector<std::string_view> fields_;
+};
+
+/// Each row is a line of z.
 Scan readProfiles(const std::string& path, const TextLayout& layout) {
+  std::vector<int> all(layout.columns);
+  for (std::size_t c = 0; c < all.size(); ++c) {
+    all[c] = static_cast<int>(c);
+  }
+  TableReader table(path, layout, std::move(all));
   Scan scan;
-  forEachRow(path, layout, [&](const std::vector<double>& row) {
+  while (table.next()) {
+    const auto x = static_cast<double>(scan.size());
     Line& line = scan.emplace_back();
-    for (const double value : row) {
-      const auto x = static_cast<double>(scan.size() - 1);
+    line.reserve(table.values.size());
+    for (const double value : table.values) {
       const auto index = static_cast<int>(line.size());
-      const double z = value == 0.0 ? std::nan("") : value;
-      line.push_back({index, {x, static_cast<double>(index), z}});
+      line.push_back({index, rangePoint(x, static_cast<double>(index), value)});
     }
-  });
+  }
   return scan;
 }
 
-STesk3DPoint pointOf(const std::vector<double>& row, const TextLayout& layout) {
-  const STesk3DPoint p = {row[static_cast<std::size_t>(layout.x)],
-                          row[static_cast<std::size_t>(layout.y)],
-                          row[static_cast<std::size_t>(layout.z)]};
-  const bool isHole = p.x == 0.0 && p.y == 0.0 && p.z == 0.0;
-  return isHole ? STesk3DPoint{0.0, 0.0, std::nan("")} : p;
+void appendMissing(Line& line, std::size_t size) {
+  while (line.size() < size) {
+    line.push_back({static_cast<int>(line.size()), noPoint()});
+  }
 }
 
-/// The sample at an index that the file names; samples left out before it are missing.
-void place(const std::string& path, Line& line, double index, const STesk3DPoint& point) {
-  constexpr double kMostSamples = 1'000'000;
-  const auto size = static_cast<double>(line.size());
-  if (!(index >= size && index < kMostSamples && index == std::floor(index))) {
-    throw Failure(ExitCode::badInput, path + ": its samples are not in the order of their indices");
+/// Places samples by the indices that the file names; those it leaves out are missing.
+class IndexedLines {
+ public:
+  explicit IndexedLines(const std::string& path)
+      : mostSamples_(8 * std::filesystem::file_size(path) + 1'000'000) {}
+
+  /// Returns what is wrong with the indices, or null.
+  const char* add(double line, double sample, const STesk3DPoint& point) {
+    if (!(line == std::floor(line)) || !(line >= current_)) {
+      return "expected the lines in the order of their indices";
+    }
+    if (scan_.empty() || line > current_) {
+      finishLine();
+      scan_.emplace_back();
+      current_ = line;
+    }
+    const auto size = static_cast<double>(line_.size());
+    if (!(sample == std::floor(sample)) || !(sample >= size)) {
+      return "expected the samples in the order of their indices";
+    }
+    // A forged index must not cost more memory than a file of this length can need.
+    if (sample - size > static_cast<double>(mostSamples_ - samples_)) {
+      return "expected a smaller step to the next index";
+    }
+    const auto index = static_cast<std::size_t>(sample);
+    samples_ += index - line_.size();
+    appendMissing(line_, index);
+    line_.push_back({static_cast<int>(index), point});
+    return nullptr;
   }
-  while (static_cast<double>(line.size()) < index) {
-    line.push_back({static_cast<int>(line.size()), {0.0, 0.0, std::nan("")}});
+
+  /// The scan, with missing samples at the end of shorter lines.
+  Scan take() {
+    finishLine();
+    for (Line& line : scan_) {
+      if (longest_ - line.size() > mostSamples_ - samples_) {
+        break;
+      }
+      samples_ += longest_ - line.size();
+      line.reserve(longest_);
+      appendMissing(line, longest_);
+    }
+    return std::move(scan_);
   }
-  line.push_back({static_cast<int>(line.size()), point});
-}
+
+ private:
+  void finishLine() {
+    if (!scan_.empty()) {
+      scan_.back().assign(line_.begin(), line_.end());
+      longest_ = std::max(longest_, line_.size());
+      line_.clear();
+    }
+  }
+
+  Scan scan_;
+  Line line_;
+  std::size_t longest_ = 0;
+  double current_ = -1e15;
+  std::uint64_t mostSamples_;
+  std::uint64_t samples_ = 0;  ///< Missing ones that were added.
+};
 
 /// Points with the index of their line, and perhaps of their sample.
 Scan readIndexed(const std::string& path, const TextLayout& layout) {
-  Scan scan;
-  double current = std::nan("");
-  forEachRow(path, layout, [&](const std::vector<double>& row) {
-    const double index = row[static_cast<std::size_t>(layout.line)];
-    if (index < current) {
-      throw Failure(ExitCode::badInput, path + ": its lines are not in the order of their indices");
-    }
-    if (scan.empty() || index != current) {
-      scan.emplace_back();
-      current = index;
-    }
-    Line& line = scan.back();
-    const double sample = layout.sample >= 0 ? row[static_cast<std::size_t>(layout.sample)]
-                                             : static_cast<double>(line.size());
-    place(path, line, sample, pointOf(row, layout));
-  });
-  return scan;
-}
-
-/// The axis along the lines of a list of points: the one whose steps are larger as a rule.
-double STesk3DPoint::*fastAxis(const Line& points) {
-  std::vector<double> x;
-  std::vector<double> y;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    x.push_back(std::abs(points[i].pt3D.x - points[i - 1].pt3D.x));
-    y.push_back(std::abs(points[i].pt3D.y - points[i - 1].pt3D.y));
+  std::vector<int> columns = {layout.x, layout.y, layout.z, layout.line};
+  if (layout.sample >= 0) {
+    columns.push_back(layout.sample);
   }
-  const bool isX = !x.empty() && quantile(x, 0.5) > quantile(y, 0.5);
-  return isX ? &STesk3DPoint::x : &STesk3DPoint::y;
-}
-
-/// Splits a list of points where the axis along the lines jumps back.
-Scan splitIntoLines(const Line& points) {
-  double STesk3DPoint::*const axis = fastAxis(points);
-  std::vector<double> steps;
-  for (std::size_t i = 1; i < points.size(); ++i) {
-    const double step = points[i].pt3D.*axis - points[i - 1].pt3D.*axis;
-    if (std::isfinite(step)) {
-      steps.push_back(step);
+  TableReader table(path, layout, columns);
+  IndexedLines lines(path);
+  double line = std::nan("");
+  double next = 0.0;
+  while (table.next()) {
+    const std::vector<double>& v = table.values;
+    next = v[3] == line ? next + 1.0 : 0.0;
+    line = v[3];
+    const char* wrong = lines.add(line, v.size() > 4 ? v[4] : next, spacePoint(v[0], v[1], v[2]));
+    if (wrong != nullptr) {
+      throw table.wrong(wrong);
     }
   }
-  const double usual = steps.empty() ? 0.0 : quantile(steps, 0.5);
-  constexpr double kBack = -3.0;
-  Scan scan(1);
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const double step = i > 0 ? points[i].pt3D.*axis - points[i - 1].pt3D.*axis : usual;
-    if (step * usual < 0.0 && step / usual < kBack) {
-      scan.emplace_back();
-    }
-    Line& line = scan.back();
-    line.push_back({static_cast<int>(line.size()), points[i].pt3D});
-  }
-  return scan;
+  return lines.take();
 }
 
 Scan readPoints(const std::string& path, const TextLayout& layout) {
-  Line points;
-  forEachRow(path, layout, [&](const std::vector<double>& row) {
-    points.push_back({0, pointOf(row, layout)});
-  });
+  TableReader table(path, layout, {layout.x, layout.y, layout.z});
+  std::deque<STesk3DPoint> points;
+  while (table.next()) {
+    points.push_back(spacePoint(table.values[0], table.values[1], table.values[2]));
+  }
   return splitIntoLines(points);
 }
 
 }  // namespace
 
 RawScan readText(const InputOptions& options) {
-  const std::vector<std::string> head = readHead(options.path);
-  const TextLayout layout = layoutOf(options.path, head);
-  const bool hasHeader = layout.firstLine > 0 && layout.line >= 0;
-  if (hasHeader) {
+  const TextLayout layout = findLayout(options.path);
+  if (layout.hasHeader && layout.line >= 0) {
     return {readIndexed(options.path, layout), "text of x, y, z with indices", false};
   }
-  if (layout.columns > kMostColumnsOfPoints) {
+  if (!layout.hasHeader && layout.columns > kMostColumnsOfPoints) {
     return {readProfiles(options.path, layout), "text, a profile in each row", true};
   }
   return {readPoints(options.path, layout), "text of x, y, z", false};

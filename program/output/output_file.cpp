@@ -38,8 +38,11 @@ void removeOnSignals(const std::string& path) {
     if (slot.load() == nullptr) {
       // Kept until the program ends, as the handler may run at any time.
       slot = ::strdup(path.c_str());
-      std::signal(SIGINT, removeTemporaries);
-      std::signal(SIGTERM, removeTemporaries);
+      for (const int signal : {SIGHUP, SIGINT, SIGPIPE, SIGTERM}) {
+        std::signal(signal, removeTemporaries);
+      }
+      // A limit for the size of files is an error of writing then.
+      std::signal(SIGXFSZ, SIG_IGN);
       return;
     }
   }

@@ -57,11 +57,12 @@ PlaneCandidate refusal(const char* method, std::string why) {
 /// The median levelled height of the samples that `isUsed` accepts; NaN without any.
 template <typename IsUsed>
 double medianHeight(const PlaneCandidate& candidate, const Scan& scan, IsUsed isUsed) {
+  const std::size_t stride = strideOf(scan);
   std::vector<double> heights;
   for (const Line& line : scan) {
-    for (const STesk3DPosition& sample : line) {
-      if (isMeasured(sample) && isUsed(sample.pt3D)) {
-        heights.push_back(levelledHeight(candidate, sample.pt3D));
+    for (std::size_t i = 0; i < line.size(); i += stride) {
+      if (isMeasured(line[i]) && isUsed(line[i].pt3D)) {
+        heights.push_back(levelledHeight(candidate, line[i].pt3D));
       }
     }
   }
@@ -99,12 +100,16 @@ HeightScale heightScale(const Extent& extent, double bins, bool fromFar) {
   return {scale, end, fromFar};
 }
 
+/// A copy of a scan, of a large one of every n-th sample: the search does not look at neighbours.
 Scan scaled(const Scan& scan, const HeightScale& to) {
-  Scan result = scan;
+  const std::size_t stride = strideOf(scan);
+  Scan result(scan.size());
   forEachLine(result, [&](std::size_t l) {
-    for (STesk3DPosition& sample : result[l]) {
-      STesk3DPoint& p = sample.pt3D;
-      p = {to.scale * p.x, to.scale * p.y, isMeasured(sample) ? to.mapped(p.z) : 0.0};
+    result[l].reserve(scan[l].size() / stride + 1);
+    for (std::size_t i = 0; i < scan[l].size(); i += stride) {
+      const STesk3DPoint& p = scan[l][i].pt3D;
+      const double z = isMeasured(scan[l][i]) ? to.mapped(p.z) : 0.0;
+      result[l].push_back({scan[l][i].nPointIdx, {to.scale * p.x, to.scale * p.y, z}});
     }
   });
   return result;
@@ -281,10 +286,11 @@ void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& exten
   double on = 0.0;
   double measured = 0.0;
   double squares = 0.0;
+  const std::size_t stride = strideOf(scan);
   for (const Line& line : scan) {
-    for (const STesk3DPosition& sample : line) {
-      if (isMeasured(sample)) {
-        const double distance = levelledHeight(candidate, sample.pt3D) - candidate.height;
+    for (std::size_t i = 0; i < line.size(); i += stride) {
+      if (isMeasured(line[i])) {
+        const double distance = levelledHeight(candidate, line[i].pt3D) - candidate.height;
         const bool isNear = std::abs(distance) <= candidate.band;
         measured += 1.0;
         on += isNear ? 1.0 : 0.0;

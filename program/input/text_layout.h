@@ -10,7 +10,7 @@ namespace program {
 struct TextLayout {
   char separator = ' ';  ///< ' ' stands for any run of blanks and tabs.
   std::size_t columns = 0;
-  std::size_t firstLine = 0;  ///< Lines before it are comments and the header.
+  bool hasHeader = false;  ///< The first row names the columns.
   int x = 0;
   int y = 1;
   int z = 2;
@@ -18,13 +18,14 @@ struct TextLayout {
   int sample = -1;  ///< Index on the line; -1: none.
 };
 
-/// The fields of a line of text.
+/// The fields of a row.
 void splitFields(std::string_view text, char separator, std::vector<std::string_view>& fields);
 
 /// A number, or NaN for an empty field; not for other text.
 bool parseField(std::string_view field, double& value);
 
-/// Finds the layout by the first lines of a file. @throws Failure (badInput)
-TextLayout layoutOf(const std::string& path, const std::vector<std::string>& head);
+/// Finds the layout by the first rows of a file, of which bad ones may be few.
+/// @throws Failure (badInput)
+TextLayout findLayout(const std::string& path);
 
 }  // namespace program
