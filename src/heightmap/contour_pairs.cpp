@@ -1,4 +1,6 @@
+// Selects pairs of contour points by their edges and by a window.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -26,6 +28,7 @@ void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
                              bool useX,
                              int* sideVerdict_1,
                              int* sideVerdict_2) {
+  assert(&matched != &pairs);
   std::vector<SQO_conotourPair> kept;
   std::size_t facing1 = 0;
   std::size_t facing2 = 0;
@@ -39,7 +42,7 @@ void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
   }
   matched.insert(matched.end(), kept.begin(), kept.end());
   const std::size_t half = matched.size() / 2;
-  *sideVerdict_1 = 0;
+  *sideVerdict_1 = 0;  // both may be the same variable, which is then 1 if either side faces
   *sideVerdict_2 = 0;
   if (facing1 > half) {
     *sideVerdict_1 = 1;

@@ -1,4 +1,6 @@
+// Selects contour points by their edges.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -6,14 +8,15 @@
 
 namespace {
 
-/// Contour points as plain positions.
-class PickedPoints {
+/// Selected contour points as plain positions.
+class SelectedPoints {
  public:
   void add(const SQO_contourPtInfo& point, int tag) {
     points_.push_back({point.x, point.y, point.type, point.edgePt.z, tag});
     facing_ += point.sideFlag >= 1 ? 1 : 0;
   }
-  /// Appends the points. Returns the verdict: 1 if more than half of the whole list face the walk.
+  /// Appends the points. Returns the side verdict: 1 if more than half of the whole list are
+  /// selected points that face the walk, otherwise 0.
   [[nodiscard]] int appendTo(std::vector<SQO_2DValueI>& list) const {
     list.insert(list.end(), points_.begin(), points_.end());
     return 2 * facing_ > list.size() ? 1 : 0;
@@ -33,7 +36,7 @@ struct EdgeStat {
   }
 };
 
-/// Per-edge statistics of contour points.
+/// Statistics of the contour points of each edge.
 struct EdgeTable {
   std::vector<EdgeStat> stats;  ///< By label.
   std::vector<int> labels;      ///< In the order in which they appear.
@@ -44,10 +47,11 @@ EdgeTable sumByEdge(const std::vector<SQO_contourPtInfo>& contourPts, int maxEdg
   for (const SQO_contourPtInfo& point : contourPts) {
     largest = std::max(largest, point.edgeId);
   }
-  // Widened so that a label below -1 asks for an impossible table instead of a wrapped one.
+  // In 64 bits: the largest int plus 1 must not overflow, nor a negative size wrap to a small one.
   const auto size = static_cast<std::size_t>(std::min(maxEdgeId, largest) + 1LL);
   EdgeTable table = {std::vector<EdgeStat>(size), {}};
   for (const SQO_contourPtInfo& point : contourPts) {
+    assert(point.edgeId >= 0 && point.edgeId <= maxEdgeId);
     EdgeStat& stat = table.stats[point.edgeId];
     if (stat.ptCount == 0) {
       table.labels.push_back(point.edgeId);
@@ -83,7 +87,7 @@ void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
                       int edgeId,
                       std::vector<SQO_2DValueI>& contourPts,
                       int* sideVerdict) {
-  PickedPoints points;
+  SelectedPoints points;
   for (const SQO_lineConotours& contour : contours) {
     for (const SQO_contourPtInfo& point : contour.contourPts) {
       if (point.edgeId == edgeId) {
@@ -107,8 +111,8 @@ void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
   EdgeTable table = sumByEdge(contourPts, maxEdgeId);
   dropShortEdges(3 * contourPts.size() / 10, table);
   const double best = closestMean(table);
-  PickedPoints points;
-  // A pass per edge is cheap: no more than three can hold over 30 % of the points each.
+  SelectedPoints points;
+  // A pass per edge is cheap: at most three edges can each hold more than 30 % of the points.
   for (const int label : table.labels) {
     if (!(distTol > table.stats[label].meanDist() - best)) {
       continue;
