@@ -69,8 +69,7 @@ class RowRuns {
 
   int inner_;
   int count_ = 0;
-  std::vector<unsigned char>
-      changes_;  // from column 1 on: 1 where a run begins, or ended one column before
+  std::vector<unsigned char> changes_;  // from column 1 on; 1 where a run begins or has just ended
   std::vector<int> edges_;
 };
 

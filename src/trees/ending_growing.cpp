@@ -35,8 +35,8 @@ Features featuresAt(const std::vector<SQO_2DValueI>& positions,
 
 /// The features as lines for growing. Trees may close after each ending. But an ending on the same
 /// line as the preceding one closes no tree, unless it is the very last: each tree was tested after
-/// the preceding ending with the same lag, or ends on this line. So endings on the same line are
-/// split only after the first one.
+/// the preceding ending with the same lag, or ends on this line. So consecutive endings on
+/// one line are split only after the first one.
 std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(const Features& features) {
   std::vector<detail::NodeLine<SQO_basicFeature1D>> lines;
   for (std::size_t i = 0; i < features.size(); ++i) {

@@ -20,9 +20,9 @@ struct LineAndY {
  * Places with ids, hashed by cells of y. A search visits the places near its own y in ascending
  * order of their ids. Its cost does not depend on how many places lie elsewhere.
  *
- * Each cell is a chain of entries. Entries on the line that is being searched from are kept out of
- * the chains until the line changes, so that many places on one line do not slow down each other's
- * searches.
+ * The entries of a cell are in one chain, which cells with the same hash share. Entries on the line
+ * that is being searched from are kept out of the chains until the line changes, so that many
+ * places on one line do not slow down each other's searches.
  */
 class NearIndex {
  public:

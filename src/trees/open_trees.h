@@ -17,8 +17,7 @@ namespace scanline::detail {
 
 /**
  * The open trees of a caller's list during one call: those that a feature can attach to, and those
- * that can close. The cost of visiting them
- * does not depend on the other trees in the list.
+ * that can close. The cost of visiting either does not depend on the other trees in the list.
  *
  * The ids of the trees are 0, 1, 2, ... in the order of the list. Removed trees stay in the list,
  * closed and without nodes, until the call ends, also if it ends by an exception.
@@ -62,7 +61,7 @@ class OpenTrees {
     return index_.count();
   }
 
-  /// Drops trees that no further feature can attach to; `remaining` covers all further features.
+  /// No longer offers trees that no further feature can attach to; `remaining` covers all of these.
   void prune(const RemainingExtent& remaining) {
     index_.eraseIf([&](int id) { return !remaining.reaches(lastOf(id), limits_); });
   }

@@ -1,4 +1,4 @@
-// Grows trees from semi-circles, and hands over those that close.
+// Grows trees from semi-circles, and moves those that close to the lists of the caller.
 #include <algorithm>
 #include <cassert>
 #include <cmath>
