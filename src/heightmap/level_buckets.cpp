@@ -65,7 +65,7 @@ LevelBuckets fillBuckets(const PixelRows& gray, int maxLevel, const PaddedGrid& 
     return countingSort(gray, maxLevel, grid, count,
                         [](int value) { return static_cast<std::size_t>(value); });
   }
-  // Number only the levels that occur, since there are more values than pixels.
+  // Number only the levels that occur, since up to the highest one there are more than pixels.
   const std::vector<int> levels = distinctLevels(gray, maxLevel, grid);
   return countingSort(gray, maxLevel, grid, levels.size(), [&](int value) {
     return static_cast<std::size_t>(std::lower_bound(levels.begin(), levels.end(), value) -

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cmath>
 #include <opencv2/core/mat.hpp>
 #include <vector>
@@ -37,6 +38,7 @@ struct Track {
   }
   [[nodiscard]] const STesk3DPosition& sample(int i) const {
     const STesk2DPoint at = place(i);
+    assert(at.y < peak.lines[at.x].nPositionCnt);
     return peak.lines[at.x].p3DPosition[at.y];
   }
   /// Distance from the peak along the track.

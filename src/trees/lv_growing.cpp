@@ -18,7 +18,7 @@ using Trees = std::vector<SQO_featureTree>;
 constexpr int kTypeCount = FEATURE_CORNER_OTHER + 1;
 
 /// Gives a tree the type of most of its nodes, the lowest code of equally frequent ones.
-void settleType(SQO_featureTree& tree) {
+void setCommonType(SQO_featureTree& tree) {
   std::array<int, kTypeCount> counts = {};
   for (const SQO_basicFeature1D& node : tree.treeNodes) {
     if (node.featureType >= 0 && node.featureType < kTypeCount) {
@@ -32,14 +32,14 @@ void settleType(SQO_featureTree& tree) {
   }
 }
 
-/// Grows trees from the features, settles their types, and lengthens them by endings.
+/// Grows trees from the features, sets their types, and lengthens them by endings.
 void growToEndings(std::vector<SQO_lineFeature>& lineFeatures,
                    Trees& trees,
                    const SQO_treeGrowParam& growParam) {
   const detail::BoundsAtEnd bounds(trees);
   qo_getFeatureGrowingTrees(lineFeatures, trees, growParam);
   for (SQO_featureTree& tree : trees) {
-    settleType(tree);
+    setCommonType(tree);
     if (!tree.treeNodes.empty()) {
       detail::lengthenFront(tree, lineFeatures, growParam);
       detail::lengthenBack(tree, lineFeatures, growParam);
@@ -61,7 +61,7 @@ double centreOf(const STeskRangeD& range) {
   return (range.min + range.max) * 0.5;
 }
 
-/// Whether a tree is too short in x for the object and extends too far in y.
+/// Whether a tree is a stub: too short in x for the object and extends too far in y.
 bool isStub(const SQO_featureTree& tree, const SQO_bagParam& bag) {
   const double width = extentOf(tree.xRange);
   return mustSuitObject(tree.treeType) && bag.bagLength * 0.25 > width &&

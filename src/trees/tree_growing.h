@@ -104,13 +104,13 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
   if (!trees.empty()) {
     open.admit(remainingFrom(0));
   }
-  std::size_t crowd = 16;  // if more trees than this are open, it is worth pruning them
+  std::size_t pruneAbove = 16;  // number of open trees
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const auto& line = lines[i];
-    crowd = std::max(crowd, 4 * line.count);
-    if (static_cast<std::size_t>(open.count()) > crowd) {
+    pruneAbove = std::max(pruneAbove, 4 * line.count);
+    if (static_cast<std::size_t>(open.count()) > pruneAbove) {
       open.prune(remainingFrom(i));
-      crowd = std::max(crowd, 2 * static_cast<std::size_t>(open.count()));
+      pruneAbove = std::max(pruneAbove, 2 * static_cast<std::size_t>(open.count()));
     }
     for (const auto& feature : line) {
       const auto fits = [&](Tree& tree) { return rules.fits(feature, tree); };
