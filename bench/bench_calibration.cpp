@@ -4,8 +4,8 @@
 
 namespace {
 
-/// A height between the table of the scene and the blocks on it, whose tops the calibration takes for
-/// the plane.
+/// A height between the table of the scene and the blocks on it, whose tops the calibration takes
+/// for the plane.
 constexpr double kBetweenSurfaces = 483.0;
 
 /// Cuts nothing off the scene, but is compared with every sample.

@@ -166,7 +166,8 @@ void BM_Conditioning_SurfaceSegments(benchmark::State& state) {
 }
 BENCHMARK(BM_Conditioning_SurfaceSegments)->Unit(benchmark::kMillisecond);
 
-// A million samples on a staircase, which is cut tread by tread. The argument is the number of treads.
+// A million samples on a staircase, which is cut tread by tread. The argument is the number of
+// treads.
 void BM_Conditioning_SplitStaircase(benchmark::State& state) {
   constexpr int kCount = 1000000;
   const int tread = kCount / static_cast<int>(state.range(0));

@@ -54,8 +54,8 @@ double quantile(std::vector<double>& times, double share) {
   return *at;
 }
 
-/// From a raw line to trees with its corners, on one core. An iteration is one line; the counters are
-/// the median and the 99th percentile of the times.
+/// From a raw line to trees with its corners, on one core. An iteration is one line; the counters
+/// are the median and the 99th percentile of the times.
 void BM_Road_Profile(benchmark::State& state) {
   const int samples = static_cast<int>(state.range(0));
   const bench::Scan scan = scanOf(samples);

@@ -120,7 +120,8 @@ Prepared projection(int size) {
   };
 }
 
-/// Contour points all over the scan, except for a cross of untyped samples in which the walks start.
+/// Contour points all over the scan, except for a cross of untyped samples, in which the walks
+/// start.
 Prepared peakScan(int size) {
   const int side = sideOf(size);
   Scan scan = squareScan(size, 1.0);
@@ -191,7 +192,8 @@ std::function<Prepared(int)> minima(Level level) {
   };
 }
 
-/// A winding corridor between walls, seeded at its end: each walk over the level advances by a pixel.
+/// A winding corridor between walls, seeded at its end: each walk over the level advances by one
+/// pixel.
 Prepared snake(int size) {
   const int side = sideOf(size) / 2 * 2 + 1;
   SJU_waterShedImage image = imageOf(

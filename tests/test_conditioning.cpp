@@ -188,7 +188,7 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
   for (const auto& [what, z, lenRange, expectedBest, expectedOthers, wallY] : cases) {
     Line line = lineOfZ(z);
     for (STesk3DPosition& sample : line) {
-      sample.pt3D.x = 0.75 * sample.pt3D.y;  // At equal z, every fourth sample is a distance of 5 away.
+      sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four samples on at equal z: a distance of 5.
       sample.pt3D.y = std::max(0.0, sample.pt3D.y - wallY);
       sample.nPointIdx = 5;
     }

@@ -19,19 +19,19 @@ using calls::Call;
 using calls::Row;
 
 const double kSpecialReals[] = {std::nan(""),
-                            HUGE_VAL,
-                            -HUGE_VAL,
-                            0.0,
-                            -0.0,
-                            5e-324,
-                            -1e-310,
-                            std::numeric_limits<double>::max(),
-                            -std::numeric_limits<double>::max(),
-                            0.0001,
-                            std::nextafter(0.0001, 0.0),
-                            std::nextafter(0.0001, 1.0),
-                            1e8,
-                            -2147483649.0};
+                                HUGE_VAL,
+                                -HUGE_VAL,
+                                0.0,
+                                -0.0,
+                                5e-324,
+                                -1e-310,
+                                std::numeric_limits<double>::max(),
+                                -std::numeric_limits<double>::max(),
+                                0.0001,
+                                std::nextafter(0.0001, 0.0),
+                                std::nextafter(0.0001, 1.0),
+                                1e8,
+                                -2147483649.0};
 const int kSpecialInts[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
 
 /// Replaces number `place` of those that may have any value by a special value. Of a long argument,

@@ -86,7 +86,7 @@ TEST(Threads, GiveTheResultsOfOneThread) {
     threads.emplace_back([&found, t] {
       const std::vector<Row>& table = calls::table();
       for (std::size_t k = 0; k < table.size(); ++k) {
-        const std::size_t at = (k + t / 2 * 11) % table.size();  // two threads at a time in one function
+        const std::size_t at = (k + t / 2 * 11) % table.size();  // two threads in each function
         found[t][at] = hashOf(table[at], 16);
       }
     });
