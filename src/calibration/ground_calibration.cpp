@@ -23,7 +23,7 @@ constexpr SQO_lineSegParam kGroundSegments = {5.0, 10.0, 2.0};
 constexpr double kGroundAngle = 1.0471975511965976;
 
 /// Keeps the slope of a piece without extent in y finite.
-constexpr double kMinRun = 1e-8;
+constexpr double kSlopeEpsilon = 1e-8;
 
 /// The mark of a ground sample in `nPointIdx`.
 constexpr int kGroundMark = 1;
@@ -54,7 +54,7 @@ std::optional<SQO_RUN> lastPiece(Line& line, Segments& segments) {
 
 bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
   const double dz = start.z - end.z;
-  const double dy = std::fabs(end.y - start.y) + kMinRun;
+  const double dy = std::fabs(end.y - start.y) + kSlopeEpsilon;
   return dz / dy > std::tan(kGroundAngle);
 }
 

@@ -33,17 +33,22 @@ inline bool isHole(double z) {
 /// The range of no values.
 constexpr STeskRangeD kEmptyRange = {0.0, -1.0};
 
+/// Extends a range that is not empty to a value.
+inline void widen(double& min, double& max, double value) {
+  if (min > value) {
+    min = value;
+  }
+  if (value > max) {
+    max = value;
+  }
+}
+
 /// Extends a range to a value; the first value sets both ends.
 inline void foldIntoRange(STeskRangeD& range, double value) {
   if (range.min > range.max) {
     range = {value, value};
-    return;
-  }
-  if (range.min > value) {
-    range.min = value;
-  }
-  if (value > range.max) {
-    range.max = value;
+  } else {
+    widen(range.min, range.max, value);
   }
 }
 

@@ -15,6 +15,7 @@ using scanline::detail::isMeasured;
 using scanline::detail::isMissing;
 using scanline::detail::kEmptyRange;
 using scanline::detail::LineView;
+using scanline::detail::widen;
 
 constexpr double kUnknownStep = -1.0;
 
@@ -44,15 +45,6 @@ class BoundingBox {
   }
 
  private:
-  static void widen(double& low, double& high, double value) {
-    if (low > value) {
-      low = value;
-    }
-    if (value > high) {
-      high = value;
-    }
-  }
-
   STesk3DPoint low_ = {kEmptyRange.min, kEmptyRange.min, kEmptyRange.min};
   STesk3DPoint high_ = {kEmptyRange.max, kEmptyRange.max, kEmptyRange.max};
 };
