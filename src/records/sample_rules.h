@@ -47,9 +47,9 @@ inline void widen(double& min, double& max, double value) {
 inline void foldIntoRange(STeskRangeD& range, double value) {
   if (range.min > range.max) {
     range = {value, value};
-  } else {
-    widen(range.min, range.max, value);
+    return;
   }
+  widen(range.min, range.max, value);
 }
 
 }  // namespace scanline::detail
