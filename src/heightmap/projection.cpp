@@ -7,6 +7,7 @@
 #include <opencv2/core/matx.hpp>
 
 #include <scanline/heightmap.h>
+#include "geometry/distance.h"
 #include "geometry/raster_line.h"
 #include "records/sample_rules.h"
 
@@ -17,13 +18,6 @@ namespace {
 constexpr float kOccupied = 1000000.0F;
 /// A mask value above this, compared in double precision, is occupied.
 constexpr double kEmptyMax = 0.0001;
-
-double distance(const STesk3DPoint& a, const STesk3DPoint& b) {
-  const double dx = b.x - a.x;
-  const double dy = b.y - a.y;
-  const double dz = b.z - a.z;
-  return std::sqrt(dx * dx + dy * dy + dz * dz);
-}
 
 /// One axis of the image.
 struct PixelAxis {
@@ -68,7 +62,7 @@ class Projector {
       occupy(pixel);
       // Both ends are occupied already, so pixels that touch need no link.
       if (previous != nullptr && !touch(previousPixel, pixel) &&
-          maxLinkDist_ > distance(*previous, point)) {
+          maxLinkDist_ > detail::distanceInSpace(*previous, point)) {
         link(previousPixel, pixel);
       }
       previous = &point;

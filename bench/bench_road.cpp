@@ -56,7 +56,7 @@ double quantile(std::vector<double>& times, double share) {
 
 /// From a raw line to trees with its corners, on one core. An iteration is one line; the counters
 /// are the median and the 99th percentile of the times.
-void BM_Pipeline_Line(benchmark::State& state) {
+void BM_Road_Profile(benchmark::State& state) {
   const int samples = static_cast<int>(state.range(0));
   const bench::Scan scan = scanOf(samples);
   const SQO_planeCalibPara plane = calibrationOf(scan);
@@ -82,7 +82,7 @@ void BM_Pipeline_Line(benchmark::State& state) {
   state.counters["p99_us"] = 1e6 * quantile(times, 0.99);
   state.SetItemsProcessed(state.iterations());
 }
-BENCHMARK(BM_Pipeline_Line)
+BENCHMARK(BM_Road_Profile)
     ->ArgName("samples")
     ->Arg(1024)
     ->Arg(2048)
@@ -91,7 +91,7 @@ BENCHMARK(BM_Pipeline_Line)
     ->Unit(benchmark::kMicrosecond);
 
 /// A scan of 1000 lines of 2048 samples: the lines in parallel, then the trees.
-void BM_Pipeline_Scan(benchmark::State& state) {
+void BM_Road_Scan(benchmark::State& state) {
   const bench::Scan scan = scanOf(bench::kSamples);
   const SQO_planeCalibPara plane = calibrationOf(scan);
   const int threadsBefore = cv::getNumThreads();
@@ -111,7 +111,7 @@ void BM_Pipeline_Scan(benchmark::State& state) {
   cv::setNumThreads(threadsBefore);
   state.SetItemsProcessed(state.iterations() * bench::kLines);
 }
-BENCHMARK(BM_Pipeline_Scan)
+BENCHMARK(BM_Road_Scan)
     ->ArgName("threads")
     ->Apply([](benchmark::internal::Benchmark* benchmark) {
       for (int threads = 1; threads < cv::getNumberOfCPUs(); threads *= 2) {
