@@ -2,7 +2,7 @@
 
 #include "bench_scan.h"
 
-// What moving the samples costs by itself: the yardsticks of all other figures.
+// The cost of reading, changing and copying the samples alone, to compare other figures with.
 
 namespace {
 

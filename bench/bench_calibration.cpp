@@ -4,14 +4,15 @@
 
 namespace {
 
-/// Lies between the blocks of the scene, which the calibration takes for the plane, and its table.
+/// A height between the table of the scene and the blocks on it, whose tops the calibration takes
+/// for the plane.
 constexpr double kBetweenSurfaces = 483.0;
 
-/// Cuts nothing of the scene, but is tested on every sample.
+/// Cuts nothing off the scene, but is compared with every sample.
 constexpr double kCutHeight = 1000.0;
 
-/// Levelling and its way back by turns, so that the scan stays where it is however long it runs.
-class Turns {
+/// A rotation and its inverse in turn, so that the scan does not drift.
+class AlternatingRotation {
  public:
   const double* next() {
     forth_ = !forth_;
@@ -26,9 +27,9 @@ class Turns {
 void BM_LineDataRT(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
   std::vector<STesk3DLaserLine> lines = bench::pointerForm(scan);
-  Turns turns;
+  AlternatingRotation rotation;
   for (auto _ : state) {
-    const double* matrix = turns.next();
+    const double* matrix = rotation.next();
     for (STesk3DLaserLine& line : lines) {
       lineDataRT(&line, matrix, kCutHeight);
     }
@@ -40,9 +41,9 @@ BENCHMARK(BM_LineDataRT)->Unit(benchmark::kMillisecond);
 
 void BM_LineDataRT_Vector(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
-  Turns turns;
+  AlternatingRotation rotation;
   for (auto _ : state) {
-    const double* matrix = turns.next();
+    const double* matrix = rotation.next();
     for (bench::Line& line : scan) {
       lineDataRT_vector(line, matrix, kCutHeight);
     }
@@ -52,12 +53,12 @@ void BM_LineDataRT_Vector(benchmark::State& state) {
 }
 BENCHMARK(BM_LineDataRT_Vector)->Unit(benchmark::kMillisecond);
 
-/// The same by the plain rule.
+/// The same by the plain rule, for comparison.
 void BM_LineDataRT_Plain(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
-  Turns turns;
+  AlternatingRotation rotation;
   for (auto _ : state) {
-    const double* matrix = turns.next();
+    const double* matrix = rotation.next();
     for (bench::Line& line : scan) {
       plain::level(line, matrix, kCutHeight, false);
     }
@@ -76,9 +77,9 @@ void BM_LineDataRT_RGBD(benchmark::State& state) {
                         static_cast<float>(sample.pt3D.z), 0U});
     }
   }
-  Turns turns;
+  AlternatingRotation rotation;
   for (auto _ : state) {
-    const double* matrix = turns.next();
+    const double* matrix = rotation.next();
     for (int l = 0; l < bench::kLines; ++l) {
       STeskXYZRGBDLaserLine line = {&points[std::size_t{bench::kSamples} * l], bench::kSamples};
       lineDataRT_RGBD(&line, matrix, kCutHeight);
@@ -99,7 +100,7 @@ void BM_GetPlaneCalibPara(benchmark::State& state) {
 }
 BENCHMARK(BM_GetPlaneCalibPara)->Unit(benchmark::kMillisecond);
 
-/// The same by the plain search.
+/// The same by the plain search, for comparison.
 void BM_GetPlaneCalibPara_Plain(benchmark::State& state) {
   bench::Line samples;
   for (const bench::Line& line : bench::sharedScan()) {
@@ -112,7 +113,7 @@ void BM_GetPlaneCalibPara_Plain(benchmark::State& state) {
 }
 BENCHMARK(BM_GetPlaneCalibPara_Plain)->Unit(benchmark::kMillisecond);
 
-/// The calibrations that take the vector form, those included that stamp its samples.
+/// The calibrations by the vector form, including those that stamp its samples.
 template <SQO_planeCalibPara (*calibrate)(bench::Scan&)>
 void BM_CalibrateVector(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
@@ -126,7 +127,7 @@ BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_getHolePlaneCalibPara)->Unit(benchmark
 BENCHMARK_TEMPLATE(BM_CalibrateVector, qo_HCameraVScan_getGroundCalibPara)
     ->Unit(benchmark::kMillisecond);
 
-/// A table without blocks, with a hole that breaks a fifth of its lines.
+/// A table without blocks, with a hole that interrupts a fifth of its lines.
 void BM_CalibrateAroundHole(benchmark::State& state) {
   bench::Scan scan = bench::makeScan(1);
   for (int l = 400; l < 600; ++l) {

@@ -9,15 +9,15 @@
 #include "bench_scan.h"
 #include "plain_clustering.h"
 
-// Clustering and labelling beside their plain forms, and labelling beside OpenCV's connected
-// components.
+// Clustering and labelling compared with their plain forms, and labelling with the connected
+// components of OpenCV.
 
 namespace {
 
 using Points = std::vector<STesk3DPosition>;
 using Clusters = std::vector<Points>;
 
-/// Points in groups of about `groupSize`; links of 1.0 reach through a group and not beyond.
+/// Points in groups of about `groupSize`. Links of 1.0 connect a group, but no two groups.
 Points makeGroups(std::int64_t count, std::int64_t groupSize) {
   bench::Noise noise;
   Points points;
@@ -32,7 +32,7 @@ Points makeGroups(std::int64_t count, std::int64_t groupSize) {
     }
     points.push_back({0, {x + noise.next(), y + noise.next(), 100.0}});
   }
-  // Neighbours in space are seldom neighbours in a list.
+  // Neighbours in space are seldom neighbours in the list.
   for (std::size_t i = 0; i < points.size(); ++i) {
     std::swap(points[i], points[i * 7919 % points.size()]);
   }
@@ -131,7 +131,7 @@ cv::Mat draw(int side, const Picture& picture) {
   return image;
 }
 
-/// Kinds of picture: 0 noise, 1 blobs, 2 a spiral one pixel wide, 3 a comb that joins at its foot.
+/// Kinds of pictures: 0 noise, 1 blobs, 2 a spiral one pixel wide, 3 a comb joined in the last row.
 cv::Mat makePicture(int kind, int side) {
   bench::Noise noise;
   switch (kind) {
@@ -142,7 +142,7 @@ cv::Mat makePicture(int kind, int side) {
         return std::sin(0.031 * r + 0.7 * std::sin(0.017 * c)) * std::sin(0.043 * c) > 0.2;
       });
     case 2: {
-      // Every other ring, each cut open and led over to the next at one corner.
+      // Every other ring, each cut and connected to the next one at one corner.
       return draw(side, [side](int r, int c) {
         const int last = side - 3;
         const int ring = std::min({r - 2, c - 2, last - r, last - c});
@@ -179,7 +179,7 @@ void BM_Labelling_Plain(benchmark::State& state) {
   bench::countSamples(state, static_cast<std::int64_t>(image.total()));
 }
 
-/// The library runs in one thread, so OpenCV is shown in one thread and as it comes.
+/// The library uses one thread, so OpenCV is measured with one thread and with its default.
 void BM_Labelling_OpenCv(benchmark::State& state, int threads) {
   const cv::Mat image =
       makePicture(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)));

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The library beside the plain loop over each window.
+/// The library and, for comparison, a plain loop over each window.
 template <typename Smooth>
 void BM_Conditioning_Smoothing(benchmark::State& state, Smooth smooth) {
   bench::Scan scan = bench::sharedScan();
@@ -44,8 +44,8 @@ void BM_Conditioning_SegSmoothing(benchmark::State& state) {
 }
 BENCHMARK(BM_Conditioning_SegSmoothing)->Apply(windows);
 
-// Against the limit of 1.0 every block is one stretch and nothing goes; against 0.04 the scan's
-// noise alone breaks stretches all along the line, and short ones are blanked.
+// With a limit of 1.0 every block is one stretch and nothing is blanked. With 0.04 the noise of the
+// scan separates stretches all along the line, and many are short enough to be blanked.
 constexpr SQO_outlierFilterParam kKeepsAll = {1.0, 5.0};
 constexpr SQO_outlierFilterParam kBlanksMany = {0.04, 5.0};
 
@@ -88,7 +88,7 @@ BENCHMARK_CAPTURE(BM_Conditioning_Outliers,
                   kKeepsAll)
     ->Unit(benchmark::kMillisecond);
 
-// The plain rules, copies of the lines included.
+// The plain rules, including copies of the lines.
 void BM_Conditioning_PlainOutliers(benchmark::State& state) {
   const bench::Scan scan = bench::sharedScan();
   bench::Line filtered;
@@ -104,7 +104,7 @@ void BM_Conditioning_PlainOutliers(benchmark::State& state) {
 }
 BENCHMARK(BM_Conditioning_PlainOutliers)->Unit(benchmark::kMillisecond);
 
-// One line of a sample more ends the filter after its pass along the lines.
+// If one line is a sample longer, the filter ends after its pass along the lines.
 void BM_Conditioning_NoiseFilter(benchmark::State& state) {
   bench::Scan scan = bench::sharedScan();
   if (state.range(0) == 0) {
@@ -133,7 +133,7 @@ void BM_Conditioning_PlainNoiseFilter(benchmark::State& state) {
 }
 BENCHMARK(BM_Conditioning_PlainNoiseFilter)->Unit(benchmark::kMillisecond);
 
-// The runs are the table and the blocks between the edges: straight pieces but for the noise.
+// The runs are the table and the blocks between the edges, which are straight except for the noise.
 constexpr SQO_lineSegParam kSegments = {1.0, 5.0, 0.1};
 
 void BM_Conditioning_Intervals(benchmark::State& state) {
@@ -166,7 +166,8 @@ void BM_Conditioning_SurfaceSegments(benchmark::State& state) {
 }
 BENCHMARK(BM_Conditioning_SurfaceSegments)->Unit(benchmark::kMillisecond);
 
-// A million samples on as many treads as the argument says: cut tread by tread.
+// A million samples on a staircase, which is cut tread by tread. The argument is the number of
+// treads.
 void BM_Conditioning_SplitStaircase(benchmark::State& state) {
   constexpr int kCount = 1000000;
   const int tread = kCount / static_cast<int>(state.range(0));

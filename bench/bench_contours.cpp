@@ -6,8 +6,8 @@
 #include "bench_scan.h"
 #include "plain_contours.h"
 
-// The cost of a scan around a peak must follow the size of the object, not that of the scan; what
-// selects contour points must cost the same per point however many edges there are.
+// The cost of a scan around a peak must depend on the size of the object, not of the scan. The cost
+// per point of selecting contour points must not depend on the number of edges.
 
 namespace {
 
@@ -28,7 +28,7 @@ class ObjectScan {
       }
     }
     lines_ = bench::pointerForm(scan_);
-    // The peak's value takes half of it away again.
+    // Half of the value of the peak is subtracted from it.
     bag_.bagWidth = halfSide + 1.0;
   }
 
@@ -39,7 +39,7 @@ class ObjectScan {
                   maxEdges_ + 3);
   }
 
-  /// The same with the plain form, which takes the half-span as it is.
+  /// The input of the plain form, to which the half-span is passed itself.
   [[nodiscard]] plain::PeakScene plainScene() const {
     return {scan_, edges_, kPeak, bag_.bagWidth - 0.5 * kPeak.valueD, true};
   }
@@ -82,7 +82,7 @@ void BM_Contours_PeakScan(benchmark::State& state) {
   for (auto _ : state) {
     object.scanPeak();
   }
-  // The walks in either direction visit the whole object.
+  // The walks along and across the lines each visit the whole object.
   bench::countSamples(state, std::int64_t{8} * halfSide * halfSide);
 }
 BENCHMARK(BM_Contours_PeakScan)
@@ -166,7 +166,7 @@ void BM_Contours_PeakScanDiscs(benchmark::State& state) {
 }
 BENCHMARK(BM_Contours_PeakScanDiscs)->Unit(benchmark::kMicrosecond);
 
-/// Points that belong to `edges` edges in turn, at distances that tell the first three apart.
+/// Points on `edges` edges in turn, whose mean distances differ.
 std::vector<SQO_contourPtInfo> makePoints(std::int64_t count, int edges) {
   bench::Noise noise;
   std::vector<SQO_contourPtInfo> points;

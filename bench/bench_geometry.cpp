@@ -7,7 +7,7 @@ namespace {
 
 constexpr int kFitPoints = 1000;
 
-/// Points of an arc with noise, so that every fit has something to do.
+/// Points of an arc with noise, so that no fit is exact.
 std::vector<STesk3DPoint> arcPoints() {
   bench::Noise noise;
   std::vector<STesk3DPoint> points;
@@ -32,7 +32,7 @@ void BM_Fit_Line(benchmark::State& state) {
 }
 BENCHMARK(BM_Fit_Line);
 
-/// The same by a plain loop over the sums.
+/// The same fit with plain sums, for comparison.
 void BM_Fit_LinePlain(benchmark::State& state) {
   const std::vector<STesk3DPoint> points = arcPoints();
   for (auto _ : state) {

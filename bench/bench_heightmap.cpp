@@ -4,12 +4,12 @@
 #include "bench_scan.h"
 #include "plain_heightmap.h"
 
-// The library's own image processing beside its plain form, and beside OpenCV's on the same image,
-// which runs on one thread here.
+// The image processing of the library compared with its plain form, and with that of OpenCV on one
+// thread.
 
 namespace {
 
-/// Round and long objects on an empty ground, as a projection leaves them.
+/// Elliptical objects on an empty ground, such as a projection draws.
 cv::Mat maskImage(int size) {
   bench::Noise noise;
   const auto position = [&] { return static_cast<int>((noise.next() + 1.0) * 0.5 * size); };
@@ -130,7 +130,7 @@ BENCHMARK(BM_HeightMap_ScanPeaks)
     ->Arg(32)
     ->Unit(benchmark::kMillisecond);
 
-/// The shared scan in the images that it is projected to at 0.25 length units per pixel.
+/// The shared scan and images for its projection at 0.25 length units per pixel.
 struct Projection {
   bench::Scan scan = bench::sharedScan();
   cv::Mat mask = cv::Mat::zeros(1700, 2100, CV_32F);
@@ -154,8 +154,7 @@ void projectionCases(benchmark::internal::Benchmark* bench) {
 BENCHMARK_CAPTURE(BM_HeightMap_Projection, library, pointClout2DProjection)->Apply(projectionCases);
 BENCHMARK_CAPTURE(BM_HeightMap_Projection, plain, plain::projection)->Apply(projectionCases);
 
-/// What the projection cannot do without: each sample is read, and its pixel written in both
-/// images.
+/// The least that a projection must do: read each sample, and write its pixel in both images.
 void BM_HeightMap_ProjectionBaseline(benchmark::State& state) {
   Projection images;
   for (auto _ : state) {

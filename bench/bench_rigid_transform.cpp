@@ -25,7 +25,7 @@ Points randomPoints(std::int64_t count) {
   return points;
 }
 
-/// Turned by the angle of a 3-4-5 triangle and shifted.
+/// The points, rotated by an angle of a 3-4-5 triangle and shifted.
 Points moved(const Points& points) {
   Points out;
   for (const cv::Point3_<double>& p : points) {
@@ -49,7 +49,7 @@ void BM_RigidTransform_Estimate(benchmark::State& state) {
 }
 BENCHMARK(BM_RigidTransform_Estimate)->Arg(kFew)->Arg(kMany)->Unit(benchmark::kMicrosecond);
 
-/// Eigen's own estimate from the same memory, to compare with.
+/// Eigen's own estimate from the same memory, for comparison.
 void BM_RigidTransform_EigenUmeyama(benchmark::State& state) {
   using Map = Eigen::Map<const Eigen::Matrix3Xd>;
   const Points from = randomPoints(state.range(0));

@@ -6,8 +6,8 @@
 #include <scanline/scanline.h>
 #include "bench_scan.h"
 
-// The whole chain that most applications run: level a raw profile, blank its outliers, smooth it,
-// find its corners, and chain them into trees.
+// The whole chain of most applications: level a raw line, blank its outliers, smooth it, find its
+// corners, and chain them into trees.
 
 namespace {
 
@@ -27,13 +27,13 @@ SQO_planeCalibPara calibrationOf(bench::Scan scan) {
   return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
 }
 
-/// What one thread works in, from profile to profile.
+/// The buffers of one thread, reused for each line.
 struct Workspace {
   bench::Line line;
   bench::Line smooth;
 };
 
-/// The corners of a raw profile.
+/// Finds the corners of a raw line.
 void findCorners(const bench::Line& raw,
                  int lineIdx,
                  const SQO_planeCalibPara& plane,
@@ -54,8 +54,8 @@ double quantile(std::vector<double>& times, double share) {
   return *at;
 }
 
-/// From a profile that arrives to trees that hold its corners, on one core. An iteration is a
-/// profile; the counters are the median and the 99th percentile of their times.
+/// From a raw line to trees with its corners, on one core. An iteration is one line; the counters
+/// are the median and the 99th percentile of the times.
 void BM_Road_Profile(benchmark::State& state) {
   const int samples = static_cast<int>(state.range(0));
   const bench::Scan scan = scanOf(samples);
@@ -90,7 +90,7 @@ BENCHMARK(BM_Road_Profile)
     ->UseManualTime()
     ->Unit(benchmark::kMicrosecond);
 
-/// A scan of 1000 profiles of 2048 samples: the profiles side by side, then the trees.
+/// A scan of 1000 lines of 2048 samples: the lines in parallel, then the trees.
 void BM_Road_Scan(benchmark::State& state) {
   const bench::Scan scan = scanOf(bench::kSamples);
   const SQO_planeCalibPara plane = calibrationOf(scan);

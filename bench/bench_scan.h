@@ -1,6 +1,6 @@
 #pragma once
 
-/// The scan that all benchmarks share, and the way they report.
+/// The scan that the benchmarks share, and the counters that they report.
 
 #include <benchmark/benchmark.h>
 
@@ -19,7 +19,7 @@ constexpr int kLines = 1000;
 constexpr int kSamples = 2048;
 constexpr std::int64_t kScanSamples = std::int64_t{kLines} * kSamples;
 
-/// A small generator of its own, so that the scan is the same on every platform.
+/// A small random generator that is the same on every platform.
 class Noise {
  public:
   /// Uniform in -1.0 to 1.0.
@@ -32,7 +32,7 @@ class Noise {
   std::uint64_t state_ = 1;
 };
 
-/// Height of the scene: a tilted table with blocks, `pitch` wide and as far apart.
+/// z of the scene: a tilted table with blocks, which are `pitch` wide and as far apart.
 inline double sceneHeight(double x, double y, double pitch) {
   const bool onBlock = static_cast<int>(std::floor(y / pitch)) % 2 == 1;
   return 500.0 + 0.02 * x - 0.01 * y - (onBlock ? 40.0 : 0.0);
@@ -69,7 +69,7 @@ inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
   return lines;
 }
 
-/// Reports nanoseconds per sample beside the time of an iteration.
+/// Reports the time per sample in addition to that of an iteration.
 inline void countSamples(benchmark::State& state, std::int64_t perIteration = kScanSamples) {
   state.counters["per_sample"] = benchmark::Counter(
       static_cast<double>(perIteration),

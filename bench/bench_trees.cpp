@@ -4,9 +4,8 @@
 #include "bench_scan.h"
 #include "plain_trees.h"
 
-// A feature must cost the same however many features a line has, however many trees have closed
-// or, where those of one line never close, have gathered in the list, and however many features lie
-// in one place.
+// The cost per feature must not depend on the number of features on a line, of closed trees in the
+// list, of trees of one line that never close, or of features at one place.
 
 namespace {
 
@@ -16,8 +15,8 @@ constexpr int kTreeLines = 2000;
 using Features = std::vector<SQO_basicFeature1D>;
 using FeatureLines = std::vector<Features>;
 
-/// Edges 10 apart that run straight across the scan. Every fifth feature is a stray that lies
-/// anywhere and as a rule starts a tree of its own.
+/// Straight edges across the scan, 10.0 apart. Every fifth feature is a stray anywhere on the line,
+/// which usually starts a new tree.
 FeatureLines makeFeatures(int perLine) {
   bench::Noise noise;
   FeatureLines lines(kTreeLines);
@@ -33,7 +32,7 @@ FeatureLines makeFeatures(int perLine) {
   return lines;
 }
 
-/// The features of each line in another form.
+/// The features of each line, converted to another type.
 template <typename Convert>
 auto converted(const FeatureLines& lines, Convert convert) {
   std::vector<std::vector<decltype(convert(lines[0][0]))>> result(lines.size());
@@ -54,7 +53,7 @@ std::vector<SQO_lineFeature> asRecords(const FeatureLines& lines) {
   return records;
 }
 
-/// Trees that closed long ago, such as those of earlier scans.
+/// Closed trees, such as those of earlier scans.
 template <typename Tree>
 std::vector<Tree> closedTrees(std::int64_t count) {
   Tree tree = {};
@@ -63,7 +62,7 @@ std::vector<Tree> closedTrees(std::int64_t count) {
   return {static_cast<std::size_t>(count), tree};
 }
 
-/// Times `grow(trees)` on a list that holds `closed` trees beforehand.
+/// Times `grow(trees)` on a list of closed trees.
 template <typename Tree, typename Grow>
 void timeGrowing(benchmark::State& state, Grow grow) {
   std::vector<Tree> trees;
@@ -96,7 +95,7 @@ void BM_Trees_WholeScan(benchmark::State& state) {
 }
 BENCHMARK(BM_Trees_WholeScan)->Apply(sizes);
 
-/// Strays start trees of one line, which here never close and gather in the list.
+/// Strays start trees of one line, which never close here and accumulate in the list.
 void BM_Trees_Corners(benchmark::State& state) {
   FeatureLines lines = featuresFor(state);
   timeGrowing<SQO_featureTree>(state,
@@ -104,7 +103,7 @@ void BM_Trees_Corners(benchmark::State& state) {
 }
 BENCHMARK(BM_Trees_Corners)->Apply(sizes);
 
-/// Features that all lie in one place, on five lines.
+/// Features that all lie at one place, on five lines.
 FeatureLines denseFeatures(const benchmark::State& state) {
   bench::Noise noise;
   FeatureLines lines(5);
@@ -127,12 +126,12 @@ void BM_Trees_Dense(benchmark::State& state) {
 }
 BENCHMARK(BM_Trees_Dense)->Arg(500)->Arg(5000)->Arg(50000)->Unit(benchmark::kMillisecond);
 
-/// The same by walks over the whole list.
+/// The same by a plain search of the whole list.
 void BM_Trees_DensePlain(benchmark::State& state) {
   const FeatureLines lines = denseFeatures(state);
   for (auto _ : state) {
     benchmark::DoNotOptimize(
-        plain::withoutOneLiners(plain::grow(lines, {}, {kGrow, true, true, NAN})));
+        plain::withoutOneLineTrees(plain::grow(lines, {}, {kGrow, true, true, NAN})));
   }
   bench::countSamples(state, 5 * state.range(0));
 }
@@ -160,7 +159,7 @@ void BM_Trees_TypeFree(benchmark::State& state) {
 }
 BENCHMARK(BM_Trees_TypeFree)->Apply(sizes);
 
-/// The features as positions on a scan that holds just these.
+/// The features as positions on a scan that consists of them.
 struct EndingScan {
   explicit EndingScan(const FeatureLines& features)
       : samples(converted(features, [](const SQO_basicFeature1D& feature) {
@@ -216,7 +215,7 @@ void BM_Trees_SemiCircles(benchmark::State& state) {
     return SQO_featureSemiCircle{0, feature.jumpPos2D.x, 0, 0, 0, feature.jumpPos, 0.0, 0.0};
   });
   timeGrowing<SQO_semiCircleFeatureTree>(state, [&](auto& trees) {
-    auto marked = lines;  // growing marks what it has used
+    auto marked = lines;  // growing marks semi-circles as used
     std::vector<SQO_semiCircleFeatureTree> longTrees;
     std::vector<SQO_semiCircleFeatureTree> shortTrees;
     for (int l = 0; l < kTreeLines; ++l) {
@@ -236,7 +235,7 @@ void BM_Trees_Segments(benchmark::State& state) {
 }
 BENCHMARK(BM_Trees_Segments)->Apply(sizes);
 
-/// With a start and an end of a segment on every line that no tree reaches.
+/// Each line also has a start and an end of a segment that no tree takes.
 void BM_Trees_LV(benchmark::State& state) {
   std::vector<SQO_lineFeature> lines = asRecords(featuresFor(state));
   for (SQO_lineFeature& line : lines) {

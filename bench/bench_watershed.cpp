@@ -7,8 +7,8 @@
 #include "bench_scan.h"
 #include "plain_watershed.h"
 
-// The library beside the same steps in their plainest form, and beside OpenCV's watershed, which
-// follows rules of its own and takes 8-bit images with given markers only.
+// The watersheds compared with their plain forms, and with the watershed of OpenCV, which has other
+// rules and takes only 8-bit images with given markers.
 
 namespace {
 
@@ -16,7 +16,7 @@ using Plane = std::vector<std::vector<int>>;
 using Seeds = std::vector<SQO_2DValueI>;
 
 constexpr int kMaxLevel = 60;
-constexpr int kPitch = 64;  // of the blobs
+constexpr int kPitch = 64;  // distance of the blobs
 
 SJU_waterShedImage blankImage(int side, int value) {
   return {side, side, Plane(side, std::vector<int>(side, value)),
@@ -37,8 +37,8 @@ Seeds makeSeeds(int side) {
   return seeds;
 }
 
-/// A distance map turned upside down: overlapping discs around the seeds, deepest at their centres,
-/// on a ground at level 60.
+/// An inverted distance map: overlapping discs around the seeds, deepest at their centres, on a
+/// ground at level 60.
 SJU_waterShedImage makeBlobs(int side) {
   constexpr int kRadius = 45;
   SJU_waterShedImage image = blankImage(side, kMaxLevel);
@@ -65,8 +65,8 @@ SJU_waterShedImage makeHeights(int side) {
   return image;
 }
 
-/// One corridor of level 0 that runs to and fro through walls above all levels, seeded at its end:
-/// each walk over the level gets one pixel on, or one row.
+/// A corridor of level 0 that winds between walls above the last level, with a seed at its end:
+/// each walk over the level advances by one pixel, or by one row.
 SJU_waterShedImage makeSnake(int side, Seeds& seeds) {
   SJU_waterShedImage image = blankImage(side, kMaxLevel + 1);
   for (int y = 0; y < side; y += 2) {
@@ -77,7 +77,7 @@ SJU_waterShedImage makeSnake(int side, Seeds& seeds) {
   }
   const int last = (side - 1) / 2 * 2;
   seeds = {{last % 4 == 0 ? side - 1 : 0, last, 0, 0.0, 0}};
-  image.gray[last][seeds[0].x] = 1;  // or the plateau of the seed would be all of the corridor
+  image.gray[last][seeds[0].x] = 1;  // otherwise its plateau would be the whole corridor
   return image;
 }
 
@@ -168,7 +168,7 @@ void squares(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("side")->Arg(512)->Arg(1024)->Arg(2048)->Unit(benchmark::kMillisecond);
 }
 
-/// Sides that the plain form, whose cost grows with the fourth power, can still do.
+/// Sides that are feasible for the plain form, whose cost grows with their fourth power.
 void smallSquares(benchmark::internal::Benchmark* benchmark) {
   benchmark->ArgName("side")->Arg(64)->Arg(128)->Unit(benchmark::kMillisecond);
 }

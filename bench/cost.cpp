@@ -9,7 +9,7 @@
 #include <cstring>
 #include <iostream>
 
-/// The function that callgrind counts in. Not a tail call, which would end the count.
+/// The function that callgrind counts in. It makes no tail call, which would end the count.
 extern "C" [[gnu::noinline]] void scanlineMeasuredCall(const std::function<void()>& call) {
   call();
   std::atomic_signal_fence(std::memory_order_seq_cst);

@@ -10,16 +10,19 @@
 
 namespace cost {
 
-/// What doubling the size may do to the cost: nothing, or multiply it by all but 2 or by 4.
+/// How the cost may grow when the size doubles: not at all, or about by a factor of 2 or of 4.
 enum class Growth { kNone, kLinear, kQuadratic };
 
 struct Case {
   const char* name;  ///< room/function/input
   Growth growth;
   int size;  ///< The smallest of the three sizes.
-  /// Makes the input of a size; the call that it returns is what is measured.
+  /// Makes the input of a size and returns the call that is measured.
   std::function<std::function<void()>(int size)> prepare;
 };
+
+/// A limit or a length that is greater than any line of the cases.
+constexpr double kBeyond = 1e9;
 
 using Line = std::vector<STesk3DPosition>;
 using Scan = std::vector<Line>;
@@ -32,6 +35,12 @@ Line makeLine(int count, Point point) {
     line.push_back({i, point(i)});
   }
   return line;
+}
+
+/// A line at unit spacing whose sample i has the height `z(i)`.
+template <typename Height>
+Line profile(int count, Height z) {
+  return makeLine(count, [z](int i) { return STesk3DPoint{0.0, 1.0 * i, 1.0 * z(i)}; });
 }
 
 inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {

@@ -5,14 +5,13 @@
 #include <scanline/line_shapes.h>
 #include "cost.h"
 
-// Corners and what is built on their slopes. A scale beyond the line lets no sample find a partner
-// for its slope; so does a y that is not a number or stands still.
+// Corners and other features from slopes. If `scale` is longer than the line, or y is NaN or
+// constant, no sample has a neighbour at the distance `scale`.
 
 namespace cost {
 namespace {
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kBeyond = 1e9;
 constexpr int kSamples = 1000;
 
 SQO_cornerParam corner(double scale) {
@@ -35,7 +34,7 @@ Line stillLine(int count) {
   return makeLine(count, [](int i) { return STesk3DPoint{0.0, 5.0, zigzag(i)}; });
 }
 
-/// Three places in turn, less than a `scale` of 1.0 apart in a box whose corners are farther apart.
+/// Three points in turn, less than a `scale` of 1.0 apart in a box whose corners are farther apart.
 Line triangle(int count) {
   constexpr double kY[] = {0.0, 0.86, 0.86};
   constexpr double kZ[] = {100.49, 100.0, 100.98};

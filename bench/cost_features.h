@@ -1,6 +1,6 @@
 #pragma once
 
-/// Features that are hard on the growers of trees.
+/// Features that are costly for the growers of trees.
 
 #include <limits>
 #include <vector>
@@ -16,8 +16,8 @@ inline SQO_basicFeature1D featureAt(int line, int idx, double y) {
   return {FEATURE_SLOPE_RISE, {line, idx}, {1.0 * line, y, 10.0}, 1.0};
 }
 
-/// One feature a line. If trees follow them, they make one long tree.
-inline FeatureLines oneALine(int count, double y = 5.0, int type = FEATURE_SLOPE_RISE) {
+/// One feature on each line. If a tree may follow them, they make one long tree.
+inline FeatureLines onePerLine(int count, double y = 5.0, int type = FEATURE_SLOPE_RISE) {
   FeatureLines lines;
   for (int l = 0; l < count; ++l) {
     lines.push_back({featureAt(l, 0, y)});
@@ -27,29 +27,29 @@ inline FeatureLines oneALine(int count, double y = 5.0, int type = FEATURE_SLOPE
 }
 
 inline FeatureLines longTree(int count) {
-  return oneALine(count);
+  return onePerLine(count);
 }
 
-/// There is no y to find a tree by.
+/// Features with a y of NaN.
 inline FeatureLines withoutY(int count) {
-  return oneALine(count, std::numeric_limits<double>::quiet_NaN());
+  return onePerLine(count, std::numeric_limits<double>::quiet_NaN());
 }
 
-/// Of a type that matches none, not even itself.
+/// Features of a type that matches no type, not even itself.
 inline FeatureLines unmatched(int count) {
-  return oneALine(count, 5.0, 8);
+  return onePerLine(count, 5.0, 8);
 }
 
-/// Each farther in x from the one before than any tree may skip.
+/// Features each farther in x from the one before than any tree may skip.
 inline FeatureLines farApart(int count) {
-  FeatureLines lines = oneALine(count);
+  FeatureLines lines = onePerLine(count);
   for (Features& features : lines) {
     features.front().jumpPos.x *= 1e12;
   }
   return lines;
 }
 
-/// All without y on a line, and a tree that the next line would go on with.
+/// Features with a y of NaN on one line, and one with a y on the next.
 inline FeatureLines withoutYOnALine(int count) {
   FeatureLines lines = withoutY(1);
   lines[0].resize(count, lines[0][0]);
@@ -57,7 +57,7 @@ inline FeatureLines withoutYOnALine(int count) {
   return lines;
 }
 
-/// Equal features, all on one line: each starts a tree that no other may join.
+/// Equal features, all on one line: each starts a tree to which no other attaches.
 inline FeatureLines equalOnALine(int count) {
   return {Features(count, featureAt(0, 0, 5.0))};
 }
@@ -71,14 +71,14 @@ inline FeatureLines closeOnALine(int count) {
   return lines;
 }
 
-/// The same on two lines: each feature of the second finds the first free tree.
+/// The same on two lines: each feature of the second attaches to the first free tree.
 inline FeatureLines equalOnTwoLines(int count) {
   FeatureLines lines = equalOnALine(count / 2);
   lines.emplace_back(count - count / 2, featureAt(1, 0, 5.0));
   return lines;
 }
 
-/// On each of two lines features that share their y but differ too much in z for any tree.
+/// Features on two lines that share their y but differ too much in z for any tree.
 inline FeatureLines wall(int count) {
   FeatureLines lines(2);
   for (int i = 0; i < count; ++i) {
@@ -88,7 +88,7 @@ inline FeatureLines wall(int count) {
   return lines;
 }
 
-/// Features of one line too far apart in y for trees that go on.
+/// Features on one line that are far apart in y.
 inline FeatureLines spreadOnALine(int count) {
   FeatureLines lines(1);
   for (int i = 0; i < count; ++i) {

@@ -12,20 +12,13 @@
 namespace cost {
 namespace {
 
-constexpr double kBeyond = 1e9;
 constexpr int kSamples = 4000;
-
-/// A line at unit spacing whose sample i has the height `z(i)`.
-template <typename Height>
-Line profile(int count, Height z) {
-  return makeLine(count, [z](int i) { return STesk3DPoint{0.0, 1.0 * i, 1.0 * z(i)}; });
-}
 
 int zigzag(int i) {
   return 100 + i % 2;
 }
 
-/// Of as many lines as samples on a line, `size` samples altogether.
+/// A scan with as many lines as samples on each line, about `size` samples in all.
 Scan squareScan(int size, double step) {
   const int side = static_cast<int>(std::sqrt(size));
   Scan scan(side);
@@ -74,7 +67,7 @@ std::function<void()> splitZigzag(int size) {
   };
 }
 
-/// An arc, which is cut into halves.
+/// An arc, whose pieces are cut in half.
 std::function<void()> surfaceSegments(int size) {
   const double radius = size;
   Line line = profile(size, [=](int i) {
@@ -113,7 +106,7 @@ std::function<void()> wholeLines(int size) {
   return [scan = squareScan(size, 0.01)]() mutable { qo_getHolePlaneCalibPara(scan); };
 }
 
-/// Steep zigzags at the end of each line, which are divided for the ground.
+/// Steep zigzags at the end of each line, which are cut into pieces for the ground.
 std::function<void()> ground(int size) {
   return [scan = squareScan(size, 8.0)]() mutable { qo_HCameraVScan_getGroundCalibPara(scan); };
 }

@@ -7,7 +7,7 @@
 #include <scanline/watershed.h>
 #include "cost.h"
 
-// Clustering, and what works on images: `size` pixels in a square.
+// Clustering and functions on images: `size` pixels in a square.
 
 namespace cost {
 namespace {
@@ -120,7 +120,8 @@ Prepared projection(int size) {
   };
 }
 
-/// Contour points all over the scan but for a cross of bare samples, in which the walks start.
+/// Contour points all over the scan, except for a cross of untyped samples, in which the walks
+/// start.
 Prepared peakScan(int size) {
   const int side = sideOf(size);
   Scan scan = squareScan(size, 1.0);
@@ -145,7 +146,7 @@ SQO_contourPtInfo contourPoint(int k, int edge) {
   return {k, 0, FEATURE_JUMP_RISE, edge, 1, 1.0 + edge, {0.0, 0.0, 10.0}};
 }
 
-/// An edge of its own for every point.
+/// Contour points with an edge for each.
 Prepared contourPostProc(int size) {
   std::vector<SQO_contourPtInfo> all;
   for (int k = 0; k < size; ++k) {
@@ -157,7 +158,7 @@ Prepared contourPostProc(int size) {
   };
 }
 
-/// Pairs whose labels stand last in a list as long as theirs.
+/// Pairs whose labels are the last ones in a list of equal length.
 Prepared contourPairs(int size) {
   std::vector<SQO_conotourPair> pairs;
   std::vector<SQO_intPair> edgePairs;
@@ -191,19 +192,20 @@ std::function<Prepared(int)> minima(Level level) {
   };
 }
 
-/// A corridor to and fro between walls, seeded at its end: a walk over the level gets a pixel on.
+/// A winding corridor between walls, seeded at its end: each walk over the level advances by one
+/// pixel.
 Prepared snake(int size) {
   const int side = sideOf(size) / 2 * 2 + 1;
   SJU_waterShedImage image = imageOf(
       side, [=](int r, int c) { return r % 2 == 0 || c == (r % 4 == 1 ? side - 1 : 0) ? 0 : 2; });
   const int end = (side - 1) % 4 == 0 ? side - 1 : 0;
-  image.gray[side - 1][end] = 1;  // or the seed's plateau would be the whole corridor
+  image.gray[side - 1][end] = 1;  // otherwise the plateau of the seed is the corridor
   return [image, seeds = std::vector<SQO_2DValueI>{{end, side - 1, 0, 0.0, 0}}]() mutable {
     ju_seedWatershed(image, seeds, 1, 2);
   };
 }
 
-/// A slope with a level of its own for every row, seeded at the top: each sweep settles one row.
+/// A slope with a different level in each row, seeded at the top: each sweep settles one row.
 Prepared downhill(int size) {
   const int side = sideOf(size);
   SJU_waterShedImage image = imageOf(side, [=](int r, int) { return side - r; });

@@ -10,16 +10,9 @@
 namespace cost {
 namespace {
 
-constexpr double kBeyond = 1e9;
 constexpr int kSamples = 1000;
 
 using Features = std::vector<SQO_basicFeature1D>;
-
-/// A line at unit spacing whose sample i has the height `z(i)`.
-template <typename Height>
-Line profile(int count, Height z) {
-  return makeLine(count, [z](int i) { return STesk3DPoint{0.0, 1.0 * i, 1.0 * z(i)}; });
-}
 
 auto localPeaks(double turn) {
   return [turn](int size) {
@@ -30,7 +23,7 @@ auto localPeaks(double turn) {
   };
 }
 
-/// Lone slopes or jumps, each with a window that spans the line.
+/// Isolated slopes or jumps, each with a window that spans the line.
 auto flatLinePeaks(double step) {
   return [step](int size) {
     Line line = profile(size, [=](int i) { return 100.0 + step * (i / 8); });
@@ -40,7 +33,7 @@ auto flatLinePeaks(double step) {
   };
 }
 
-/// Slopes measured over a window that no sample is far enough away for.
+/// Slopes over a window that is wider than the line.
 auto flatLineWindow() {
   return [](int size) {
     Line line = profile(size, [](int i) { return 100.0 + i % 3; });

@@ -2,7 +2,7 @@
 #include "cost.h"
 #include "cost_features.h"
 
-// All growers on the same features in their own records.
+// All growers on the same features, in the records of each.
 
 namespace cost {
 namespace {
@@ -11,7 +11,7 @@ constexpr int kFeatures = 500;
 
 using Trees = std::vector<SQO_featureTree>;
 
-/// Limits that all features of a case lie within, and trees that never close before the end.
+/// Limits that all features of a case observe, and trees that never close before the end.
 constexpr SQO_treeGrowParam kGrow = {2.0, 5.0, 0, 1e9, 0.0, 0.0};
 
 std::vector<SQO_lineFeature> asRecords(const FeatureLines& lines) {
@@ -58,7 +58,7 @@ Prepared typeFree(const FeatureLines& lines) {
   };
 }
 
-/// The features as positions on a scan that holds just these.
+/// The features as positions on a scan that has no other samples.
 struct EndingScan {
   explicit EndingScan(const FeatureLines& features)
       : scan(converted<STesk3DPosition>(features, [](const SQO_basicFeature1D& feature) {
@@ -147,7 +147,7 @@ Case growing(const char* name,
   return {name, growth, kFeatures, [=](int count) { return Prepared(grow(make(count))); }};
 }
 
-/// Trees of one node each, all too short for the object: each is compared with all others.
+/// Trees of one node each, all too short for the object: each one is compared with all others.
 Case shortTrees() {
   return {"trees/lv/short-trees", Growth::kQuadratic, 500, [](int count) {
             SQO_treeGrowParam keepAll = kGrow;

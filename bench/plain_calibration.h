@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of levelling and of the search for a plane by heights, in their plainest form: the
-/// tests compare the library with it, the benchmarks measure by it.
+/// Levelling, and the search for a plane by heights, in the plainest form. The tests compare the
+/// results of the library with it, the benchmarks the speed.
 
 #include <algorithm>
 #include <cmath>
@@ -50,8 +50,8 @@ inline std::vector<int> heightProfile(const std::vector<double>& heights, double
   return std::count(sums.begin(), sums.end(), sums[0]) == bins ? counts : sums;
 }
 
-/// The heights between the valleys on both sides of the lowest strong peak. `heights` holds numbers
-/// only, `total` counts the other samples as well.
+/// The heights between the valleys on both sides of the lowest strong peak. `heights` has no NaN;
+/// `total` counts all valid samples.
 inline std::optional<STeskRangeD> planeHeights(const std::vector<double>& heights, int total) {
   const auto [low, high] = std::minmax_element(heights.begin(), heights.end());
   const std::vector<int> profile = heightProfile(heights, *low, *high);
@@ -85,7 +85,7 @@ inline std::optional<STeskRangeD> planeHeights(const std::vector<double>& height
   return window;
 }
 
-/// The calibration of the plane that the samples show, its height the lowest or the mean one.
+/// The calibration by the plane that the samples show. Its height is the smallest or the mean one.
 inline SQO_planeCalibPara planeCalib(const std::vector<STesk3DPosition>& samples, bool takesMean) {
   std::vector<double> heights;
   int total = 0;

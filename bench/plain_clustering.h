@@ -1,7 +1,7 @@
 #pragma once
 
-/// Clustering and labelling step by step in their plainest form: the tests compare the library with
-/// it, the benchmarks measure by it.
+/// Clustering and labelling in their plainest form. The tests compare the results of the library
+/// with it, the benchmarks compare the speed.
 
 #include <algorithm>
 #include <cmath>
@@ -64,7 +64,7 @@ void growOnGrid(std::vector<std::vector<SQO_featureClusteringInfo>>& grid,
   }
 }
 
-/// Gives the label to the foreground that hangs together with `start`, off the image's frame.
+/// Labels the foreground that is connected to `start`, without the outer rows and columns.
 inline SQO_Region floodRegion(cv::Mat& image, cv::Point start, int label, int connectivity) {
   SQO_Region region = {{start.x, start.x, start.y, start.y}, 0, label};
   std::vector<cv::Point> open = {start};

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The scan around a peak and the choice of its contour, step by step in their plainest form: the
-/// tests compare the library with it, the benchmarks measure by it.
+/// The scan around a peak and the selection of contour points in their plainest form. The tests
+/// compare the results of the library with it, the benchmarks compare the speed.
 
 #include <algorithm>
 #include <array>
@@ -19,7 +19,7 @@ namespace plain {
 using ContourPoints = std::vector<SQO_contourPtInfo>;
 using Contours = std::vector<SQO_lineConotours>;
 
-/// What a scan around a peak reads.
+/// The input of a scan around a peak.
 struct PeakScene {
   std::vector<std::vector<STesk3DPosition>> scan;
   cv::Mat edges;
@@ -29,7 +29,7 @@ struct PeakScene {
 };
 
 /// A walk along line `k` or, if not `along`, across the lines at sample index `k`. Returns whether
-/// it was stopped. The rule of two jumps in a row is left out, since the first one ends the walk.
+/// it was stopped.
 // NOLINTNEXTLINE(readability-function-cognitive-complexity): the rules in one piece
 inline bool walkFromPeak(
     const PeakScene& scene, bool along, int k, int step, ContourPoints& points) {
@@ -133,7 +133,7 @@ inline ContourPoints ofEdge(const ContourPoints& points, int edge) {
   return kept;
 }
 
-/// The points of all edges that are long enough and near enough, edge by edge.
+/// The points of all edges that are long enough and near enough to the peak, edge by edge.
 inline ContourPoints contourPostProc(const ContourPoints& points, double distTol) {
   std::vector<std::pair<double, ContourPoints>> edges;
   std::set<int> seen;

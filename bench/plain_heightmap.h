@@ -1,7 +1,7 @@
 #pragma once
 
-/// Maps and their peaks step by step in their plainest form: the tests compare the library with it,
-/// the benchmarks measure by it.
+/// Maps and their peaks in their plainest form. The tests compare the results of the library with
+/// it, the benchmarks compare the speed.
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +15,7 @@
 
 namespace plain {
 
-/// Closes the gaps of a row between occupied pixels less than `gapLimit` apart.
+/// Fills the gaps of a row between occupied pixels less than `gapLimit` apart.
 inline void fillGaps(cv::Mat row, double gapLimit) {
   int last = -1;
   for (int c = 0; c < row.cols; ++c) {
@@ -85,7 +85,7 @@ inline cv::Mat distances(const cv::Mat& src, float diagonal) {
         step(r, c, r + 1, c - 1, diagonal);
       }
     }
-    cv::flip(d, d, -1);  // the second pass is the first one's mirror image
+    cv::flip(d, d, -1);  // the second pass is the mirror image of the first
   }
   for (const cv::Mat& edge : {d.row(0), d.row(d.rows - 1), d.col(0), d.col(d.cols - 1)}) {
     cv::Mat(edge).setTo(0.0);
@@ -103,7 +103,8 @@ inline std::vector<Span> blocks(int counted, int half, int stride, int extent) {
   return spans;
 }
 
-/// Visits every cell of a block, columns outer; `replaces(value, best)` says which one is better.
+/// Visits every cell of a block, columns outside. `replaces(value, best)` returns whether a value
+/// replaces the best one so far.
 template <typename Replaces>
 void searchBlock(const cv::Mat& map,
                  Span xs,

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of outlier removal step by step, in their plainest form: the tests compare the library
-/// with it, the benchmarks measure by it.
+/// Outlier removal in the plainest form. The tests compare the results of the library with it, the
+/// benchmarks the speed.
 
 #include <cmath>
 #include <vector>
@@ -23,7 +23,8 @@ inline double distance(const STesk3DPoint& p, const STesk3DPoint& q) {
   return std::sqrt(dx * dx + dy * dy + dz * dz);
 }
 
-/// Blanks the stretches that are too short in a copy of a line, and lists their samples.
+/// Returns a copy of a line in which stretches that are too short are blanked, and lists their
+/// samples.
 template <typename Measure>
 Line withoutOutliers(Line line,
                      const SQO_outlierFilterParam& para,

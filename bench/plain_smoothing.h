@@ -1,7 +1,7 @@
 #pragma once
 
-/// The moving mean in its plainest form: the tests compare the library with it, the benchmarks
-/// measure by it.
+/// The moving mean in the plainest form. The tests compare the results of the library with it, the
+/// benchmarks the speed.
 
 #include <algorithm>
 #include <vector>

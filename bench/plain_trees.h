@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of growing trees from features in their plainest form, as walks over the whole list:
-/// the tests compare the library with it, the benchmarks measure by it.
+/// Growing trees from features in the plainest form, by searches of the whole list. The tests
+/// compare the results of the library with it, the benchmarks compare the speed.
 
 #include <algorithm>
 #include <cmath>
@@ -34,7 +34,7 @@ inline double distance(const SQO_basicFeature1D& a, const SQO_basicFeature1D& b)
   return std::sqrt(std::pow(a.jumpPos.x - b.jumpPos.x, 2) + std::pow(a.jumpPos.y - b.jumpPos.y, 2));
 }
 
-inline bool treeStays(const SQO_featureTree& tree, const SQO_treeGrowParam& p) {
+inline bool isLongEnough(const SQO_featureTree& tree, const SQO_treeGrowParam& p) {
   const Features& nodes = tree.treeNodes;
   const double len = distance(nodes.front(), nodes.back());
   if (tree.treeType != FEATURE_V) {
@@ -45,12 +45,12 @@ inline bool treeStays(const SQO_featureTree& tree, const SQO_treeGrowParam& p) {
          std::abs(nodes[k / 4].jumpPos.z - nodes[3 * k / 4].jumpPos.z) / len < 0.3;
 }
 
-/// Where growers differ.
+/// The differences between growers.
 struct Rules {
   SQO_treeGrowParam p;
-  bool byStep;       // close trees by their mean step
-  bool typed;        // match types
-  double checkDist;  // NaN: no check of the direction
+  bool byStep;       // trees close by step, otherwise by lines
+  bool typed;        // types must match
+  double checkDist;  // NaN: any direction passes
 };
 
 inline bool keepsDirection(const SQO_basicFeature1D& f, SQO_featureTree& tree, double checkDist) {
@@ -109,7 +109,7 @@ inline bool closes(const SQO_featureTree& tree, int line, bool isLast, const Rul
   return isLast || (p.maxLineSkipNum > 0 ? gap > p.maxLineSkipNum : skipped > p.maxSkipDistance);
 }
 
-/// Grows trees over lines, or over single features that give the line themselves.
+/// Grows trees over lines. With `ownLine` each line is a single feature, which has the line index.
 inline Trees grow(const Lines& lines, Trees trees, const Rules& rules, bool ownLine = false) {
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const int line = ownLine ? lines[i][0].jumpPos2D.x : static_cast<int>(i);
@@ -120,7 +120,7 @@ inline Trees grow(const Lines& lines, Trees trees, const Rules& rules, bool ownL
       if (trees[t].treeState == TREE_GROWING &&
           closes(trees[t], line, i + 1 == lines.size(), rules)) {
         trees[t].treeState = TREE_CLOSED;
-        if (!treeStays(trees[t], rules.p)) {
+        if (!isLongEnough(trees[t], rules.p)) {
           trees.erase(trees.begin() + static_cast<std::ptrdiff_t>(t));
         }
       }
@@ -129,9 +129,9 @@ inline Trees grow(const Lines& lines, Trees trees, const Rules& rules, bool ownL
   return trees;
 }
 
-inline Trees withoutOneLiners(Trees trees) {
-  const auto isOneLiner = [](const auto& tree) { return tree.sLineIdx == tree.eLineIdx; };
-  trees.erase(std::remove_if(trees.begin(), trees.end(), isOneLiner), trees.end());
+inline Trees withoutOneLineTrees(Trees trees) {
+  const auto isOfOneLine = [](const auto& tree) { return tree.sLineIdx == tree.eLineIdx; };
+  trees.erase(std::remove_if(trees.begin(), trees.end(), isOfOneLine), trees.end());
   return trees;
 }
 

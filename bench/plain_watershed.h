@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of both watersheds step by step, in their plainest form: the tests compare the library
-/// with it, the benchmarks measure by it.
+/// Both watersheds in their plainest form. The tests compare the results of the library with it,
+/// the benchmarks compare the speed.
 
 #include <algorithm>
 #include <array>
@@ -123,7 +123,7 @@ inline int walk(SJU_waterShedImage& image, std::vector<STesk2DPoint>& bucket) {
   return settled;
 }
 
-/// Gives up on pixels that no label can reach.
+/// Stops, in contrast to the library, if no label reaches the remaining pixels.
 inline void seedWatershed(SJU_waterShedImage& image,
                           std::vector<SQO_2DValueI>& seeds,
                           int maxLevel,

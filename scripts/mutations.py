@@ -80,8 +80,8 @@ def edits_of(source):
     skip_to = 0
     for i, token in enumerate(tokens):
         word, (start, end) = words[i], token.span()
-        if word in ("static_assert", "reserve") and words[i + 1] == "(":
-            skip_to = closing(words, i + 1)  # A reservation is never seen in a result.
+        if word in ("assert", "static_assert", "reserve") and words[i + 1] == "(":
+            skip_to = closing(words, i + 1)  # Neither is seen in a result.
         if i < skip_to or (i > 0 and words[i - 1] == "operator"):
             continue
         before, after = source[max(start - 1, 0)], source[end:end + 1]

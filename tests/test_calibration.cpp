@@ -29,7 +29,7 @@ Values level(const SQO_planeCalibPara& record) {
   return {record.levelMatrix, record.levelMatrix + 9};
 }
 
-/// All that a record holds.
+/// All values of a record.
 Values all(const SQO_planeCalibPara& record) {
   Values values = level(record);
   values.push_back(record.planeHeight);
@@ -37,7 +37,7 @@ Values all(const SQO_planeCalibPara& record) {
   return values;
 }
 
-TEST(ComputeRTMatrix, NearlyParallelDirectionsAndNoDirections) {
+TEST(ComputeRTMatrix, NearlyParallelAndZeroDirections) {
   std::tuple<STesk3DPoint, STesk3DPoint, Values> cases[] = {
       {{0, 0, -5}, {0, 0, -1}, kIdentity},
       {{0, 0.00044, -1}, {0, 0, -1}, kIdentity},
@@ -59,7 +59,7 @@ TEST(ComputeRTMatrix, NearlyParallelDirectionsAndNoDirections) {
   }
 }
 
-TEST(LineDataRT, EveryFormRotatesAndCutsByTheRule) {
+TEST(LineDataRT, EveryFormMatchesThePlainRule) {
   std::mt19937 random(1);
   const double grid[] = {0, 0.00009, 0.0001, 1, 2, std::nextafter(2, 3), 3, -1, NAN, 1e300};
   for (int round = 0; round < 300; ++round) {
@@ -85,11 +85,11 @@ TEST(LineDataRT, EveryFormRotatesAndCutsByTheRule) {
   }
 }
 
-TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
+TEST(LineDataRTRgbd, ComputesInDoubleAndKeepsTheColour) {
   const Values yToZ = {1, 0, 0, 0, 0, -1, 0, 1, 0};
   Values stretch = kIdentity;
   stretch[8] = 1.0 + 1e-12;
-  // The float next to 0.0001 lies below it.
+  // The float nearest to 0.0001 lies below it.
   std::vector<STeskXYZRGBDPoint> points = {{1, 2, 100, 0x7FC00001U}, {5, 6, 0.0001F, 9U}};
   STeskXYZRGBDLaserLine line = {points.data(), 2};
   lineDataRT_RGBD(&line, yToZ.data(), 0.0);
@@ -103,7 +103,7 @@ TEST(LineDataRTRgbd, WorksInDoubleAndKeepsTheColour) {
   EXPECT_EQ(points[0].z, 0.0F);
 }
 
-TEST(EulerZYX, ConvertsBack) {
+TEST(EulerZYX, RoundTrip) {
   // 1e-6 is the cosine of a pitch of 89.9999427 degrees.
   const SQO_EulerAngles cases[][2] = {{{10, 20, 30}, {10, 20, 30}},
                                       {{5, 100, 7}, {-175, 80, -173}},
@@ -123,7 +123,7 @@ SQO_planeCalibPara calibrate(build::Scan scan) {
   return qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
 }
 
-TEST(GetPlaneCalibPara, SearchesByTheRules) {
+TEST(GetPlaneCalibPara, MatchesThePlainSearch) {
   std::mt19937 engine(3);
   const auto random = [&](int end) { return static_cast<int>(engine() % end); };
   const int gaps[] = {1, 1, 1, 2, 3, 5, 6, 10, 11, 12, 13, 14, 40, 700};
@@ -143,7 +143,7 @@ TEST(GetPlaneCalibPara, SearchesByTheRules) {
   }
 }
 
-TEST(GetPlaneCalibPara, HeightsWithoutAHistogramOrFarApart) {
+TEST(GetPlaneCalibPara, NonFiniteAndFarApartHeights) {
   const auto heightOf = [](double z1, double z2) {
     return calibrate({build::Line(5, sample(1, 2, z1)), build::Line(5, sample(3, 4, z2))})
         .planeHeight;
@@ -154,13 +154,14 @@ TEST(GetPlaneCalibPara, HeightsWithoutAHistogramOrFarApart) {
   EXPECT_EQ(qo_getPlaneCalibPara(nullptr, -1).planeHeight, -1.0);
   EXPECT_EQ(heightOf(1, 2147483647), 0.0);
   EXPECT_THROW(heightOf(1, 2147483648), std::length_error);
-  // The valley at bin 2^28 + 15 is rounded down below the plane, that at 2^28 + 17 up above it.
+  // In single precision the valley at bin 2^28 + 15 is rounded down to below the plane, that at bin
+  // 2^28 + 17 up to above it.
   EXPECT_EQ(heightOf(1, 268435478), 268435488.0);
   EXPECT_EQ(heightOf(1, 268435480), 0.0);
 }
 
-TEST(RegionCalibration, LimitsBelongToTheRegion) {
-  // One sample determines no plane: its z is the height if it is selected, which 0.0 denies.
+TEST(RegionCalibration, LimitsAreInclusive) {
+  // One sample determines no plane. The height is its z if it is selected, and 0.0 otherwise.
   const STesk3DRangeD narrow = {{0, 10}, {0, 20}, {5, 15}};
   const STesk3DRangeD shallow = {{0, 10}, {0, 20}, {-1, 30}};
   const std::vector<std::tuple<STesk3DPoint, STesk3DRangeD, bool>> cases = {
@@ -184,7 +185,7 @@ TEST(RegionCalibration, LimitsBelongToTheRegion) {
   }
 }
 
-TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
+TEST(GetHolePlaneCalibPara, UsesOnlyLinesInOnePiece) {
   const std::vector<std::pair<build::Line, double>> cases = {
       {lineOfZ({5, 5.75, 5}, 0, 0.5), 5.25},
       {lineOfZ({5, 6, 5}, 0, 0.5), 0},
@@ -201,7 +202,7 @@ TEST(GetHolePlaneCalibPara, TakesLinesInOnePieceAlone) {
   }
 }
 
-TEST(GetGroundCalibPara, MarksTheSteepFallThatALineEndsOn) {
+TEST(GetGroundCalibPara, MarksTheSteepEndOfALine) {
   const std::vector<std::pair<build::Line, int>> cases = {
       {lineOfZ({40, 40, 40, 40, 34, 28, 22}), 4},
       {lineOfZ({9, 9, 9, 15, 21, 27}), 0},

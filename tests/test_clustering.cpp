@@ -18,7 +18,7 @@ namespace {
 using Points = std::vector<STesk3DPosition>;
 using Info = SQO_featureClusteringInfo;
 
-TEST(PointClustering, FollowsTheRulesOnRandomPoints) {
+TEST(PointClustering, AgreesWithThePlainFormOnRandomPoints) {
   const std::array<double, 9> distances = {
       -0.5, 0.0, std::nan(""), 1.0, std::sqrt(2.0), std::nextafter(std::sqrt(2.0), 2.0),
       1.5,  3.0, HUGE_VAL};
@@ -78,13 +78,13 @@ void widen(STeskRangeD& range, double value) {
   range = {std::min(range.min, value), std::max(range.max, value)};
 }
 
-TEST(GridClustering, FollowsTheRulesOnRandomGrids) {
+TEST(GridClustering, AgreesWithThePlainFormOnRandomGrids) {
   cv::RNG random(2);
   for (int round = 0; round < 2000; ++round) {
     RandomGrid grid(random, random.uniform(1, 9), random.uniform(1, 9));
     const RandomGrid before = grid;
     RandomGrid expected = grid;
-    STesk3DRangeD box = {{4.0, 4.0}, {14.0, 14.0}, {0.0, -1.0}};  // start values count
+    STesk3DRangeD box = {{4.0, 4.0}, {14.0, 14.0}, {0.0, -1.0}};  // the bounds on entry count
     STesk3DRangeD wanted = box;
     const auto limit = [&random] { return random.uniform(0, 7) * 0.5; };
     const SQO_treeGrowParam param = {limit(), limit(), 0, limit(), 0.0, 0.0};
@@ -124,7 +124,7 @@ TEST(GridClustering, FollowsTheRulesOnRandomGrids) {
   }
 }
 
-TEST(TwoPassLabel, AgreesWithFlooding) {
+TEST(TwoPassLabel, AgreesWithFloodFilling) {
   cv::RNG random(5);
   for (int round = 0; round < 600; ++round) {
     cv::Mat whole(random.uniform(1, 43), random.uniform(3, 43), CV_8U);
@@ -135,7 +135,7 @@ TEST(TwoPassLabel, AgreesWithFlooding) {
     image.convertTo(expected, CV_32S);
     const int connectivity = round % 16 == 0 ? -8 : round % 4 * 4;
     const std::vector<SQO_Region> wanted = plain::labelRegions(expected, connectivity);
-    // The labels replace the image, go into a part of another image, or into a new one.
+    // The labels are written to the image itself, to a view into another image, or to a new one.
     cv::Mat labels = image;
     cv::Mat canvas(50, 50, CV_32S);
     if (round % 3 > 0) {
@@ -154,12 +154,12 @@ TEST(TwoPassLabel, AgreesWithFlooding) {
   }
 }
 
-TEST(TwoPassLabel, EmptyImagesAndRecordsThatComeIn) {
+TEST(TwoPassLabel, TakesEmptyImagesAndRecordsPassedIn) {
   cv::Mat labels(2, 2, CV_8U);
   std::vector<SQO_Region> regions = {{{9, 0, 9, 0}, 5, 2}, {{9, 3, 9, 0}, 5, 3}};
   QO_TwoPassLabel(cv::Mat(), labels, regions, 8);
   EXPECT_TRUE(labels.empty());
-  // The first region gets a record of its own in any case; the second one has a record.
+  // The first region always gets a new record; the second one has one already.
   const cv::Mat image =
       (cv::Mat_<int>(3, 6) << 0, 0, 0, 0, 0, 0, 0, 1, 0, 1, 1, 0, 0, 1, 0, 0, 0, 0);
   QO_TwoPassLabel(image, labels, regions, 8);

@@ -27,7 +27,7 @@ TEST(LineDataSmoothing, SumsEveryWindowInOrder) {
   for (int round = 0; round < 60; ++round) {
     Line line = grid.line(round < 30 ? 4 : 600, {-40, -1, 0, 0.5, 9});
     for (STesk3DPosition& sample : line) {
-      sample.pt3D.z /= sample.pt3D.z > 1.0 ? 3.0 : 1.0;  // Sums depend on the order now.
+      sample.pt3D.z /= sample.pt3D.z > 1.0 ? 3.0 : 1.0;  // Makes sums depend on their order.
     }
     const int size = static_cast<int>(line.size());
     for (const int window :
@@ -49,11 +49,11 @@ TEST(LineSegSmoothing, SmoothsEachPieceByItself) {
       Line expected;
       Line piece;
       Line smoothed;
-      bool isMeasuredSeen = false;
+      bool hasMeasured = false;
       for (std::size_t i = 0; i <= line.size(); ++i) {
         const bool isMeasured = i < line.size() && line[i].pt3D.z > 0.0001;
         if (i == line.size() ||
-            (isMeasured && isMeasuredSeen && std::abs(line[i].pt3D.z - piece.back().pt3D.z) > 1)) {
+            (isMeasured && hasMeasured && std::abs(line[i].pt3D.z - piece.back().pt3D.z) > 1)) {
           plain::smooth(piece, window, smoothed);
           expected.insert(expected.end(), smoothed.begin(), smoothed.end());
           piece.clear();
@@ -61,7 +61,7 @@ TEST(LineSegSmoothing, SmoothsEachPieceByItself) {
         if (i < line.size()) {
           piece.push_back(line[i]);
         }
-        isMeasuredSeen = isMeasuredSeen || isMeasured;
+        hasMeasured = hasMeasured || isMeasured;
       }
       Line out;
       qo_lineSegSmoothing(line, 1e9, 1, window, out);
@@ -78,7 +78,7 @@ TEST(LineSegSmoothing, CutsAtStepsAndHoles) {
       {"beyond the limit in y", {10, 15}, 0.9, 5, {10, 15}},
       {"a hole is a step", {10, 12, 0, 14, 16}, 2, 5, {11, 11, 0, 15, 15}},
       {"a hole within the limit", {10, 12, 0, 14, 16}, 2, 14, {11, 12, 0, 14, 15}},
-      {"a NaN hole", {10, NAN, 30}, 2, 5, {20, NAN, 20}},
+      {"a NaN", {10, NAN, 30}, 2, 5, {20, NAN, 20}},
   };
   for (const auto& [what, z, yTh, zTh, smoothed] : cases) {
     Line line = lineOfZ(z);
@@ -107,7 +107,7 @@ TEST(RemoveOutlier, AllFormsBlankShortStretches) {
       const std::string expected = text(plain::withoutOutliers(line, para, measure, expectedNoise));
       ASSERT_EQ(text(filtered), expected) << text(line);
       ASSERT_EQ(noise, expectedNoise);
-      ASSERT_EQ(text(source), text(line)) << "only read";
+      ASSERT_EQ(text(source), text(line)) << "the line was changed";
       if (!inSpace) {
         ju_vectorDataRemoveOutlier_overwrite(filtered = line, para);
         qo_lineDataRemoveOutlier_changeOriginData(source.data(), size, para);
@@ -137,7 +137,7 @@ std::string text(const Pieces& pieces) {
   return text(runs);
 }
 
-TEST(NoiseFilter, FiltersAlongThenAcross) {
+TEST(NoiseFilter, FiltersAlongLinesThenAcross) {
   build::GridLines grid(6);
   for (int round = 0; round < 500; ++round) {
     build::Scan scan(1 + static_cast<std::size_t>(grid.below(8)));
@@ -161,7 +161,7 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
   Line line = build::profileLine(200 * tread, 1.0,
                                  [=](double y) { return 10.0 + 40.0 * std::floor(y / tread); });
   Runs pieces;
-  split({0, 200 * tread, 7}, line, 0.0, pieces);
+  split({0, 200 * tread, 7}, line, 0.5, pieces);
   ASSERT_EQ(pieces.size(), 200U);
   for (int i = 0; i < 200; ++i) {
     EXPECT_TRUE(pieces[i].start == i * tread && pieces[i].len == tread) << i;
@@ -169,7 +169,7 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
 }
 
 TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
-  // Up to `wallY` in y the samples stand above each other.
+  // Samples up to `wallY` in y share their y.
   const std::tuple<const char*, Z, STeskRangeD, const char*, const char*, double> cases[] = {
       {"flatter second", {10, 12, 14, 16, 15, 14, 13}, {0, 9}, "3:6:4 ", "0:3:1 ", 0.0},
       {"tie", {10, 12, 14, 12, 10}, {0, 9}, "0:2:1 ", "2:4:3 ", 0.0},
@@ -177,18 +177,18 @@ TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
       {"exactly as long", {10, 10, 10, 10, 10}, {5, 5}, "0:4:2 ", "", 0.0},
       {"too short", {10, 10, 10}, {5, 9}, "", "", 0.0},
       {"too long", {10, 10, 10, 10, 10, 10}, {0, 6}, "", "", 0.0},
-      {"higher side first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", "", 0.0},
-      {"lower side next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", "", 0.0},
+      {"higher index first", {10, 10, 0, 10, 10}, {0, 9}, "0:4:3 ", "", 0.0},
+      {"lower index next", {10, 10, 0, 0.0001, 10}, {0, 9}, "0:4:1 ", "", 0.0},
       {"0.0001 in the middle", {10, 10, 0.0001, 10, 10}, {0, 9}, "0:4:2 ", "", 0.0},
-      {"hollow", {10, 0, 10}, {0, 9}, "", "", 0.0},
-      {"hollow, no exact middle", {10, 0, 0, 10}, {0, 9}, "", "", 0.0},
+      {"no middle", {10, 0, 10}, {0, 9}, "", "", 0.0},
+      {"no middle, even length", {10, 0, 0, 10}, {0, 9}, "", "", 0.0},
       {"vertical first", {10, 12, 14, 14, 14}, {0, 9}, "2:4:3 ", "0:2:1 ", 2.0},
       {"no chord", {10, 12, 10}, {0, 9}, "0:2:1 ", "", 9.0},
   };
   for (const auto& [what, z, lenRange, expectedBest, expectedOthers, wallY] : cases) {
     Line line = lineOfZ(z);
     for (STesk3DPosition& sample : line) {
-      sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four level samples on: a distance of 5.
+      sample.pt3D.x = 0.75 * sample.pt3D.y;  // Four samples on at equal z: a distance of 5.
       sample.pt3D.y = std::max(0.0, sample.pt3D.y - wallY);
       sample.nPointIdx = 5;
     }

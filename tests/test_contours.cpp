@@ -48,7 +48,7 @@ PeakScene randomScene(cv::RNG& random) {
   for (int l = 0; l < lines; ++l) {
     for (int i = 0; i < samples; ++i) {
       auto& [flags, point] = scene.scan[l][i];
-      // Nothing depends on the bits above the mark.
+      // The bits above the mark have no meaning.
       flags = rarely(10) + 16 * rarely(10) + 256 * rarely(2) + 32768 * rarely(2) - 65536;
       point.x += random.uniform(0, 40) == 0 ? 40.0 : 30.0;
       point.y += random.uniform(0, 40) == 0 ? 40.0 : 50.0;
@@ -78,14 +78,14 @@ std::string text(const Outline& out) {
   return all;
 }
 
-TEST(PeakXYScan, FollowsTheRulesOnRandomScenes) {
+TEST(PeakXYScan, AgreesWithThePlainFormOnRandomScenes) {
   cv::RNG random(1);
   for (int round = 0; round < 4000; ++round) {
     PeakScene scene = randomScene(random);
     std::vector<STesk3DLaserLine> lines = build::pointerForm(scene.scan);
     Outline out = {{{{{99, {}}}, {{98, {}}}, {}, {{97, {}}}}}, {-7, -7, -7, -7}};
     Outline expected = out;
-    // A caller may have one list for several kinds of walks.
+    // One list may be passed for several directions.
     const int highY = round % 8 == 1 ? 0 : 1;
     const int lowX = round % 8 == 2 ? 0 : 2;
     auto& [wanted, wantedMax] = expected;
@@ -104,7 +104,7 @@ TEST(PeakXYScan, FollowsTheRulesOnRandomScenes) {
   }
 }
 
-/// Points with values that often tie, in three edges or more.
+/// Points of a few edges, with many equal values.
 Points randomPoints(cv::RNG& random, int edges) {
   Points points(random.uniform(0, 24));
   for (SQO_contourPtInfo& p : points) {
@@ -121,7 +121,7 @@ Points randomPoints(cv::RNG& random, int edges) {
   return points;
 }
 
-TEST(ContourPts, PickAndPostProcFollowTheRules) {
+TEST(ContourPts, SelectionAgreesWithThePlainForm) {
   cv::RNG random(2);
   for (int round = 0; round < 4000; ++round) {
     const int edge = random.uniform(0, 4);

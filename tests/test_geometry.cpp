@@ -25,10 +25,10 @@ TEST(LineFormulas, Angles) {
   }
   EXPECT_EQ(getLineAngle(0, 5, NAN), 0.0);
   EXPECT_EQ(getLineAngle(1, 0, 1), 90.0);
-  EXPECT_EQ(getLineAngle(-1e30, 1e-30, 0), 180.0);  // reached by rounding only
+  EXPECT_EQ(getLineAngle(-1e30, 1e-30, 0), 180.0);  // by rounding only
 }
 
-TEST(LineFormulas, WithoutALine) {
+TEST(LineFormulas, DegenerateLines) {
   EXPECT_EQ(valuesOf(computeLineCrossPt_abs(1, 2, 3, 2, 4, 5)), Values({-HUGE_VAL, -HUGE_VAL, 0}));
   EXPECT_EQ(computePtDistToLine(1, 1, 0, 0, 3), HUGE_VAL);
   Values line(3, 7.0);
@@ -36,7 +36,7 @@ TEST(LineFormulas, WithoutALine) {
   EXPECT_EQ(line, Values({0, 0, 0}));
 }
 
-TEST(DrawLine, AppendsByTheErrorRule) {
+TEST(DrawLine, AppendsPointsByTheErrorRule) {
   const auto drawn = [](int x0, int y0, int x1, int y1) {
     std::vector<STesk2DPoint> points = {{7, 7}};
     drawLine(x0, y0, x1, y1, points);
@@ -48,7 +48,7 @@ TEST(DrawLine, AppendsByTheErrorRule) {
             "7,7 2147483647,2147483646 2147483647,2147483647 ");
 }
 
-TEST(LineFittingAbc, EndPointsChooseTheDirection) {
+TEST(LineFittingAbc, EndPointsChooseTheAbscissa) {
   const auto fit = [](Points points) {
     Values line = {7, 7, 7};
     lineFitting_abc(points, &line[0], &line[1], &line[2]);
@@ -81,7 +81,7 @@ Values fitParabola(const std::vector<cv::Point_<double>>& points) {
   return v;
 }
 
-TEST(FitParabola, NeedsThreePointsAndNumbers) {
+TEST(FitParabola, NeedsThreeFinitePoints) {
   build::expectNear(fitParabola({{1, 3}, {2, 4}, {4, 12}}), {1, -2, 4, 0, 0}, 1e-12);
   EXPECT_EQ(fitParabola({{0, 0}, {1, 1}}), Values(5, 7.0));
   for (const double x : Values{NAN, HUGE_VAL, 1e200}) {
@@ -90,7 +90,7 @@ TEST(FitParabola, NeedsThreePointsAndNumbers) {
   }
 }
 
-/// The center, the direction and 1 or 0 for success of a fit.
+/// The centre and the direction of a fit, and 1 or 0 for success or failure.
 Values fitAxis(const Points& points) {
   STesk3DPoint c = {7, 7, 7};
   STesk3DPoint d = c;
@@ -98,7 +98,7 @@ Values fitAxis(const Points& points) {
   return {c.x, c.y, c.z, d.x, d.y, d.z, ok};
 }
 
-TEST(FitLine3D, NeedsTwoPointsAndNumbers) {
+TEST(FitLine3D, NeedsTwoFinitePoints) {
   EXPECT_EQ(fitAxis({{1, 2, 3}, {1, 2, 3}}).back(), 1);
   EXPECT_EQ(fitAxis({{1, 2, 3}}), Values({7, 7, 7, 7, 7, 7, 0}));
   const Values fit = fitAxis({{1, NAN, 3}, {1, 2, 5}});
@@ -128,27 +128,27 @@ TEST(RigidTransform, MapsOntoTheOtherList) {
     for (const CvPoint& p : kPoints) {
       to.push_back(turn * p + shift);
     }
-    to.emplace_back(99, 99, 99);  // One without a partner.
+    to.emplace_back(99, 99, 99);  // A surplus point.
     const Transform t(kPoints, to);
     EXPECT_LT(cv::norm(t.R * t.R.t(), kEye), 1e-14);
     EXPECT_NEAR(cv::determinant(t.R), 1.0, 1e-14);
     EXPECT_LT(cv::norm(t.center1 - CvPoint(0.6, 2.2, 1)), 1e-15);
     EXPECT_LT(cv::norm(t.center2 - turn * t.center1 - shift), 1e-13);
-    if (turn != kMirror) {  // The rotation is a proper one, and fits no better than it can.
+    if (turn != kMirror) {  // No rotation maps onto a mirror image.
       EXPECT_LT(cv::norm(t.R, cv::Mat(turn)), 1e-14);
       EXPECT_LT(cv::norm(t.T, cv::Mat(shift)), 1e-13);
     }
   }
 }
 
-TEST(RigidTransform, TakesWhateverComes) {
+TEST(RigidTransform, DegenerateInput) {
   Transform none({}, kPoints);
   EXPECT_EQ(cv::norm(none.R, kEye), 0.0);
   EXPECT_TRUE(std::isnan(none.center1.x) && std::isnan(none.T.at<double>(2)));
   EXPECT_TRUE(std::isnan(Transform({{HUGE_VAL, 0, 0}}, kPoints).R.at<double>(1, 1)));
   const cv::Mat before = none.R;
   caculateRT(kPoints, {5, {5, 5, 5}}, none.R, none.T, none.center1, none.center2);
-  EXPECT_NE(before.data, none.R.data) << "storage was not new";
+  EXPECT_NE(before.data, none.R.data) << "the storage is not new";
 }
 
 }  // namespace

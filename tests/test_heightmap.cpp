@@ -12,19 +12,20 @@
 
 namespace {
 
-/// An image that is a part of a larger one, so that its rows do not follow each other.
-cv::Mat partOfLarger(int rows, int cols, int type) {
+/// A view into a larger image, so that the rows are not contiguous.
+cv::Mat viewIntoLarger(int rows, int cols, int type) {
   return cv::Mat(rows + 2, cols + 3, type, cv::Scalar::all(-1))(cv::Rect(1, 1, cols, rows));
 }
 
-/// A map of few different heights, of which one in `oddPeriod` is odd; 0: none is.
-cv::Mat randomMap(cv::RNG& random, int rows, int cols, int oddPeriod) {
-  cv::Mat map = partOfLarger(rows, cols, CV_32F);
+/// A map of few different heights, with one NaN, negative or infinite value in `specialPeriod`; 0:
+/// none.
+cv::Mat randomMap(cv::RNG& random, int rows, int cols, int specialPeriod) {
+  cv::Mat map = viewIntoLarger(rows, cols, CV_32F);
   for (int r = 0; r < rows; ++r) {
     for (int c = 0; c < cols; ++c) {
       auto& cell = map.at<float>(r, c);
       cell = static_cast<float>(random.uniform(0, 10)) * 0.25F;
-      if (oddPeriod > 0 && random.uniform(0, oddPeriod) == 0) {
+      if (specialPeriod > 0 && random.uniform(0, specialPeriod) == 0) {
         cell = std::array<float, 3>{NAN, -1.5F, HUGE_VALF}[random.uniform(0, 3)];
       }
     }
@@ -38,7 +39,7 @@ std::string bytes(const cv::Mat& image) {
   return {whole.ptr<char>(), whole.total() * whole.elemSize()};
 }
 
-TEST(Projection, FollowsTheRulesOnRandomScans) {
+TEST(Projection, AgreesWithThePlainFormOnRandomScans) {
   constexpr std::array<double, 8> kZ = {0.0, 0.0001, 0.000099, 1.0, 1.0, 2.0, 5.0, 5.000001};
   constexpr std::array<double, 9> kLinks = {-HUGE_VAL, 0.0, 1.0, 2.5, 3.0, 4.9, 5.0, 6.0, HUGE_VAL};
   constexpr std::array<float, 7> kPixels = {0, 0, 0, 0.0001F, 0.00011F, NAN, 1.0F};
@@ -47,14 +48,14 @@ TEST(Projection, FollowsTheRulesOnRandomScans) {
     build::Scan scan(random.uniform(0, 4), build::Line(random.uniform(0, 6)));
     for (build::Line& line : scan) {
       for (STesk3DPosition& sample : line) {
-        // Steps of 3 and 4 make distances of exactly 5; positions are cut towards zero.
+        // Steps of 3 and 4 make distances of exactly 5; positions are truncated.
         const double x = random.uniform(-1, 4) * 4.0 + random.uniform(-2, 3) * 0.3;
         const double y = random.uniform(0, 4) * 3.0 + (round % 2 == 0 ? 0.0 : 0.9);
         sample = build::sample(x - 7.0, y + 9.0, kZ[random.uniform(0, 8)]);
       }
     }
-    cv::Mat mask = partOfLarger(16, 24, CV_32F);
-    cv::Mat index = partOfLarger(16, 24, CV_32SC2);
+    cv::Mat mask = viewIntoLarger(16, 24, CV_32F);
+    cv::Mat index = viewIntoLarger(16, 24, CV_32SC2);
     index.setTo(cv::Scalar(-1, -1));
     mask.setTo(0.0);
     for (int k = 0; k < 20; ++k) {
@@ -75,7 +76,7 @@ TEST(Projection, FollowsTheRulesOnRandomScans) {
   }
 }
 
-TEST(DistanceTrans, FollowsThePassesToTheBit) {
+TEST(DistanceTrans, AgreesWithThePlainPassesInEveryBit) {
   constexpr std::array<float, 4> kDiagonals = {1.41421356F, 2.0F, 1.0F, 1.0F};
   cv::RNG random(1);
   for (int i = 0; i < 300; ++i) {
@@ -100,12 +101,12 @@ std::string text(const std::vector<SQO_2DValueI>& peaks) {
   return all;
 }
 
-TEST(LocalPeaks, FollowTheWalkOfTheBlocks) {
-  constexpr std::array<int, 5> kOddPeriods = {0, 20, 0, 200, 1};
+TEST(LocalPeaks, AgreeWithAPlainVisitOfTheBlocks) {
+  constexpr std::array<int, 5> kSpecialPeriods = {0, 20, 0, 200, 1};
   cv::RNG random(2);
   for (int i = 0; i < 600; ++i) {
     cv::Mat map =
-        randomMap(random, random.uniform(1, 41), random.uniform(1, 41), kOddPeriods[i % 5]);
+        randomMap(random, random.uniform(1, 41), random.uniform(1, 41), kSpecialPeriods[i % 5]);
     const int w = random.uniform(2, 13);
     const SQO_localPkParam block = {w, i % 2 == 0 ? w : random.uniform(2, 13)};
     std::vector<SQO_2DValueI> found = {{1, 2, 3, 4.0, 5}};

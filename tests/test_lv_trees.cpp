@@ -52,7 +52,7 @@ struct LVGrowing : testing::Test {
   std::vector<SQO_2DValueI> starts, ends;
 };
 
-TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
+TEST_F(LVGrowing, TakesEndingsFromEachNewFirstNodeButFromOneLastNode) {
   edge(0.0, 10, 14);
   lines[12].features[0].featureType = FEATURE_JUMP_RISE;
   for (int step = 1; step <= 4; ++step) {
@@ -62,9 +62,10 @@ TEST_F(LVGrowing, CreepsBackwardButReachesForwardFromOnePlace) {
   ending(9, 1.5);
   const Trees trees = grow({1.0, 1.0});
   ASSERT_EQ(text(trees), "2 10-14: 6 4.5 3 1.5 0 0 0 0 0 0.5 1; ")
-      << "forward, the third ending is three lines away from the reference";
+      << "forward, the third ending is three lines from the reference node";
   EXPECT_EQ(lines[6].endings[0].featureType, FEATURE_SLOPE_RISE);
-  ASSERT_EQ(starts.size(), 2U) << "only the first ending of a line is taken, outputs are appended";
+  ASSERT_EQ(starts.size(), 2U)
+      << "only the first ending of a line is taken; free ends are appended";
   EXPECT_EQ(starts[1].x, 9);
   EXPECT_EQ(ends.size(), 3U);
   EXPECT_EQ(trees[0].xRange.min, 6.0);
@@ -82,7 +83,7 @@ struct Extent {
   int type = FEATURE_SLOPE_RISE;
 };
 
-/// The indices of the trees that stay in the list.
+/// The indices of the trees that remain in the list.
 std::string kept(const SQO_bagParam& bag, const std::vector<Extent>& extents) {
   Trees trees;
   for (const auto& [x0, x1, y0, y1, type] : extents) {
@@ -92,8 +93,8 @@ std::string kept(const SQO_bagParam& bag, const std::vector<Extent>& extents) {
                               {type, {1, 0}, {100.0 + x1, 50.0 + y1, 10.0}, 0.0}};
   }
   std::vector<SQO_lineFeature> none;
-  std::vector<SQO_2DValueI> ends;
-  qo_LVFeatureGrowing(none, trees, bag, kParam, ends, ends);
+  std::vector<SQO_2DValueI> starts, ends;
+  qo_LVFeatureGrowing(none, trees, bag, kParam, starts, ends);
   std::string ids;
   for (const SQO_featureTree& tree : trees) {
     ids += std::to_string(tree.sLineIdx);
@@ -101,10 +102,11 @@ std::string kept(const SQO_bagParam& bag, const std::vector<Extent>& extents) {
   return ids;
 }
 
-TEST(LVTrees, AreRemovedWhenTooShort) {
+TEST(LVTrees, AreRemovedIfTheyDoNotSuitTheObject) {
   EXPECT_EQ(kept({1, 16}, {{0, 4, 0, 3}}), "0") << "a quarter of the object long";
   EXPECT_EQ(kept({1, 17}, {{0, 4, 0, 3}, {0, 4, 3, 0, 4}, {0, 4, 0, 3, 5}, {0, 4, 0, 3, 15}}), "");
-  EXPECT_EQ(kept({1, 17}, {{0, 4, 0, 2}, {0, 4, 0, 3, 1}}), "01") << "straight enough, a jump";
+  EXPECT_EQ(kept({1, 17}, {{0, 4, 0, 2}, {0, 4, 0, 3, 1}}), "01")
+      << "straight enough; a type that is kept";
 
   const Extent low = {0, 29, 0, 0}, inner = {5, 10, 10, 10}, high = {0, 29, 20, 20};
   EXPECT_EQ(kept({16, 10}, {low, inner, high}), "012") << "half an object long";
@@ -112,9 +114,11 @@ TEST(LVTrees, AreRemovedWhenTooShort) {
   EXPECT_EQ(kept({16, 11}, {low, inner, {5, 10, 10, 10, 1}, high}), "023");
   EXPECT_EQ(kept({16, 11}, {inner, high}) + kept({16, 11}, {low, inner}), "0101");
   for (const Extent& same : {Extent{5, 29, 0, 0}, {0, 10, 0, 0}, {0, 29, 0, 10}}) {
-    EXPECT_EQ(kept({99, 11}, {same, inner, high}), "012") << "starts, ends or touches there";
+    EXPECT_EQ(kept({99, 11}, {same, inner, high}), "012")
+        << "not a neighbour: it starts, ends or touches there";
   }
-  EXPECT_EQ(kept({99, 11}, {low, inner, {0, 29, 10, 20}}), "012") << "touches";
+  EXPECT_EQ(kept({99, 11}, {low, inner, {0, 29, 10, 20}}), "012")
+      << "not a neighbour: it touches in y";
   EXPECT_EQ(
       kept({14, 11}, {low, {0, 29, 2, 2}, low, inner, {0, 29, 40, 40}, high, {0, 29, 60, 60}}),
       "012456")

@@ -20,13 +20,13 @@ std::string text(const STeskRangeD& x, const STeskRangeD& y, const STeskRangeD& 
   return out.str();
 }
 
-TEST(Bounds, AreTheSameFromAllFourFunctions) {
+TEST(Bounds, AgreeInAllFourFunctions) {
   const std::pair<build::Scan, const char*> cases[] = {
-      {{{}, {sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}}, "0..-1 0..-1 0..-1"},
+      {{{sample(1, 2, 0.0), sample(1, 3, -5.0), sample(1, 4, 0.000099)}, {}}, "0..-1 0..-1 0..-1"},
       {{{sample(7, -2, 0.0001)}}, "7..7 -2..-2 0.0001..0.0001"},
       {{{sample(30, 5, 9), sample(0, 0, 4)}, {sample(-1, 8, 0)}}, "0..30 0..5 4..9"},
       {{{sample(-0.0, 0.0, 1), sample(0.0, -0.0, 1)}}, "-0..-0 0..0 1..1"},
-      // What is not a number stays if it comes first, and is passed over later.
+      // NaN stays if it is the first value, and has no effect later.
       {{{sample(NAN, 1, 5), sample(2, NAN, NAN), sample(3, 0, 6)}}, "nan..nan 0..1 5..6"}};
   for (auto [scan, expected] : cases) {
     std::vector<STesk3DPoint> points;

@@ -36,7 +36,7 @@ std::string text(const Trees& trees) {
   return out.str();
 }
 
-/// Lines of random features on a coarse grid, so that exact limits and ties are frequent.
+/// Lines of random features on a coarse grid, so that values at a limit and ties are frequent.
 struct RandomScan : build::Random {
   using Random::Random;
 
@@ -71,7 +71,7 @@ struct RandomScan : build::Random {
   }
 };
 
-TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
+TEST(TreeGrowing, AgreesWithAPlainSearchOfTheWholeList) {
   for (unsigned seed = 0; seed < 400; ++seed) {
     SCOPED_TRACE(seed);
     RandomScan random(seed);
@@ -103,11 +103,11 @@ TEST(TreeGrowing, AgreesWithThePlainWalkOverTheWholeList) {
     ASSERT_EQ(text(plain::grow({lines.rbegin(), lines.rend()}, passedIn, anyType)), text(untyped));
     const Trees stepwise = plain::grow(lines, passedIn, {param, true, true, kNaN});
     ASSERT_EQ(text(stepwise), text(byLine));
-    ASSERT_EQ(text(plain::withoutOneLiners(stepwise)), text(corners));
+    ASSERT_EQ(text(plain::withoutOneLineTrees(stepwise)), text(corners));
   }
 }
 
-TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
+TEST(EndingGrowing, AgreesWithAPlainSearchOfTheWholeList) {
   for (unsigned seed = 0; seed < 500; ++seed) {
     SCOPED_TRACE(seed);
     RandomScan random(seed);
@@ -144,7 +144,7 @@ TEST(EndingGrowing, AgreesWithThePlainWalkOverTheWholeList) {
   }
 }
 
-TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
+TEST(TreeGrowing, SetsBoundsAndRemovesTreesOfOneLineEvenWithoutLines) {
   Trees trees = {treeOf({feature(3, 4.0), feature(1, -2.0), feature(2, 9.0)}, TREE_CLOSED),
                  treeOf({feature(2, 0.0)}), treeOf({feature(0, 0.0)})};
   trees[2].treeNodes.clear();
@@ -158,17 +158,17 @@ TEST(TreeGrowing, FinishesTreesEvenWithoutLines) {
   }
   EXPECT_EQ(ranges.str(), "1 3 -2 9; 0 0 0 0; ");
   qo_cornerFeaturesGrowing(none, trees, kParam);
-  EXPECT_EQ(trees.size(), 1U) << "those of a single line are removed";
+  EXPECT_EQ(trees.size(), 1U) << "trees of one line are removed";
 
   Lines last(1);
   for (const double z : {11.5, 11.4375}) {
     trees = {treeOf({feature(0, 0.0, FEATURE_V, 10.0), feature(3, 4.0, FEATURE_V, z)})};
     qo_peakFeatureGrowing(last, trees, kParam);
-    EXPECT_EQ(trees.empty(), z == 11.5) << "a ridge falls by less than 0.3 of its length";
+    EXPECT_EQ(trees.empty(), z == 11.5) << "a V tree drifts in z by less than 0.3 of its length";
   }
 }
 
-TEST(TreeGrowing, DoesNotSlowDownWhereFeaturesLieDense) {
+TEST(TreeGrowing, StaysLinearForManyFeaturesAtOnePlace) {
   for (const double y : {5.0, kNaN}) {
     Lines lines = {Features(100000, feature(0, y)), Features(100000, feature(1, y)), {}};
     Trees trees;

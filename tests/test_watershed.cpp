@@ -48,7 +48,7 @@ Plane randomPlane(
   return plane;
 }
 
-TEST(Watershed, FollowsTheRulesOnRandomImages) {
+TEST(Watershed, AgreesWithThePlainFormOnRandomImages) {
   const std::vector<std::pair<int, int>> ranges = {
       {0, 2}, {-40, 40}, {-70000, 70000}, {INT_MIN, INT_MAX - 1}};
   build::Random random(5);
@@ -70,12 +70,12 @@ TEST(SeedWatershed, FillsPlateausBeforeTheFlood) {
   SJU_waterShedImage image = imageOf({{4, 4, 0, 4}, {0, 4, 0, 4}}, {{0, 0, 0, 0}, {0, -1, 0, 0}});
   Seeds seeds = {seedAt(0, 0), seedAt(1, 0), seedAt(3, 0)};
   ju_seedWatershed(image, seeds, -1, 5);
-  // A marker stops the fill; the second seed finds its plateau taken, and keeps its own pixel.
+  // A marker stops the fill. The plateau of the second seed is taken; it labels only its own pixel.
   EXPECT_EQ(image.markers, (Plane{{5, 6, 0, 7}, {0, -1, 0, 7}}));
   EXPECT_EQ(seeds[1].value, 6);
   EXPECT_EQ(seeds[1].tag, 3);
 
-  // To the flood, labels of 0 and below are none.
+  // In the flood, pixels with labels of 0 and below are unlabelled.
   EXPECT_EQ(flooded(imageOf({{4, 4, 0, 4}, {9, 4, 0, 4}}), seeds, 0, -1),
             (Plane{{-1, 0, 1, 1}, {0, -1, 1, 1}}));
 
@@ -89,19 +89,19 @@ TEST(SeedWatershed, SettlesByDistinctLabels) {
   const int w = -1;
   const Seeds ends = {seedAt(0, 0), seedAt(4, 0)};
   EXPECT_EQ(flooded(imageOf({{0, 1, 2, 1, 0}}), ends, 2), (Plane{{2, 2, w, 3, 3}}));
-  // Levels far apart cost no more than their pixels.
+  // The cost of levels far apart is that of their pixels.
   EXPECT_EQ(flooded(imageOf({{0, 1, INT_MAX - 1, 1, 0}}, {{2, 0, 0, 0, 2}}), {}, INT_MAX),
             flat(1, 5, 2));
-  // Above the highest level only what the caller labelled counts.
+  // Above the highest level only labels passed in count.
   EXPECT_EQ(flooded(imageOf({{9, 1, 1, 9}}, {{8, 0, w, w}}), {}, 1), (Plane{{8, 8, 8, w}}));
 }
 
-TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
+TEST(SeedWatershed, AgreesWithThePlainFormOnRandomImages) {
   build::Random random(5);
   int settled = 0;
   for (int i = 0; i < 1500; ++i) {
     const int height = random.whole(1, 16);
-    // Rows of about 1024 values are laid out at a distance of their own.
+    // Rows of about 1024 values have a stride of their own.
     const int width = random.whole(1, 16) + (i % 100 == 0 ? 1020 : 0);
     const int maxLevel = random.whole(0, 9);
     const int scale = random.whole(0, 1) == 0 ? 1 : 400000;
@@ -117,10 +117,10 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
     for (int r = 0; r < height; ++r) {
       for (int c = 0; c < width; ++c) {
         const int label = expected.markers[r][c];
-        const bool isLost = label <= 0 && plain::labelsAround(expected, r, c).empty();
-        // A pixel out of reach must lie too high, or the call would not return. Only the order of
-        // the levels matters, not how far they lie apart.
-        gray[r][c] = (isLost ? 5000 : gray[r][c]) * scale;
+        const bool isUnreached = label <= 0 && plain::labelsAround(expected, r, c).empty();
+        // Pixels that no label reaches are raised above the last level, or the call would not
+        // return. Only the order of the levels matters, not their distances.
+        gray[r][c] = (isUnreached ? 5000 : gray[r][c]) * scale;
         settled += label != markers[r][c] ? 1 : 0;
       }
     }
@@ -131,7 +131,7 @@ TEST(SeedWatershed, FollowsTheRulesOnRandomImages) {
   EXPECT_GT(settled, 10000);
 }
 
-TEST(SeedWatershedDeathTest, WaitsForPixelsOutOfReach) {
+TEST(SeedWatershedDeathTest, WaitsForPixelsThatNoLabelReaches) {
   const auto floodUnderTimer = [] {
     const itimerval limit = {{0, 0}, {0, 200000}};
     setitimer(ITIMER_VIRTUAL, &limit, nullptr);  // of processor time, whatever else is running

@@ -39,9 +39,8 @@
  * @pre Each position lies on the scan. This is not checked.
  * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
  *
- * Cost: in addition to that in trees.h, the open trees are visited for each position on another
- * line than the position before it. Positions that change lines all the time cost as much as that
- * many lines.
+ * Cost: as in trees.h, where each position on another line than the preceding position starts a new
+ * line. So positions in the order of their lines cost the least.
  *
  * @code
  * std::vector<STesk3DLaserLine> lines;
@@ -85,9 +84,10 @@ SCANLINE_API void qo_getEndingGrowingTrees(std::vector<SQO_2DValueI>& endingPts,
  *      of its nodes, or negative. This is not checked.
  * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete
  *
- * Cost: that of `qo_getEndingGrowingTrees`. The search for the anchor skips runs of nodes that are
- * too far away; it is slow only in a tree that turns back and forth in x by more than
- * @p angleCheckDist from line to line.
+ * Cost: that of `qo_getEndingGrowingTrees`, and that of the search for the anchor. The search tests
+ * a few nodes, and then the bounds of runs of nodes, of which it skips those that are too far away.
+ * It is linear in the nodes only for a tree that goes back and forth by more than @p angleCheckDist
+ * within a few nodes.
  *
  * @code
  * std::vector<STesk3DLaserLine> lines;

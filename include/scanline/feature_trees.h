@@ -123,7 +123,7 @@ SCANLINE_API void qo_cornerFeaturesGrowing(
  * @throw std::bad_alloc  if memory runs out; @p trees is valid but incomplete, with the bounds of
  *        the nodes
  *
- * Cost: see trees.h.
+ * Cost: see trees.h. In addition each node in the list is visited once.
  *
  * @code
  * std::vector<std::vector<SQO_basicFeature1D>> valleys(scan.size());

@@ -62,9 +62,10 @@
  *        the nodes; the removals of steps 5 and 6 may be missing. An ending with a changed type is
  *        a node of a tree. @p segStarts and @p segEnds are valid but incomplete.
  *
- * Cost: in addition to growing, each tree visits the endings of the lines that it is compared with,
- * also those that others have taken, and step 6 compares short trees with all others. So it is
- * quadratic in trees and endings on the same lines, and in the number of trees.
+ * Cost: in addition to that in trees.h, each tree is compared with the endings of the lines before
+ * and after it, also with those that other trees have taken, up to the end of each direction in
+ * step 3. Step 6 compares each short tree with all others. So the cost is quadratic in trees and
+ * endings on the same lines, and in short trees. Each node in the list is visited once for step 4.
  *
  * @code
  * SQO_slopeParam runs = {0.0, 5.0, 3.0, 10.0};

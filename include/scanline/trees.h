@@ -69,12 +69,14 @@
  * `treeValue` to match; trees that should have closed may still be growing, and the remaining
  * features are missing.
  *
- * Cost: a feature visits the open trees whose last node is about within `yDeviation_max` in y, in
- * the order of the list up to the one that it attaches to. Trees that end on the line of the
- * features are visited once for all of them, closed ones never. So the cost is quadratic only where
- * many trees lie that close together in y and cannot take the features because of z, x, type or
- * direction. Closing visits each open tree after each line. A function that takes one line also
- * visits each tree of the list once.
+ * Cost: a feature visits the open trees whose last node is within a few times `yDeviation_max` in
+ * y, in the order of the list up to the one that it attaches to. Trees that end on the line of the
+ * feature are visited only once for all features of the line, closed trees not at all. So the cost
+ * is quadratic only where many open trees lie that close together in y and the features fit none of
+ * them, or only late ones, because of z, x, type or direction. After each line, closing visits the
+ * trees that could close; where only the last line closes trees, it visits them only then. In
+ * addition each call visits every tree of the list once, so growers that take one line at a time
+ * visit the whole list for each line.
  *
  * Method: greedy linking, where the first tree that fits takes the feature.
  */

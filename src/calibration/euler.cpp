@@ -1,3 +1,4 @@
+// Converts between rotation matrices and Euler angles.
 #include <cmath>
 
 #include <scanline/calibration.h>
@@ -7,7 +8,8 @@ namespace {
 constexpr double kDegreesPerRadian = 57.29577951308232;
 constexpr double kRadiansPerDegree = 0.017453292519943295;
 
-/// A cosine of the pitch that is not greater leaves roll and yaw one common axis.
+/// Gimbal lock: the cosine of the pitch is at most this in magnitude, and roll and yaw have a
+/// common axis.
 constexpr double kGimbalLockCosine = 1e-6;
 
 }  // namespace

@@ -1,3 +1,4 @@
+// Finds the ground on which the lines of a scan end, and the rotation to a constant y.
 #include <cmath>
 #include <optional>
 
@@ -18,11 +19,11 @@ using Line = std::vector<STesk3DPosition>;
 
 constexpr SQO_lineSegParam kGroundSegments = {5.0, 10.0, 2.0};
 
-/// The ground falls at more than 60 degrees to the y axis.
+/// z falls along the ground at more than 60 degrees to the y axis.
 constexpr double kGroundAngle = 1.0471975511965976;
 
 /// Keeps the slope of a piece without extent in y finite.
-constexpr double kMinRun = 1e-8;
+constexpr double kSlopeEpsilon = 1e-8;
 
 /// The mark of a ground sample in `nPointIdx`.
 constexpr int kGroundMark = 1;
@@ -30,34 +31,34 @@ constexpr int kGroundMark = 1;
 constexpr LevelTarget kPositiveY = {{0.0, 1.0, 0.0}, 1};
 constexpr LevelTarget kNegativeY = {{0.0, -1.0, 0.0}, 1};
 
-/// Room for the runs and pieces of a line, kept from line to line.
+/// Buffers for the runs and pieces of a line, reused for the next line.
 struct Segments {
   std::vector<SQO_RUN> runs;
   std::vector<SQO_RUN> pieces;
 };
 
-/// The straight piece that a line ends on; nothing if its last run has none. Clears `nPointIdx`.
-std::optional<SQO_RUN> lastPiece(Line& line, Segments& room) {
-  room.runs.clear();
-  ju_getLineDataIntervals(line, kGroundSegments, room.runs);
-  if (room.runs.empty()) {
+/// The last straight piece of the last run of a line, if there is one. Clears `nPointIdx`.
+std::optional<SQO_RUN> lastPiece(Line& line, Segments& segments) {
+  segments.runs.clear();
+  ju_getLineDataIntervals(line, kGroundSegments, segments.runs);
+  if (segments.runs.empty()) {
     return std::nullopt;
   }
-  room.pieces.clear();
-  split(room.runs.back(), line, kGroundSegments.maxDist, room.pieces);
-  if (room.pieces.empty()) {
+  segments.pieces.clear();
+  split(segments.runs.back(), line, kGroundSegments.maxDist, segments.pieces);
+  if (segments.pieces.empty()) {
     return std::nullopt;
   }
-  return room.pieces.back();
+  return segments.pieces.back();
 }
 
 bool fallsSteeply(const STesk3DPoint& start, const STesk3DPoint& end) {
   const double dz = start.z - end.z;
-  const double dy = std::fabs(end.y - start.y) + kMinRun;
+  const double dy = std::fabs(end.y - start.y) + kSlopeEpsilon;
   return dz / dy > std::tan(kGroundAngle);
 }
 
-/// Marks the measured samples of a piece as ground and appends them.
+/// Marks the measured samples of a piece as ground and adds them to the points.
 void takeGround(Line& line, const SQO_RUN& piece, FitPoints& points) {
   for (int i = piece.start; i < piece.start + piece.len; ++i) {
     STesk3DPosition& sample = line[i];
@@ -71,9 +72,9 @@ void takeGround(Line& line, const SQO_RUN& piece, FitPoints& points) {
 
 FitPoints selectGround(std::vector<Line>& scan) {
   FitPoints points;
-  Segments room;
+  Segments segments;
   for (Line& line : scan) {
-    const std::optional<SQO_RUN> piece = lastPiece(line, room);
+    const std::optional<SQO_RUN> piece = lastPiece(line, segments);
     if (piece && fallsSteeply(line[piece->start].pt3D, line[piece->start + piece->len - 1].pt3D)) {
       takeGround(line, *piece, points);
     }

@@ -1,3 +1,4 @@
+// Counts the heights of the samples of a scan in bins.
 #include "calibration/height_histogram.h"
 
 #include <algorithm>
@@ -13,17 +14,17 @@ namespace scanline::detail {
 
 namespace {
 
-/// Up to this many bins per sample, all bins are stored.
+/// Up to this many bins per sample, all bins are stored, empty ones too.
 constexpr std::size_t kStoredBinsPerSample = 4;
 
-/// Neighbours mostly share a bin. Counting them in turn in several counters spares each the wait
-/// for the one before.
+/// Neighbours mostly share a bin. Counting them with several counters in turn avoids waiting for
+/// the preceding increment of the same counter.
 constexpr std::size_t kCounters = 4;
 using Counters = std::array<std::uint32_t, kCounters>;
 
-/// Calls `take(bin)` for every sample that has a bin. Returns the number of all samples.
+/// Calls `take(bin)` for each valid sample that has a bin. Returns the number of valid samples.
 template <typename Take>
-std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take take) {
+std::uint64_t forEachBin(const ScanView& scan, double minHeight, int bins, Take take) {
   std::uint64_t total = 0;
   for (const LineView& line : scan) {
     for (const STesk3DPosition& sample : line) {
@@ -31,8 +32,8 @@ std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take tak
         continue;
       }
       ++total;
-      const double offset = (sample.pt3D.z - lowest) / kBinWidth;
-      // Only NaN fails here and has no bin.
+      const double offset = (sample.pt3D.z - minHeight) / kBinWidth;
+      // Only NaN fails this test. It has no bin.
       if (offset < static_cast<double>(bins)) {
         take(static_cast<int>(offset));
       }
@@ -41,12 +42,12 @@ std::uint64_t forEachBin(const ScanView& scan, double lowest, int bins, Take tak
   return total;
 }
 
-/// Counts into all bins from 0 on.
-HeightHistogram countInStoredBins(const ScanView& scan, double lowest, int bins) {
+/// Counts with storage for all bins.
+HeightHistogram countInAllBins(const ScanView& scan, double minHeight, int bins) {
   std::vector<Counters> counters(static_cast<std::size_t>(bins), Counters{});
   HeightHistogram histogram = {};
   std::size_t next = 0;
-  histogram.total = forEachBin(scan, lowest, bins, [&](int bin) {
+  histogram.total = forEachBin(scan, minHeight, bins, [&](int bin) {
     ++counters[bin][next % kCounters];
     ++next;
   });
@@ -58,9 +59,9 @@ HeightHistogram countInStoredBins(const ScanView& scan, double lowest, int bins)
   return histogram;
 }
 
-/// Appends the empty bins up to `next` that the profile needs: those that a window of the profile
-/// reaches, and the one below them. The profile is 0 in all that are left out, as it is in that
-/// one.
+/// Appends the empty bins before `next` that the profile needs: those whose window reaches an
+/// occupied bin, and the one below the window of `next`. The profile is 0 there, as in all bins
+/// that are left out.
 void appendGap(BinCounts& counts, int next) {
   const int first = counts.empty() ? next : counts.back().bin + 1;
   const int end = first + std::min(next - first, kProfileReach);
@@ -72,33 +73,33 @@ void appendGap(BinCounts& counts, int next) {
   }
 }
 
-/// Joins the counts of each bin and fills the gaps between them.
-BinCounts joinCounts(BinCounts counts) {
+/// Merges the counts of each bin and fills the gaps between bins.
+BinCounts mergeCounts(BinCounts counts) {
   std::sort(counts.begin(), counts.end(),
             [](const BinCount& a, const BinCount& b) { return a.bin < b.bin; });
-  BinCounts joined;
+  BinCounts merged;
   for (const BinCount& next : counts) {
-    if (joined.empty() || joined.back().bin != next.bin) {
-      appendGap(joined, next.bin);
-      joined.push_back({next.bin, 0});
+    if (merged.empty() || merged.back().bin != next.bin) {
+      appendGap(merged, next.bin);
+      merged.push_back({next.bin, 0});
     }
-    joined.back().count += next.count;
+    merged.back().count += next.count;
   }
-  return joined;
+  return merged;
 }
 
-/// Counts into occupied bins alone.
-HeightHistogram countInOccupiedBins(const ScanView& scan, double lowest, int bins) {
+/// Counts with storage for occupied bins only.
+HeightHistogram countInOccupiedBins(const ScanView& scan, double minHeight, int bins) {
   HeightHistogram histogram = {};
   BinCounts counts;
-  histogram.total = forEachBin(scan, lowest, bins, [&](int bin) {
-    // Neighbours often share a bin.
+  histogram.total = forEachBin(scan, minHeight, bins, [&](int bin) {
+    // Neighbours often share a bin, so this keeps the list short.
     if (counts.empty() || counts.back().bin != bin) {
       counts.push_back({bin, 0});
     }
     ++counts.back().count;
   });
-  histogram.counts = joinCounts(std::move(counts));
+  histogram.counts = mergeCounts(std::move(counts));
   return histogram;
 }
 
@@ -127,10 +128,10 @@ int binCount(const STeskRangeD& heights) {
   return static_cast<int>(span) + 1;
 }
 
-HeightHistogram countHeights(const ScanView& scan, double lowest, int bins) {
+HeightHistogram countHeights(const ScanView& scan, double minHeight, int bins) {
   return static_cast<std::size_t>(bins) <= kStoredBinsPerSample * sampleCount(scan)
-             ? countInStoredBins(scan, lowest, bins)
-             : countInOccupiedBins(scan, lowest, bins);
+             ? countInAllBins(scan, minHeight, bins)
+             : countInOccupiedBins(scan, minHeight, bins);
 }
 
 }  // namespace scanline::detail

@@ -8,36 +8,36 @@
 /// The distribution of the heights of a scan.
 namespace scanline::detail {
 
-/// The height of a bin.
+/// The width of a bin in z.
 constexpr double kBinWidth = 1.0;
 
-/// How many bins the window of the height profile reaches to either side.
+/// The reach of the window of the height profile to either side, in bins.
 constexpr int kProfileReach = 5;
 
-/// A height bin and the samples in it. Bin 0 begins at the lowest height.
+/// A bin and the number of samples in it. Bin 0 begins at the smallest z.
 struct BinCount {
   int bin;
   std::uint32_t count;
 };
 
-/// Bins in ascending order. Of a gap between two occupied bins that is too wide for a window of the
-/// profile to reach across, only the ends may be stored.
+/// Bins in ascending order. If a gap between two occupied bins is wider than the windows of the
+/// profile reach, only its ends may be stored.
 using BinCounts = std::vector<BinCount>;
 
 struct HeightHistogram {
   BinCounts counts;
-  std::uint64_t total;  ///< All samples, those of no bin included.
+  std::uint64_t total;  ///< The number of valid samples, including those without a bin.
 };
 
-/// The lowest and the highest z of the samples.
+/// The smallest and the largest z of the valid samples.
 STeskRangeD heightBounds(const ScanView& scan);
 
-/// How many bins the heights need: 0 without heights and for heights that are not finite. Throws
-/// std::length_error where an int cannot number the bins.
+/// The number of bins for a range of heights, 0 if a limit is not finite. Throws std::length_error
+/// if it exceeds an int.
 int binCount(const STeskRangeD& heights);
 
-/// Counts the samples by their bins. Memory and time follow the number of samples, however far
-/// apart the heights are.
-HeightHistogram countHeights(const ScanView& scan, double lowest, int bins);
+/// Counts the valid samples in each bin. Memory and time depend on the number of samples, not on
+/// the span of their heights.
+HeightHistogram countHeights(const ScanView& scan, double minHeight, int bins);
 
 }  // namespace scanline::detail

@@ -1,3 +1,4 @@
+// Finds the reference plane of a scan from the lines that no hole interrupts.
 #include <scanline/calibration.h>
 #include <scanline/conditioning.h>
 #include "calibration/plane_from_points.h"
@@ -13,10 +14,10 @@ using scanline::detail::viewOf;
 
 using Line = std::vector<STesk3DPosition>;
 
-/// Steps that break a line in y and z.
+/// A line is in one piece if its steps in y and z are smaller than these.
 constexpr SQO_lineSegParam kUnbroken = {1.0, 1.0, 0.0};
 
-void addMeasured(const Line& line, FitPoints& points) {
+void addValid(const Line& line, FitPoints& points) {
   for (const STesk3DPosition& sample : line) {
     if (!isMissing(sample.pt3D.z)) {
       points.add(sample.pt3D);
@@ -25,7 +26,7 @@ void addMeasured(const Line& line, FitPoints& points) {
   points.sumUp();
 }
 
-/// The samples of all lines that run in one piece.
+/// The valid samples of all lines that are in one piece.
 FitPoints pointsOfUnbrokenLines(std::vector<Line>& scan) {
   FitPoints points;
   points.reserve(sampleCount(viewOf(scan)));
@@ -34,7 +35,7 @@ FitPoints pointsOfUnbrokenLines(std::vector<Line>& scan) {
     runs.clear();
     ju_getLineDataIntervals(line, kUnbroken, runs);
     if (runs.size() == 1) {
-      addMeasured(line, points);
+      addValid(line, points);
     }
   }
   return points;

@@ -1,3 +1,4 @@
+// Fits a plane to points by linear least squares in z.
 #include "calibration/laser_plane.h"
 
 #include <Eigen/Core>
@@ -8,7 +9,7 @@
 namespace scanline::detail {
 
 void addPoints(const cv::Point3_<float>* first, const cv::Point3_<float>* end, PlaneSums& sums) {
-  // Two sums share a packed addition; each keeps the order of the points.
+  // Two sums share each packed addition; each sum keeps the order of the points.
   Eigen::Array2d xyTimesX(sums.xx, sums.xy);
   Eigen::Array2d xy(sums.x, sums.y);
   Eigen::Array2d xyTimesZ(sums.xz, sums.yz);
@@ -28,14 +29,14 @@ void addPoints(const cv::Point3_<float>* first, const cv::Point3_<float>* end, P
 
 LaserPlane fitLaserPlane(const PlaneSums& s, std::size_t count) {
   const auto n = static_cast<double>(count);
-  // On the stack, so that nothing is allocated.
+  // Matrices of fixed size, so that nothing is allocated.
   const cv::Matx33d normal(s.xx, s.xy, s.x, s.xy, s.yy, s.y, s.x, s.y, n);
   const cv::Matx31d right(s.xz, s.yz, s.z);
   cv::Matx33d inverse;
   cv::Matx31d solution;
-  // Inverse and product are formed one after the other: OpenCV evaluates `a.inv() * b` as a solve,
-  // which differs in the last digits, and on badly conditioned points in more. The inverse of a
-  // singular matrix is zero.
+  // The inverse and the product are computed separately: OpenCV evaluates `a.inv() * b` by solving
+  // the equations, which differs in the last digits, and in more of them if the equations are badly
+  // conditioned. For a singular matrix, cv::invert sets the inverse to zero.
   cv::invert(normal, inverse, cv::DECOMP_LU);
   cv::gemm(inverse, right, 1.0, cv::noArray(), 0.0, solution);
   return {solution(0), solution(1), solution(2)};

@@ -8,7 +8,7 @@
 
 namespace scanline::detail {
 
-/// The sums that the normal equations of a plane fit are made of.
+/// The sums in the normal equations of a plane fit.
 struct PlaneSums {
   double xx = 0.0;
   double xy = 0.0;
@@ -20,7 +20,7 @@ struct PlaneSums {
   double z = 0.0;
 };
 
-/// Adds points to the sums, one after the other.
+/// Adds points to the sums, in order.
 void addPoints(const cv::Point3_<float>* first, const cv::Point3_<float>* end, PlaneSums& sums);
 
 /// The plane z = a x + b y + c.
@@ -30,8 +30,8 @@ struct LaserPlane {
   double c;
 };
 
-/// Least-squares fit of a plane in z, given the sums over `count` points; a = b = c = 0 where the
-/// points do not determine one.
+/// The least-squares fit of a plane in z, given the sums over `count` points; a = b = c = 0 if the
+/// normal equations are exactly singular.
 LaserPlane fitLaserPlane(const PlaneSums& sums, std::size_t count);
 
 }  // namespace scanline::detail

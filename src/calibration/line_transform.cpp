@@ -1,5 +1,6 @@
+// Levels lines in place by a rotation, and cuts away what lies beyond a limit.
 #include <Eigen/Core>
-#include <algorithm>
+#include <cassert>
 
 #include <scanline/calibration.h>
 #include "calibration/rotation.h"
@@ -10,7 +11,7 @@ namespace {
 using scanline::detail::isMissing;
 using scanline::detail::rowTimesPoint;
 
-/// A rotation laid out so that the packed operations that a new x takes give the new y as well.
+/// A rotation matrix, stored so that each packed operation serves the new x and the new y.
 class Rotation {
  public:
   explicit Rotation(const double* m)
@@ -30,11 +31,11 @@ class Rotation {
 
 enum class CutAxis { kZ, kY };
 
-/// What a line transform cuts away. A ground calibration levels the ground to constant y: what lies
-/// at or beyond it goes. Otherwise, what lies beyond a height in z goes.
+/// Which levelled samples are cut away. A ground calibration levels the ground to a constant y, and
+/// samples at that y or beyond are cut. Otherwise samples are cut whose z is beyond the limit.
 struct CutRule {
   CutAxis axis;
-  double height;  ///< Nothing is cut at 0.0 or below.
+  double height;  ///< The limit; 0.0 or below, or NaN, cuts nothing.
 
   [[nodiscard]] bool cuts(const STesk3DPoint& levelled) const {
     return height > 0.0 && (axis == CutAxis::kY ? levelled.y >= height : levelled.z > height);
@@ -67,11 +68,12 @@ void levelSamples(Sample* samples, int count, const double* matrix, CutRule cut)
   if (count <= 0) {
     return;
   }
+  assert(samples != nullptr && matrix != nullptr);
   const Rotation rotation(matrix);
   Sample discarded = {};
   for (int i = 0; i < count; ++i) {
     const STesk3DPoint point = pointOf(samples[i]);
-    // Dropouts come without a pattern: a branch on them costs more than the work that it saves.
+    // Missing samples follow no pattern: a branch on them costs more than the work that it saves.
     Sample* const target = isMissing(point.z) ? &discarded : &samples[i];
     const STesk3DPoint levelled = rotation.apply(point.x, point.y, point.z);
     storePoint(*target, levelled.x, levelled.y, cut.cuts(levelled) ? 0.0 : levelled.z);

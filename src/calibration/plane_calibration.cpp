@@ -1,3 +1,4 @@
+// Finds the reference plane of a scan by the distribution of its heights.
 #include <scanline/calibration.h>
 #include "calibration/plane_from_points.h"
 #include "calibration/plane_search.h"
@@ -7,15 +8,15 @@ namespace {
 using scanline::detail::findPlaneWindow;
 using scanline::detail::FitPoints;
 using scanline::detail::HeightRule;
-using scanline::detail::lowestLevelled;
 using scanline::detail::meanLevelled;
 using scanline::detail::planeFromPoints;
 using scanline::detail::PlaneWindow;
 using scanline::detail::ScanView;
 using scanline::detail::selectFitPoints;
+using scanline::detail::smallestLevelled;
 using scanline::detail::viewOf;
 
-/// What a calibration that finds no plane returns.
+/// The result if there is no plane.
 constexpr SQO_planeCalibPara kNoPlane = {
     {1.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 1.0},
     -1.0,
@@ -24,7 +25,7 @@ constexpr SQO_planeCalibPara kNoPlane = {
 
 FitPoints pointsInWindow(const ScanView& scan, const PlaneWindow& window) {
   const STeskRangeD heights = window.heights;
-  return selectFitPoints(scan, window.sampleBudget, [heights](const STesk3DPoint& point) {
+  return selectFitPoints(scan, window.expectedSamples, [heights](const STesk3DPoint& point) {
     return heights.min <= point.z && point.z <= heights.max;
   });
 }
@@ -40,7 +41,7 @@ SQO_planeCalibPara calibrateBySearch(const ScanView& scan, HeightRule rule) {
 }  // namespace
 
 SQO_planeCalibPara qo_getPlaneCalibPara(STesk3DLaserLine* lines, int lineNum) {
-  return calibrateBySearch(viewOf(lines, lineNum), lowestLevelled);
+  return calibrateBySearch(viewOf(lines, lineNum), smallestLevelled);
 }
 
 SQO_planeCalibPara qo_getPlaneCalibPara2(std::vector<std::vector<STesk3DPosition>>& scan) {

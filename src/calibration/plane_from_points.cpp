@@ -8,7 +8,7 @@ namespace {
 
 constexpr LevelTarget kConstantZ = {{0.0, 0.0, -1.0}, 2};
 
-/// One levelled coordinate of a fit point, in the precision that the points have themselves.
+/// One levelled coordinate of a fit point, rounded to the precision of the points.
 double levelledCoordinate(const cv::Point3_<float>& point, const double* row) {
   const double levelled = rowTimesPoint(row, static_cast<double>(point.x),
                                         static_cast<double>(point.y), static_cast<double>(point.z));
@@ -17,7 +17,7 @@ double levelledCoordinate(const cv::Point3_<float>& point, const double* row) {
 
 }  // namespace
 
-double lowestLevelled(const FitPoints& points, const double* row) {
+double smallestLevelled(const FitPoints& points, const double* row) {
   STeskRangeD range = kEmptyRange;
   for (const cv::Point3_<float>& point : points.points()) {
     foldIntoRange(range, levelledCoordinate(point, row));

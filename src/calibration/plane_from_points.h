@@ -11,11 +11,10 @@
 
 namespace scanline::detail {
 
-/// The samples that a plane is fitted to, rounded to single precision, in scan order, and their
+/// The samples to which a plane is fitted, in scan order and rounded to single precision, and their
 /// sums.
 class FitPoints {
  public:
-  /// Makes room for `count` points.
   void reserve(std::size_t count) {
     points_.reserve(count);
   }
@@ -23,8 +22,8 @@ class FitPoints {
     points_.emplace_back(static_cast<float>(point.x), static_cast<float>(point.y),
                          static_cast<float>(point.z));
   }
-  /// Takes the points added since the last call into the sums: best after each line, while they are
-  /// in the cache.
+  /// Extends the sums by the points added since the last call. It is best called after each line,
+  /// while the points are in the cache.
   void sumUp() {
     addPoints(points_.data() + summed_, points_.data() + points_.size(), sums_);
     summed_ = points_.size();
@@ -32,7 +31,7 @@ class FitPoints {
   [[nodiscard]] const std::vector<cv::Point3_<float>>& points() const {
     return points_;
   }
-  /// The plane through the points that are summed up.
+  /// The plane through the points in the sums.
   [[nodiscard]] LaserPlane plane() const {
     return fitLaserPlane(sums_, summed_);
   }
@@ -43,8 +42,8 @@ class FitPoints {
   PlaneSums sums_;
 };
 
-/// The samples of a scan that `accept(point)` accepts; no-samples are not asked about. `expected`
-/// is about how many will come.
+/// The valid samples of a scan for which `accept(point)` holds. `expected` is an estimate of their
+/// number.
 template <typename Accept>
 FitPoints selectFitPoints(const ScanView& scan, std::size_t expected, Accept accept) {
   FitPoints points;
@@ -64,18 +63,18 @@ FitPoints selectFitPoints(const ScanView& scan, std::size_t expected, Accept acc
 using HeightRule = double (*)(const FitPoints& points, const double* row);
 
 /// The smallest levelled coordinate, 0.0 without points.
-double lowestLevelled(const FitPoints& points, const double* row);
+double smallestLevelled(const FitPoints& points, const double* row);
 
 /// The mean levelled coordinate, 0.0 without points.
 double meanLevelled(const FitPoints& points, const double* row);
 
-/// Where a levelled plane comes to lie.
+/// The position of a levelled plane.
 struct LevelTarget {
-  STesk3DPoint direction;  ///< That of the plane's normal (a, b, -1).
-  int heightRow;           ///< The row of the matrix that gives the plane's height.
+  STesk3DPoint direction;  ///< The direction of the normal (a, b, -1) after levelling.
+  int heightRow;           ///< The row of the matrix that gives the height of the plane.
 };
 
-/// The record that turns a plane onto a target, the height of its points there by `rule`.
+/// The record that turns a plane onto a target. `rule` gives the height of its points there.
 SQO_planeCalibPara levelPlane(const LaserPlane& plane,
                               const FitPoints& points,
                               const LevelTarget& target,

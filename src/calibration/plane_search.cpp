@@ -9,16 +9,16 @@ namespace scanline::detail {
 
 namespace {
 
-/// A peak of the profile holds more than one in this many samples.
+/// The peak of a plane holds more than one sample in this many.
 constexpr std::uint64_t kPeakShare = 10;
 
-/// The bins of a profile at which it turns, and its sums there.
+/// The bins at which a profile turns from rising to falling or back, with its values there.
 struct ProfileExtrema {
   BinCounts peaks;
   BinCounts valleys;
 };
 
-/// The bins of the valleys on either side of a peak, where there are any.
+/// The bins of the valleys on either side of a peak, if there are any.
 struct ValleyBounds {
   std::optional<int> lower;
   std::optional<int> upper;
@@ -51,14 +51,13 @@ bool isLevel(const BinCounts& profile) {
                      [&](const BinCount& bin) { return bin.count == profile.front().count; });
 }
 
-/// The offset of a bin from the lowest height. The number of the bin passes through single
-/// precision.
+/// The offset of a bin from the smallest z. The number of the bin is rounded to single precision.
 double binOffset(int bin) {
   return static_cast<double>(static_cast<float>(bin)) * kBinWidth;
 }
 
-/// The counts summed over a window of 11 bins, cut off at the ends; the counts themselves if all
-/// sums are equal.
+/// The sums of the counts over windows of 11 bins, which end at the ends of the histogram; the
+/// counts themselves if all sums are equal.
 BinCounts heightProfile(const BinCounts& counts) {
   BinCounts profile = slidingSums(counts);
   if (isLevel(profile)) {
@@ -67,8 +66,8 @@ BinCounts heightProfile(const BinCounts& counts) {
   return profile;
 }
 
-/// Walks a profile upwards and notes where it turns. A plateau counts by its last bin; bin 0 is
-/// never an extremum, and the last bin is one if the profile ends on a rise or a fall.
+/// Finds the peaks and valleys of a profile. A plateau counts at its last bin. Bin 0 is never an
+/// extremum; the last bin is one if the profile ends on a rise or a fall.
 ProfileExtrema findExtrema(const BinCounts& profile) {
   ProfileExtrema found;
   Trend trend = Trend::flat;
@@ -88,7 +87,7 @@ ProfileExtrema findExtrema(const BinCounts& profile) {
   return found;
 }
 
-/// The lowest peak of more than a tenth of the samples.
+/// The peak of smallest z that holds more than a tenth of the samples.
 std::optional<BinCount> choosePeak(const BinCounts& peaks, std::uint64_t total) {
   const std::uint64_t minPeak = total / kPeakShare;
   const auto chosen = std::find_if(peaks.begin(), peaks.end(),
@@ -99,7 +98,7 @@ std::optional<BinCount> choosePeak(const BinCounts& peaks, std::uint64_t total) 
   return *chosen;
 }
 
-/// The nearest valleys below and above a peak that reach down to less than half of it.
+/// The nearest valleys on either side of a peak that are less than half as high in the profile.
 ValleyBounds enclosingValleys(const BinCounts& valleys, const BinCount& peak) {
   const std::uint32_t half = peak.count / 2;
   ValleyBounds bounds;
@@ -116,7 +115,8 @@ ValleyBounds enclosingValleys(const BinCounts& valleys, const BinCount& peak) {
   return bounds;
 }
 
-/// The heights between the valleys; an end without a valley is that of all heights.
+/// The heights between the valleys. On a side without a valley, the range of all heights ends the
+/// window.
 STeskRangeD heightWindow(const STeskRangeD& heights, const ValleyBounds& bounds) {
   STeskRangeD window = heights;
   if (bounds.lower) {
@@ -128,7 +128,7 @@ STeskRangeD heightWindow(const STeskRangeD& heights, const ValleyBounds& bounds)
   return window;
 }
 
-/// How many samples the bins between the valleys hold, both ends included.
+/// The number of samples in the bins from valley to valley, both included.
 std::size_t samplesBetween(const BinCounts& counts, const ValleyBounds& bounds) {
   std::size_t samples = 0;
   for (const BinCount& bin : counts) {
@@ -139,7 +139,7 @@ std::size_t samplesBetween(const BinCounts& counts, const ValleyBounds& bounds) 
   return samples;
 }
 
-/// The steps from a histogram to the window of its lowest strong peak; nothing if it has none.
+/// The heights around the peak of a plane, if there is one.
 std::optional<PlaneWindow> findWindow(const HeightHistogram& histogram,
                                       const STeskRangeD& heights) {
   const ProfileExtrema extrema = findExtrema(heightProfile(histogram.counts));

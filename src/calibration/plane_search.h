@@ -7,14 +7,13 @@
 
 namespace scanline::detail {
 
-/// The heights of the samples of a reference plane.
+/// The heights between which the samples of a reference plane lie.
 struct PlaneWindow {
-  STeskRangeD heights;       ///< Both limits are inclusive.
-  std::size_t sampleBudget;  ///< About how many samples lie in it, hardly ever too few.
+  STeskRangeD heights;          ///< Both limits are inclusive.
+  std::size_t expectedSamples;  ///< An estimate of the samples between them, rarely too low.
 };
 
-/// Searches the distribution of the heights of a scan for a reference plane; nothing if the scan
-/// shows none.
+/// Finds the reference plane of a scan by the distribution of its heights, if there is one.
 std::optional<PlaneWindow> findPlaneWindow(const ScanView& scan);
 
 }  // namespace scanline::detail

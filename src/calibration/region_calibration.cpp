@@ -1,3 +1,4 @@
+// Fits the reference plane of a scan to the samples in given regions.
 #include <algorithm>
 
 #include <scanline/calibration.h>
@@ -6,19 +7,19 @@
 namespace {
 
 using scanline::detail::FitPoints;
-using scanline::detail::lowestLevelled;
 using scanline::detail::planeFromPoints;
 using scanline::detail::ScanView;
 using scanline::detail::selectFitPoints;
+using scanline::detail::smallestLevelled;
 using scanline::detail::viewOf;
 
-/// The upper end of the z range is a second limit of y: z itself has a lower limit alone.
+/// The upper end of the z range is a second upper limit of y; z has no upper limit.
 bool isInRegion(const STesk3DPoint& point, const STesk3DRangeD& roi) {
   return point.x >= roi.xRange.min && point.x <= roi.xRange.max && point.y >= roi.yRange.min &&
          point.y <= roi.yRange.max && point.z >= roi.zRange.min && point.y <= roi.zRange.max;
 }
 
-/// The plane of the samples in any of the regions; each enters once.
+/// The plane through the samples in any of the regions. A sample in several regions counts once.
 SQO_planeCalibPara calibrateInRegions(const ScanView& scan,
                                       const STesk3DRangeD* first,
                                       const STesk3DRangeD* end) {
@@ -26,7 +27,7 @@ SQO_planeCalibPara calibrateInRegions(const ScanView& scan,
     return std::any_of(first, end,
                        [&](const STesk3DRangeD& roi) { return isInRegion(point, roi); });
   });
-  return planeFromPoints(points, lowestLevelled);
+  return planeFromPoints(points, smallestLevelled);
 }
 
 }  // namespace

@@ -1,6 +1,9 @@
+// Computes the shortest rotation between two directions.
 #include "calibration/rotation.h"
 
 #include <cmath>
+
+#include <scanline/calibration.h>
 
 namespace scanline::detail {
 
@@ -9,7 +12,10 @@ namespace {
 constexpr double kMinLength = 1e-7;
 constexpr double kParallelDot = 0.9999999;
 
-/// A unit quaternion, the form in which a rotation between two directions is found.
+/// The direction onto which the normal of a reference plane is turned.
+constexpr STesk3DPoint kDownwards = {0.0, 0.0, -1.0};
+
+/// A unit quaternion.
 struct Quaternion {
   double w;
   double x;
@@ -33,7 +39,8 @@ STesk3DPoint cross(const STesk3DPoint& a, const STesk3DPoint& b) {
   return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// The half turn for opposite directions. Its axis is fixed: no perpendicular one is constructed.
+/// The half turn for opposite directions. Its axis is the x or the y axis, perpendicular to the
+/// directions or not.
 Quaternion halfTurn(const STesk3DPoint& unitFrom) {
   const bool isOnXAxis = std::abs(unitFrom.y) < kMinLength && std::abs(unitFrom.z) < kMinLength;
   return isOnXAxis ? kHalfTurnAboutY : kHalfTurnAboutX;
@@ -51,7 +58,7 @@ Quaternion turnBetween(const STesk3DPoint& unitFrom, const STesk3DPoint& unitTo,
           axis.z * sineOfHalf / sine};
 }
 
-/// The rotation that takes the direction of `from` onto that of `to`.
+/// The rotation that turns the direction of `from` onto that of `to`.
 Quaternion quaternionFromVectors(const STesk3DPoint& from, const STesk3DPoint& to) {
   const double fromLength = length(from);
   const double toLength = length(to);
@@ -88,9 +95,17 @@ void quaternionToMatrix(const Quaternion& q, double matrix[9]) {
 SQO_planeCalibPara rotationsBetween(const STesk3DPoint& from, const STesk3DPoint& to) {
   SQO_planeCalibPara record = {};
   quaternionToMatrix(quaternionFromVectors(from, to), record.levelMatrix);
-  // Not the transpose: of opposite directions each way has a half turn of its own.
+  // Not the transpose: between opposite directions, the two half turns may differ in their axes.
   quaternionToMatrix(quaternionFromVectors(to, from), record.invLevelMatrix);
   return record;
 }
 
 }  // namespace scanline::detail
+
+SQO_planeCalibPara adjustPlaneToXYPlane(double a, double b, double c) {
+  return scanline::detail::rotationsBetween({a, b, c}, scanline::detail::kDownwards);
+}
+
+SQO_planeCalibPara ju_computeRTMatrix(STesk3DPoint& from, STesk3DPoint& to) {
+  return scanline::detail::rotationsBetween(from, to);
+}

@@ -4,10 +4,10 @@
 
 namespace scanline::detail {
 
-/// The shortest rotation that takes the direction of `from` onto that of `to`, and the one back;
-/// the lengths of the two do not matter. Both are the identity if either has next to no length.
-/// Opposite directions get the half turn about the x axis, perpendicular to them or not, and about
-/// the y axis only if the source lies on the x axis. `planeHeight` is 0.0.
+/// Computes the shortest rotation that turns the direction of `from` onto that of `to`, and the one
+/// from `to` to `from`. Both are the identity if either vector is shorter than 1e-7. Opposite
+/// directions give the half turn about the x axis, perpendicular to them or not; if the direction
+/// to be turned lies on the x axis, they give that about the y axis. `planeHeight` is 0.0.
 SQO_planeCalibPara rotationsBetween(const STesk3DPoint& from, const STesk3DPoint& to);
 
 /// One coordinate of a rotated point: a row of the matrix times the point.

@@ -1,12 +1,17 @@
+// Grows clusters over a grid, from cell to cell.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 #include <scanline/clustering.h>
+#include "records/prefetch.h"
 
 namespace {
+
+using scanline::detail::prefetchForWrite;
 
 using Grid = std::vector<std::vector<SQO_featureClusteringInfo>>;
 
@@ -16,8 +21,8 @@ struct IndexRange {
   std::int64_t last;
 };
 
-/// The indices that a window covers on a grid of `count` cells. The sums are wide, since the
-/// caller's window may reach anywhere.
+/// The indices that a window covers on an axis of `count` cells. Computed in 64 bits, since any
+/// reach is valid.
 IndexRange windowOnGrid(std::int64_t centre, int reach, std::size_t count) {
   const auto last = static_cast<std::int64_t>(count) - 1;
   return {std::max<std::int64_t>(centre - reach, 0), std::min(centre + reach, last)};
@@ -38,7 +43,7 @@ void enqueueNeighbours(
     const STesk2DPoint neighbour = {static_cast<int>(x), static_cast<int>(y)};
     if (isOpen(info) && links(cell, neighbour)) {
       if (queue.size() == queue.capacity()) {
-        queue.reserve(4 * queue.size());  // what is not used costs address space alone
+        queue.reserve(4 * queue.size());  // unused capacity costs only address space
       }
       queue.push_back(neighbour);
       info.queued = 1;
@@ -47,7 +52,7 @@ void enqueueNeighbours(
   for (std::int64_t x = xs.first; x <= xs.last; ++x) {
     SQO_featureClusteringInfo* cells = grid[x].data() + ys.first;
     if (height == 3) {
-      // As a rule all three are on the queue already.
+      // Usually all three are on the queue already.
       if ((cells[0].queued & cells[1].queued & cells[2].queued) == 0) {
         enqueueIf(cells[0], x, ys.first);
         enqueueIf(cells[1], x, ys.first + 1);
@@ -61,18 +66,18 @@ void enqueueNeighbours(
   }
 }
 
-/// Fetches the sides of a cell's window, which is not empty. The walk goes around the cluster,
-/// across all columns, and seldom has them in the cache.
+/// Prefetches the sides of the window around a cell, which is not empty. The queue follows the rim
+/// of the cluster across all its columns, so they are seldom in the cache.
 void prefetchWindow(const Grid& grid, STesk2DPoint cell, int reach) {
   const IndexRange xs = windowOnGrid(cell.x, reach, grid.size());
   const IndexRange ys = windowOnGrid(cell.y, reach, grid.front().size());
-  __builtin_prefetch(&grid[xs.first][cell.y], 1);
-  __builtin_prefetch(&grid[xs.last][cell.y], 1);
-  __builtin_prefetch(&grid[cell.x][ys.first], 1);
-  __builtin_prefetch(&grid[cell.x][ys.last], 1);
+  prefetchForWrite(&grid[xs.first][cell.y]);
+  prefetchForWrite(&grid[xs.last][cell.y]);
+  prefetchForWrite(&grid[cell.x][ys.first]);
+  prefetchForWrite(&grid[cell.x][ys.last]);
 }
 
-/// Walks the queue while it grows; `widen(cell)` is called for each cell in turn.
+/// Visits the cells of the queue, which grows on the way. Calls `widen(cell)` for each.
 template <typename Links, typename Widen>
 void growCluster(Grid& grid,
                  int reach,
@@ -95,6 +100,23 @@ void growCluster(Grid& grid,
   }
 }
 
+/// Whether all columns of `grid` are as long as the first column of `reference`.
+template <typename Cell>
+[[maybe_unused]] bool isGridLike(const Grid& reference,
+                                 const std::vector<std::vector<Cell>>& grid) {
+  return grid.size() == reference.size() &&
+         std::all_of(grid.begin(), grid.end(), [&](const std::vector<Cell>& column) {
+           return column.size() == reference.front().size();
+         });
+}
+
+[[maybe_unused]] bool isOnGrid(const Grid& grid, const std::vector<STesk2DPoint>& cells) {
+  return std::all_of(cells.begin(), cells.end(), [&](const STesk2DPoint& cell) {
+    return cell.x >= 0 && cell.x < static_cast<std::int64_t>(grid.size()) && cell.y >= 0 &&
+           cell.y < static_cast<std::int64_t>(grid.front().size());
+  });
+}
+
 template <typename Value>
 void widenBy(Value value, Value& smallest, Value& largest) {
   smallest = std::min(smallest, value);
@@ -110,6 +132,8 @@ void ju_gridPointClustering(std::vector<std::vector<SQO_featureClusteringInfo>>&
                             int clusterID,
                             std::vector<STesk2DPoint>& clusterQueue,
                             STesk3DRangeD& clusterRoi) {
+  assert(isGridLike(featureInfo, featureInfo) && isGridLike(featureInfo, feature3D));
+  assert(isOnGrid(featureInfo, clusterQueue));
   const auto links = [&](STesk2DPoint cell, STesk2DPoint neighbour) {
     const STesk3DPoint& p = feature3D[cell.x][cell.y];
     const STesk3DPoint& q = feature3D[neighbour.x][neighbour.y];
@@ -132,6 +156,7 @@ void ju_gridPointClustering_labelling(
     int clusterID,
     std::vector<STesk2DPoint>& clusterQueue,
     STeskRect& clusterRoi) {
+  assert(isGridLike(featureInfo, featureInfo) && isOnGrid(featureInfo, clusterQueue));
   const auto links = [](STesk2DPoint, STesk2DPoint) { return true; };
   const auto widen = [&](STesk2DPoint cell) {
     widenBy(cell.x, clusterRoi.left, clusterRoi.right);

@@ -1,3 +1,4 @@
+// Splits points into clusters whose points are linked by short distances in the x-y plane.
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -15,11 +16,11 @@ using Points = std::vector<STesk3DPosition>;
 
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
-/// The points that no cluster has taken yet, in order, with their coordinates packed for the
-/// comparison. Points are known by their index in the caller's list.
+/// The points that no cluster has taken yet, in order, with their coordinates packed for comparing
+/// them. Points are identified by their index in the list of the caller.
 class FreePoints {
  public:
-  /// Points less than the root of `nearSquared` apart are near.
+  /// Two points are near each other if the square of their distance is below `nearSquared`.
   FreePoints(const Points& points, double nearSquared)
       : points_(points), nearSquared_(nearSquared) {
     index_.reserve(points.size());
@@ -44,10 +45,10 @@ class FreePoints {
     return true;
   }
 
-  /// Takes all points near to `from`.
+  /// Takes all points near `from`.
   void takeNear(const STesk3DPoint& from, std::vector<std::size_t>& taken) {
     if (std::isnan(from.x) || std::isnan(from.y)) {
-      return;  // near to none; without this the blocks would be searched, see mayHoldNear()
+      return;  // near no point, but mayHoldNear() would pass every block
     }
     if (takenCount_ > index_.size() / 4) {
       pack();
@@ -74,8 +75,8 @@ class FreePoints {
     return dx * dx + dy * dy;
   }
 
-  /// Whether a block may hold a near point: false positives come from NaN alone. Gathers the sign
-  /// bits of what the squares lack, which compiles to vector instructions where counting does not.
+  /// Whether a block may hold a near point. Only a NaN causes false positives. Combines the sign
+  /// bits of differences, since that compiles to vector instructions, where counting does not.
   [[nodiscard]] bool mayHoldNear(const STesk3DPoint& from, std::size_t block) const {
     std::uint64_t signs = 0;
     for (std::size_t k = block; k < block + kBlock; ++k) {
@@ -87,7 +88,7 @@ class FreePoints {
     return signs >> 63U != 0;
   }
 
-  /// Until the next packing NaN, which is near to nothing, stands for a point that was taken.
+  /// Replaces a point that was taken by NaN, which is near no point, until the next pack().
   void take(std::size_t k, std::vector<std::size_t>& taken) {
     taken.push_back(index_[k]);
     index_[k] = kTaken;
@@ -95,7 +96,7 @@ class FreePoints {
     ++takenCount_;
   }
 
-  /// Closes the gaps that taken points have left, and fills the last block with NaN.
+  /// Drops the points that were taken, and fills up the last block with NaN.
   void pack() {
     std::size_t count = 0;
     for (const std::size_t i : index_) {
@@ -120,7 +121,7 @@ class FreePoints {
   std::vector<std::size_t> index_;
   std::vector<double> x_;
   std::vector<double> y_;
-  std::size_t first_ = 0;  // no point before this place is left
+  std::size_t first_ = 0;  // all points before this place are taken
   std::size_t takenCount_ = 0;
 };
 

@@ -13,7 +13,7 @@ namespace scanline::detail {
 
 constexpr int kForeground = 1;
 
-/// The runs of foreground in one row, without the image's outer columns.
+/// The runs of foreground in one row of an image, without the outer columns.
 class RowRuns {
  public:
   explicit RowRuns(int cols)
@@ -26,7 +26,7 @@ class RowRuns {
     return count_;
   }
 
-  /// The column at which each run begins and the one after its end, in turn; then `kBeyond`.
+  /// The first column of each run and the one after its last, in turn; then `kBeyond` twice.
   [[nodiscard]] const int* edges() const {
     return edges_.data();
   }
@@ -51,7 +51,7 @@ class RowRuns {
   static constexpr std::size_t kWord = sizeof(std::uint64_t);
   static constexpr int kBeyond = INT_MAX;
 
-  /// Apart and without a branch, so that it compiles to vector instructions.
+  /// Without branches in the loop, so that it compiles to vector instructions.
   static void markChanges(const int* row, int inner, unsigned char* changes) {
     changes[0] = static_cast<unsigned char>(row[1] == kForeground);
     for (int i = 1; i < inner; ++i) {
@@ -69,23 +69,23 @@ class RowRuns {
 
   int inner_;
   int count_ = 0;
-  std::vector<unsigned char> changes_;  // 1 where a run begins or has ended, from column 1 on
+  std::vector<unsigned char> changes_;  // from column 1 on; 1 where a run begins or has just ended
   std::vector<int> edges_;
 };
 
-/// The type of an image that takes the pixels of `image` as integers.
+/// The type of an image with the channels of `image` as integers.
 inline int labelType(const cv::Mat& image) {
   return CV_MAKETYPE(CV_32S, image.channels());
 }
 
-/// Rows of an image as integers, converted a few at a time, so that nothing is written to the
-/// caller's image yet.
+/// Rows of an image as integers, converted a few at a time. So no image of labels is needed, nor is
+/// that of the caller written, before all memory has been allocated.
 class IntegerRows {
  public:
   explicit IntegerRows(const cv::Mat& image)
       : image_(image), pixels_(kBand * static_cast<std::size_t>(image.cols) * image.channels()) {}
 
-  /// Row `r`; rows must be asked for one after the other, from 1 on.
+  /// Row `r`. Rows must be requested one after the other, from 1 on.
   const int* next(int r) {
     const int inBand = (r - 1) % kBand;
     const int count = std::min(kBand, image_.rows - r);

@@ -1,4 +1,6 @@
+// Labels the connected regions of a binary image and measures them.
 #include <algorithm>
+#include <cassert>
 #include <climits>
 #include <cstddef>
 #include <unordered_map>
@@ -17,12 +19,12 @@ using scanline::detail::RowRuns;
 
 constexpr int kFirstLabel = 2;
 
-/// Runs that hang together, as trees whose root is the first run of each region. Runs are known by
-/// their number in the order of the scan.
+/// Connected runs, as trees whose root is the first run of each region. Runs are numbered in the
+/// order of the scan.
 class Equivalences {
  public:
-  /// With room for `most` runs, so that none is ever moved. What is not used costs address space
-  /// alone where memory is handed out on first use.
+  /// Reserves room for `most` runs, so that none is ever moved. Where memory is committed on first
+  /// use, unused room costs only address space.
   explicit Equivalences(std::size_t most) {
     parents_.reserve(most);
   }
@@ -31,13 +33,13 @@ class Equivalences {
     return static_cast<int>(parents_.size());
   }
 
-  /// Adds a run that hangs on another.
+  /// Adds a run below another, or a root if `parent` is its own number.
   void add(int parent) {
     parents_.push_back(parent);
   }
 
   int root(int run) {
-    // Halving the path on the way up needs no second walk and no stack.
+    // Halving the path on the way up needs neither a second walk nor a stack.
     while (parents_[run] != run) {
       parents_[run] = parents_[parents_[run]];
       run = parents_[run];
@@ -45,7 +47,7 @@ class Equivalences {
     return run;
   }
 
-  /// Joins the region of `root` with that of `run`, and returns the root of both.
+  /// Merges the region of `root` with that of `run`, and returns the common root.
   int join(int root, int run) {
     const int other = this->root(run);
     const int first = std::min(root, other);
@@ -53,12 +55,12 @@ class Equivalences {
     return first;
   }
 
-  /// Puts `numberOf()` in the place of each root, in the order of the scan, and of all runs that
-  /// hang on it.
+  /// Returns a number for each run: calls `numberOf()` for each root, in the order of the scan, and
+  /// gives all runs below it the same number.
   template <typename NumberOf>
   std::vector<int> numbered(NumberOf numberOf) && {
     for (int run = 0; run < size(); ++run) {
-      // A parent comes before its children, so that it has its number already.
+      // A parent precedes its children, so it has its number already.
       parents_[run] = parents_[run] == run ? numberOf() : parents_[parents_[run]];
     }
     return std::move(parents_);
@@ -68,8 +70,8 @@ class Equivalences {
   std::vector<int> parents_;
 };
 
-/// Adds the runs of a row, hung on those of the row above, the first of which has the number
-/// `firstAbove`. `reach` is 1 if runs touch by their corners too, or else 0.
+/// Adds the runs of a row, connected to those of the row above, whose numbers start at
+/// `firstAbove`. `reach` is 1 if runs are also connected by corners, otherwise 0.
 void linkRow(
     const RowRuns& above, int firstAbove, const RowRuns& row, int reach, Equivalences& regions) {
   const int* up = above.edges();
@@ -109,7 +111,7 @@ Equivalences linkRuns(const cv::Mat& image, int connectivity) {
   return regions;
 }
 
-/// Hands out the regions' records, numbered in the order of asking.
+/// Finds or adds the record of each region, in the order of their labels.
 class RegionRecords {
  public:
   explicit RegionRecords(const std::vector<SQO_Region>& regions)
@@ -117,11 +119,11 @@ class RegionRecords {
     for (std::size_t i = 0; i < regions.size(); ++i) {
       earlier_[regions[i].labelID] = static_cast<int>(i);
     }
-    // The first region always gets a record of its own, even if one with its label came in.
+    // The first region always gets a new record, even if one with its label was passed in.
     earlier_.erase(kFirstLabel);
   }
 
-  /// Index of the next region's record, as if the added ones followed those that came in.
+  /// Index of the record of the next region. Those added follow those that were passed in.
   int next() {
     const int label = nextLabel_++;
     const auto found = earlier_.find(label);
@@ -170,7 +172,7 @@ void labelRuns(const std::vector<int>& recordOfRun,
   }
 }
 
-/// The image that the labels go to: `labImg` if it has the size and the type, else a new one.
+/// The image for the labels: `labImg` if it has the size and the type, otherwise a new one.
 cv::Mat labelImage(const cv::Mat& bwImg, const cv::Mat& labImg) {
   const int type = labelType(bwImg);
   const bool fits = !labImg.empty() && labImg.size == bwImg.size && labImg.type() == type;
@@ -183,6 +185,7 @@ void QO_TwoPassLabel(const cv::Mat& bwImg,
                      cv::Mat& labImg,
                      std::vector<SQO_Region>& regions,
                      int connectivity) {
+  assert(bwImg.empty() || bwImg.channels() == 1);
   if (bwImg.empty()) {
     labImg.release();
     return;

@@ -15,13 +15,14 @@ bool isContinuous(const STesk3DPoint& last,
          para.segGapTh_y > std::fabs(point.y - last.y);
 }
 
+/// The sample farthest from a chord.
 struct Farthest {
   double distance;
   int index;
 };
 
-/// The measured sample that lies farthest from the chord of the samples `start` to `end` in the
-/// y-z plane. The lowest index wins a tie; `start` stands for no sample off the chord.
+/// Finds the measured sample that lies farthest from the chord of the samples `start` to `end` in
+/// the y-z plane, the one with the lowest index among equals; `start` if none lies off the chord.
 Farthest farthestFromChord(const STesk3DPosition* line, int start, int end) {
   const STesk3DPoint& from = line[start].pt3D;
   const STesk3DPoint& to = line[end].pt3D;
@@ -36,7 +37,7 @@ Farthest farthestFromChord(const STesk3DPosition* line, int start, int end) {
   for (int i = start; i <= end; ++i) {
     const STesk3DPoint& point = line[i].pt3D;
     const double distance = std::fabs(a * point.y + b * point.z + c);
-    // A chord of no length makes every distance NaN, which is farther than nothing.
+    // If the ends coincide, every distance is NaN and none passes.
     if (isMeasured(point.z) && distance > farthest.distance) {
       farthest = {distance, i};
     }
@@ -73,7 +74,7 @@ void cutIntoRuns(STesk3DPosition* line,
     last = point;
   }
   if (end >= 0) {
-    // The last run carries its end instead of a label.
+    // The last run has its end instead of a label.
     runs.push_back({start, end - start + 1, end});
   }
 }
@@ -82,7 +83,7 @@ void cutIntoPieces(const STesk3DPosition* line,
                    const SQO_RUN& run,
                    double maxDist,
                    std::vector<SQO_RUN>& pieces) {
-  // A stack of pieces instead of recursion: a long run can be cut thousands of levels deep.
+  // A list of pending pieces instead of recursion, which could be thousands of levels deep.
   std::vector<SQO_RUN> pending = {run};
   while (!pending.empty()) {
     const SQO_RUN piece = pending.back();
@@ -92,8 +93,8 @@ void cutIntoPieces(const STesk3DPosition* line,
       continue;
     }
     const auto [distance, cut] = farthestFromChord(line, piece.start, end);
-    // An end that is farthest off its own chord is there by rounding alone. Cutting at it would
-    // leave the piece as it is.
+    // Only rounding can make an end the farthest sample. A cut there would leave the piece as it
+    // is.
     if (maxDist > distance || cut == piece.start || cut == end) {
       pieces.push_back(piece);
       continue;

@@ -7,17 +7,18 @@
 /// The two steps of line segmentation.
 namespace scanline::detail {
 
-/// What becomes of `nPointIdx` of the samples of a line while it is cut.
+/// Whether `nPointIdx` of the samples of a line is kept or set to 0 while it is cut.
 enum class Stamps { kKeep, kClear };
 
-/// Appends the runs of a line. The last run has its end as `value`, the others a label.
+/// Appends the runs of connected samples of a line. The `value` of the last run is its end, that of
+/// the others a label.
 void cutIntoRuns(STesk3DPosition* line,
                  int count,
                  const SQO_lineSegParam& para,
                  Stamps stamps,
                  std::vector<SQO_RUN>& runs);
 
-/// Appends the nearly straight pieces of a run.
+/// Appends the nearly straight pieces of a run, in line order.
 void cutIntoPieces(const STesk3DPosition* line,
                    const SQO_RUN& run,
                    double maxDist,

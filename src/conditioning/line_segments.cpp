@@ -1,10 +1,13 @@
+// Cuts lines into runs of connected samples and runs into straight pieces, and picks the flattest.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <vector>
 
 #include <scanline/conditioning.h>
 #include "conditioning/line_cuts.h"
+#include "geometry/distance.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -13,6 +16,7 @@ namespace {
 using scanline::detail::append;
 using scanline::detail::cutIntoPieces;
 using scanline::detail::cutIntoRuns;
+using scanline::detail::distanceInSpace;
 using scanline::detail::isMeasured;
 using scanline::detail::isMissing;
 using scanline::detail::makeRoom;
@@ -25,15 +29,8 @@ bool isWithin(const STeskRangeD& range, double value) {
   return value >= range.min && value <= range.max;
 }
 
-double distanceInSpace(const STesk3DPoint& p, const STesk3DPoint& q) {
-  const double dx = q.x - p.x;
-  const double dy = q.y - p.y;
-  const double dz = q.z - p.z;
-  return std::sqrt(dx * dx + dy * dy + dz * dz);
-}
-
-/// The sample midway between two, or the nearest measured one strictly between them, the higher
-/// side first; -1 if there is none.
+/// The sample halfway between two. If it is missing, the nearest measured sample strictly between
+/// the two, of two equally near ones that with the higher index; -1 if there is none.
 int middleSample(const STesk3DPosition* line, int start, int end) {
   const int middle = (start + end) / 2;
   if (!isMissing(line[middle].pt3D.z)) {
@@ -53,7 +50,7 @@ int middleSample(const STesk3DPosition* line, int start, int end) {
   return -1;
 }
 
-/// Appends the piece as a candidate if its length and its middle allow it.
+/// Appends a piece to the candidates if its length is in the range and it has a middle.
 void appendCandidate(const STesk3DPosition* line,
                      int lineIdx,
                      const SQO_RUN& piece,
@@ -76,8 +73,8 @@ double steepness(const STesk3DPosition* line, const SQO_featureSemiCircle& candi
   return std::fabs((to.z - from.z) / (to.y - from.y));
 }
 
-/// The place of the flattest candidate. The first one stays unless another is strictly flatter,
-/// which none is if the slope of the first is undefined.
+/// The index of the flattest candidate, the first of equals. If the slope of the first candidate is
+/// NaN, no other is flatter.
 std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
   std::size_t best = 0;
   double lowest = steepness(line, candidates.front());
@@ -91,11 +88,12 @@ std::size_t flattest(const STesk3DPosition* line, const Pieces& candidates) {
   return best;
 }
 
-/// Appends each piece to one of the lists, in order, since the two may be one list.
-void handOver(const Pieces& pieces,
-              const std::vector<bool>& isBest,
-              Pieces& bests,
-              Pieces& others) {
+/// Appends each piece to one of the two lists. They may be the same list, so the pieces are
+/// appended in order.
+void appendToLists(const Pieces& pieces,
+                   const std::vector<bool>& isBest,
+                   Pieces& bests,
+                   Pieces& others) {
   const auto bestCount = std::count(isBest.begin(), isBest.end(), true);
   makeRoom(static_cast<std::size_t>(bestCount), bests);
   makeRoom(pieces.size() - static_cast<std::size_t>(bestCount), others);
@@ -109,7 +107,7 @@ void handOver(const Pieces& pieces,
 void ju_getLineDataIntervals(std::vector<STesk3DPosition>& lineData,
                              SQO_lineSegParam lineSegPara,
                              std::vector<SQO_RUN>& segs) {
-  // At most one run for each sample: nothing is allocated once the line is written to.
+  // There is at most one run per sample, so nothing is allocated after the first write to the line.
   makeRoom(lineData.size(), segs);
   cutIntoRuns(lineData.data(), static_cast<int>(lineData.size()), lineSegPara, Stamps::kClear,
               segs);
@@ -119,6 +117,9 @@ void split(SQO_RUN run,
            std::vector<STesk3DPosition>& lineData,
            double maxDist,
            std::vector<SQO_RUN>& segs) {
+  assert(maxDist > 0.0);
+  assert(run.len < 3 ||
+         (run.start >= 0 && run.start <= static_cast<int>(lineData.size()) - run.len));
   Runs pieces;
   cutIntoPieces(lineData.data(), run, maxDist, pieces);
   append(pieces, segs);
@@ -130,10 +131,11 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
                            SQO_lineSegParam lineSegPara,
                            std::vector<SQO_featureSemiCircle>& bestSegs,
                            std::vector<SQO_featureSemiCircle>& otherSegs) {
+  assert(lineSegPara.maxDist > 0.0);
   const STesk3DPosition* const line = lineData.data();
   Runs runs;
   runs.reserve(64);  // Enough for most lines.
-  // The stamps are cleared last, when nothing can fail any more.
+  // The stamps are cleared last, after everything that can throw.
   cutIntoRuns(lineData.data(), static_cast<int>(lineData.size()), lineSegPara, Stamps::kKeep, runs);
   Runs pieces;
   Pieces candidates;
@@ -156,7 +158,7 @@ void ju_surfaceLineSegment(std::vector<STesk3DPosition>& lineData,
     isBest.push_back(true);
   }
   isBest.resize(chosen.size(), false);
-  handOver(chosen, isBest, bestSegs, otherSegs);
+  appendToLists(chosen, isBest, bestSegs, otherSegs);
   for (STesk3DPosition& sample : lineData) {
     sample.nPointIdx = 0;
   }

@@ -1,3 +1,5 @@
+// Removes the outliers of a scan along its lines, then across them.
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -13,7 +15,7 @@ using Walks = std::vector<OutlierWalk<LastHeight>>;
 
 constexpr int kUnevenLines = -1000;
 
-/// Filters every line by itself. Returns whether all are as long as the first.
+/// Filters each line by itself. Returns whether all lines are as long as the first.
 bool filterAlongLines(Scan& scan, const SQO_outlierFilterParam& para) {
   const std::size_t length = scan.front().size();
   bool even = true;
@@ -24,9 +26,9 @@ bool filterAlongLines(Scan& scan, const SQO_outlierFilterParam& para) {
   return even;
 }
 
-/// Filters the samples of equal index across the lines, one fresh walk for each. All columns are
-/// walked side by side, so that the scan is read as it lies in memory; blanking at once is safe, as
-/// a walk never looks back at the samples it has passed.
+/// Filters the samples of equal index of all lines, with one walk for each index. All walks advance
+/// together, so that the scan is read in the order of memory. Samples are blanked at once, since a
+/// walk never reads a sample again.
 void filterAcrossLines(Scan& scan, const SQO_outlierFilterParam& para, Walks& walks) {
   std::size_t column = 0;
   const auto blank = [&](int first, int last) {
@@ -51,7 +53,8 @@ void filterAcrossLines(Scan& scan, const SQO_outlierFilterParam& para, Walks& wa
 void ju_noiseFilter(std::vector<std::vector<STesk3DPosition>>& scanLines,
                     SQO_outlierFilterParam outlierPara,
                     int* errCode) {
-  Walks walks(scanLines.front().size());  // All that is allocated, before anything is written.
+  assert(!scanLines.empty());
+  Walks walks(scanLines.front().size());  // The only allocation, before the first write.
   *errCode = 0;
   if (!filterAlongLines(scanLines, outlierPara)) {
     *errCode = kUnevenLines;

@@ -3,11 +3,12 @@
 #include <cmath>
 
 #include <scanline/conditioning.h>
+#include "geometry/distance.h"
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
 
-/// Continuity by height: what the walk keeps of the last measured sample.
+/// Continuity by the distance in z from the preceding sample that is no hole.
 class LastHeight {
  public:
   void keep(const STesk3DPoint& point) {
@@ -21,17 +22,14 @@ class LastHeight {
   double z_ = {};
 };
 
-/// Continuity by distance in space.
+/// Continuity by the distance in space from the preceding sample that is no hole.
 class LastPoint {
  public:
   void keep(const STesk3DPoint& point) {
     point_ = point;
   }
   [[nodiscard]] double distanceTo(const STesk3DPoint& point) const {
-    const double dx = point.x - point_.x;
-    const double dy = point.y - point_.y;
-    const double dz = point.z - point_.z;
-    return std::sqrt(dx * dx + dy * dy + dz * dz);
+    return distanceInSpace(point_, point);
   }
 
  private:
@@ -39,21 +37,21 @@ class LastPoint {
 };
 
 /**
- * Cuts a sequence of samples into stretches of continuous ones and reports the stretches that hold
- * too few, each as soon as it is complete.
+ * Cuts a sequence of samples into stretches of continuous samples and reports each stretch that is
+ * too short as soon as it is complete.
  *
- * The samples are handed in one by one, from wherever they lie: many walks can go on side by side.
- * What the walk needs of the samples it has passed, it keeps by value, so that those may be blanked
- * at once.
+ * The samples are passed one by one, so that many walks can advance together. The walk keeps what
+ * it needs of the preceding samples by value, so that these may be blanked at once.
  */
 template <typename Last>
 class OutlierWalk {
  public:
-  /// Takes the sample of index `i`. Calls `blank(first, last)`, both inclusive and with the holes
-  /// between them, for the stretch that ends before it, if that is an outlier.
+  /// Takes the sample with index `i`. If it begins a new stretch and the stretch before is an
+  /// outlier, calls `blank(first, last)` for the latter, with both ends and the holes between them
+  /// included.
   template <typename Blank>
   void take(int i, const STesk3DPoint& point, const SQO_outlierFilterParam& para, Blank&& blank) {
-    // A z that is not a number passes: it counts as measured and is continuous with nothing.
+    // A z of NaN is not a hole. It counts, and it is continuous with nothing.
     if (isHole(point.z)) {
       return;
     }
@@ -77,7 +75,8 @@ class OutlierWalk {
   }
 
  private:
-  /// The open stretch: first index, count of measured samples (0: none is open), last index.
+  /// The open stretch: first index, number of samples that are no holes (0: none is open), last
+  /// index.
   SQO_RUN stretch_ = {};
   Last last_;
 };

@@ -1,4 +1,6 @@
+// Removes the outliers of single lines.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -10,12 +12,13 @@ using scanline::detail::LastHeight;
 using scanline::detail::LastPoint;
 using scanline::detail::OutlierWalk;
 
-/// Calls `outlier(k)` for every index of a line that is to be blanked, holes included.
+/// Calls `outlier(k)` for every index of a line that is to be blanked, including holes.
 template <typename Last, typename Outlier>
 void findOutliers(const STesk3DPosition* line,
                   int count,
                   const SQO_outlierFilterParam& para,
                   Outlier outlier) {
+  assert(line != nullptr || count <= 0);
   const auto report = [&](int first, int last) {
     for (int k = first; k <= last; ++k) {
       outlier(k);
@@ -38,12 +41,13 @@ void copyWithoutOutliers(const STesk3DPosition* line,
                          const SQO_outlierFilterParam& para,
                          std::vector<STesk3DPosition>& filtered,
                          std::vector<int>& noise) {
+  assert(count <= 0 || filtered.data() != line);
   std::vector<int> outliers;
   findOutliers<Last>(line, count, para, [&](int k) { outliers.push_back(k); });
   const auto size = static_cast<std::size_t>(std::max(count, 0));
   filtered.reserve(size);
   noise.insert(noise.end(), outliers.begin(), outliers.end());
-  // Nothing is allocated from here on.
+  // Nothing is allocated after this.
   filtered.assign(line, line + size);
   for (const int k : outliers) {
     filtered[k].pt3D.z = 0.0;

@@ -1,4 +1,6 @@
+// Smooths lines by a moving mean, as a whole or between steps.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <memory>
 #include <numeric>
@@ -14,8 +16,8 @@ using scanline::detail::gatherHeightsAndSteps;
 using scanline::detail::meanWindows;
 using scanline::detail::storeMeans;
 
-/// Up to this half-width all pieces of a line are summed in one run: the windows that begin in the
-/// gaps between them cost less than a run for each piece.
+/// Up to this half-width, all pieces of a line are summed in one pass: the windows that begin in
+/// the gaps between the pieces cost less than a pass for each piece.
 constexpr int kNarrow = 8;
 
 /// An array of unset elements.
@@ -24,13 +26,14 @@ std::unique_ptr<Number[]> newArray(std::size_t count) {
   return std::unique_ptr<Number[]>(new Number[count]);
 }
 
-/// Storage for heights with zeros beyond the ends of a piece, and for the counts that their means
-/// are divided by.
+/// Storage for heights, with zeros beyond the ends of a piece, and for the numbers of measured
+/// heights by which the sums are divided.
 struct PaddedHeights {
   explicit PaddedHeights(std::size_t room)
       : z(newArray<double>(room)), measuredBefore(newArray<int>(room + 1)) {}
 
-  /// Counts the measured ones among the first `count` heights.
+  /// Sets the number of measured heights before each of the first `count` heights, and before their
+  /// end.
   void countMeasured(std::size_t count) {
     int measured = 0;
     for (std::size_t k = 0; k < count; ++k) {
@@ -64,7 +67,7 @@ void meanPiece(SmoothedHeights& line,
                std::size_t count,
                std::size_t half,
                PaddedHeights& padded) {
-  // A window that reaches beyond both ends of the piece may as well end there.
+  // Beyond the ends of the piece there is nothing to add, so a window need not reach farther.
   const std::size_t reach = std::min(half, count - 1);
   double* const z = padded.z.get();
   double* const means = &line.means[start];
@@ -76,8 +79,8 @@ void meanPiece(SmoothedHeights& line,
     std::fill_n(means, count, meanOf(sum + z[reach], padded.measuredBefore[count]));
     return;
   }
-  // The windows of the samples up to `reach` all begin with the piece: each sum goes on from the
-  // one before.
+  // The windows of the samples up to `reach` all begin with the piece: each sum continues the
+  // preceding one.
   for (std::size_t i = 0; i <= reach; ++i) {
     sum += z[i + reach];
     means[i] = meanOf(sum, padded.measuredBefore[i + reach + 1]);
@@ -99,7 +102,7 @@ void meanPieces(SmoothedHeights& line, const int* isStep, std::size_t half) {
   meanPiece(line, start, line.count - start, half, padded);
 }
 
-/// Computes the means of all pieces in one run: the pieces are laid out with `half` zeros before,
+/// Computes the means of all pieces in one pass: the pieces are laid out with `half` zeros before,
 /// between and after them.
 void meanPiecesTogether(SmoothedHeights& line, const int* isStep, std::size_t half) {
   const auto steps = static_cast<std::size_t>(std::accumulate(isStep, isStep + line.count, 0));
@@ -111,7 +114,7 @@ void meanPiecesTogether(SmoothedHeights& line, const int* isStep, std::size_t ha
   std::fill_n(padded.z.get(), paddedCount, 0.0);
   std::size_t gaps = 0;
   for (std::size_t i = 0; i < line.count; ++i) {
-    // Steps come without a pattern, so there is no branch on them.
+    // Steps follow no pattern, so there is no branch on them.
     gaps += half * static_cast<std::size_t>(isStep[i]);
     windows[i] = gaps + i;
     padded.z[half + windows[i]] = line.heights[i];
@@ -123,12 +126,12 @@ void meanPiecesTogether(SmoothedHeights& line, const int* isStep, std::size_t ha
   }
 }
 
-/// Computes the means of an empty window.
+/// Sets all means to that of an empty window, NaN.
 void meanNothing(SmoothedHeights& line) {
   std::fill_n(line.means.get(), line.count, meanOf(0.0, 0));
 }
 
-/// Smooths the pieces of a line between its steps. The first measured sample is no step.
+/// Smooths the pieces between the steps of a line. The first measured sample is no step.
 void smoothPieces(STesk3DPosition* samples, std::size_t count, double yTh, double zTh, int half) {
   SmoothedHeights line(count);
   const auto isStep = newArray<int>(count);
@@ -154,6 +157,7 @@ void smoothPieces(STesk3DPosition* samples, std::size_t count, double yTh, doubl
 void qo_lineDataSmoothing(std::vector<STesk3DPosition>& input,
                           int smoothWin,
                           std::vector<STesk3DPosition>& lineDataOut) {
+  assert(&lineDataOut != &input);
   SmoothedHeights line(input.size());
   PaddedHeights padded(2 * line.count);
   lineDataOut = input;
@@ -175,6 +179,7 @@ void qo_lineSegSmoothing(std::vector<STesk3DPosition>& input,
                          double seg_z_deltaTh,
                          int smoothWin,
                          std::vector<STesk3DPosition>& lineDataOut) {
+  assert(&lineDataOut != &input);
   if (input.empty()) {
     return;
   }

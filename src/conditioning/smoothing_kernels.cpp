@@ -11,7 +11,7 @@ namespace scanline::detail {
 
 namespace {
 
-/// Long lines are worked on in blocks whose intermediate values stay in the nearest cache.
+/// Long lines are processed in blocks whose intermediate values stay in the first-level cache.
 constexpr std::size_t kBlock = 256;
 
 /// Starts the sums of `size` windows with their first 1, 3, 5 or 7 heights.
@@ -54,7 +54,7 @@ void gatherHeightsAndSteps(const STesk3DPosition* samples,
                            double zTh,
                            double* heights,
                            int* isStep) {
-  // Element 0 is the sample before the block. The first sample has none and stands for it.
+  // Element 0 is the sample before the block; for the first block, the first sample itself.
   std::array<double, 1 + kBlock> y = {samples[0].pt3D.y};
   std::array<double, 1 + kBlock> z = {samples[0].pt3D.z};
   for (std::size_t first = 0; first < count; first += kBlock) {
@@ -78,8 +78,8 @@ void gatherHeightsAndSteps(const STesk3DPosition* samples,
 }
 
 // Neighbouring windows are summed side by side, so that the loops over i vectorise while each sum
-// keeps its own order. The first pass adds the remainder of the width by eight, the others eight
-// heights each, which saves loads and stores of the sums.
+// keeps its own order. The first pass adds the remainder of the width divided by eight, each of the
+// others eight heights, which saves loads and stores of the sums.
 SCANLINE_WIDE_KERNEL
 void meanWindows(const double* heights,
                  const int* measuredBefore,

@@ -4,17 +4,17 @@
 
 #include <scanline/scan_records.h>
 
-/// The loops of smoothing that vectorise. Heights are the z of the measured samples, and 0.0 in
-/// place of every other sample: such a zero changes no bit of a sum of measured z, which is never a
+/// The loops of smoothing that vectorise. The height of a measured sample is its z, that of any
+/// other sample is 0.0. Such a zero changes no bit of a sum of measured z, which is never a
 /// negative zero.
 namespace scanline::detail {
 
-/// Takes the heights of samples.
+/// Copies the heights of samples.
 void gatherHeights(const STesk3DPosition* samples, std::size_t count, double* heights);
 
 /// As gatherHeights(), and marks the steps of a line: `isStep[i]` becomes 1 if sample i is measured
-/// and differs from sample i - 1 by more than a limit, and 0 otherwise. A difference of exactly the
-/// limit, or NaN, is no step. `count` is at least 1; sample 0 is no step.
+/// and differs from sample i - 1 by more than a limit, in y or in z, and 0 otherwise. A difference
+/// of exactly the limit, or NaN, is no step. `count` is at least 1; sample 0 is no step.
 void gatherHeightsAndSteps(const STesk3DPosition* samples,
                            std::size_t count,
                            double yTh,

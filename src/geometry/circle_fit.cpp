@@ -1,3 +1,4 @@
+// Fits a circle to points in the x-y plane by linear least squares.
 #include <cmath>
 #include <limits>
 
@@ -46,6 +47,7 @@ Circle solve(const CircleSums& S, double n) {
   return {p, q, r};
 }
 
+/// The largest excess of a squared distance from the centre over the squared radius, at least 0.0.
 double largestExcess(const std::vector<STesk3DPoint>& points,
                      const STesk3DPoint& center,
                      double radius) {

@@ -1,3 +1,4 @@
+// Fits lines to points in the x-y plane by linear least squares.
 #include <Eigen/Core>
 #include <cmath>
 
@@ -10,12 +11,12 @@ struct SlopeLine {
   double b;
 };
 
-/// An axis of the plane and its place in a pair (x, y).
+/// An axis of the plane, as an index into a pair (x, y).
 enum Axis { kX, kY };
 
-/// Ordinary least squares of the other coordinate on the abscissa.
+/// Fits the other coordinate as a linear function of the abscissa by ordinary least squares.
 SlopeLine regress(const std::vector<STesk3DPoint>& points, Axis abscissa) {
-  // Two sums share a packed addition; each keeps the order of the points.
+  // Two sums share each packed addition; each sum keeps the order of the points.
   Eigen::Array2d sums = Eigen::Array2d::Zero();
   Eigen::Array2d products = sums;
   for (const STesk3DPoint& point : points) {

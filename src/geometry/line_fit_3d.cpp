@@ -1,3 +1,4 @@
+// Fits a line to points in space by the principal axis of their scatter matrix.
 #include <Eigen/Eigenvalues>
 #include <algorithm>
 #include <iostream>
@@ -6,8 +7,8 @@
 
 namespace {
 
-// The messages are GBK whatever the encoding of the source files, hence the escapes. A literal is
-// split where the character after an escape would be read as one more of its digits.
+// The messages are encoded in GBK, whatever the encoding of the source files, hence the escapes. A
+// literal is split where the next character would be read as a digit of the escape.
 
 /// "The number of points must be greater than or equal to 2!"
 constexpr const char* kTooFewPoints =
@@ -29,18 +30,19 @@ Eigen::MatrixX3d toMatrix(const std::vector<STesk3DPoint>& points) {
   return matrix;
 }
 
-/// The number of rows that Eigen adds up in one run when it multiplies the transpose of a matrix of
+/// The number of rows that Eigen sums in one block when it multiplies the transpose of a matrix of
 /// `rows` rows and 3 columns by the matrix.
-Eigen::Index rowsPerRun(Eigen::Index rows) {
+Eigen::Index rowsPerBlock(Eigen::Index rows) {
   Eigen::Index columns = 3;
   Eigen::Index otherColumns = 3;
   Eigen::internal::computeProductBlockingSizes<double, double, 1>(rows, columns, otherColumns);
   return rows;
 }
 
-/// The lower triangle of `m.transpose() * m`, for the rows from `first` to before `end` in order.
+/// The lower triangle of `m.transpose() * m`, summed in order over the rows from `first` up to but
+/// not including `end`.
 Eigen::Matrix3d sumProducts(const Eigen::MatrixX3d& m, Eigen::Index first, Eigen::Index end) {
-  // Two sums share a packed addition.
+  // Two sums share each packed addition.
   Eigen::Array2d xyTimesX = Eigen::Array2d::Zero();
   Eigen::Array2d xyTimesZ = xyTimesX;
   Eigen::Array2d yzTimesYz = xyTimesX;
@@ -57,17 +59,17 @@ Eigen::Matrix3d sumProducts(const Eigen::MatrixX3d& m, Eigen::Index first, Eigen
   return sums;
 }
 
-/// The lower triangle of `m.transpose() * m`. Eigen's product spends most of its time on packing so
-/// narrow a matrix. This adds up the same products in the same order, in the runs of rows by which
-/// Eigen keeps to the cache.
+/// The lower triangle of `m.transpose() * m`. On so narrow a matrix, Eigen's own product spends
+/// most of its time on packing. This function sums the same products in the same order, in the same
+/// blocks of rows, which Eigen chooses by the size of the caches.
 Eigen::Matrix3d scatterMatrix(const Eigen::MatrixX3d& m) {
   if (m.rows() + 6 < EIGEN_GEMM_TO_COEFFBASED_THRESHOLD) {
-    return m.transpose() * m;  // Eigen sums so few rows in another order.
+    return m.transpose() * m;  // Eigen sums so few rows in a different order.
   }
-  const Eigen::Index run = rowsPerRun(m.rows());
+  const Eigen::Index block = rowsPerBlock(m.rows());
   Eigen::Matrix3d scatter = Eigen::Matrix3d::Zero();
-  for (Eigen::Index first = 0; first < m.rows(); first += run) {
-    scatter += sumProducts(m, first, std::min(first + run, m.rows()));
+  for (Eigen::Index first = 0; first < m.rows(); first += block) {
+    scatter += sumProducts(m, first, std::min(first + block, m.rows()));
   }
   return scatter;
 }

@@ -1,3 +1,4 @@
+// Computes crossings, angles, distances and foot points of lines in the x-y plane.
 #include <cmath>
 
 #include <scanline/geometry.h>

@@ -1,3 +1,4 @@
+// Computes the mean z of the measured points of a list.
 #include <cstddef>
 
 #include <scanline/geometry.h>

@@ -1,3 +1,4 @@
+// Fits a parabola to points in a plane by least squares.
 #include <Eigen/SVD>
 #include <cmath>
 #include <limits>
@@ -14,9 +15,11 @@ using Design =
 
 }  // namespace
 
-// Internals of Eigen 3.4; later versions have another interface here, and go without.
+// These are internals of Eigen 3.4. Later versions have a different interface here and use their
+// own forms.
 #if !EIGEN_VERSION_AT_LEAST(3, 4, 90)
-/// A design has no more columns than rows. Eigen's own form takes long to compile.
+/// Never runs, since a design has at least as many rows as columns. Eigen's own form takes long to
+/// compile.
 template <>
 class Eigen::internal::qr_preconditioner_impl<Design,
                                               Eigen::ColPivHouseholderQRPreconditioner,
@@ -30,8 +33,8 @@ class Eigen::internal::qr_preconditioner_impl<Design,
   }
 };
 
-/// The reduction to a square matrix, step by step as Eigen has it. Eigen's own destroys a member
-/// and constructs it again in place; if that runs out of memory, the member is destroyed twice.
+/// The reduction to a square matrix, with the steps of Eigen's own form. That form destroys a
+/// member and constructs it again in place; if memory runs out then, the member is destroyed twice.
 template <>
 class Eigen::internal::qr_preconditioner_impl<Design,
                                               Eigen::ColPivHouseholderQRPreconditioner,
@@ -63,7 +66,7 @@ Eigen::Vector3d solveCoefficients(const std::vector<cv::Point_<double>>& points)
     ordinates(row) = point.y;
     ++row;
   }
-  // What BDCSVD hands matrices of so few columns to.
+  // The class to which BDCSVD delegates matrices of so few columns.
   const Eigen::JacobiSVD<Design> svd(design, Eigen::ComputeThinU | Eigen::ComputeThinV);
   if (svd.info() == Eigen::InvalidInput) {
     // The solver leaves its rank unset for a matrix that is not finite, and solve() would use it.

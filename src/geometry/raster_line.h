@@ -11,11 +11,11 @@ inline std::int64_t rasterSteps(int x0, int y0, int x1, int y1) {
   return std::max(std::abs(std::int64_t{x1} - x0), std::abs(std::int64_t{y1} - y0));
 }
 
-/// Calls `take(x, y)` for each point of a raster line, both ends included, by Bresenham's error
+/// Calls `take(x, y)` for each point of a raster line, including both ends, by Bresenham's error
 /// rule.
 template <typename Take>
 void forEachRasterPoint(int x0, int y0, int x1, int y1, Take take) {
-  // The distance of two ints, and twice the error, exceed an int.
+  // The difference of two ints may exceed an int, and so may twice the error.
   const std::int64_t dx = std::abs(std::int64_t{x1} - x0);
   const std::int64_t dy = std::abs(std::int64_t{y1} - y0);
   const int stepX = x0 < x1 ? 1 : -1;
@@ -24,7 +24,7 @@ void forEachRasterPoint(int x0, int y0, int x1, int y1, Take take) {
   int y = y0;
   std::int64_t err = dx - dy;
   take(x, y);
-  // The longer axis steps in every round, so the number of points is known beforehand.
+  // The longer axis advances in every round, so the number of rounds is known in advance.
   for (std::int64_t left = rasterSteps(x0, y0, x1, y1); left > 0; --left) {
     const std::int64_t doubleErr = 2 * err;
     if (doubleErr > -dy) {

@@ -1,5 +1,7 @@
+// Estimates the rigid transform between two lists of corresponding points, and applies it.
 #include <Eigen/Core>
 #include <Eigen/SVD>
+#include <cassert>
 #include <cstddef>
 #include <limits>
 #include <vector>
@@ -24,7 +26,8 @@ Eigen::Vector3d centroid(const Points& points, std::size_t n) {
   return Eigen::Vector3d(x, y, z) * (1.0 / static_cast<double>(n));
 }
 
-/// The sum of the outer products of corresponding points, each list taken from its centroid.
+/// The sum of the outer products of corresponding points, each relative to the centroid of its
+/// list.
 Eigen::Matrix3d crossCovariance(const Points& pts1,
                                 const Points& pts2,
                                 const Eigen::Vector3d& center1,
@@ -52,10 +55,10 @@ double determinant(const Eigen::Matrix3d& m) {
          m(0, 2) * (m(1, 0) * m(2, 1) - m(1, 1) * m(2, 0));
 }
 
-/// The proper rotation that fits the cross-covariance `w` best.
+/// The proper rotation that best fits the cross-covariance `w`.
 Eigen::Matrix3d bestRotation(const Eigen::Matrix3d& w) {
   if (!w.allFinite()) {
-    // The decomposition leaves its factors unset.
+    // The decomposition of such a matrix leaves its factors unset.
     return Eigen::Matrix3d::Constant(std::numeric_limits<double>::quiet_NaN());
   }
   const Eigen::JacobiSVD<Eigen::Matrix3d> svd(w, Eigen::ComputeFullU | Eigen::ComputeFullV);
@@ -85,7 +88,8 @@ void caculateRT(const std::vector<cv::Point3_<double>>& pts1,
                 cv::Mat& T,
                 cv::Point3_<double>& center1,
                 cv::Point3_<double>& center2) {
-  // New matrices: the storage of those that they replace may be in use elsewhere.
+  assert(pts2.size() >= pts1.size());
+  // The matrices are new, since other matrices may share the storage of the old ones.
   cv::Mat newR = scanline::detail::newImage(3, 3, CV_64F);
   cv::Mat newT = scanline::detail::newImage(3, 1, CV_64F);
   const Eigen::Vector3d mean1 = centroid(pts1, pts1.size());
@@ -107,6 +111,7 @@ void pointRT(const cv::Mat& R,
              const cv::Point3_<double>& center2,
              const cv::Point3_<double>& pt,
              cv::Point3_<double>& out) {
+  assert(R.type() == CV_64F && R.rows >= 3 && R.cols >= 3);
   const double x = pt.x - center1.x;
   const double y = pt.y - center1.y;
   const double z = pt.z - center1.z;

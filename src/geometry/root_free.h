@@ -5,8 +5,9 @@
 
 namespace scanline::detail {
 
-/// The smallest square whose root reaches `distance`; NaN for NaN. Roots round monotonically, so
-/// comparing squares with it decides exactly as comparing roots with the distance would.
+/// The smallest number whose square root is at least `distance`; NaN for NaN. Rounded square roots
+/// are monotonic, so comparing a square with it decides exactly as comparing the root of that
+/// square with the distance.
 inline double squaredThreshold(double distance) {
   if (distance <= 0.0) {
     return 0.0;
@@ -21,7 +22,8 @@ inline double squaredThreshold(double distance) {
   return square;
 }
 
-/// The smallest square whose root exceeds `distance`; NaN, which no square reaches, if none does.
+/// The smallest number whose square root is greater than `distance`; NaN, with which every
+/// comparison fails, if there is none.
 inline double squaredThresholdAbove(double distance) {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   return distance < kInfinity ? squaredThreshold(std::nextafter(distance, kInfinity))

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -9,13 +10,13 @@
 
 namespace scanline::detail {
 
-/// What a block covers of one axis.
+/// The range of positions that a block covers on one axis.
 struct BlockSpan {
   int start;
-  std::int64_t end;  ///< One past the block's last position, wherever the data ends.
+  std::int64_t end;  ///< One past the last position of the block, even if that is past the data.
   int limit;         ///< The same, within the data.
 
-  /// Where the data cuts a block off, it has no border.
+  /// Where the end of the data cuts a block off, it has no border.
   [[nodiscard]] bool isBorder(int position) const {
     return position == start || position == end - 1;
   }
@@ -33,7 +34,7 @@ class BlockAxis {
   [[nodiscard]] int size() const {
     return size_;
   }
-  /// Number of blocks. Those that start past the data are left out, for they hold nothing.
+  /// Number of blocks, without those that start past the data.
   [[nodiscard]] int count() const {
     return count_;
   }
@@ -45,7 +46,7 @@ class BlockAxis {
   [[nodiscard]] bool overlapsByHalves() const {
     return extent_ == stride_;
   }
-  /// Where block i starts, or where the data ends if that is before it.
+  /// Where block i starts, or where the data ends if that comes first.
   [[nodiscard]] int startInData(int i) const {
     return static_cast<int>(std::min<std::int64_t>(std::int64_t{i} * stride_ / 2, size_));
   }
@@ -62,8 +63,9 @@ class BlockAxis {
   int count_;
 };
 
-/// Number of half blocks that it takes to cover an axis.
+/// Number of half blocks that cover an axis.
 inline int halfBlocks(int size, int blockSize) {
+  assert(blockSize >= 2);
   const int half = blockSize / 2;
   return size / half + (size % half > 0 ? 1 : 0);
 }
@@ -75,8 +77,8 @@ struct BlockCandidate {
   double value;
 };
 
-/// The best of the positions that are offered one after the other. A negative best gives way to
-/// whatever follows it, and what is not a number to nothing.
+/// The best of the positions offered one after the other. Any position replaces a negative best,
+/// and none replaces NaN.
 template <typename IsBetter>
 class BlockBest {
  public:
@@ -94,8 +96,8 @@ class BlockBest {
 };
 
 /**
- * Collects what a search needs to know of each band, which is a row of blocks. Where bands overlap
- * by exact halves, as they do unless strides and extents are crossed, each half is read once:
+ * Collects the extrema of each band, which is a row of blocks, for a search. Where bands overlap by
+ * exact halves, as they do if stride and extent are equal, each half is read only once:
  *
  *     band 0   |--half 0--|--half 1--|
  *     band 1              |--half 1--|--half 2--|
@@ -142,10 +144,11 @@ class Bands {
 };
 
 /**
- * Walks overlapping blocks and calls `report(candidate)` once for each position that is the best of
- * a block but not on the border of that block.
- *
- * `search.best(outer, inner, extrema)` looks into one block, given the extrema of its band.
+ * Visits overlapping blocks and calls `report(candidate)` once for each position that is the best
+ * of a block, but not on the border of that block. `search` provides
+ * - `Extrema`, the type of the extrema of a band, and `noExtrema()`, which allocates one;
+ * - `clear(extrema)`, `take(outer, extrema)` and `combine(a, b, both)`, which collect them;
+ * - `best(outer, inner, extrema)`: the best position of one block, given the extrema of its band.
  */
 template <typename Search, typename Report>
 void walkBlocks(const BlockAxis& outerAxis,

@@ -13,20 +13,21 @@ struct ChamferWeights {
   float diagonal;
 };
 
-/// Number of rows that are relaxed side by side.
+/// Number of rows that are relaxed together.
 constexpr int kChamferRows = 6;
 
 constexpr int kChamferChunk = 32;
 using ChamferChunk = std::array<float, kChamferChunk>;
 
-/// A candidate must be smaller to replace: not-a-numbers neither spread nor vanish.
+/// A candidate replaces the distance only if it is smaller, so a NaN neither spreads nor
+/// disappears.
 inline float smaller(float distance, float candidate) {
   return candidate < distance ? candidate : distance;
 }
 
 /**
- * Relaxes `count` pixels of a row with their three neighbours in the rows beside it. All pointers
- * are to lowest addresses. There is no chain from pixel to pixel, so the loop vectorises.
+ * Relaxes `count` pixels of a row with their three neighbours in the adjacent rows. All pointers
+ * are to lowest addresses. The results do not depend on each other, so the loop vectorises.
  */
 template <int kDirection>
 void relaxAcrossRows(const float* pixels,
@@ -44,9 +45,10 @@ void relaxAcrossRows(const float* pixels,
 }
 
 /**
- * Relaxes the pixels of a chunk with the one before each; `before` is the one before the chunk.
+ * Relaxes each pixel of the chunks with the one before it; `before` is the one before each chunk.
  *
- * Along a row each pixel waits for the one before it. The chains of all rows run side by side.
+ * Along a row each result depends on the one before it. So the rows are worked together, as these
+ * chains do not depend on each other.
  */
 template <int kDirection>
 void relaxAlongRow(const ChamferWeights& weights,

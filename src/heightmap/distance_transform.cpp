@@ -1,5 +1,7 @@
+// Computes for each pixel the cost of the cheapest way of steps to an empty pixel.
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 
@@ -26,20 +28,20 @@ ChamferWeights chamferWeights(int distType) {
 }
 
 /**
- * One pass of the chamfer scan, described for the forward pass: the backward pass is its mirror
- * image in both axes, in which rows and columns count from the last pixel.
+ * One pass of the chamfer scan. The comments describe the forward pass. The backward pass is its
+ * mirror image in both axes, with rows and columns counted from the last pixel.
  *
- * A pixel depends on three pixels in the rows beside its own, and on the one before it. So the rows
- * are worked in groups, as a skewed wavefront: each row of a group is a chunk later than the one
- * above it. The numbers are the steps in which the chunks of a group are relaxed:
+ * A pixel depends on three pixels in the adjacent rows, and on the one before it. So groups of rows
+ * are worked as a skewed wavefront: each row of a group lags the row above it by one chunk. The
+ * numbers are the steps in which the chunks of a group are relaxed:
  *
  *             chunk 0   1   2   3
  *     row 1         0   1   2   3
  *     row 2         1   2   3   4
  *     row 3         2   3   4   5
  *
- * Wherever a chunk looks, the row above it is finished and the row below it is untouched, as in a
- * scan row by row. The chunks of a step do not depend on each other.
+ * The pixels that a chunk reads are finished in the row above and untouched in the row below, as in
+ * a scan row by row. The chunks of a step do not depend on each other.
  */
 template <int kDirection>
 class ChamferPass {
@@ -63,13 +65,13 @@ class ChamferPass {
   }
 
  private:
-  /// Where the pixels of an image are, seen in the direction of the pass.
+  /// The pixels of an image, addressed in the direction of the pass.
   template <typename Value>
   struct Plane {
     Value* origin;
     std::ptrdiff_t stride;
 
-    /// Pixel of the lowest address of a chunk.
+    /// The pixel of a chunk with the lowest address.
     [[nodiscard]] Value* lowest(int row, int col, int count) const {
       Value* const pixel = origin + row * stride;
       return kDirection > 0 ? pixel + col : pixel - col - (count - 1);
@@ -125,7 +127,7 @@ class ChamferPass {
     const float* const result = lowest(work_[i], count);
     float* const pixels = to_.lowest(row, col, count);
     if (count == kChamferChunk) {
-      std::copy_n(result, kChamferChunk, pixels);  // a few moves; the other is a call
+      std::copy_n(result, kChamferChunk, pixels);  // a known length needs no call
     } else {
       std::copy_n(result, count, pixels);
     }
@@ -136,11 +138,11 @@ class ChamferPass {
   Plane<const float> from_;
   Plane<float> to_;
   ChamferWeights weights_;
-  std::array<ChamferChunk, kChamferRows> work_ = {};  // idle rows work on leftovers
+  std::array<ChamferChunk, kChamferRows> work_ = {};  // rows that are not used hold old values
   std::array<float, kChamferRows> before_ = {};       // the pixel before each chunk
 };
 
-/// Copies what the first pass does not write: the outer rows and the first column.
+/// Copies the pixels that the first pass does not write: the outer rows and the first column.
 void copyOuterPixels(const cv::Mat& from, cv::Mat& to) {
   for (const int r : {0, from.rows - 1}) {
     std::copy_n(from.ptr<float>(r), from.cols, to.ptr<float>(r));
@@ -166,6 +168,7 @@ void zeroBorder(cv::Mat& image) {
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the public signature takes a copy
 void qo_distanceTrans(cv::Mat src, cv::Mat& dst, int distType) {
+  assert(src.empty() || src.type() == CV_32F);
   if (src.empty()) {
     dst = cv::Mat();
     return;

@@ -6,13 +6,13 @@
 namespace scanline::detail {
 
 /**
- * The pixels of a flood as words whose labels are compared all at once.
+ * The pixels of a flood as words that can be tested together for different labels.
  *
- * A labelled cell holds its label and, in the bits above it, the same bits inverted. So cells with
- * equal labels have no bit set in both places when they are combined by OR, and cells with
- * different labels do. Cells without a label hold
+ * A labelled cell holds its label and, in the bits above it, the same bits inverted. If cells are
+ * combined by OR, a bit is set in both places exactly if their labels differ. Cells without a label
+ * hold
  * - 0 before they are visited,
- * - `kWatershed` once different labels met in them,
+ * - `kWatershed` if different labels met in them,
  * - `kWaiting` and their level while they wait for a label.
  */
 template <typename Word>
@@ -22,7 +22,7 @@ struct FloodCells {
   static constexpr Word kWatershed = Word{1} << (2 * kLabelBits);
   static constexpr Word kWaiting = kWatershed << 1U;
 
-  /// The cell of a marker. One below 0 is no label; its cell is `kWatershed`.
+  /// The cell of a marker. The cell of a marker below 0, which is not a label, is `kWatershed`.
   static constexpr Word cellOf(int marker) {
     const auto label = static_cast<Word>(marker);
     const Word labelled = label | ((label ^ kLabelMask) << kLabelBits);
@@ -44,7 +44,7 @@ struct FloodCells {
     return static_cast<int>(waiting & ~kWaiting);
   }
 
-  // Of cells that were combined by OR, of which none waits:
+  // For cells that were combined by OR, none of which waits:
   static constexpr bool hasLabel(Word combined) {
     return (combined & ~kWatershed) != 0;
   }

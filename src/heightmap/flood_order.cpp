@@ -9,15 +9,14 @@ namespace scanline::detail {
 
 namespace {
 
-/// A pixel and the grey value that it is sorted by, counted from the smallest one up.
+/// A pixel and its sort key: its grey value minus the smallest one.
 struct KeyedPixel {
   std::uint32_t key;
   PixelPosition pixel;
 };
 
-/// Some bits of a key, and how many keys have each of their values. Sorting by one digit after the
-/// other, from the lowest up and each time with the order of equal digits kept, sorts by the key
-/// (radix sort).
+/// Some bits of a key, and the number of keys for each of their values. Sorting by one digit after
+/// the other, from the lowest to the highest and each time stably, sorts by the key (radix sort).
 struct Digit {
   unsigned shift;
   unsigned bits;
@@ -28,15 +27,15 @@ struct Digit {
   }
 };
 
-/// The digits of keys up to `maxKey`, from the lowest up, with counts of 0.
+/// The digits of keys up to `maxKey`, from the lowest to the highest, with counts of 0.
 std::vector<Digit> digitsOf(std::uint32_t maxKey) {
-  constexpr unsigned kWhole = 14;  // keys as short as that have one digit
-  constexpr unsigned kMost = 11;
+  constexpr unsigned kMaxBitsOfOnlyDigit = 14;  // keys of up to this many bits have one digit
+  constexpr unsigned kMaxBits = 11;
   unsigned bits = 1;
   while (bits < 32 && maxKey >> bits != 0) {
     ++bits;
   }
-  const unsigned count = bits <= kWhole ? 1 : (bits + kMost - 1) / kMost;
+  const unsigned count = bits <= kMaxBitsOfOnlyDigit ? 1 : (bits + kMaxBits - 1) / kMaxBits;
   std::vector<Digit> digits;
   for (unsigned k = 0; k < count; ++k) {
     const unsigned shift = k * bits / count;
@@ -81,7 +80,7 @@ class GrayKeys {
     for (int start = 0; start < side_; start += kColumns) {
       const int count = std::min(kColumns, side_ - start);
       if (count == kColumns) {
-        copyColumns(start, kColumns, columns.get());  // a known number unrolls
+        copyColumns(start, kColumns, columns.get());  // a known count unrolls
       } else {
         copyColumns(start, count, columns.get());
       }
@@ -96,7 +95,7 @@ class GrayKeys {
   }
 
  private:
-  /// Columns are copied some at a time, as a cache line holds values of several.
+  /// Columns are copied several at a time, as a cache line holds values of several.
   static constexpr int kColumns = 16;
 
   void copyColumns(int start, int count, int* columns) const {
@@ -118,8 +117,8 @@ class GrayKeys {
   std::uint32_t maxKey_ = 0;
 };
 
-/// Calls `put(slot, keyedPixel)` for the pixels that `forEachPixel` visits, with their places in
-/// the sequence sorted by a digit.
+/// Sorts stably by a digit: calls `put(slot, keyedPixel)` for each pixel that `forEachPixel`
+/// visits, with its place in the sorted sequence.
 template <typename ForEachPixel, typename Put>
 void sortByDigit(const Digit& digit, ForEachPixel forEachPixel, Put put) {
   std::vector<std::size_t> slots;

@@ -16,8 +16,8 @@ struct PixelPosition {
 
 /**
  * The pixels of a square in the order in which they are flooded: ascending by grey value, then by
- * the value's column, then by its row. Rows and columns are crossed: the value at row r and column
- * c stands for the pixel at row c and column r.
+ * the column of the value, then by its row. Rows and columns are crossed: the value at row r and
+ * column c stands for the pixel at row c and column r.
  *
  * `side` is from 1 to 65535. Returns `side` * `side` positions.
  */

@@ -22,7 +22,7 @@ std::vector<int> distinctLevels(const PixelRows& gray, int maxLevel, const Padde
   return levels;
 }
 
-/// A counting sort of the pixels with a value from 0 to `maxLevel`; `numberOf(value)` is the number
+/// Sorts the pixels with values from 0 to `maxLevel` by counting. `numberOf(value)` is the number
 /// of a level, below `levelCount`.
 template <typename NumberOf>
 LevelBuckets countingSort(const PixelRows& gray,
@@ -65,7 +65,7 @@ LevelBuckets fillBuckets(const PixelRows& gray, int maxLevel, const PaddedGrid& 
     return countingSort(gray, maxLevel, grid, count,
                         [](int value) { return static_cast<std::size_t>(value); });
   }
-  // With values far apart there would be more levels than pixels: numbers those that occur.
+  // Number only the levels that occur, since up to the highest one there are more than pixels.
   const std::vector<int> levels = distinctLevels(gray, maxLevel, grid);
   return countingSort(gray, maxLevel, grid, levels.size(), [&](int value) {
     return static_cast<std::size_t>(std::lower_bound(levels.begin(), levels.end(), value) -

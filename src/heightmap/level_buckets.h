@@ -12,7 +12,7 @@ namespace scanline::detail {
 /// ascending order, not necessarily by their grey values.
 struct LevelBuckets {
   std::unique_ptr<PixelIndex[]> pixels;
-  std::vector<std::size_t> starts;  ///< Of each level, and the end of the last one.
+  std::vector<std::size_t> starts;  ///< The start of each level, and the end of the last one.
 
   [[nodiscard]] int levelCount() const {
     return static_cast<int>(starts.size()) - 1;

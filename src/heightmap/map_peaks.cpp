@@ -1,4 +1,6 @@
+// Finds the local maxima of a map.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <functional>
 #include <optional>
@@ -15,19 +17,20 @@ namespace {
 using detail::BlockCandidate;
 using detail::BlockSpan;
 
-/// Where such a cell is, the best of a block depends on the order in which cells are visited.
-bool isOdd(float cell) {
+/// Whether a cell is negative or NaN. In a block with such a cell the best one depends on the order
+/// in which the cells are visited.
+bool isUnordered(float cell) {
   return !(cell >= 0.0F);
 }
 
-/// Finds the highest cell of a block, and the first in column-major order among equals.
+/// Finds the highest cell of a block, the first in column-major order of equal ones.
 class MapSearch {
  public:
-  /// Of each column, within some rows.
+  /// The extrema of each column, within some rows.
   struct Extrema {
-    std::vector<float> highest;  ///< -1 if no cell is 0 or more.
-    std::vector<char> isOdd;     ///< Whether any cell is odd.
-    bool isAnyOdd;
+    std::vector<float> highest;     ///< -1 if no cell is 0 or more.
+    std::vector<char> isUnordered;  ///< Whether any cell is unordered.
+    bool hasUnordered;              ///< Whether any column has an unordered cell.
   };
 
   MapSearch(const cv::Mat& map, int cols) : map_(map), cols_(cols) {}
@@ -38,38 +41,38 @@ class MapSearch {
 
   void clear(Extrema& extrema) const {
     std::fill(extrema.highest.begin(), extrema.highest.end(), -1.0F);
-    if (extrema.isAnyOdd) {
-      std::fill(extrema.isOdd.begin(), extrema.isOdd.end(), false);
-      extrema.isAnyOdd = false;
+    if (extrema.hasUnordered) {
+      std::fill(extrema.isUnordered.begin(), extrema.isUnordered.end(), false);
+      extrema.hasUnordered = false;
     }
   }
 
   void take(int r, Extrema& extrema) const {
     const auto* const row = map_.ptr<float>(r);
     if (detail::raiseMaxima(row, cols_, extrema.highest.data())) {
-      extrema.isAnyOdd = true;
+      extrema.hasUnordered = true;
       for (std::size_t c = 0; c < cols_; ++c) {
-        extrema.isOdd[c] = extrema.isOdd[c] != 0 || isOdd(row[c]) ? 1 : 0;
+        extrema.isUnordered[c] = extrema.isUnordered[c] != 0 || isUnordered(row[c]) ? 1 : 0;
       }
     }
   }
 
   void combine(const Extrema& a, const Extrema& b, Extrema& both) const {
     detail::maximumOfRows(a.highest.data(), b.highest.data(), cols_, both.highest.data());
-    both.isAnyOdd = a.isAnyOdd || b.isAnyOdd;
-    if (both.isAnyOdd) {
-      std::transform(a.isOdd.begin(), a.isOdd.end(), b.isOdd.begin(), both.isOdd.begin(),
-                     std::bit_or<>());
+    both.hasUnordered = a.hasUnordered || b.hasUnordered;
+    if (both.hasUnordered) {
+      std::transform(a.isUnordered.begin(), a.isUnordered.end(), b.isUnordered.begin(),
+                     both.isUnordered.begin(), std::bit_or<>());
     }
   }
 
-  /// The search leaves out what lies on the border of the columns.
+  /// May also return nothing if the highest cell is on the border of the columns.
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& rows,
                                                    const BlockSpan& columns,
                                                    const Extrema& extrema) const {
-    const auto isOdd = extrema.isOdd.begin();
-    if (extrema.isAnyOdd &&
-        std::find(isOdd + columns.start, isOdd + columns.limit, 1) != isOdd + columns.limit) {
+    const auto flags = extrema.isUnordered.begin();
+    if (extrema.hasUnordered &&
+        std::find(flags + columns.start, flags + columns.limit, 1) != flags + columns.limit) {
       return visitAll(rows, columns);
     }
     const float* const maxima = extrema.highest.data();
@@ -110,6 +113,7 @@ class MapSearch {
 void qo_getLocalPeaks_distTransform(cv::Mat& distMap,
                                     std::vector<SQO_2DValueI>& peaks,
                                     SQO_localPkParam blockSize) {
+  assert(distMap.empty() || distMap.type() == CV_32F);
   // The strides are crossed: rows advance by half a width, columns by half a height.
   const auto [width, height] = blockSize;
   const detail::BlockAxis rows(distMap.rows, detail::halfBlocks(distMap.rows, height), width,

@@ -6,11 +6,15 @@
 #include <memory>
 #include <vector>
 
-#include "heightmap/prefetch.h"
+#include <scanline/watershed.h>
+#include "records/prefetch.h"
 
 namespace scanline::detail {
 
 using PixelRows = std::vector<std::vector<int>>;
+
+/// Whether both planes of an image have `height` rows of `width` values.
+[[nodiscard]] bool hasFullPlanes(const SJU_waterShedImage& image);
 
 /// Index of a pixel in a padded plane; ascending in scan order.
 using PixelIndex = std::uint32_t;
@@ -21,15 +25,15 @@ constexpr PixelIndex kNoPixel = UINT32_MAX;
 /// A flooded pixel where different labels met.
 constexpr int kWatershed = -1;
 
-/// How many pixels ahead a flood prefetches: it jumps between distant rows, in no pattern that the
-/// hardware prefetcher could follow.
+/// How many pixels ahead a flood prefetches: it jumps between distant rows without a pattern that
+/// the hardware prefetcher could follow.
 constexpr int kPrefetchDistance = 16;
 
 /// The layout of an image in one block of memory, with a frame one pixel wide around it, so that
 /// every pixel has eight neighbours.
 class PaddedGrid {
  public:
-  /// Throws std::length_error if a PixelIndex could not number the pixels.
+  /// Throws std::length_error if there are more pixels than a PixelIndex can number.
   PaddedGrid(int height, int width);
 
   [[nodiscard]] PixelIndex indexOf(int row, int column) const {

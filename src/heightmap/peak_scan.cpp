@@ -1,5 +1,7 @@
+// Finds contour points of the object around a peak, by walks away from it in four directions.
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <utility>
 #include <vector>
@@ -15,7 +17,7 @@ using detail::Track;
 using ContourPoints = std::vector<SQO_contourPtInfo>;
 using Contours = std::vector<SQO_lineConotours>;
 
-/// Removes the contours that were added to a list, unless keep() is called.
+/// Removes the contours that were added to a list at the end of a scope, unless keep() was called.
 class AddedContours {
  public:
   explicit AddedContours(Contours& contours) : contours_(contours), kept_(contours.size()) {}
@@ -34,11 +36,11 @@ class AddedContours {
   std::size_t kept_;
 };
 
-/// What the walks in one direction of an axis appended to the caller's list.
+/// The contours that the walks in one direction of an axis append to the list of the caller.
 struct Side {
   Contours& contours;
   std::size_t first;       ///< Index of the first contour that was appended.
-  std::size_t beyond = 0;  ///< Index of the first one of a place beyond the peak's.
+  std::size_t beyond = 0;  ///< Index of the first contour of a place after that of the peak.
   int maxEdge = 0;
 
   void add(int lineIdx, ContourPoints&& points) {
@@ -50,8 +52,9 @@ struct Side {
     }
   }
 
-  /// Moves the contours up to the peak's place, the last one first, before all others.
-  void turnToFront() const {
+  /// Moves the contours of places up to that of the peak to the front of the list, in reverse
+  /// order.
+  void moveToFront() const {
     const auto added = contours.begin() + static_cast<std::ptrdiff_t>(first);
     const auto end = contours.begin() + static_cast<std::ptrdiff_t>(beyond);
     std::reverse(added, end);
@@ -65,8 +68,8 @@ struct Sides {
   Side high;
 };
 
-/// Follows the guide from index k on in steps of -1 or 1, as far as it stays near the peak, and
-/// walks both ways from each place on it. Contours are appended in the order of the places.
+/// Follows the guide from index k on in steps of -1 or 1, as far as it is near the peak, and walks
+/// in both directions from each place on it. Contours are appended in the order of the places.
 void walkFromGuide(const Track& guide, int k, int step, Sides& sides) {
   for (; k >= 0 && k < guide.count(); k += step) {
     if (guide.distanceAt(k) > guide.peak.halfSpan) {
@@ -76,7 +79,7 @@ void walkFromGuide(const Track& guide, int k, int step, Sides& sides) {
     const int next = std::clamp(k + step, 0, guide.count() - 1);
     ContourPoints low;
     ContourPoints high;
-    detail::walkFromPeak(track, -1, next, low);  // that this one was stopped means nothing
+    detail::walkFromPeak(track, -1, next, low);  // has no consequence if it is stopped
     if (detail::walkFromPeak(track, 1, next, high)) {
       return;
     }
@@ -85,7 +88,7 @@ void walkFromGuide(const Track& guide, int k, int step, Sides& sides) {
   }
 }
 
-/// Walks from all places near the peak on the guide, which runs through the peak.
+/// Walks from all places near the peak on the guide, a track through the peak.
 Sides scanAround(const Track& guide, Contours& low, Contours& high) {
   Sides sides = {{low, low.size()}, {high, high.size()}};
   walkFromGuide(guide, guide.start(), -1, sides);
@@ -95,14 +98,14 @@ Sides scanAround(const Track& guide, Contours& low, Contours& high) {
   return sides;
 }
 
-/// Brings the contours into the order of their places; allocates nothing.
+/// Puts the contours into the order of their places and sets the labels; allocates nothing.
 void finish(const Sides& sides, int* maxEdgeLow, int* maxEdgeHigh) {
-  sides.low.turnToFront();
-  // A caller may have one list for both sides, which must not be turned back.
+  sides.low.moveToFront();
+  // A caller may pass one list for both sides, which must not be reordered twice.
   if (&sides.high.contours != &sides.low.contours) {
-    sides.high.turnToFront();
+    sides.high.moveToFront();
   }
-  *maxEdgeLow = 0;
+  *maxEdgeLow = 0;  // both may be the same variable, which then gets the larger label
   *maxEdgeHigh = 0;
   *maxEdgeLow = std::max(*maxEdgeLow, sides.low.maxEdge);
   *maxEdgeHigh = std::max(*maxEdgeHigh, sides.high.maxEdge);
@@ -125,6 +128,9 @@ void qo_peakXYScan(STesk3DLaserLine* scanLines,
                    int* maxEdgeHighY,
                    int* maxEdgeLowX,
                    int* maxEdgeHighX) {
+  assert(edgeMap.type() == CV_32SC4);
+  assert(peak.x >= 0 && peak.x < std::min(lineNum, edgeMap.cols));
+  assert(peak.y >= 0 && peak.y < std::min(scanLines[0].nPositionCnt, edgeMap.rows));
   constexpr int kPeakChannel = 3;
   if (edgeMap.at<cv::Vec4i>(peak.y, peak.x)[kPeakChannel] == 0) {
     return;

@@ -1,19 +1,19 @@
 #include "heightmap/peak_walk.h"
 
-#include "heightmap/prefetch.h"
+#include "records/prefetch.h"
 
 namespace scanline::detail {
 
 namespace {
 
-/// How a walk reads the flags of samples.
+/// How a walk in one direction reads the flags of samples.
 struct Direction {
   int step;
-  unsigned ownShift;    ///< First bit of the type code along the track,
-  unsigned otherShift;  ///< and of the one across it.
-  int facingJump;       ///< The types whose flank faces the walk.
-  int facingSlope;
-  int firstLabel;  ///< Virtual label of the marks on walks to lower index. Plus 1: to higher index.
+  unsigned ownShift;    ///< First bit of the own type of a sample.
+  unsigned otherShift;  ///< First bit of the other type.
+  int facingJump;       ///< Type of the jump that faces the walk.
+  int facingSlope;      ///< Type of the slope that faces the walk.
+  int firstLabel;       ///< Virtual label of walks to lower index; plus 1: to higher index.
 };
 
 // Virtual labels: 5 and 6 along a line, 7 and 8 across the lines.
@@ -30,18 +30,18 @@ bool isJumpType(int type) {
   return type == FEATURE_JUMP_RISE || type == FEATURE_JUMP_FALL;
 }
 
-/// A walk away from the peak to the boundary of its object.
+/// A walk away from a peak to the boundary of its object.
 class Walk {
  public:
   Walk(const Track& track, const Direction& direction, int nextIndex)
       : track_(track), direction_(direction), nextIndex_(nextIndex), last_(track.count() - 1) {}
 
-  /// Appends the contour points on the way. Returns whether the walk was stopped, which is not how
-  /// it ends at a boundary.
+  /// Appends the contour points on the way. Returns whether the walk was stopped, in contrast to a
+  /// walk that ends at a boundary.
   bool run(std::vector<SQO_contourPtInfo>& found) const {
     const PeakView& peak = track_.peak;
-    for (int i = skipBare(track_.start()); i >= 0 && i <= last_;
-         i = skipBare(i + direction_.step)) {
+    for (int i = skipUnflagged(track_.start()); i >= 0 && i <= last_;
+         i = skipUnflagged(i + direction_.step)) {
       const int type = typeAt(i, direction_.ownShift);
       const bool isMarked = type == 0 && peak.useMark && (flagsAt(i) & kMarkBits) != 0;
       if (type == 0 && !isMarked && i != 0 && i != last_) {
@@ -75,22 +75,22 @@ class Walk {
     return static_cast<int>((flagsAt(i) >> shift) & 0xFU);
   }
 
-  /// The first sample from i on that has any flag that counts, or is the first or last of the
-  /// track: the samples before it are passed.
-  [[nodiscard]] int skipBare(int i) const {
+  /// Index of the first sample from i on that has a flag that counts, or is the first or last one
+  /// of the track.
+  [[nodiscard]] int skipUnflagged(int i) const {
     const unsigned counted = kTypeBits | (track_.peak.useMark ? kMarkBits : 0U);
-    const auto isBare = [counted](const STesk3DPosition& sample) {
+    const auto isUnflagged = [counted](const STesk3DPosition& sample) {
       return (static_cast<unsigned>(sample.nPointIdx) & counted) == 0;
     };
     const STesk3DLaserLine* const lines = track_.peak.lines;
     if (track_.isLine) {
       const STesk3DPosition* const samples = lines[track_.index].p3DPosition;
       const STesk3DPosition* const next = lines[nextIndex_].p3DPosition;
-      for (; i > 0 && i < last_ && isBare(samples[i]); i += direction_.step) {
+      for (; i > 0 && i < last_ && isUnflagged(samples[i]); i += direction_.step) {
         prefetch(next + i);
       }
     } else {
-      for (; i > 0 && i < last_ && isBare(lines[i].p3DPosition[track_.index]);
+      for (; i > 0 && i < last_ && isUnflagged(lines[i].p3DPosition[track_.index]);
            i += direction_.step) {
         prefetch(lines[i].p3DPosition + nextIndex_);
       }
@@ -98,10 +98,10 @@ class Walk {
     return i;
   }
 
-  /// Whether one of five samples from i on has a type. A track that ends among them has none.
+  /// Whether one of five samples from i on, before the end of the track, has an own type.
   [[nodiscard]] bool seesTypeAhead(int i) const {
-    constexpr int kOutlook = 5;
-    for (int k = 0; k < kOutlook; ++k, i += direction_.step) {
+    constexpr int kLookahead = 5;
+    for (int k = 0; k < kLookahead; ++k, i += direction_.step) {
       if (i < 0 || i > last_) {
         return false;
       }
@@ -112,7 +112,7 @@ class Walk {
     return false;
   }
 
-  /// The record of sample i, which has a mark in place of a type or the type code `type`.
+  /// The record of sample i, which has a mark but no own type, or the own type `type`.
   [[nodiscard]] SQO_contourPtInfo contourPointAt(int i, bool isMarked, int type) const {
     const STesk2DPoint at = track_.place(i);
     const STesk3DPoint& point = track_.sample(i).pt3D;
@@ -131,8 +131,8 @@ class Walk {
     return (i - track_.start()) * direction_.step <= 1;
   }
 
-  /// Whether a walk ends at this sample, be it added or not. Slopes let it go on to what is harder.
-  /// As jumps end it, there never are two jumps in a row.
+  /// Whether a walk ends at this sample, whether or not it is a contour point. Slopes do not end
+  /// it, as a harder boundary may follow.
   [[nodiscard]] bool isBoundary(const SQO_contourPtInfo& point) const {
     return isJumpType(point.type) || point.type == FEATURE_SEG_START ||
            point.type == FEATURE_SEG_END || point.type == kMarkType ||
@@ -141,7 +141,7 @@ class Walk {
 
   Track track_;
   const Direction& direction_;
-  int nextIndex_;  // of the track that is prefetched
+  int nextIndex_;  // index of the track that is prefetched
   int last_;
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cassert>
 #include <cmath>
 #include <opencv2/core/mat.hpp>
 #include <vector>
@@ -8,7 +9,7 @@
 
 namespace scanline::detail {
 
-/// What all walks around one peak read. Positions have the line in x and the sample in y.
+/// The input of all walks around one peak. In positions x is the line and y the sample.
 struct PeakView {
   const STesk3DLaserLine* lines;
   int lineCount;
@@ -20,11 +21,11 @@ struct PeakView {
   bool useMark;
 };
 
-/// The samples of one line or, across the lines, those of one sample index.
+/// The samples of one line or, across the lines, of one sample index.
 struct Track {
   const PeakView& peak;
   bool isLine;
-  int index;  ///< Of the line or of the samples.
+  int index;  ///< Index of the line, or sample index.
 
   [[nodiscard]] int start() const {
     return isLine ? peak.place.y : peak.place.x;
@@ -37,6 +38,7 @@ struct Track {
   }
   [[nodiscard]] const STesk3DPosition& sample(int i) const {
     const STesk2DPoint at = place(i);
+    assert(at.y < peak.lines[at.x].nPositionCnt);
     return peak.lines[at.x].p3DPosition[at.y];
   }
   /// Distance from the peak along the track.
@@ -47,11 +49,11 @@ struct Track {
 };
 
 /**
- * Walks from the peak along a track, in steps of -1 or 1, to the boundary of the peak's object, and
- * appends the contour points on the way. Returns whether the walk was stopped, which is not how it
- * ends at a boundary.
+ * Walks from the peak along a track, in steps of -1 or 1, to the boundary of the object, and
+ * appends the contour points on the way. Returns whether the walk was stopped, in contrast to a
+ * walk that ends at a boundary.
  *
- * The samples at the same positions on track `nextIndex` are prefetched.
+ * The samples at the same positions of the track with index `nextIndex` are prefetched.
  */
 bool walkFromPeak(const Track& track,
                   int step,

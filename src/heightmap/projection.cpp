@@ -1,10 +1,13 @@
+// Draws what a scan covers into a mask.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdlib>
 #include <opencv2/core/matx.hpp>
 
 #include <scanline/heightmap.h>
+#include "geometry/distance.h"
 #include "geometry/raster_line.h"
 #include "records/sample_rules.h"
 
@@ -15,13 +18,6 @@ namespace {
 constexpr float kOccupied = 1000000.0F;
 /// A mask value above this, compared in double precision, is occupied.
 constexpr double kEmptyMax = 0.0001;
-
-double distance(const STesk3DPoint& a, const STesk3DPoint& b) {
-  const double dx = b.x - a.x;
-  const double dy = b.y - a.y;
-  const double dz = b.z - a.z;
-  return std::sqrt(dx * dx + dy * dy + dz * dz);
-}
 
 /// One axis of the image.
 struct PixelAxis {
@@ -56,15 +52,17 @@ class Projector {
     STesk2DPoint previousPixel = {-1, -1};
     for (int i = 0; i < sampleCount; ++i) {
       const STesk3DPoint& point = line[i].pt3D;
-      if (isLeftOut(point.z)) {
+      if (isSkipped(point.z)) {
         continue;
       }
+      assert(std::isfinite(point.x) && std::isfinite(point.y));
       const STesk2DPoint pixel = {columns_.pixelOf(point.x), rows_.pixelOf(point.y)};
+      assert(pixel.x >= 0 && pixel.x < mask_.cols && pixel.y >= 0 && pixel.y < mask_.rows);
       backIndexing_.ptr<cv::Vec2i>(pixel.y)[pixel.x] = {lineIdx, i};
       occupy(pixel);
-      // Both ends are occupied already: without a pixel between them there is nothing to draw.
+      // Both ends are occupied already, so pixels that touch need no link.
       if (previous != nullptr && !touch(previousPixel, pixel) &&
-          maxLinkDist_ > distance(*previous, point)) {
+          maxLinkDist_ > detail::distanceInSpace(*previous, point)) {
         link(previousPixel, pixel);
       }
       previous = &point;
@@ -73,7 +71,7 @@ class Projector {
   }
 
  private:
-  [[nodiscard]] bool isLeftOut(double z) const {
+  [[nodiscard]] bool isSkipped(double z) const {
     return detail::isMissing(z) || (zLimit_ > 0.0 && z > zLimit_);
   }
 
@@ -99,7 +97,7 @@ class Projector {
   cv::Mat& backIndexing_;
 };
 
-/// Closes the gaps of a row between occupied pixels that are less than `gapLimit` apart.
+/// Fills the gaps of a row between occupied pixels that are less than `gapLimit` apart.
 void fillGaps(float* row, int cols, double gapLimit) {
   int last = -1;
   for (int c = 0; c < cols; ++c) {
@@ -128,13 +126,17 @@ void pointClout2DProjection(std::vector<std::vector<STesk3DPosition>>& scanLines
   if (scanLines.empty()) {
     return;
   }
+  assert(scale > 0.0);
+  assert(projectionMask.type() == CV_32F && backIndexing.type() == CV_32SC2);
+  assert(projectionMask.size() == backIndexing.size());
   Projector projector({xRange.min, scale, edge}, {yRange.min, scale, edge}, zLimit, maxLinkDist,
                       projectionMask, backIndexing);
   const int sampleCount = static_cast<int>(scanLines.front().size());
   for (std::size_t l = 0; l < scanLines.size(); ++l) {
+    assert(scanLines[l].size() >= scanLines.front().size());
     projector.projectLine(static_cast<int>(l), scanLines[l].data(), sampleCount);
   }
-  // Truncated, but not to an int: a limit beyond any image is one that every gap stays below.
+  // Not converted to int, which a limit may exceed.
   const double gapLimit = std::trunc(maxLinkDist / scale);
   for (int r = 0; r < projectionMask.rows; ++r) {
     fillGaps(projectionMask.ptr<float>(r), projectionMask.cols, gapLimit);

@@ -28,13 +28,13 @@ SCANLINE_WIDE_KERNEL void extendBy(const int* row, std::size_t count, RowExtrema
 SCANLINE_WIDE_KERNEL bool raiseMaxima(const float* row,
                                       std::size_t count,
                                       float* __restrict maxima) {
-  int isAnyOdd = 0;
+  int hasUnordered = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const float value = row[i];
-    isAnyOdd |= value >= 0.0F ? 0 : 1;
+    hasUnordered |= value >= 0.0F ? 0 : 1;
     maxima[i] = value > maxima[i] ? value : maxima[i];
   }
-  return isAnyOdd != 0;
+  return hasUnordered != 0;
 }
 
 SCANLINE_WIDE_KERNEL void maximumOfRows(const float* a,

@@ -16,16 +16,16 @@ struct RowExtrema {
 /// Extends the range of values to those of a row.
 void extendBy(const int* row, std::size_t count, RowExtrema& extrema);
 
-/// Raises maxima to the values of a row. Returns whether any of these is negative or not a number.
+/// Raises maxima to the values of a row. Returns whether any of these is negative or NaN.
 bool raiseMaxima(const float* row, std::size_t count, float* __restrict maxima);
 
-/// Raises maxima of one part of the data to those of another: out[i] = max(a[i], b[i]).
+/// out[i] = max(a[i], b[i]), for maxima of different rows.
 void maximumOfRows(const float* a, const float* b, std::size_t count, float* __restrict out);
 
 /// The largest of values that are 0 or more; -1 if there are none.
 float largestOf(const float* values, std::size_t count);
 
-/// The largest value of a row that is not above `limit`, or -1 if that is negative.
+/// The largest value of a row that is not above `limit`; -1 if none is 0 or more.
 int largestUpTo(int limit, const int* row, std::size_t count);
 
 }  // namespace scanline::detail

@@ -1,4 +1,6 @@
+// Finds the samples of a scan with a locally lowest z.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <functional>
 #include <optional>
@@ -6,7 +8,7 @@
 
 #include <scanline/heightmap.h>
 #include "heightmap/block_walk.h"
-#include "heightmap/prefetch.h"
+#include "records/prefetch.h"
 #include "records/sample_rules.h"
 
 namespace detail = scanline::detail;
@@ -16,16 +18,16 @@ namespace {
 using detail::BlockCandidate;
 using detail::BlockSpan;
 
-/// Finds the lowest sample of a block: the first in line order among equals.
+/// Finds the lowest sample of a block, the first of equal ones, lines before samples.
 class ScanSearch {
  public:
   /// The lowest sample of each sample index, within some lines.
   struct Extrema {
     std::vector<double> z;  ///< Infinite if there is none.
     std::vector<int> line;
-    /// Whether any z is infinite, or not a number: once that is the best of a block it is never
-    /// replaced, so the outcome depends on the order.
-    bool hasOddZ;
+    /// Whether any z is infinite or NaN. In a block with such a sample the best one depends on the
+    /// order in which the samples are visited.
+    bool hasUnordered;
   };
 
   ScanSearch(const STesk3DLaserLine* lines, int sampleCount)
@@ -37,24 +39,24 @@ class ScanSearch {
 
   void clear(Extrema& extrema) const {
     std::fill(extrema.z.begin(), extrema.z.end(), HUGE_VAL);
-    extrema.hasOddZ = false;
+    extrema.hasUnordered = false;
   }
 
   void take(int line, Extrema& extrema) const {
     const STesk3DPosition* const samples = lines_[line].p3DPosition;
-    bool hasOddZ = false;
+    bool hasUnordered = false;
     for (int i = 0; i < sampleCount_; ++i) {
       if (i + kPrefetchDistance < sampleCount_) {
         detail::prefetch(samples + i + kPrefetchDistance);
       }
       const double z = samples[i].pt3D.z;
-      hasOddZ |= !(z < HUGE_VAL);
+      hasUnordered |= !(z < HUGE_VAL);
       if (extrema.z[i] > z && !detail::isMissing(z)) {
         extrema.z[i] = z;
         extrema.line[i] = line;
       }
     }
-    extrema.hasOddZ |= hasOddZ;
+    extrema.hasUnordered |= hasUnordered;
   }
 
   void combine(const Extrema& a, const Extrema& b, Extrema& both) const {
@@ -63,13 +65,13 @@ class ScanSearch {
       both.z[i] = isLower ? b.z[i] : a.z[i];
       both.line[i] = isLower ? b.line[i] : a.line[i];
     }
-    both.hasOddZ = a.hasOddZ || b.hasOddZ;
+    both.hasUnordered = a.hasUnordered || b.hasUnordered;
   }
 
   [[nodiscard]] std::optional<BlockCandidate> best(const BlockSpan& lines,
                                                    const BlockSpan& samples,
                                                    const Extrema& extrema) const {
-    if (extrema.hasOddZ) {
+    if (extrema.hasUnordered) {
       return visitAll(lines, samples);
     }
     BlockCandidate best = {-1, -1, HUGE_VAL};
@@ -84,7 +86,7 @@ class ScanSearch {
   }
 
  private:
-  /// In samples: the loop waits for memory most of the time.
+  /// In samples. Without prefetching the loop mostly waits for memory.
   static constexpr int kPrefetchDistance = 64;
 
   /// Visits every sample in the order of the lines.
@@ -106,6 +108,13 @@ class ScanSearch {
   int sampleCount_;
 };
 
+/// Whether no line has fewer samples than the first.
+[[maybe_unused]] bool hasEqualLines(const STesk3DLaserLine* lines, int lineCount) {
+  return std::all_of(lines, lines + lineCount, [&](const STesk3DLaserLine& line) {
+    return line.nPositionCnt >= lines[0].nPositionCnt;
+  });
+}
+
 }  // namespace
 
 void qo_getLocalPeaks(STesk3DLaserLine* scanLines,
@@ -116,7 +125,8 @@ void qo_getLocalPeaks(STesk3DLaserLine* scanLines,
   if (sampleCount <= 0) {
     return;
   }
-  // The counts are crossed: as many steps in lines as the samples need, and the other way round.
+  assert(hasEqualLines(scanLines, lineNum));
+  // The counts are crossed: as many blocks in lines as the samples need, and vice versa.
   const auto [width, height] = blockSize;
   const detail::BlockAxis lines(lineNum, detail::halfBlocks(sampleCount, height), width, width);
   const detail::BlockAxis samples(sampleCount, detail::halfBlocks(lineNum, width), height, height);

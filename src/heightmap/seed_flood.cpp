@@ -8,8 +8,8 @@ namespace scanline::detail {
 
 namespace {
 
-/// The eight neighbours of a pixel combined by OR. The one before it comes last, as it is often the
-/// one that was written last.
+/// The eight neighbours of a pixel combined by OR. The one before it comes last, since it has often
+/// been written just before.
 template <typename Word>
 Word combineAround(const Word* pixel, std::ptrdiff_t stride) {
   const Word* const above = pixel - stride;
@@ -18,7 +18,7 @@ Word combineAround(const Word* pixel, std::ptrdiff_t stride) {
          pixel[-1];
 }
 
-/// The same without those that wait.
+/// The same without neighbours that wait.
 template <typename Word>
 Word combineSettledAround(const Word* pixel, std::ptrdiff_t stride) {
   Word combined = 0;
@@ -74,7 +74,7 @@ void SeedFlood<Word>::walk(const PixelIndex* begin, const PixelIndex* end) {
   }
 }
 
-/// Walks over the level until no more pixels wake on it.
+/// Repeats the walk over the level until no more of its pixels wake.
 template <typename Word>
 void SeedFlood<Word>::walkAgain() {
   while (!nextWalk_.empty() || !nextWalkRow_.empty()) {
@@ -129,8 +129,8 @@ void SeedFlood<Word>::wakeAround(PixelIndex index) {
   }
 }
 
-/// Ends the wait of a pixel. Returns whether its level is the one that is being worked; otherwise
-/// the pixel is pending until its level is worked next.
+/// Ends the wait of a pixel, if it waits. Returns whether it does and is of the level that is being
+/// worked. A pixel of another level is pending until its level is worked next.
 template <typename Word>
 bool SeedFlood<Word>::wake(PixelIndex index) {
   Word* const pixel = pixels_.at(index);

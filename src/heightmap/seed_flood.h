@@ -14,10 +14,10 @@ namespace scanline::detail {
 /**
  * Floods a plane level by level, in walks over each level's pixels and in sweeps over the levels.
  *
- * Every pixel is visited in the first walk over its level. One that finds no label waits, and is
- * not visited again before a neighbour gets one, which wakes it. It is then visited when its turn
- * comes next: later in the same walk, in the next walk over the level, or when its own level is
- * worked next, in this sweep or in the following one.
+ * Every pixel is visited in the first walk over its level. A pixel without a labelled neighbour
+ * waits, and is not visited again before a neighbour gets a label, which wakes it. It is then
+ * visited at its next turn: later in the same walk, in the next walk over the level, or when its
+ * own level is worked next, in this sweep or in the following one.
  */
 template <typename Word>
 class SeedFlood {
@@ -29,8 +29,8 @@ class SeedFlood {
         stride_(pixels.grid().stride()),
         pendingByLevel_(buckets.levelCount()) {}
 
-  /// Floods all that can be reached. Afterwards the pixels are labelled, watersheds, or wait for
-  /// good; those in no bucket are unchanged.
+  /// Floods all pixels that labels can reach. Afterwards each pixel of the buckets is labelled, a
+  /// watershed, or waits; other pixels are unchanged.
   void run();
 
   /// Whether any pixel waits.
@@ -54,19 +54,19 @@ class SeedFlood {
   PixelIndex stride_;
   std::size_t waitingCount_ = 0;
 
-  // Awake pixels of other levels than the one that is being worked.
+  // Pixels that woke on other levels than the one that is being worked.
   std::vector<Pixels> pendingByLevel_;  // to be visited when their level is worked next
   Levels levelsThisSweep_;              // the levels that have such pixels
   Levels levelsNextSweep_;
 
-  // Awake pixels of the level that is being worked. Each list is in scan order, since a neighbour
-  // of two pixels that get labels is woken by the first.
+  // Pixels that woke on the level that is being worked. Each list is in scan order, since a
+  // neighbour of two pixels that get labels is woken by the first.
   int level_ = 0;
   PixelIndex next_ = kNoPixel;  // to be visited next
   Pixels laterThisWalk_;
-  Pixels nextWalk_;     // to be visited in the next walk: from the row above what woke them,
-  Pixels nextWalkRow_;  // and from the same row
-  Pixels thisWalk_;     // all that a walk visits, except for the first one over a level
+  Pixels nextWalk_;     // to be visited in the next walk: above the pixel that woke them,
+  Pixels nextWalkRow_;  // and in the same row
+  Pixels thisWalk_;     // the pixels of a walk, unless it is the first one over a level
 };
 
 }  // namespace scanline::detail

@@ -1,5 +1,8 @@
+// Floods an image from given seeds, level by level.
 #include <algorithm>
 #include <array>
+#include <cassert>
+#include <climits>
 #include <cstddef>
 #include <cstdint>
 #include <stdexcept>
@@ -18,13 +21,13 @@ using scanline::detail::FloodCells;
 using scanline::detail::PaddedGrid;
 using scanline::detail::PaddedPlane;
 
-/// A pixel that a seed with a label of 0 or less gave its label to: to the flood it has none.
-struct PlantedNonLabel {
+/// A pixel that got a label of 0 or below from a seed. In the flood it counts as unlabelled.
+struct NonLabel {
   STesk2DPoint at;
   int label;
 };
 
-/// The markers of an image with the seeds and their plateaus labelled.
+/// The markers of an image, in which the seeds and their plateaus are labelled.
 template <typename Word>
 class Planting {
  public:
@@ -39,7 +42,7 @@ class Planting {
   void plant(const SQO_2DValueI& seed, int label) {
     cells_.row(seed.y)[seed.x] = FloodCells<Word>::cellOf(label);
     plateau_.assign(1, {seed.x, seed.y});
-    if (label != 0) {  // or the fill would find the same pixels unlabelled again and again
+    if (label != 0) {  // with 0 the filled pixels would be found unlabelled again and again
       fillPlateau(label);
     }
     if (label <= 0) {
@@ -49,7 +52,7 @@ class Planting {
     }
   }
 
-  /// Afterwards, the pixels without a label hold 0.
+  /// Sets the pixels without a label to 0.
   PaddedPlane<Word>& keepLabelsOnly() {
     for (int r = 0; r < image_.height; ++r) {
       Word* const row = cells_.row(r);
@@ -59,12 +62,12 @@ class Planting {
     return cells_;
   }
 
-  [[nodiscard]] const std::vector<PlantedNonLabel>& nonLabels() const {
+  [[nodiscard]] const std::vector<NonLabel>& nonLabels() const {
     return nonLabels_;
   }
 
  private:
-  /// Gives a label to the unlabelled pixels that join the seed at its own grey value.
+  /// Labels the pixels with a marker of 0 that connect to the seed at its own grey value.
   void fillPlateau(int label) {
     constexpr std::array<STesk2DPoint, 4> kSteps = {{{-1, 0}, {0, -1}, {0, 1}, {1, 0}}};
     const int level = image_.gray[plateau_[0].y][plateau_[0].x];
@@ -84,15 +87,16 @@ class Planting {
 
   const SJU_waterShedImage& image_;
   PaddedPlane<Word> cells_;
-  std::vector<PlantedNonLabel> nonLabels_;
-  std::vector<STesk2DPoint> plateau_;  // of the present seed, which comes first
+  std::vector<NonLabel> nonLabels_;
+  std::vector<STesk2DPoint> plateau_;  // of the current seed, which comes first
 };
 
-/// Copies the settled pixels to the caller's markers, after those that only seeds changed.
+/// Copies the settled pixels to the markers of the caller, after the pixels of seeds without a
+/// label.
 template <typename Word>
-void handOver(const std::vector<PlantedNonLabel>& nonLabels,
-              PaddedPlane<Word>& pixels,
-              SJU_waterShedImage& image) {
+void copyToMarkers(const std::vector<NonLabel>& nonLabels,
+                   PaddedPlane<Word>& pixels,
+                   SJU_waterShedImage& image) {
   using Cells = FloodCells<Word>;
   for (const auto& [at, label] : nonLabels) {
     image.markers[at.y][at.x] = label;
@@ -108,7 +112,7 @@ void handOver(const std::vector<PlantedNonLabel>& nonLabels,
   }
 }
 
-/// Floods the image. Returns whether any pixel waits for good. If std::bad_alloc is thrown, the
+/// Floods the image. Returns whether any pixel waits forever. If std::bad_alloc is thrown, the
 /// image is unchanged.
 template <typename Word>
 bool floodFromSeeds(const std::vector<SQO_2DValueI>& seeds,
@@ -123,11 +127,11 @@ bool floodFromSeeds(const std::vector<SQO_2DValueI>& seeds,
   const auto buckets = scanline::detail::fillBuckets(image.gray, maxLevel, pixels.grid());
   scanline::detail::SeedFlood<Word> flood(buckets, pixels);
   flood.run();
-  handOver(planting.nonLabels(), pixels, image);
+  copyToMarkers(planting.nonLabels(), pixels, image);
   return flood.isAnyWaiting();
 }
 
-/// Whether all labels fit into the smaller cells, which are the faster ones.
+/// Whether all labels fit into the smaller cells, which are faster.
 bool hasShortLabels(const SJU_waterShedImage& image, std::int64_t lastLabel) {
   scanline::detail::RowExtrema markers = {0, 0};
   for (int r = 0; r < image.height; ++r) {
@@ -137,8 +141,8 @@ bool hasShortLabels(const SJU_waterShedImage& image, std::int64_t lastLabel) {
   return markers.largest <= kLargest && lastLabel <= kLargest;
 }
 
-void waitWithoutEnd() {
-  // A loop without side effects may be taken to end; one that reads a volatile may not.
+void waitForever() {
+  // The compiler may assume that a loop without side effects ends, but not if it reads a volatile.
   const volatile bool over = false;
   while (!over) {
   }
@@ -150,7 +154,12 @@ void ju_seedWatershed(SJU_waterShedImage& image,
                       std::vector<SQO_2DValueI>& seeds,
                       int maxLevel,
                       int startLabel) {
+  assert(scanline::detail::hasFullPlanes(image));
+  assert(std::all_of(seeds.begin(), seeds.end(), [&](const SQO_2DValueI& seed) {
+    return seed.x >= 0 && seed.x < image.width && seed.y >= 0 && seed.y < image.height;
+  }));
   const std::int64_t endLabel = std::int64_t{startLabel} + static_cast<std::int64_t>(seeds.size());
+  assert(endLabel - 1 <= INT_MAX);
   const auto flood = hasShortLabels(image, endLabel - 1) ? floodFromSeeds<std::uint32_t>
                                                          : floodFromSeeds<std::uint64_t>;
   const bool isAnyWaiting = flood(seeds, std::max(maxLevel, -1), startLabel, image);
@@ -161,6 +170,6 @@ void ju_seedWatershed(SJU_waterShedImage& image,
     throw std::length_error("ju_seedWatershed: negative number of levels");
   }
   if (isAnyWaiting) {
-    waitWithoutEnd();
+    waitForever();
   }
 }

@@ -1,5 +1,7 @@
+// Segments an image from its own minima, in a single sweep over the pixels.
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -7,8 +9,8 @@
 #include <scanline/watershed.h>
 #include "heightmap/flood_order.h"
 #include "heightmap/padded_plane.h"
-#include "heightmap/prefetch.h"
 #include "heightmap/watershed_minima.h"
+#include "records/prefetch.h"
 
 namespace {
 
@@ -17,13 +19,13 @@ using scanline::detail::PaddedPlane;
 using scanline::detail::PixelPosition;
 using scanline::detail::PixelRows;
 
-/// What the flood knows of a pixel. It visits far more pixels than it labels, in no pattern that
-/// caches could follow; so most visits read and write this byte only.
+/// The state of a pixel in the flood. The flood visits far more pixels than it labels, in an order
+/// that defeats the caches. So most visits read and write only this byte.
 enum State : std::uint8_t {
   kNone,      ///< Not visited; no neighbour has a label.
   kOne,       ///< Not visited; one neighbour has a label.
-  kMany,      ///< More than one neighbour has a label; a watershed pixel once it is visited.
-  kLeft,      ///< Visited without a label around it, and left as it was.
+  kMany,      ///< Several neighbours have labels; a watershed pixel once it is visited.
+  kLeft,      ///< Visited when no neighbour had a label, and left unchanged.
   kLabelled,  ///< Has a label.
 };
 
@@ -51,7 +53,7 @@ class Flood {
   }
 
  private:
-  /// Takes the labels that the image comes with.
+  /// Takes over the labels that the image has on entry.
   void markLabels(const PixelRows& markers) {
     const PaddedGrid& grid = states_.grid();
     for (int r = 0; r < grid.height(); ++r) {
@@ -110,7 +112,8 @@ class Flood {
 }  // namespace
 
 void watershed(SJU_waterShedImage& image) {
-  // Within a square each pixel's crossed partner lies inside.
+  assert(image.width == image.height && scanline::detail::hasFullPlanes(image));
+  // Rows and columns are crossed, so only a square can be flooded.
   const int side = std::min(image.width, image.height);
   if (side < 1) {
     return;

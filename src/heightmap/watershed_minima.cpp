@@ -16,14 +16,14 @@ namespace {
 constexpr int kReachBack = 7;
 constexpr int kReachAhead = 6;
 
-// The minimum of each value and the one this many places on, taken step by step, is the minimum of
-// 2, 4, 8 and 14 values.
+// If the minimum of each value and the one this many places after it is taken, step by step, the
+// results are the minima of 2, 4, 8 and 14 values.
 constexpr std::array<int, 4> kFoldSteps = {1, 2, 4, 6};
 static_assert(1 + 1 + 2 + 4 + 6 == kReachBack + 1 + kReachAhead);
 
 /**
- * The minimum over each pixel's window, row by row from the top: the minima of 14 values along each
- * row, folded in the same four steps with the rows above it.
+ * The minimum over the window of each pixel, row by row from the top: the minima of 14 values along
+ * each row, combined in the same four steps with those of the rows above it.
  */
 class SlidingMinimum {
  public:
@@ -34,7 +34,7 @@ class SlidingMinimum {
         line_(width + kReachBack + kReachAhead),
         result_(width) {
     for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
-      // A row outside the image has no value that could be a minimum.
+      // Rows outside the image hold the largest value, so they do not matter.
       recent_[k].assign(kFoldSteps[k] + 1, std::vector<int>(width, INT_MAX));
       folded_[k].resize(line_.size());
     }
@@ -50,9 +50,9 @@ class SlidingMinimum {
   }
 
  private:
-  /// Takes the next row of the image and folds it with the rows above it.
+  /// Takes the next row of the image and combines it with the rows above it.
   void advance() {
-    foldColumns(recentRow(0, 0));
+    foldAlongRow(recentRow(0, 0));
     for (std::size_t k = 0; k < kFoldSteps.size(); ++k) {
       int* const out = k + 1 < kFoldSteps.size() ? recentRow(k + 1, 0) : result_.data();
       minimumOfRows(recentRow(k, 0), recentRow(k, kFoldSteps[k]), width_, out);
@@ -60,8 +60,8 @@ class SlidingMinimum {
     ++row_;
   }
 
-  /// The minima of the columns' windows in the next row.
-  void foldColumns(int* out) {
+  /// The minima of the windows along the next row.
+  void foldAlongRow(int* out) {
     if (row_ >= height_) {
       std::fill_n(out, width_, INT_MAX);
       return;
@@ -79,7 +79,7 @@ class SlidingMinimum {
     }
   }
 
-  /// The row of step k from `ago` rows ago.
+  /// The row of step k, `ago` rows ago.
   int* recentRow(std::size_t k, int ago) {
     const int slots = kFoldSteps[k] + 1;
     return recent_[k][(row_ + slots - ago) % slots].data();
@@ -89,13 +89,14 @@ class SlidingMinimum {
   int height_;
   int width_;
   int row_ = 0;
-  std::vector<int> line_;  // a row of the image between the windows' ends
+  std::vector<int> line_;  // a row of the image, with the largest value on both sides
   std::vector<int> result_;
   std::array<std::vector<int>, kFoldSteps.size()> folded_;
   std::array<PixelRows, kFoldSteps.size()> recent_;  // by step, the last rows before it
 };
 
-/// Marks a pixel with the next label, unless it has a neighbour with a basin's label.
+/// Gives a pixel the next label. But if a neighbour has a label above 1, the first such neighbour
+/// is overwritten with the marker of the pixel instead.
 void markMinimum(PixelRows& markers, int row, int column, int& label) {
   int* const above = markers[row - 1].data() + column;
   int* const pixel = markers[row].data() + column;

@@ -6,8 +6,8 @@
 
 #include <scanline/feature_records.h>
 
-/// What functions with lists as outputs do last, so that a failing allocation leaves the caller's
-/// lists unchanged.
+/// The last step of functions with lists as outputs. A failing allocation leaves the caller's lists
+/// unchanged.
 namespace scanline::detail {
 
 /// Appends `found` to a list. If memory runs out the list is unchanged.
@@ -16,7 +16,7 @@ void append(const std::vector<Record>& found, std::vector<Record>& list) {
   list.insert(list.end(), found.begin(), found.end());
 }
 
-/// Makes room for `count` more records without giving up the geometric growth of the list.
+/// Reserves room for `count` more records. The list still grows geometrically.
 template <typename Record>
 void makeRoom(std::size_t count, std::vector<Record>& list) {
   if (list.capacity() - list.size() < count) {

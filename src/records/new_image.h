@@ -8,10 +8,10 @@
 namespace scanline::detail {
 
 /**
- * A new image whose pixels are unset.
+ * Returns a new image whose pixels are unset.
  *
  * `cv::Mat::create` allocates the pixels before the record that owns them, and leaks them if the
- * allocation of the record fails. Here the record comes first.
+ * allocation of the record fails. Here the record is allocated first.
  */
 inline cv::Mat newImage(int rows, int cols, int type) {
   auto owner = std::make_unique<cv::UMatData>(cv::Mat::getStdAllocator());

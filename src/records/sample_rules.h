@@ -5,46 +5,51 @@
 
 namespace scanline::detail {
 
-/// The limit of the no-sample rule. Functions apply it in three forms, which differ in what they
-/// make of a z of exactly the limit and of NaN:
+/// The limit of the no-sample rule. Functions apply it by one of three tests, which differ only at
+/// the limit itself and at NaN:
 ///
-/// | test | z at the limit | NaN |
+/// | test | z = limit | z = NaN |
 /// | --- | --- | --- |
-/// | isMissing; others are valid | valid | valid |
+/// | isMissing; the converse is valid | valid | valid |
 /// | isMeasured | not measured | not measured |
 /// | isHole | a hole | not a hole |
 constexpr double kNoSampleZ = 0.0001;
 
-/// Whether a sample is missing, not valid: the form of scans, points and calibrations.
+/// Whether a sample is missing, not valid: the test of scans, points and calibrations.
 inline bool isMissing(double z) {
   return kNoSampleZ > z;
 }
 
-/// Whether a sample is measured: the form of most functions on lines.
+/// Whether a sample is measured: the test of most functions on lines.
 inline bool isMeasured(double z) {
   return z > kNoSampleZ;
 }
 
-/// Whether a sample is a hole: the form of outlier removal and of some functions on lines.
+/// Whether a sample is a hole: the test of outlier removal and of some functions on lines.
 inline bool isHole(double z) {
   return z <= kNoSampleZ;
 }
 
-/// A range that has seen no value.
+/// The range of no values.
 constexpr STeskRangeD kEmptyRange = {0.0, -1.0};
 
-/// Takes a value into a range; the first value taken sets both ends.
+/// Extends a range that is not empty to a value.
+inline void widen(double& min, double& max, double value) {
+  if (min > value) {
+    min = value;
+  }
+  if (value > max) {
+    max = value;
+  }
+}
+
+/// Extends a range to a value; the first value sets both ends.
 inline void foldIntoRange(STeskRangeD& range, double value) {
   if (range.min > range.max) {
     range = {value, value};
     return;
   }
-  if (range.min > value) {
-    range.min = value;
-  }
-  if (value > range.max) {
-    range.max = value;
-  }
+  widen(range.min, range.max, value);
 }
 
 }  // namespace scanline::detail

@@ -1,3 +1,6 @@
+// Finds the bounds of scans and point lists, and the mean spacing of the samples of a scan.
+#include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -12,12 +15,13 @@ using scanline::detail::isMeasured;
 using scanline::detail::isMissing;
 using scanline::detail::kEmptyRange;
 using scanline::detail::LineView;
+using scanline::detail::widen;
 
 constexpr double kUnknownStep = -1.0;
 
-/// Folds points into a box. The axes take their first value together and are never empty again, so
-/// that one test serves all three and leaves the rest free of branches.
-class BoxFold {
+/// The bounding box of the points taken so far. All axes take their first value together, so that
+/// one test for an empty range serves all three, and the rest is free of branches.
+class BoundingBox {
  public:
   void take(const STesk3DPoint& point) {
     if (low_.z > high_.z) {
@@ -41,20 +45,11 @@ class BoxFold {
   }
 
  private:
-  static void widen(double& low, double& high, double value) {
-    if (low > value) {
-      low = value;
-    }
-    if (value > high) {
-      high = value;
-    }
-  }
-
   STesk3DPoint low_ = {kEmptyRange.min, kEmptyRange.min, kEmptyRange.min};
   STesk3DPoint high_ = {kEmptyRange.max, kEmptyRange.max, kEmptyRange.max};
 };
 
-/// The running mean of the distances between neighbours in one direction.
+/// The mean distance between neighbours along one axis.
 class MeanStep {
  public:
   void add(double difference) {
@@ -70,36 +65,44 @@ class MeanStep {
   std::int64_t count_ = 0;
 };
 
+[[maybe_unused]] bool noLineIsLongerThanTheOneBefore(
+    const std::vector<std::vector<STesk3DPosition>>& scan) {
+  return std::is_sorted(scan.begin(), scan.end(),
+                        [](const auto& a, const auto& b) { return a.size() > b.size(); });
+}
+
 }  // namespace
 
 STesk3DRangeD qo_getScanDataROI(STesk3DLaserLine* lines, int lineNum) {
-  BoxFold fold;
+  assert(lines != nullptr || lineNum <= 0);
+  BoundingBox bounds;
   for (int i = 0; i < lineNum; ++i) {
-    fold.takeSamples(LineView(lines[i]));
+    bounds.takeSamples(LineView(lines[i]));
   }
-  return fold.box();
+  return bounds.box();
 }
 
 STesk3DRangeD qo_getScanDataROI_vector(std::vector<std::vector<STesk3DPosition>>& scan) {
-  BoxFold fold;
+  BoundingBox bounds;
   for (const std::vector<STesk3DPosition>& line : scan) {
-    fold.takeSamples(LineView(line));
+    bounds.takeSamples(LineView(line));
   }
-  return fold.box();
+  return bounds.box();
 }
 
 STesk3DRangeD ju_getPointCloudROI(std::vector<STesk3DPoint>& points) {
-  BoxFold fold;
+  BoundingBox bounds;
   for (const STesk3DPoint& point : points) {
     if (!isMissing(point.z)) {
-      fold.take(point);
+      bounds.take(point);
     }
   }
-  return fold.box();
+  return bounds.box();
 }
 
 SJU_pointCloudPara ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>>& scan) {
-  BoxFold fold;
+  assert(noLineIsLongerThanTheOneBefore(scan));
+  BoundingBox bounds;
   MeanStep betweenLines;
   MeanStep inLine;
   const STesk3DPosition* lineBefore = nullptr;
@@ -109,7 +112,7 @@ SJU_pointCloudPara ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>
       if (isMissing(point.z)) {
         continue;
       }
-      fold.take(point);
+      bounds.take(point);
       if (i > 0 && isMeasured(line[i - 1].pt3D.z)) {
         inLine.add(point.y - line[i - 1].pt3D.y);
       }
@@ -119,6 +122,6 @@ SJU_pointCloudPara ju_getPointCloudPara(std::vector<std::vector<STesk3DPosition>
     }
     lineBefore = line.data();
   }
-  const STesk3DRangeD box = fold.box();
+  const STesk3DRangeD box = bounds.box();
   return {box.xRange, box.yRange, box.zRange, betweenLines.value(), inLine.value()};
 }

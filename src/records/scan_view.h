@@ -1,6 +1,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -12,7 +13,9 @@ namespace scanline::detail {
 class LineView {
  public:
   explicit LineView(const STesk3DLaserLine& line)
-      : begin_(line.p3DPosition), end_(begin_ + std::max(line.nPositionCnt, 0)) {}
+      : begin_(line.p3DPosition), end_(begin_ + std::max(line.nPositionCnt, 0)) {
+    assert(line.p3DPosition != nullptr || line.nPositionCnt <= 0);
+  }
   explicit LineView(const std::vector<STesk3DPosition>& line)
       : begin_(line.data()), end_(begin_ + line.size()) {}
 
@@ -35,6 +38,7 @@ class LineView {
 using ScanView = std::vector<LineView>;
 
 inline ScanView viewOf(const STesk3DLaserLine* lines, int lineNum) {
+  assert(lines != nullptr || lineNum <= 0);
   return ScanView(lines, lines + std::max(lineNum, 0));
 }
 
@@ -42,7 +46,7 @@ inline ScanView viewOf(const std::vector<std::vector<STesk3DPosition>>& scan) {
   return ScanView(scan.begin(), scan.end());
 }
 
-/// The number of samples of a scan, no-samples included.
+/// The number of samples of a scan, including missing ones.
 inline std::size_t sampleCount(const ScanView& scan) {
   std::size_t count = 0;
   for (const LineView& line : scan) {

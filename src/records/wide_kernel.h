@@ -1,13 +1,13 @@
 #pragma once
 
 // SCANLINE_WIDE_KERNEL in front of a function definition compiles the function a second time for
-// AVX2; the loader picks the form that the processor has. Both forms perform the same operations in
-// the same order on each element, since contraction and reassociation are off, so both give the same
-// bits.
+// AVX2; the loader picks the fastest form that the processor supports. Contraction and
+// reassociation are off, so both forms perform the same operations in the same order on each
+// element and give the same bits.
 //
-// For functions whose loops vectorise: no templates, nothing inline. What they call must be inlined
-// or it runs in its plain form. Sanitizers cannot work before the loader has picked, so their builds
-// go without.
+// It is meant for functions whose loops vectorise, not for templates or inline functions. A
+// function that they call must be inlined, or it runs in its plain form. The loader picks before a
+// sanitizer is initialised, so builds with sanitizers have the plain form only.
 #if defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer) || \
     __has_feature(memory_sanitizer)

@@ -1,4 +1,6 @@
+// Grows trees from positions on a scan, such as the ends of data segments.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <unordered_map>
 
@@ -12,8 +14,8 @@ namespace {
 
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// The features at positions of a scan. On a scan that is walked across its lines x and y are
-/// exchanged, so that the limits of y and x keep their meaning.
+/// The features at positions of a scan. If the scan is walked across its lines, x and y are
+/// exchanged, so that the limits in x and y keep their meaning.
 Features featuresAt(const std::vector<SQO_2DValueI>& positions,
                     const STesk3DLaserLine* lines,
                     bool isLineFirst,
@@ -23,6 +25,7 @@ Features featuresAt(const std::vector<SQO_2DValueI>& positions,
   for (const SQO_2DValueI& pos : positions) {
     const int line = isLineFirst ? pos.x : pos.y;
     const int sample = isLineFirst ? pos.y : pos.x;
+    assert(line >= 0 && sample >= 0 && sample < lines[line].nPositionCnt);
     const STesk3DPoint& at = lines[line].p3DPosition[sample].pt3D;
     const STesk3DPoint across = {at.y, at.x, at.z};
     features.push_back({type, {pos.x, pos.y}, isLineFirst ? at : across, 0.0});
@@ -30,9 +33,10 @@ Features featuresAt(const std::vector<SQO_2DValueI>& positions,
   return features;
 }
 
-/// The features as lines for growing. Trees close after each ending, but after one that shares the
-/// line of the ending before it none can, except at the very end: every tree has just been looked
-/// at or has taken that ending. So a line is split after its first ending only.
+/// The features as lines for growing. Trees may close after each ending. But an ending on the same
+/// line as the preceding one closes no tree, unless it is the very last: each tree was tested after
+/// the preceding ending with the same lag, or ends on this line. So consecutive endings on
+/// one line are split only after the first one.
 std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(const Features& features) {
   std::vector<detail::NodeLine<SQO_basicFeature1D>> lines;
   for (std::size_t i = 0; i < features.size(); ++i) {
@@ -48,8 +52,8 @@ std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(const Features& featur
   return lines;
 }
 
-/// Whether the way from a tree's anchor to a feature lies within 45 degrees of the x axis. A tree
-/// without anchor takes every feature.
+/// Whether the direction from the anchor of a tree to a feature is within 45 degrees of the x axis.
+/// Without an anchor any direction passes.
 bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tree) {
   if (tree.anchorNode < 0) {
     return true;
@@ -60,14 +64,14 @@ bool keepsDirection(const SQO_basicFeature1D& feature, const SQO_featureTree& tr
   return !isSteep;
 }
 
-/// Trees that keep a direction once they have an anchor, which is the first node as soon as
-/// a feature lies `checkDist` or more from it.
+/// Trees whose direction is limited once they have an anchor. The first node becomes the anchor
+/// when a feature is at least `checkDist` away from it.
 struct DirectedRules : detail::ScanRules {
   std::vector<Tree>& trees;
   double checkDist;
   std::unordered_map<std::ptrdiff_t, detail::NodeBoxes> boxes;  // of long trees, by their index
 
-  /// Settles the anchor even if the direction does not fit.
+  /// Updates the anchor even if the direction does not pass.
   bool fits(const Node& feature, Tree& tree) {
     if (!ScanRules::fits(feature, tree)) {
       return false;
@@ -81,8 +85,8 @@ struct DirectedRules : detail::ScanRules {
     return keepsDirection(feature, tree);
   }
 
-  /// Moves the anchor up to the node before the first one after it that lies near the feature.
-  /// Mostly that is one of the next few; only a longer search is worth the boxes.
+  /// Moves the anchor forward, to the node before the first following one that is near the feature.
+  /// That is usually one of the next few nodes; only a longer search is worth the boxes.
   void advanceAnchor(const Node& feature, Tree& tree) {
     constexpr int kFew = 16;
     const int first = tree.anchorNode + 1;
@@ -101,6 +105,10 @@ struct DirectedRules : detail::ScanRules {
     }
   }
 };
+
+[[maybe_unused]] bool hasValidAnchor(const SQO_featureTree& tree) {
+  return tree.anchorNode < static_cast<long long>(tree.treeNodes.size());
+}
 
 }  // namespace
 
@@ -122,6 +130,7 @@ void qo_getEndingGrowingTrees_angleCheck(std::vector<SQO_2DValueI>& endingPts,
                                          std::vector<SQO_featureTree>& trees,
                                          SQO_treeGrowParam growParam,
                                          double angleCheckDist) {
+  assert(std::all_of(trees.begin(), trees.end(), hasValidAnchor));
   const Features features = featuresAt(endingPts, laserLines, isLineFirst, endingType);
   detail::growTrees(linesOf(features), trees,
                     DirectedRules{{growParam}, trees, angleCheckDist, {}});

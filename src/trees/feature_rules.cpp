@@ -8,7 +8,7 @@
 namespace scanline::detail {
 namespace {
 
-/// A V tree whose height drifts by this much per unit of length, or more, is no ridge.
+/// A V tree whose z drifts by this much per unit of length, or more, is not kept.
 constexpr double kMaxVDrift = 0.3;
 
 }  // namespace

@@ -12,14 +12,13 @@ namespace scanline::detail {
 /// A new tree of one node.
 SQO_featureTree newTree(const SQO_basicFeature1D& feature, int lineIdx);
 
-/// Whether a tree that closes is long enough, by its type, to be kept.
+/// Whether a tree that closes is long enough for its type.
 bool isLongEnough(const SQO_featureTree& tree, const SQO_treeGrowParam& param);
 
-/// Fills the ranges in x and y of all trees from their nodes; without nodes all four values become
-/// 0.
+/// Sets the ranges in x and y of all trees to the bounds of their nodes, or to 0 without nodes.
 void setBounds(std::vector<SQO_featureTree>& trees);
 
-/// Sets the bounds of all trees of a list when a scope ends, also by an exception.
+/// Sets the bounds of all trees of a list at the end of a scope, also if an exception leaves it.
 class BoundsAtEnd {
  public:
   explicit BoundsAtEnd(std::vector<SQO_featureTree>& trees) : trees_(trees) {}
@@ -33,8 +32,8 @@ class BoundsAtEnd {
   std::vector<SQO_featureTree>& trees_;
 };
 
-/// Trees of single features over a whole scan, whose last line closes all of them. `treeValue` does
-/// not count the first node.
+/// Trees of single features over a whole scan, which close by lines. `treeValue` leaves out the
+/// first node.
 struct ScanRules {
   using Tree = SQO_featureTree;
   using Node = SQO_basicFeature1D;
@@ -60,8 +59,8 @@ struct ScanRules {
     tree.eLineIdx = lineIdx;
     tree.treeValue += feature.featureValue;
   }
-  [[nodiscard]] bool closes(const Tree& /*tree*/, long long linesBehind, bool isLastLine) const {
-    return closesByLines(linesBehind, isLastLine, param);
+  [[nodiscard]] bool closes(const Tree& /*tree*/, long long lag, bool isLastLine) const {
+    return closesByLines(lag, isLastLine, param);
   }
   [[nodiscard]] bool keeps(const Tree& tree) const {
     return isLongEnough(tree, param);

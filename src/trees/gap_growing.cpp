@@ -1,3 +1,4 @@
+// Grows trees from gaps.
 #include <cmath>
 
 #include <scanline/trees.h>
@@ -9,7 +10,7 @@ namespace {
 
 constexpr int kGapTreeType = 1;
 
-/// Trees of gaps, placed by their centres. The last line closes all of them.
+/// Trees of gaps, which close by lines. The position of a gap is its centre.
 struct GapRules {
   using Tree = SQO_gapFeatureTree;
   using Node = SQO_basicFeatureGap;
@@ -33,8 +34,8 @@ struct GapRules {
     tree.treeNodes.push_back(gap);
     tree.eLineIdx = lineIdx;
   }
-  [[nodiscard]] bool closes(const Tree& /*tree*/, long long linesBehind, bool isLastLine) const {
-    return detail::closesByLines(linesBehind, isLastLine, param);
+  [[nodiscard]] bool closes(const Tree& /*tree*/, long long lag, bool isLastLine) const {
+    return detail::closesByLines(lag, isLastLine, param);
   }
   [[nodiscard]] bool keeps(const Tree& tree) const {
     return !(param.minLTypeTreeLen >= detail::lengthOf(tree));

@@ -1,3 +1,4 @@
+// Grows trees from single features, which close by step.
 #include <scanline/trees.h>
 #include "trees/feature_rules.h"
 
@@ -5,7 +6,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Trees of single features that go line by line. `treeValue` counts all nodes.
+/// Trees of single features that close by step. `treeValue` includes all nodes.
 struct LineRules : detail::ScanRules {
   static constexpr bool kClosesByStep = true;
 
@@ -14,8 +15,8 @@ struct LineRules : detail::ScanRules {
     tree.treeValue = feature.featureValue;
     return tree;
   }
-  [[nodiscard]] bool closes(const Tree& tree, long long linesBehind, bool isLastLine) const {
-    return detail::closesByStep(tree, linesBehind, isLastLine, param);
+  [[nodiscard]] bool closes(const Tree& tree, long long lag, bool isLastLine) const {
+    return detail::closesByStep(tree, lag, isLastLine, param);
   }
 };
 

@@ -6,14 +6,14 @@
 
 namespace scanline::detail {
 
-/// Lengthens a tree at its front by endings of the lines before it, which take the tree's type.
-/// The endings of the next line are compared with each new first node.
+/// Lengthens a tree at its front by endings of the lines before it. Endings that are taken change
+/// to the type of the tree. Each new first node becomes the reference for the next line.
 void lengthenFront(SQO_featureTree& tree,
                    std::vector<SQO_lineFeature>& lineFeatures,
                    const SQO_treeGrowParam& growParam);
 
-/// Lengthens a tree at its back by endings of the lines after it, which take the tree's type. All
-/// are compared with the node that was last when the walk began.
+/// Lengthens a tree at its back by endings of the lines after it. Endings that are taken change to
+/// the type of the tree. The last node from before the call is the reference throughout.
 void lengthenBack(SQO_featureTree& tree,
                   std::vector<SQO_lineFeature>& lineFeatures,
                   const SQO_treeGrowParam& growParam);

@@ -1,5 +1,7 @@
+// Grows trees from L and V shapes, and removes those that do not suit an object of known size.
 #include <algorithm>
 #include <array>
+#include <cassert>
 #include <utility>
 #include <vector>
 
@@ -15,8 +17,8 @@ using Trees = std::vector<SQO_featureTree>;
 
 constexpr int kTypeCount = FEATURE_CORNER_OTHER + 1;
 
-/// Gives a tree the type that most of its nodes have, and of equals the one with the lowest code.
-void settleType(SQO_featureTree& tree) {
+/// Gives a tree the type of most of its nodes, the lowest code of equally frequent ones.
+void setCommonType(SQO_featureTree& tree) {
   std::array<int, kTypeCount> counts = {};
   for (const SQO_basicFeature1D& node : tree.treeNodes) {
     if (node.featureType >= 0 && node.featureType < kTypeCount) {
@@ -30,14 +32,14 @@ void settleType(SQO_featureTree& tree) {
   }
 }
 
-/// Grows trees from the features, settles their types, and lengthens them by endings.
+/// Grows trees from the features, sets their types, and lengthens them by endings.
 void growToEndings(std::vector<SQO_lineFeature>& lineFeatures,
                    Trees& trees,
                    const SQO_treeGrowParam& growParam) {
   const detail::BoundsAtEnd bounds(trees);
   qo_getFeatureGrowingTrees(lineFeatures, trees, growParam);
   for (SQO_featureTree& tree : trees) {
-    settleType(tree);
+    setCommonType(tree);
     if (!tree.treeNodes.empty()) {
       detail::lengthenFront(tree, lineFeatures, growParam);
       detail::lengthenBack(tree, lineFeatures, growParam);
@@ -45,8 +47,8 @@ void growToEndings(std::vector<SQO_lineFeature>& lineFeatures,
   }
 }
 
-/// Whether trees of a type must have the size of the object.
-bool isHeldToSize(int treeType) {
+/// Whether trees of a type must suit the size of the object.
+bool mustSuitObject(int treeType) {
   return treeType == FEATURE_SLOPE_RISE || treeType == FEATURE_SLOPE_FALL ||
          treeType == FEATURE_V || treeType == FEATURE_CORNER_OTHER;
 }
@@ -59,10 +61,10 @@ double centreOf(const STeskRangeD& range) {
   return (range.min + range.max) * 0.5;
 }
 
-/// Whether a tree is too short in x for the object and wanders too much in y.
+/// Whether a tree is a stub: too short in x for the object and extends too far in y.
 bool isStub(const SQO_featureTree& tree, const SQO_bagParam& bag) {
   const double width = extentOf(tree.xRange);
-  return isHeldToSize(tree.treeType) && bag.bagLength * 0.25 > width &&
+  return mustSuitObject(tree.treeType) && bag.bagLength * 0.25 > width &&
          extentOf(tree.yRange) > width * 0.5;
 }
 
@@ -72,14 +74,14 @@ void removeStubs(const SQO_bagParam& bag, Trees& trees) {
   trees.erase(std::remove_if(trees.begin(), trees.end(), isBagStub), trees.end());
 }
 
-/// The bounds of a tree that is still in the list.
+/// The bounds of a tree, and whether it has been removed from the list.
 struct Extent {
   STeskRangeD x;
   STeskRangeD y;
   bool isRemoved;
 };
 
-/// Whether a tree lies between two longer ones that are too close to each other for two objects.
+/// Whether a tree lies between two longer ones that are too close together for two objects.
 bool liesInsideObject(const Extent& tree, const std::vector<Extent>& all, double bagWidth) {
   const Extent* lower = nullptr;
   const Extent* upper = nullptr;
@@ -98,7 +100,8 @@ bool liesInsideObject(const Extent& tree, const std::vector<Extent>& all, double
          bagWidth * 1.3 > centreOf(upper->y) - centreOf(lower->y);
 }
 
-/// Removes short trees inside an object, from the last on. A removed one is no neighbour any more.
+/// Removes short trees inside an object, from the last tree to the first. A removed tree no longer
+/// counts.
 void removeInnerTrees(const SQO_bagParam& bag, Trees& trees) {
   std::vector<Extent> extents;
   extents.reserve(trees.size());
@@ -107,7 +110,7 @@ void removeInnerTrees(const SQO_bagParam& bag, Trees& trees) {
   }
   for (std::size_t t = trees.size(); t-- > 0;) {
     extents[t].isRemoved = bag.bagLength * 0.5 > extentOf(extents[t].x) &&
-                           isHeldToSize(trees[t].treeType) &&
+                           mustSuitObject(trees[t].treeType) &&
                            liesInsideObject(extents[t], extents, bag.bagWidth);
   }
   std::size_t kept = 0;
@@ -123,7 +126,7 @@ void removeInnerTrees(const SQO_bagParam& bag, Trees& trees) {
   trees.resize(kept);
 }
 
-/// Appends the ends of data segments that no tree has taken.
+/// Appends the starts and ends of data segments that no tree has taken.
 void collectFreeEnds(const std::vector<SQO_lineFeature>& lineFeatures,
                      std::vector<SQO_2DValueI>& segStarts,
                      std::vector<SQO_2DValueI>& segEnds) {
@@ -148,6 +151,7 @@ void qo_LVFeatureGrowing(std::vector<SQO_lineFeature>& lineFeatures,
                          SQO_treeGrowParam growParam,
                          std::vector<SQO_2DValueI>& segStarts,
                          std::vector<SQO_2DValueI>& segEnds) {
+  assert(&segStarts != &segEnds);
   growToEndings(lineFeatures, trees, growParam);
   removeStubs(bagParam, trees);
   removeInnerTrees(bagParam, trees);

@@ -10,18 +10,19 @@
 
 namespace scanline::detail {
 
-/// Where an entry of the index lies, or what is searched for.
+/// The place of an entry of the index, or of a search.
 struct LineAndY {
   int line;
   double y;
 };
 
 /**
- * Numbered places, hashed by cells of y. A search visits those near its own y in the order of their
- * numbers, and its cost does not depend on how many lie elsewhere.
+ * Places with ids, hashed by cells of y. A search visits the places near its own y in ascending
+ * order of their ids. Its cost does not depend on how many places lie elsewhere.
  *
- * Entries on the line of the present searches sleep outside the cells until the line changes, so
- * that many places on one line do not slow down each other's searches.
+ * The entries of a cell are in one chain, which cells with the same hash share. Entries on the line
+ * that is being searched from are kept out of the chains until the line changes, so that many
+ * places on one line do not slow down each other's searches.
  */
 class NearIndex {
  public:
@@ -41,26 +42,26 @@ class NearIndex {
     return entries_[id].line;
   }
 
-  /// Records a place, as an entry if `isEntry`. The id is the next one, from 0 on, or was
-  /// just taken.
+  /// Records the place of an id, as an entry if `isEntry`. The id is the next unused one, or that
+  /// of an entry that was just taken.
   void put(int id, const LineAndY& place, bool isEntry = true);
 
-  /// Removes an entry. Does nothing if there is none.
+  /// Removes the entry of an id, if there is one.
   void erase(int id);
 
-  /// Removes the entries that `test(id)`.
+  /// Removes the entries for which `test(id)`.
   template <typename Test>
   void eraseIf(Test test) {
-    putAllToSleep();
-    for (const int id : asleep_) {
-      if (entries_[id].isIn && test(id)) {
+    unchainAll();
+    for (const int id : unchained_) {
+      if (entries_[id].isEntry && test(id)) {
         erase(id);
       }
     }
   }
 
-  /// Visits the entries near `at`, other than those on its line, in the order of their ids up to
-  /// the first that `fits(id)`. Takes this one out and returns its id, or returns kNone.
+  /// Visits the entries near `at` that are on other lines, in ascending order of their ids, up to
+  /// the first for which `fits(id)`. Removes this entry and returns its id, or returns kNone.
   template <typename Fits>
   int takeFirst(const LineAndY& at, Fits fits);
 
@@ -68,43 +69,43 @@ class NearIndex {
   struct Entry {
     double y = 0.0;
     int line = 0;
-    int next = kNone;   // in its chain
-    bool isIn = false;  // if not, a chain or the sleepers may still hold it
+    int next = kNone;      // in its chain
+    bool isEntry = false;  // if not, a chain or `unchained_` may still hold its id
   };
 
   static constexpr double kReachInCells = 0.25;
   static constexpr double kSearchReach = 0.26;  // the same with a margin for rounding
-  /// Places beyond this many cells share the outermost cell. Up to it a place is exact to far
-  /// better than the margin of a search.
+  /// Places farther out than this many cells share the outermost cell. Closer in, the rounding of a
+  /// place is far below the margin of a search.
   static constexpr double kFarthestCell = 1099511627776.0;
 
   [[nodiscard]] bool canMatch(double y) const;
   [[nodiscard]] double inCells(double y) const;
   [[nodiscard]] int* headOf(double place);
   void prepare(int line);
-  void putAllToSleep();
+  void unchainAll();
 
   double reach_;
   double cellsPerY_;
   int count_ = 0;
   std::vector<Entry> entries_;  // by id
-  std::vector<int> heads_;      // chains in ascending order, one for each hash of a cell
-  std::vector<int> asleep_;     // entries on `line_`, or on any line if `isMixed_`
+  std::vector<int> heads_;      // chains in ascending order of ids, one for each hash of a cell
+  std::vector<int> unchained_;  // entries in no chain: on `line_`, or on any line if `isMixed_`
   int line_ = 0;
   bool isMixed_ = false;
 };
 
-/// Without a reach, and for a y that is not finite, no difference is less than the reach.
+/// Whether any difference from this y can be less than the reach.
 inline bool NearIndex::canMatch(double y) const {
   return reach_ > 0.0 && std::isfinite(y);
 }
 
-/// Place of a y that can match, in cells from the outermost one.
+/// Place of a y that can match, in cells, counted from the outermost one.
 inline double NearIndex::inCells(double y) const {
   return std::clamp(y * cellsPerY_, -kFarthestCell, kFarthestCell) + kFarthestCell;
 }
 
-/// The chain that holds the entries of a place's cell.
+/// The chain of the cell at a place.
 inline int* NearIndex::headOf(double place) {
   const auto cell = static_cast<std::uint64_t>(static_cast<std::int64_t>(place));
   return &heads_[(cell * 0x9E3779B97F4A7C15U >> 32U) & (heads_.size() - 1)];
@@ -119,9 +120,9 @@ int NearIndex::takeFirst(const LineAndY& at, Fits fits) {
     prepare(at.line);
   }
   const double place = inCells(at.y);
-  // The links to the next entry of one chain and the other, merged by their ids.
+  // The links to the next entries of the two chains, which are merged by ids.
   int* one = headOf(place - kSearchReach);
-  int* other = headOf(place + kSearchReach);  // at most the next cell
+  int* other = headOf(place + kSearchReach);  // the same cell or the next one
   int end = kNone;
   other = other == one ? &end : other;
   for (;;) {
@@ -131,11 +132,11 @@ int NearIndex::takeFirst(const LineAndY& at, Fits fits) {
       return kNone;
     }
     Entry& entry = entries_[id];
-    if (!entry.isIn) {
+    if (!entry.isEntry) {
       *link = entry.next;
     } else if (entry.line == at.line) {
       *link = entry.next;
-      asleep_.push_back(id);
+      unchained_.push_back(id);
     } else if (reach_ > std::abs(at.y - entry.y) && fits(id)) {
       *link = entry.next;
       erase(id);

@@ -16,7 +16,8 @@ double clamped(double value, const STeskRangeD& range) {
 
 }  // namespace
 
-/// A node that is not finite is near no point, so the boxes leave it out.
+/// Extends the boxes by nodes that were appended. A node that is not finite is near no point, so
+/// the boxes ignore it.
 void NodeBoxes::addUpTo(const Nodes& nodes) {
   for (; count_ < nodes.size(); ++count_) {
     const STesk3DPoint& pos = nodes[count_].jumpPos;
@@ -37,8 +38,8 @@ void NodeBoxes::addUpTo(const Nodes& nodes) {
 
 int NodeBoxes::firstNear(const STesk3DPoint& point, double distance, int from, const Nodes& nodes) {
   addUpTo(nodes);
-  // Differences, squares, sums and roots round monotonically: no node of a box comes out nearer
-  // than the point of the box that is nearest in x and in y.
+  // Differences, squares, sums and roots round monotonically. So no node of a box has a smaller
+  // computed distance than the point of the box that is nearest in x and in y.
   const auto mayHoldNear = [&](const Box& box) {
     const STesk3DPoint nearest = {clamped(point.x, box.x), clamped(point.y, box.y), 0.0};
     return !(box.x.min > box.x.max) && distance > planeDistance(point, nearest);

@@ -4,7 +4,7 @@
 
 #include <scanline/feature_records.h>
 
-/// Where the nodes of each kind of tree lie. All growers link by these.
+/// The line, the position and the distance in x of the nodes of each kind of tree.
 namespace scanline::detail {
 
 /// The line of a node.
@@ -21,7 +21,7 @@ inline int lineOf(const SJU_segFeature& node) {
   return node.lineIdx;
 }
 
-/// The position of a node: the centre of a gap, and of a segment the end that it starts at.
+/// The position of a node: the centre of a gap, the start of a segment.
 inline const STesk3DPoint& positionOf(const SQO_basicFeature1D& node) {
   return node.jumpPos;
 }
@@ -37,7 +37,7 @@ inline const STesk3DPoint& positionOf(const SJU_segFeature& node) {
   return node.startPt;
 }
 
-/// Distance of two nodes in x; of segments the mean of that of their starts and that of their ends.
+/// Distance of two nodes in x. For segments, the mean of the distances of their starts and ends.
 template <typename Node>
 double distanceX(const Node& a, const Node& b) {
   return std::abs(positionOf(a).x - positionOf(b).x);

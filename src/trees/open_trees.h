@@ -1,11 +1,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <utility>
 #include <vector>
 
 #include <scanline/feature_records.h>
+#include "records/prefetch.h"
 #include "trees/near_index.h"
 #include "trees/node_place.h"
 #include "trees/remaining_extent.h"
@@ -14,57 +16,59 @@
 namespace scanline::detail {
 
 /**
- * The open trees of a caller's list during one call: those that can take a feature, and those that
- * can close. The cost of either does not depend on how many others are in the list.
+ * The open trees of a caller's list during one call: those that a feature can attach to, and those
+ * that can close. The cost of visiting either does not depend on the other trees in the list.
  *
- * Their ids count from 0 in the order of the list. Removed trees stay in the list, closed and
- * without nodes, until the call ends, also by an exception.
+ * The ids of the trees are 0, 1, 2, ... in the order of the list. Removed trees stay in the list,
+ * closed and without nodes, until the call ends, also if it ends by an exception.
  */
 template <typename Tree>
 class OpenTrees {
  public:
   using Node = typename decltype(Tree::treeNodes)::value_type;
 
-  /// A feature joins a tree only within `limits` of its last node: in y, and in lines or x. With
-  /// `spareOneLiners` a tree can close only once it spans several lines.
-  OpenTrees(std::vector<Tree>& trees, const SQO_treeGrowParam& limits, bool spareOneLiners)
+  /// A feature can attach to a tree only if it is within `limits` of the last node: in y, and in
+  /// lines or x. With `keepOneLineTrees` only trees that span several lines can close.
+  OpenTrees(std::vector<Tree>& trees, const SQO_treeGrowParam& limits, bool keepOneLineTrees)
       : trees_(trees),
         limits_(limits),
-        spareOneLiners_(spareOneLiners),
+        keepOneLineTrees_(keepOneLineTrees),
         index_(limits.yDeviation_max) {}
   OpenTrees(const OpenTrees&) = delete;
   OpenTrees& operator=(const OpenTrees&) = delete;
-  /// Takes the removed trees out of the list.
+  /// Drops the removed trees from the list.
   ~OpenTrees() {
     dropRemoved();
   }
 
-  /// Takes over the open trees that the list holds; `ahead` covers all features to come.
-  void admit(const RemainingExtent& ahead) {
+  /// Enters the open trees of the list; `remaining` covers all features of the call.
+  void admit(const RemainingExtent& remaining) {
     for (std::size_t i = 0; i < trees_.size(); ++i) {
       const Tree& tree = trees_[i];
       if (tree.treeState == TREE_CLOSED) {
         continue;
       }
-      const bool canGrow = ahead.reaches(tree.treeNodes.back(), limits_);
+      assert(!tree.treeNodes.empty());
+      const bool canGrow = remaining.reaches(tree.treeNodes.back(), limits_);
       if (canGrow || canClose(tree)) {
         enter(i, canGrow);
       }
     }
   }
 
-  /// Number of trees that can take a feature.
+  /// Number of trees that a feature can attach to.
   [[nodiscard]] int count() const {
     return index_.count();
   }
 
-  /// Forgets the trees that no feature of `ahead`, which covers all to come, can join.
-  void prune(const RemainingExtent& ahead) {
-    index_.eraseIf([&](int id) { return !ahead.reaches(lastOf(id), limits_); });
+  /// No longer offers trees that no further feature can attach to; `remaining` covers all of these.
+  void prune(const RemainingExtent& remaining) {
+    index_.eraseIf([&](int id) { return !remaining.reaches(lastOf(id), limits_); });
   }
 
-  /// Lets `add(tree)` add a node, which it returns, to the first tree of the list that is near the
-  /// feature in y, does not end on its line, and `fits(tree)`. Returns false if there is none.
+  /// Attaches a feature to the first tree of the list that ends near it in y, does not end on its
+  /// line, and `fits(tree)`. `add(tree)` appends the node and returns it. Returns false if there is
+  /// no such tree.
   template <typename Fits, typename Add>
   bool growFirst(const Node& feature, Fits fits, Add add) {
     const int id =
@@ -86,8 +90,8 @@ class OpenTrees {
     enter(trees_.size() - 1, true);
   }
 
-  /// Ids of the growing trees that are to close, from the last to the first: those that
-  /// `closes(tree, lastLine)`. The caller closes or removes them.
+  /// Returns the ids of the growing trees that are due to close, from the last to the first: those
+  /// for which `closes(tree, lastLine)`. The caller must close or remove them.
   template <typename Closes>
   const std::vector<int>& due(Closes closes) {
     due_.clear();
@@ -135,14 +139,14 @@ class OpenTrees {
     return placeOf(lastOf(id));
   }
 
-  /// Fetches the memory that the tree's next node will be written to, as a rule on the next line.
+  /// Prefetches the memory for the next node, which is usually written on the next line.
   static void prefetchNextNode(const Tree& tree) {
     const auto& nodes = tree.treeNodes;
-    __builtin_prefetch(nodes.data() + std::min(nodes.size() + 1, nodes.capacity()), 1);
+    prefetchForWrite(nodes.data() + std::min(nodes.size() + 1, nodes.capacity()));
   }
 
   [[nodiscard]] bool canClose(const Tree& tree) const {
-    return tree.treeState == TREE_GROWING && (!spareOneLiners_ || linesSpanned(tree) >= 1);
+    return tree.treeState == TREE_GROWING && (!keepOneLineTrees_ || linesSpanned(tree) >= 1);
   }
 
   void enter(std::size_t tree, bool canGrow) {
@@ -152,7 +156,7 @@ class OpenTrees {
     watch(id);
   }
 
-  /// Watches a tree from the time that it can close.
+  /// Watches a tree as soon as it can close.
   void watch(int id) {
     Slot& slot = slots_[id];
     if (!slot.isWatched && canClose(trees_[slot.tree])) {
@@ -179,9 +183,9 @@ class OpenTrees {
 
   std::vector<Tree>& trees_;
   SQO_treeGrowParam limits_;
-  bool spareOneLiners_;
+  bool keepOneLineTrees_;
   std::vector<Slot> slots_;   // by id
-  NearIndex index_;           // the trees that can take a feature
+  NearIndex index_;           // the trees that a feature can attach to
   std::vector<int> watched_;  // the trees that can close
   std::vector<int> due_;      // the result of due()
 };

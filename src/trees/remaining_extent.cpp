@@ -16,8 +16,8 @@ void RemainingExtent::addPlace(int line, double x) {
   }
 }
 
-/// Tests the nearest line and the nearest x. Differences round monotonically, so no feature of the
-/// extent is closer than these.
+/// Tests the nearest line and the nearest x. Differences round monotonically, so the computed
+/// distance of no feature of the extent is smaller.
 bool RemainingExtent::reachesPlace(int line, double x, const SQO_treeGrowParam& limits) const {
   if (firstLine_ > lastLine_) {
     return false;

@@ -6,7 +6,7 @@
 
 namespace scanline::detail {
 
-/// The extent, in lines and in x, of the features that a call has yet to place.
+/// The extent, in lines and in x, of the features that a call has not visited yet.
 class RemainingExtent {
  public:
   /// Adds the features of one line.
@@ -17,8 +17,8 @@ class RemainingExtent {
     }
   }
 
-  /// Whether a tree with this last node is within the limits in lines or in x of any of the
-  /// features. May be wrong only by returning true.
+  /// Returns false only if each of the features is outside the limits in lines and in x of a tree
+  /// with this last node.
   template <typename Node>
   [[nodiscard]] bool reaches(const Node& lastNode, const SQO_treeGrowParam& limits) const {
     return reachesPlace(lineOf(lastNode), positionOf(lastNode).x, limits);

@@ -1,3 +1,6 @@
+// Grows trees from the single features of a whole scan, which close by lines.
+#include <cassert>
+
 #include <scanline/trees.h>
 #include "trees/feature_rules.h"
 
@@ -5,7 +8,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// The lines of a scan with one of the lists of their records.
+/// The lines of a scan with the features of one list of their records.
 std::vector<detail::NodeLine<SQO_basicFeature1D>> linesOf(
     const std::vector<SQO_lineFeature>& records,
     std::vector<SQO_basicFeature1D> SQO_lineFeature::*list) {
@@ -38,6 +41,7 @@ void ju_getFeatureGrowingTrees_noTypeMatch(std::vector<SQO_lineFeature>& lineFea
                                            std::vector<SQO_featureTree>& trees,
                                            std::vector<SQO_featureTree>& endingTrees,
                                            SQO_treeGrowParam growParam) {
+  assert(&trees != &endingTrees);
   const detail::ScanRules rules = {growParam, false};
   detail::growTrees(linesOf(lineFeatures, &SQO_lineFeature::features), trees, rules);
   detail::growTrees(linesOf(lineFeatures, &SQO_lineFeature::endings), endingTrees, rules);

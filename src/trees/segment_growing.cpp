@@ -1,3 +1,4 @@
+// Grows trees from segments.
 #include <cmath>
 
 #include <scanline/trees.h>
@@ -11,7 +12,7 @@ double meanHeight(const SJU_segFeature& segment) {
   return (segment.startPt.z + segment.endPt.z) * 0.5;
 }
 
-/// Trees of segments, which follow each other with both of their ends.
+/// Trees of segments, which close by step. Both ends of a segment must fit.
 struct SegmentRules {
   using Tree = SJU_segFeatureTree;
   using Node = SJU_segFeature;
@@ -19,13 +20,14 @@ struct SegmentRules {
 
   SQO_treeGrowParam param;
 
-  /// A mean within its limit has a start within twice the limit.
+  /// `fits` tests the mean of the distances of both ends in x. If that is below the limit, the
+  /// distance of the starts alone is below twice the limit.
   [[nodiscard]] SQO_treeGrowParam limits() const {
-    SQO_treeGrowParam ofStarts = param;
-    ofStarts.maxSkipDistance *= 2.0;
-    return ofStarts;
+    SQO_treeGrowParam wide = param;
+    wide.maxSkipDistance *= 2.0;
+    return wide;
   }
-  /// The starts are within the limit of y already.
+  /// The starts are within the limit in y already.
   [[nodiscard]] bool fits(const Node& segment, const Tree& tree) const {
     const Node& last = tree.treeNodes.back();
     return param.yDeviation_max > std::abs(segment.endPt.y - last.endPt.y) &&
@@ -41,8 +43,8 @@ struct SegmentRules {
     tree.eLineIdx = lineIdx;
     tree.treeValue += meanHeight(segment);
   }
-  [[nodiscard]] bool closes(const Tree& tree, long long linesBehind, bool isLastLine) const {
-    return detail::closesByStep(tree, linesBehind, isLastLine, param);
+  [[nodiscard]] bool closes(const Tree& tree, long long lag, bool isLastLine) const {
+    return detail::closesByStep(tree, lag, isLastLine, param);
   }
   [[nodiscard]] bool keeps(const Tree& tree) const {
     return !(param.minLTypeTreeLen >= detail::extentX(tree));

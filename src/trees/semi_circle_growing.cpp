@@ -1,4 +1,6 @@
+// Grows trees from semi-circles, and moves those that close to the lists of the caller.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <iterator>
 #include <utility>
@@ -13,7 +15,7 @@ namespace {
 using Features = std::vector<SQO_featureSemiCircle>;
 using OpenTrees = detail::OpenTrees<SQO_semiCircleFeatureTree>;
 
-constexpr int kUsed = 5;  // the state of features that were chosen among
+constexpr int kUsed = 5;  // the state of features that competed for a tree
 
 bool startsTree(const SQO_featureSemiCircle& feature) {
   return feature.segState == 1 || feature.segState == 3;
@@ -32,8 +34,8 @@ SQO_semiCircleFeatureTree newTree(const SQO_featureSemiCircle& feature) {
   return tree;
 }
 
-/// Of the feature `first` and those right after it that could follow the tree's last node as well,
-/// adds the nearest in y and returns it. The others are used up with it.
+/// Attaches the nearest in y of the features that compete for a tree, and returns it: `first`, and
+/// those directly after it that are within the limits of the last node too.
 const SQO_featureSemiCircle& addNearest(Features::iterator first,
                                         Features::iterator end,
                                         const SQO_treeGrowParam& param,
@@ -42,28 +44,29 @@ const SQO_featureSemiCircle& addNearest(Features::iterator first,
   const auto distance = [&](const SQO_featureSemiCircle& feature) {
     return std::abs(feature.midPt.y - last.midPt.y);
   };
-  const auto rivalsEnd =
-      std::find_if_not(std::next(first), end, [&](const SQO_featureSemiCircle& rival) {
-        return param.yDeviation_max > distance(rival) && detail::isWithinSkipOf(last, rival, param);
+  const auto competitorsEnd =
+      std::find_if_not(std::next(first), end, [&](const SQO_featureSemiCircle& competitor) {
+        return param.yDeviation_max > distance(competitor) &&
+               detail::isWithinSkipOf(last, competitor, param);
       });
   const auto winner = std::min_element(
-      first, rivalsEnd, [&](const SQO_featureSemiCircle& a, const SQO_featureSemiCircle& b) {
+      first, competitorsEnd, [&](const SQO_featureSemiCircle& a, const SQO_featureSemiCircle& b) {
         return distance(a) < distance(b);
       });
   tree.treeNodes.push_back(*winner);
   tree.eLineIdx = winner->lineIdx;
-  if (rivalsEnd - first > 1) {
-    std::for_each(first, rivalsEnd,
+  if (competitorsEnd - first > 1) {
+    std::for_each(first, competitorsEnd,
                   [](SQO_featureSemiCircle& feature) { feature.segState = kUsed; });
   }
   return *winner;
 }
 
-/// Grows the trees by one line.
+/// Grows the trees by the features of one line.
 void growLine(Features& features, const SQO_treeGrowParam& param, OpenTrees& open) {
-  detail::RemainingExtent ahead;
-  ahead.add(features);
-  open.admit(ahead);
+  detail::RemainingExtent remaining;
+  remaining.add(features);
+  open.admit(remaining);
   for (auto feature = features.begin(); feature != features.end(); ++feature) {
     if (feature->segState == kUsed) {
       continue;
@@ -90,6 +93,7 @@ void qo_getFeatureGrowingTrees_semiCircle(std::vector<SQO_featureSemiCircle>& li
                                           std::vector<SQO_semiCircleFeatureTree>& longTrees,
                                           std::vector<SQO_semiCircleFeatureTree>& shortTrees,
                                           SQO_treeGrowParam growParam) {
+  assert(&trees != &longTrees && &trees != &shortTrees && &longTrees != &shortTrees);
   OpenTrees open(trees, growParam, false);
   growLine(line_features, growParam, open);
   const bool isLastLine = lineIdx == static_cast<long long>(lineNum) - 1;

@@ -8,7 +8,7 @@
 
 namespace scanline::detail {
 
-/// The features of one line, under the index that a grower knows the line by.
+/// The features of one line, with the index that the grower uses for the line.
 template <typename Node>
 struct NodeLine {
   int lineIdx;
@@ -29,7 +29,7 @@ struct NodeLine {
   }
 };
 
-/// The lines of a scan, known by their position in it.
+/// The lines of a scan, with their positions in it as indices.
 template <typename Node>
 std::vector<NodeLine<Node>> linesByPosition(const std::vector<std::vector<Node>>& features) {
   std::vector<NodeLine<Node>> lines;
@@ -41,7 +41,7 @@ std::vector<NodeLine<Node>> linesByPosition(const std::vector<std::vector<Node>>
   return lines;
 }
 
-/// The extent of the features from each line on.
+/// For each line, the extent of the features on it and on all following lines.
 template <typename Node>
 std::vector<RemainingExtent> remainingExtents(const std::vector<NodeLine<Node>>& lines) {
   std::vector<RemainingExtent> extents(lines.size() + 1);
@@ -52,13 +52,13 @@ std::vector<RemainingExtent> remainingExtents(const std::vector<NodeLine<Node>>&
   return extents;
 }
 
-/// The closing walk after a line.
+/// Closes trees after a line.
 template <typename Rules>
 void closeTrees(const NodeLine<typename Rules::Node>& line,
                 const Rules& rules,
                 OpenTrees<typename Rules::Tree>& open) {
   if (!line.isLast && !Rules::kClosesByStep && rules.param.maxLineSkipNum <= 0) {
-    return;  // only the last line closes trees
+    return;  // only the last line closes trees, so do not visit them
   }
   const auto closes = [&](const auto& tree, int lastLine) {
     return rules.closes(tree, lineGap(line.lineIdx, lastLine), line.isLast);
@@ -73,16 +73,16 @@ void closeTrees(const NodeLine<typename Rules::Node>& line,
 }
 
 /**
- * Grows trees line by line, and closes them after each line. The rules of a kind of tree are a
+ * Grows trees line by line, and closes trees after each line. The rules of a kind of tree are a
  * struct with
- * - `Tree` and `Node`;
- * - `param`, and `limits()`, within which a feature that joins a tree lies of its last node in y,
- *   and in lines or x;
- * - `fits(feature, tree)`, for a tree within the limits in y that does not end on the feature's
- *   line;
- * - `start(feature, lineIdx)`, a tree of one node, and `add(feature, lineIdx, tree)`;
- * - `kClosesByStep`: whether trees of one line never close, and others also by their mean step;
- * - `closes(tree, linesBehind, isLastLine)`, and `keeps(tree)`, whether a closed tree is kept.
+ * - `Tree` and `Node`, the types of a tree and its nodes;
+ * - `param`, the tuning;
+ * - `limits()`, as in `OpenTrees`. They must admit each feature that `fits` accepts.
+ * - `fits(feature, tree)`: whether a feature attaches to a tree. It is called only for trees that
+ *   end on another line, less than `limits().yDeviation_max` away in y.
+ * - `start(feature, lineIdx)`, which returns a tree of one node, and `add(feature, lineIdx, tree)`;
+ * - `kClosesByStep`: whether trees close by step; otherwise they close by lines;
+ * - `closes(tree, lag, isLastLine)`, and `keeps(tree)`: whether a tree that closes is kept.
  */
 template <typename Rules>
 void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
@@ -91,10 +91,10 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
   using Tree = typename Rules::Tree;
   using Node = typename Rules::Node;
   if (lines.empty()) {
-    return;  // with nothing to grow, trees passed in may be without nodes
+    return;  // trees that were passed in may then be without nodes
   }
-  std::vector<RemainingExtent> extents;  // most scans never need them
-  const auto aheadOf = [&](std::size_t i) -> const RemainingExtent& {
+  std::vector<RemainingExtent> extents;  // computed on first use: most scans never need them
+  const auto remainingFrom = [&](std::size_t i) -> const RemainingExtent& {
     if (extents.empty()) {
       extents = remainingExtents(lines);
     }
@@ -102,21 +102,21 @@ void growTrees(const std::vector<NodeLine<typename Rules::Node>>& lines,
   };
   OpenTrees<Tree> open(trees, rules.limits(), Rules::kClosesByStep);
   if (!trees.empty()) {
-    open.admit(aheadOf(0));
+    open.admit(remainingFrom(0));
   }
-  std::size_t crowd = 16;  // more open trees than this are worth pruning
+  std::size_t pruneAbove = 16;  // number of open trees
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const auto& line = lines[i];
-    crowd = std::max(crowd, 4 * line.count);
-    if (static_cast<std::size_t>(open.count()) > crowd) {
-      open.prune(aheadOf(i));
-      crowd = std::max(crowd, 2 * static_cast<std::size_t>(open.count()));
+    pruneAbove = std::max(pruneAbove, 4 * line.count);
+    if (static_cast<std::size_t>(open.count()) > pruneAbove) {
+      open.prune(remainingFrom(i));
+      pruneAbove = std::max(pruneAbove, 2 * static_cast<std::size_t>(open.count()));
     }
     for (const auto& feature : line) {
       const auto fits = [&](Tree& tree) { return rules.fits(feature, tree); };
       const auto add = [&](Tree& tree) -> const Node& {
         rules.add(feature, line.lineIdx, tree);
-        return feature;  // the node in the tree may not be in the cache
+        return feature;  // in the cache, unlike the node in the tree
       };
       if (!open.growFirst(feature, fits, add)) {
         open.append(rules.start(feature, line.lineIdx));

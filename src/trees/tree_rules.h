@@ -29,56 +29,57 @@ double lengthOf(const Tree& tree) {
   return planeDistance(positionOf(tree.treeNodes.front()), positionOf(tree.treeNodes.back()));
 }
 
-/// Lines from the first node's to the last one's, as the tree counts them.
+/// Number of lines from the first node of a tree to its last, by the line indices of the tree.
 template <typename Tree>
 long long linesSpanned(const Tree& tree) {
   return static_cast<long long>(tree.eLineIdx) - tree.sLineIdx;
 }
 
-/// Extent of a tree in x, from its first node to its last.
+/// Distance in x from the first node of a tree to its last.
 template <typename Tree>
 double extentX(const Tree& tree) {
   return distanceX(tree.treeNodes.front(), tree.treeNodes.back());
 }
 
-/// The limits along x: a feature follows a tree's last node in fewer lines than the one, or in less
-/// x than the other.
+/// The limits along x: a feature is fewer than `maxLineSkipNum` lines or less than
+/// `maxSkipDistance` in x from the last node of a tree.
 inline bool isWithinSkip(long long lines, double stepX, const SQO_treeGrowParam& param) {
   return lines < param.maxLineSkipNum || param.maxSkipDistance > stepX;
 }
 
-/// Whether a feature is within the limits along x of a tree's last node.
+/// Whether a feature is within the limits along x of the last node of a tree.
 template <typename Node>
 bool isWithinSkipOf(const Node& lastNode, const Node& feature, const SQO_treeGrowParam& param) {
   return isWithinSkip(lineGap(lineOf(feature), lineOf(lastNode)), distanceX(feature, lastNode),
                       param);
 }
 
-/// The closing rule of growers that close every tree at the last line. Before it, a tree closes
-/// once it is more lines behind than the limit; without a limit none does.
-inline bool closesByLines(long long linesBehind, bool isLastLine, const SQO_treeGrowParam& param) {
-  return isLastLine || (param.maxLineSkipNum > 0 && linesBehind > param.maxLineSkipNum);
+/// The closing rule of growers whose trees close by lines. A tree lags by the number of lines from
+/// its last node to the present line. If `maxLineSkipNum` is above 0, a tree closes when it lags by
+/// more lines. The last line closes all trees.
+inline bool closesByLines(long long lag, bool isLastLine, const SQO_treeGrowParam& param) {
+  return isLastLine || (param.maxLineSkipNum > 0 && lag > param.maxLineSkipNum);
 }
 
-/// The closing rule of growers that never close a tree which spans a single line, or has a node on
-/// this one. Without a limit in lines a tree closes by the x distance that it has skipped, as
-/// estimated from its mean step.
+/// The closing rule of growers whose trees close by step. A tree that spans a single line, or has a
+/// node on the present line, never closes. If `maxLineSkipNum` is not above 0, the distance in x
+/// that a tree has skipped counts, estimated from its mean step.
 template <typename Tree>
 bool closesByStep(const Tree& tree,
-                  long long linesBehind,
+                  long long lag,
                   bool isLastLine,
                   const SQO_treeGrowParam& param) {
-  if (linesBehind < 1 || linesSpanned(tree) < 1) {
+  if (lag < 1 || linesSpanned(tree) < 1) {
     return false;
   }
   if (isLastLine || param.maxLineSkipNum > 0) {
-    return closesByLines(linesBehind, isLastLine, param);
+    return closesByLines(lag, isLastLine, param);
   }
   const double meanStep = extentX(tree) / static_cast<double>(linesSpanned(tree));
-  return meanStep * static_cast<double>(linesBehind) > param.maxSkipDistance;
+  return meanStep * static_cast<double>(lag) > param.maxSkipDistance;
 }
 
-/// Removes each tree that spans a single line, in any state.
+/// Removes all trees that span a single line, whatever their state.
 template <typename Tree>
 void removeTreesOfOneLine(std::vector<Tree>& trees) {
   const auto isOfOneLine = [](const Tree& tree) { return linesSpanned(tree) == 0; };

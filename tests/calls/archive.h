@@ -1,6 +1,6 @@
 #pragma once
 
-/// Walks over every number of an argument, whatever its type: to compare, to hash, to replace.
+/// Visits every number of an argument of any type, to compare, hash or replace it.
 
 #include <algorithm>
 #include <cstddef>
@@ -15,14 +15,14 @@
 
 namespace calls {
 
-/// An image that is a view of a larger one, whose other bytes must stay.
+/// An image that is a view of a larger one, whose other bytes must not change.
 struct Image {
   static constexpr std::uint8_t kMargin = 0xA5;
   cv::Mat whole;
   cv::Mat view;
 };
 
-/// A scan in pointer form with what it points to.
+/// A scan in pointer form, with the samples to which it points.
 struct PointerScan {
   std::vector<std::vector<STesk3DPosition>> scan;
   std::vector<STesk3DLaserLine> lines;
@@ -33,7 +33,7 @@ struct ColourLine {
   STeskXYZRGBDLaserLine line;
 };
 
-/// Takes the place of any field, to count those of a record.
+/// Converts to the type of any field, to count the fields of a record.
 struct AnyField {
   template <typename T>
   operator T() const;  // NOLINT(google-explicit-constructor)

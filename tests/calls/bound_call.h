@@ -14,7 +14,7 @@
 
 namespace calls {
 
-/// Holds what is passed for a parameter of type P.
+/// Holds the argument for a parameter of type P.
 template <typename P>
 struct Held {
   std::decay_t<P> value{};
@@ -99,7 +99,7 @@ class BoundCall : public Call {
   template <std::size_t I>
   using Parameter = std::tuple_element_t<I, std::tuple<P...>>;
 
-  /// Whether an int comes after a pointer to samples or lines and is their number.
+  /// Whether parameter I is the number of the samples or lines to which the preceding one points.
   template <std::size_t I>
   static constexpr bool isCount() {
     if constexpr (I > 0) {

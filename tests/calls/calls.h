@@ -1,6 +1,6 @@
 #pragma once
 
-/// One call of each exported function, as a table, and what the checks of the table share.
+/// A table with a call of each exported function, and functions for the checks of the table.
 
 #include <cstdint>
 #include <functional>
@@ -14,10 +14,10 @@
 
 namespace calls {
 
-/// What must never be: a tree without nodes, an image with a size but no data, a changed margin.
+/// Marks a defect: a tree without nodes, an image with a size but no data, a changed margin.
 struct Broken {};
 
-/// A number of a call: where it is if it can be replaced, or a value such as a size.
+/// A number of a call: its address if it can be replaced, or a value such as a size.
 using Number = std::variant<double*, float*, int*, std::uint64_t, Broken>;
 using Visitor = std::function<void(Number)>;
 
@@ -31,13 +31,13 @@ class Call {
   virtual void visit(int argument, const Visitor& visitor) = 0;
 };
 
-/// One exported function: how to build a call of it, and what holds for its arguments.
+/// An exported function: how to build a call of it, and the rules for its arguments.
 struct Row {
   std::string name;
   std::function<std::unique_ptr<Call>(unsigned seed, int size)> make;
   std::vector<int> incomplete = {};  ///< Arguments that an exception leaves valid but incomplete.
-  std::vector<int> fixed = {};       ///< Arguments whose numbers must go with the others.
-  std::vector<int> indices = {};     ///< Arguments whose ints must.
+  std::vector<int> fixed = {};       ///< Arguments whose numbers must not be replaced.
+  std::vector<int> indices = {};     ///< Arguments whose ints must not.
   int minSize = 0;                   ///< Smallest input that is allowed.
 
   Row mayLose(std::initializer_list<int> arguments) && {
@@ -67,12 +67,13 @@ inline void PrintTo(const Row& row, std::ostream* out) {
 const std::vector<Row>& table();
 bool contains(const std::vector<int>& arguments, int argument);
 
-/// The numbers of an argument, or of the result: each bit of them but those of NaNs.
+/// The bits of the numbers of an argument or of the result. All NaNs are the same.
 using Numbers = std::vector<std::uint64_t>;
 Numbers numbersOf(Call& call, int argument);
-/// Whether nothing in the arguments and the result is broken.
+/// Whether the arguments and the result have no defect.
 bool isValid(Call& call);
-/// Hash of what the calls of the first seeds leave. If `rounded`, values count to seven digits.
+/// Hash of the arguments and results after the calls with the first seeds. If `rounded`, values are
+/// rounded to seven digits.
 std::uint64_t hashOf(const Row& row, int seeds, bool rounded = false);
 /// The line of a function in a list of results.
 std::string resultsOf(const Row& row, bool rounded);

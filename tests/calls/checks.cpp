@@ -16,7 +16,7 @@ std::uint64_t bitsOf(double value, bool rounded) {
     return 0x7FF8000000000000;
   }
   if (rounded) {
-    // The last digits may differ between mathematics libraries, and zeros may be noise.
+    // The last digits may differ between mathematics libraries, and tiny values may be noise.
     char text[32];
     std::snprintf(text, sizeof text, "%.6e", std::abs(value) < 1e-8 ? 0.0 : value);
     value = std::strtod(text, nullptr);

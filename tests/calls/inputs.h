@@ -44,7 +44,7 @@ inline void fill(Scene& s, std::vector<int>& marks) {
   std::generate(marks.begin(), marks.end(), [&s] { return s(0, 0, 1); });
 }
 
-// Places
+// Positions
 
 inline void fill(Scene& s, STesk2DPoint& cell) {
   cell = {s.whole(0, s.columns - 1), s.whole(0, s.rows - 1)};
@@ -203,7 +203,8 @@ void fill(Scene& s, T& value) {
   }
 }
 
-/// Lists of points and of cells are as long as a line of the scan, lists of lines as the scan.
+/// Lists of points and of cells are as long as a line of the scan, lists of lines as long as the
+/// scan.
 template <typename T>
 void fill(Scene& s, std::vector<T>& list) {
   constexpr bool isPoint = std::is_same_v<T, STesk3DPoint> || std::is_same_v<T, cv::Point2d> ||

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What the inputs of a call are built from.
+/// The random numbers and sizes from which the inputs of a call are built.
 
 #include <algorithm>
 #include <cmath>
@@ -12,7 +12,7 @@
 
 namespace calls {
 
-/// What the arguments of one call have in common.
+/// The random numbers and sizes that the arguments of one call share.
 struct Scene {
   Scene(unsigned seed, int aSize)
       : random(seed),
@@ -45,7 +45,7 @@ struct Scene {
   int line;     ///< Index of the line that features are on.
 };
 
-/// An image whose channels all come from `value`, as a view with a margin of known bytes.
+/// An image with values from `value()`, as a view with a margin of known bytes.
 template <typename Value>
 Image makeImage(int rows, int columns, int type, const Value& value) {
   Image image;

@@ -147,40 +147,41 @@ std::vector<Row> trees() {
   };
 }
 
+const auto image = [](int type, auto... choices) {
+  return
+      [=](Scene& s) { return makeImage(s.rows, s.columns, type, [&] { return s(choices...); }); };
+};
+const auto projected = [](Scene& s, auto& arguments) {
+  auto& [scan, xRange, yRange, scale, zLimit, edge, link, mask, back] = arguments;
+  const STesk3DRangeD box = qo_getScanDataROI_vector(scan.value);
+  xRange.value = {box.xRange.min - s.whole(0, 2) * 0.5, box.xRange.max};
+  yRange.value = {box.yRange.min - s.whole(0, 2) * 0.5, box.yRange.max};
+  const auto pixels = [&, e = edge.value, k = scale.value](const STeskRangeD& range) {
+    return static_cast<int>((range.max - range.min) / k) + 2 * e + 2;
+  };
+  const int rows = pixels(yRange.value);
+  const int columns = pixels(xRange.value);
+  mask.value = makeImage(rows, columns, CV_32F, [&] { return s.random.chance(5) ? 1.0 : 0.0; });
+  back.value = makeImage(rows, columns, CV_32SC2, [] { return -1; });
+};
+const auto flags = [](Scene& s, auto& arguments) {
+  for (auto& line : std::get<0>(arguments).value.scan) {
+    for (STesk3DPosition& sample : line) {
+      const int mark = s.random.chance(20) ? 256 : 0;
+      const int across = s(0, 0, 0, 1, 2, 4, 6) * 16;
+      sample.nPointIdx = s(0, 0, 0, 1, 2, 3, 4, 5, 7) + across + mark;
+    }
+  }
+};
+const auto seeds = [](Scene& s) {
+  std::vector<SQO_2DValueI> list(static_cast<std::size_t>(s.whole(1, 3)));
+  for (SQO_2DValueI& seed : list) {
+    seed = {s.whole(0, s.columns - 1), s.whole(0, s.columns - 1), 5, 6.5, 7};
+  }
+  return list;
+};
+
 std::vector<Row> clustersAndMaps() {
-  const auto image = [](int type, auto... choices) {
-    return
-        [=](Scene& s) { return makeImage(s.rows, s.columns, type, [&] { return s(choices...); }); };
-  };
-  const auto projected = [](Scene& s, auto& arguments) {
-    auto& [scan, xRange, yRange, scale, zLimit, edge, link, mask, back] = arguments;
-    const STesk3DRangeD box = qo_getScanDataROI_vector(scan.value);
-    xRange.value = {box.xRange.min - s.whole(0, 2) * 0.5, box.xRange.max};
-    yRange.value = {box.yRange.min - s.whole(0, 2) * 0.5, box.yRange.max};
-    const auto pixels = [&, e = edge.value, k = scale.value](const STeskRangeD& range) {
-      return static_cast<int>((range.max - range.min) / k) + 2 * e + 2;
-    };
-    const int rows = pixels(yRange.value);
-    const int columns = pixels(xRange.value);
-    mask.value = makeImage(rows, columns, CV_32F, [&] { return s.random.chance(5) ? 1.0 : 0.0; });
-    back.value = makeImage(rows, columns, CV_32SC2, [] { return -1; });
-  };
-  const auto flags = [](Scene& s, auto& arguments) {
-    for (auto& line : std::get<0>(arguments).value.scan) {
-      for (STesk3DPosition& sample : line) {
-        const int mark = s.random.chance(20) ? 256 : 0;
-        const int across = s(0, 0, 0, 1, 2, 4, 6) * 16;
-        sample.nPointIdx = s(0, 0, 0, 1, 2, 3, 4, 5, 7) + across + mark;
-      }
-    }
-  };
-  const auto seeds = [](Scene& s) {
-    std::vector<SQO_2DValueI> list(static_cast<std::size_t>(s.whole(1, 3)));
-    for (SQO_2DValueI& seed : list) {
-      seed = {s.whole(0, s.columns - 1), s.whole(0, s.columns - 1), 5, 6.5, 7};
-    }
-    return list;
-  };
   return {
       row(NAMED(qo_pointClustering), at<1>(1.0, 1.5, 3.0)),
       row(NAMED(ju_gridPointClustering), at<2>(0, 1, 2)).mayLose({0, 5, 6}).keep({5}),

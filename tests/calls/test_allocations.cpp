@@ -9,8 +9,8 @@
 
 #include "calls.h"
 
-// The allocation functions of the C library, in place of its own, so that those of the C++ library,
-// of OpenCV and of Eigen all come here.
+// The allocation functions of the C library, which are replaced below. Those of the C++ library, of
+// OpenCV and of Eigen call the replacements.
 extern "C" {
 void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
@@ -24,7 +24,7 @@ namespace {
 struct Allocations {
   long live = 0;          ///< Blocks allocated less blocks freed.
   long untilFailure = 0;  ///< Number of the allocation that fails next; 0 if none does.
-  bool forever = false;   ///< Whether all that follow it fail as well.
+  bool forever = false;   ///< Whether all later allocations fail too.
   bool failed = false;
 };
 thread_local Allocations state;
@@ -47,7 +47,7 @@ void* counted(void* block) {
 }  // namespace
 
 // NOLINTBEGIN(cppcoreguidelines-no-malloc,readability-inconsistent-declaration-parameter-name):
-// these are the functions that the checks are about
+// these functions replace those of the C library
 extern "C" {
 void* malloc(std::size_t size) {
   return fails() ? nullptr : counted(__libc_malloc(size));
@@ -121,7 +121,7 @@ TEST_P(EveryFunction, SurvivesEachFailingAllocation) {
     bool finished = false;
     for (long number = 1; !finished; ++number) {
       long leaked = 0;
-      for (int round = 0; round < 2; ++round) {  // the first may set up what stays for good
+      for (int round = 0; round < 2; ++round) {  // the first may initialise what is kept
         const long live = state.live;
         finished = runFailing(GetParam(), k / 2, number, findings);
         leaked = state.live - live;

@@ -18,25 +18,25 @@ namespace {
 using calls::Call;
 using calls::Row;
 
-const double kOddReals[] = {std::nan(""),
-                            HUGE_VAL,
-                            -HUGE_VAL,
-                            0.0,
-                            -0.0,
-                            5e-324,
-                            -1e-310,
-                            std::numeric_limits<double>::max(),
-                            -std::numeric_limits<double>::max(),
-                            0.0001,
-                            std::nextafter(0.0001, 0.0),
-                            std::nextafter(0.0001, 1.0),
-                            1e8,
-                            -2147483649.0};
-const int kOddInts[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
+const double kSpecialReals[] = {std::nan(""),
+                                HUGE_VAL,
+                                -HUGE_VAL,
+                                0.0,
+                                -0.0,
+                                5e-324,
+                                -1e-310,
+                                std::numeric_limits<double>::max(),
+                                -std::numeric_limits<double>::max(),
+                                0.0001,
+                                std::nextafter(0.0001, 0.0),
+                                std::nextafter(0.0001, 1.0),
+                                1e8,
+                                -2147483649.0};
+const int kSpecialInts[] = {INT_MIN, INT_MIN + 1, -1, 0, 1, INT_MAX - 1, INT_MAX};
 
-/// Puts an odd number in the place of the `place`-th number that may have any value; of a long
-/// argument some have their turn. Returns the number of such places.
-int replaceOne(Call& call, const Row& row, int place, std::size_t odd) {
+/// Replaces number `place` of those that may have any value by a special value. Of a long argument,
+/// only some numbers are candidates. Returns the number of candidates.
+int replaceOne(Call& call, const Row& row, int place, std::size_t special) {
   int count = 0;
   const auto put = [&](auto* at, auto value) {
     *at = count++ == place ? static_cast<std::remove_pointer_t<decltype(at)>>(value) : *at;
@@ -49,12 +49,12 @@ int replaceOne(Call& call, const Row& row, int place, std::size_t odd) {
         return;
       }
       if (double* const* real = std::get_if<double*>(&number)) {
-        put(*real, kOddReals[odd]);
+        put(*real, kSpecialReals[special]);
       } else if (float* const* single = std::get_if<float*>(&number)) {
-        put(*single, kOddReals[odd]);
+        put(*single, kSpecialReals[special]);
       } else if (int* const* whole = std::get_if<int*>(&number);
                  whole != nullptr && !calls::contains(row.indices, argument)) {
-        put(*whole, kOddInts[odd % std::size(kOddInts)]);
+        put(*whole, kSpecialInts[special % std::size(kSpecialInts)]);
       }
     });
   }
@@ -63,18 +63,18 @@ int replaceOne(Call& call, const Row& row, int place, std::size_t odd) {
 
 class EveryInput : public testing::TestWithParam<Row> {};
 
-TEST_P(EveryInput, MayHoldOddNumbers) {
+TEST_P(EveryInput, MayHoldSpecialValues) {
   const Row& row = GetParam();
   const int places = replaceOne(*row.make(1, 20), row, -1, 0);
   for (int place = 0; place < places; ++place) {
-    for (std::size_t odd = 0; odd < std::size(kOddReals); ++odd) {
+    for (std::size_t special = 0; special < std::size(kSpecialReals); ++special) {
       const auto call = row.make(1, 20);
-      replaceOne(*call, row, place, odd);
+      replaceOne(*call, row, place, special);
       try {
         call->run();
-      } catch (const std::exception&) {  // as for heights that are too far apart
+      } catch (const std::exception&) {  // e.g. for heights that are too far apart
       }
-      EXPECT_TRUE(isValid(*call)) << "odd number " << odd << " in place " << place;
+      EXPECT_TRUE(isValid(*call)) << "special value " << special << " at number " << place;
     }
   }
 }

@@ -21,7 +21,7 @@ namespace {
 
 using calls::Row;
 
-/// What no call may change for its thread or its process.
+/// The state of the thread and the process that no call may change.
 std::vector<std::string> surroundings() {
   std::vector<std::string> state = {
       std::to_string(std::fegetround()), std::setlocale(LC_ALL, nullptr), std::locale().name(),
@@ -35,7 +35,7 @@ std::vector<std::string> surroundings() {
   return state;
 }
 
-TEST(Surroundings, StayAsTheyAre) {
+TEST(Surroundings, AreUnchanged) {
   std::fenv_t usual;
   std::fegetenv(&usual);
   std::setlocale(LC_ALL, "C.UTF-8");
@@ -75,7 +75,7 @@ TEST(Output, IsTwoMessagesAtMost) {
       "Error: \xcc\xd8\xd5\xf7\xd6\xb5\xb7\xd6\xbd\xe2\xca\xa7\xb0\xdc\xa3\xa1\n");
 }
 
-TEST(Threads, GetTheResultsOfOne) {
+TEST(Threads, GiveTheResultsOfOneThread) {
   std::vector<std::uint64_t> expected;
   for (const Row& row : calls::table()) {
     expected.push_back(hashOf(row, 16));
@@ -86,7 +86,7 @@ TEST(Threads, GetTheResultsOfOne) {
     threads.emplace_back([&found, t] {
       const std::vector<Row>& table = calls::table();
       for (std::size_t k = 0; k < table.size(); ++k) {
-        const std::size_t at = (k + t / 2 * 11) % table.size();  // two at a time in one function
+        const std::size_t at = (k + t / 2 * 11) % table.size();  // two threads in each function
         found[t][at] = hashOf(table[at], 16);
       }
     });
@@ -99,7 +99,7 @@ TEST(Threads, GetTheResultsOfOne) {
   }
 }
 
-/// The first word of each line up to a bracket.
+/// The lines of a file, each up to its first bracket.
 std::vector<std::string> namesIn(const char* path) {
   std::ifstream file(path);
   std::vector<std::string> names;
@@ -121,7 +121,7 @@ TEST(Table, HoldsTheExportedFunctions) {
 }
 
 // After an intended change: scanline_call_tests --rounded > tests/calls/results.txt
-TEST(Results, AreThoseOnRecord) {
+TEST(Results, MatchTheRecordedOnes) {
   const std::vector<std::string> expected = namesIn(RESULTS);
   ASSERT_EQ(expected.size(), calls::table().size());
   for (std::size_t k = 0; k < expected.size(); ++k) {

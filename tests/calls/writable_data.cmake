@@ -7,8 +7,8 @@ if(NOT result EQUAL 0)
   message(FATAL_ERROR "${objdump} cannot read ${library}")
 endif()
 
-# What the compiler's start-up code, its table of the processor, <iostream> and Eigen's cache sizes
-# bring along.
+# Data of the compiler's start-up code and processor detection, of <iostream> and of Eigen's cache
+# sizes.
 set(allowed
     "^(completed\\.0|__dso_handle|__TMC_END__|DW\\.ref\\.__gxx_personality_v0|__cpu_model|__cpu_features2|_ZStL8__ioinit|_ZG?V?ZN5Eigen8internal20manage_caching_sizes.*)$"
 )
@@ -27,4 +27,4 @@ endforeach()
 if(found)
   message(FATAL_ERROR "writable data: ${found}")
 endif()
-message("no writable data beside what is allowed, of ${count} objects")
+message("no writable data except for what is allowed, in ${count} objects")

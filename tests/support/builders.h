@@ -1,6 +1,6 @@
 #pragma once
 
-/// Small builders of samples, lines and scans for the tests, and a short form of what is found.
+/// Builders of samples, lines and scans for the tests, and short forms of results.
 
 #include <gtest/gtest.h>
 
@@ -27,7 +27,7 @@ inline STesk3DPosition sample(double x, double y, double z, int idx = 0) {
   return {idx, {x, y, z}};
 }
 
-/// A line at `x` whose samples stand 1.0 apart in y (from 0.0), with the given z; 0.0 is a hole.
+/// A line at `x` with the given z, its samples `step` apart in y from 0.0.
 inline Line lineOfZ(const std::vector<double>& z, double x = 0.0, double step = 1.0) {
   Line line;
   for (double value : z) {
@@ -61,7 +61,7 @@ inline Scan surfaceScan(int lines,
   return scan;
 }
 
-/// The pointer form of a scan that stays owned by `scan`.
+/// The pointer form of a scan. The samples still belong to `scan`.
 inline std::vector<STesk3DLaserLine> pointerForm(Scan& scan) {
   std::vector<STesk3DLaserLine> lines;
   for (Line& line : scan) {
@@ -75,7 +75,7 @@ class Random {
  public:
   explicit Random(unsigned seed) : engine_(seed) {}
 
-  /// A whole number from `low` to `high`, both included.
+  /// An integer from `low` to `high`, inclusive.
   int whole(int low, int high) {
     const unsigned count = static_cast<unsigned>(high) - static_cast<unsigned>(low) + 1;
     return static_cast<int>(static_cast<unsigned>(low) + engine_() % count);
@@ -83,7 +83,7 @@ class Random {
   bool chance(int percent) {
     return whole(1, 100) <= percent;
   }
-  /// A multiple of `step` above `low`, up to `high`. One in eight lies beside the grid.
+  /// A multiple of `step` above `low`, up to `high`. One in eight lies off the grid.
   double grid(double low, double high, double step = 0.25) {
     const double value = low + step * whole(0, static_cast<int>((high - low) / step));
     return chance(12) ? value + 0.001 * whole(1, 99) : value;
@@ -122,7 +122,7 @@ inline Line randomLine(Random& random, int count, double x) {
   return line;
 }
 
-/// A scan whose lines mostly follow the one before them, with noise, holes and a slope in x.
+/// A scan whose lines mostly repeat the line before them, with noise, holes and a slope in x.
 inline Scan randomScan(Random& random, int lines, int samples) {
   const double step = random.pick({0.5, 1.0, 2.0});
   const double x = random.grid(2.0, 7.0);
@@ -187,7 +187,7 @@ inline std::vector<int> stampsOf(const Line& line) {
   return stamps;
 }
 
-/// Every bit of a line but the sign of its NaN, to compare and to read.
+/// All bits of a line, except for the bits of NaNs, to compare and to print.
 inline std::string text(const Line& line) {
   const auto bits = [](double value) { return std::isnan(value) ? std::nan("") : value; };
   std::ostringstream out;
@@ -204,7 +204,7 @@ inline SQO_basicFeature1D feature(
   return {type, {line, 0}, {static_cast<double>(line), y, z}, value};
 }
 
-/// The positions as "x,y ".
+/// Each position as "x,y ".
 inline std::string text(const std::vector<STesk2DPoint>& positions) {
   std::string out;
   for (const STesk2DPoint& at : positions) {
@@ -222,7 +222,7 @@ inline void expectNear(const std::vector<double>& values,
   }
 }
 
-/// Type and sample of each feature.
+/// Type and sample index of each feature.
 using Found = std::vector<std::pair<int, int>>;
 
 inline Found found(const std::vector<SQO_basicFeature1D>& features) {

@@ -1,6 +1,6 @@
 #pragma once
 
-/// Random lines whose values come from a small grid, so that ties and values right at a limit are
+/// Random lines whose values come from a small grid, so that ties and values exactly at a limit are
 /// frequent.
 
 #include <algorithm>
@@ -22,8 +22,8 @@ struct GridLines : Random {
     return values[static_cast<std::size_t>(below(static_cast<int>(values.size())))];
   }
 
-  /// Up to `maxCount` samples whose z grows by one of `rises` from each to the next, away from zero
-  /// in all axes. One in ten or so is a hole, no number, or exactly 0.0001; stamps are any.
+  /// Up to `maxCount` samples. From each to the next z grows by one of `rises`. About one sample in
+  /// ten has a z that is 0, negative, exactly 0.0001, infinite or NaN. Stamps are random.
   Line line(int maxCount, const std::vector<double>& rises) {
     Line line;
     STesk3DPoint at = {5.0, pick({-40.0, 60.0}), 60.0};
@@ -39,7 +39,7 @@ struct GridLines : Random {
   }
 };
 
-/// Every bit of the features of line 7, without a value as most of them are.
+/// All bits of the features of line 7, whose values must be 0.
 inline std::string text(const std::vector<SQO_basicFeature1D>& features) {
   Line line;
   for (const SQO_basicFeature1D& f : features) {

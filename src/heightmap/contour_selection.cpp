@@ -1,4 +1,6 @@
+// Selects contour points, and pairs of them, by their edges.
 #include <algorithm>
+#include <cassert>
 #include <cstddef>
 #include <vector>
 
@@ -6,17 +8,27 @@
 
 namespace {
 
-/// Contour points as plain positions.
-class PickedPoints {
+bool facesWalk(const SQO_contourPtInfo& point) {
+  return point.sideFlag >= 1;
+}
+
+/// The side verdict: 1 if more than half of all points in a list were added and face the walk.
+int verdictOn(std::size_t facing, std::size_t listSize) {
+  return 2 * facing > listSize ? 1 : 0;
+}
+
+/// Selected contour points as plain positions.
+class SelectedPoints {
  public:
   void add(const SQO_contourPtInfo& point, int tag) {
     points_.push_back({point.x, point.y, point.type, point.edgePt.z, tag});
-    facing_ += point.sideFlag >= 1 ? 1 : 0;
+    facing_ += facesWalk(point) ? 1 : 0;
   }
-  /// Appends the points. Returns the verdict: 1 if more than half of the whole list face the walk.
+  /// Appends the points. Returns the side verdict: 1 if more than half of the whole list are
+  /// selected points that face the walk, otherwise 0.
   [[nodiscard]] int appendTo(std::vector<SQO_2DValueI>& list) const {
     list.insert(list.end(), points_.begin(), points_.end());
-    return 2 * facing_ > list.size() ? 1 : 0;
+    return verdictOn(facing_, list.size());
   }
 
  private:
@@ -33,7 +45,7 @@ struct EdgeStat {
   }
 };
 
-/// Per-edge statistics of contour points.
+/// Statistics of the contour points of each edge.
 struct EdgeTable {
   std::vector<EdgeStat> stats;  ///< By label.
   std::vector<int> labels;      ///< In the order in which they appear.
@@ -44,10 +56,11 @@ EdgeTable sumByEdge(const std::vector<SQO_contourPtInfo>& contourPts, int maxEdg
   for (const SQO_contourPtInfo& point : contourPts) {
     largest = std::max(largest, point.edgeId);
   }
-  // Widened so that a label below -1 asks for an impossible table instead of a wrapped one.
+  // In 64 bits: the largest int plus 1 must not overflow, nor a negative size wrap to a small one.
   const auto size = static_cast<std::size_t>(std::min(maxEdgeId, largest) + 1LL);
   EdgeTable table = {std::vector<EdgeStat>(size), {}};
   for (const SQO_contourPtInfo& point : contourPts) {
+    assert(point.edgeId >= 0 && point.edgeId <= maxEdgeId);
     EdgeStat& stat = table.stats[point.edgeId];
     if (stat.ptCount == 0) {
       table.labels.push_back(point.edgeId);
@@ -77,13 +90,24 @@ double closestMean(const EdgeTable& table) {
   return best;
 }
 
+bool isInside(const STesk3DPoint& point, const STeskRangeD& window, bool useX) {
+  const double value = useX ? point.x : point.y;
+  return value > window.min && value < window.max;
+}
+
+bool joinsEdges(const SQO_conotourPair& pair, const std::vector<SQO_intPair>& edgePairs) {
+  return std::any_of(edgePairs.begin(), edgePairs.end(), [&](const SQO_intPair& edges) {
+    return pair.edgeId_1 == edges.first && pair.edgeId_2 == edges.second;
+  });
+}
+
 }  // namespace
 
 void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
                       int edgeId,
                       std::vector<SQO_2DValueI>& contourPts,
                       int* sideVerdict) {
-  PickedPoints points;
+  SelectedPoints points;
   for (const SQO_lineConotours& contour : contours) {
     for (const SQO_contourPtInfo& point : contour.contourPts) {
       if (point.edgeId == edgeId) {
@@ -92,6 +116,33 @@ void qo_getContourPts(std::vector<SQO_lineConotours>& contours,
     }
   }
   *sideVerdict = points.appendTo(contourPts);
+}
+
+void qo_getPairingContourPts(std::vector<SQO_conotourPair>& pairs,
+                             std::vector<SQO_intPair>& edgePairs,
+                             std::vector<SQO_conotourPair>& matched,
+                             STeskRangeD window,
+                             bool useX,
+                             int* sideVerdict_1,
+                             int* sideVerdict_2) {
+  assert(&matched != &pairs);
+  std::vector<SQO_conotourPair> kept;
+  std::size_t facing1 = 0;
+  std::size_t facing2 = 0;
+  for (const SQO_conotourPair& pair : pairs) {
+    if (isInside(pair.contourPt_1.edgePt, window, useX) &&
+        isInside(pair.contourPt_2.edgePt, window, useX) && joinsEdges(pair, edgePairs)) {
+      kept.push_back(pair);
+      facing1 += facesWalk(pair.contourPt_1) ? 1 : 0;
+      facing2 += facesWalk(pair.contourPt_2) ? 1 : 0;
+    }
+  }
+  matched.insert(matched.end(), kept.begin(), kept.end());
+  *sideVerdict_1 = 0;
+  *sideVerdict_2 = 0;
+  // Both may be the same variable, which then becomes 1 if either verdict is 1.
+  *sideVerdict_1 |= verdictOn(facing1, matched.size());
+  *sideVerdict_2 |= verdictOn(facing2, matched.size());
 }
 
 void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
@@ -107,8 +158,8 @@ void qo_contourPostProc(std::vector<SQO_contourPtInfo>& contourPts,
   EdgeTable table = sumByEdge(contourPts, maxEdgeId);
   dropShortEdges(3 * contourPts.size() / 10, table);
   const double best = closestMean(table);
-  PickedPoints points;
-  // A pass per edge is cheap: no more than three can hold over 30 % of the points each.
+  SelectedPoints points;
+  // A pass per edge is cheap: at most three edges can each hold more than 30 % of the points.
   for (const int label : table.labels) {
     if (!(distTol > table.stats[label].meanDist() - best)) {
       continue;
