@@ -1,6 +1,8 @@
 #include "roads/split.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <cmath>
 #include <iterator>
 #include <memory>
 #include <utility>
@@ -55,17 +57,23 @@ const PlaneCandidate& beltOf(const Split& split, const PlaneChoice& plane) {
   return *plane.chosen;
 }
 
-Table objectTable(const std::vector<SplitObject>& objects, const std::string& unit) {
+/// Decimals that show a fiftieth of a pixel.
+int decimalsFor(double pixel) {
+  return std::clamp(static_cast<int>(std::ceil(-std::log10(0.02 * pixel))), 0, 9);
+}
+
+Table objectTable(const std::vector<SplitObject>& objects, const std::string& unit, double pixel) {
+  const int decimals = decimalsFor(pixel);
   Table table = {"objects",
                  "Objects, in the order of x",
                  {{"id", ""},
-                  {"x", unit, 2},
-                  {"y", unit, 2},
-                  {"length", unit, 2},
-                  {"width", unit, 2},
+                  {"x", unit, decimals},
+                  {"y", unit, decimals},
+                  {"length", unit, decimals},
+                  {"width", unit, decimals},
                   {"angle", "deg", 1},
-                  {"height", unit, 2},
-                  {"area", unit + "^2", 1},
+                  {"height", unit, decimals},
+                  {"area", unit + "^2", decimalsFor(pixel * pixel)},
                   {"samples", ""}},
                  {}};
   for (const SplitObject& object : objects) {
@@ -90,6 +98,16 @@ Table outlineTable(const std::vector<SplitObject>& objects, const PlaneChoice& p
 
 std::string countOf(std::size_t count) {
   return grouped(static_cast<long long>(count)) + (count == 1 ? " object" : " objects");
+}
+
+void warnOfPlane(const PlaneCandidate& belt, Messages& messages) {
+  constexpr double kFew = 0.3;
+  if (belt.onPlane < kFew) {
+    messages.warn("few-on-plane",
+                  "only " + fixed(100.0 * belt.onPlane, 1) +
+                      " % of the samples lie near the plane. If it is not the belt or the table, "
+                      "what lies over it is not an object; choose another with --plane");
+  }
 }
 
 Picture pictureOf(const Split& split,
@@ -160,6 +178,7 @@ void run(Split& split) {
   Session session(split.command, split.common, split.parameters);
   const PreparedScan scan = session.prepare(split.input, split.plane);
   const PlaneCandidate& belt = beltOf(split, scan.plane);
+  warnOfPlane(belt, session.messages);
   const SplitParams params =
       splitParams(split.parameters, scan.loaded.scan, scan.extent, belt.residual);
   if (session.printsConfig()) {
@@ -172,7 +191,7 @@ void run(Split& split) {
   report.fields = {inputField(split.input, scan.loaded, scan.raw),
                    axesField(split.input, scan.plane), planeField(scan.plane)};
   report.lines = sentences(split, scan, params, result);
-  report.tables = {objectTable(result.objects, split.input.unit),
+  report.tables = {objectTable(result.objects, split.input.unit, params.pixel),
                    outlineTable(result.objects, scan.plane)};
   if (!split.common.ply.empty()) {
     session.files.add(split.common.ply, [&](const std::string& path) {

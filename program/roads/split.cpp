@@ -10,6 +10,33 @@
 #include "roads/split_regions.h"
 
 namespace program {
+namespace {
+
+/// The middles of the objects, and what divide() divides them by.
+struct Middles {
+  std::vector<SQO_2DValueI> seeds;
+  cv::Mat depths;
+};
+
+/// Looks for middles between the steps in height, which divide objects that touch. An object so
+/// steep that it is all steps has its middle where it is widest.
+Middles middlesOf(const ObjectMap& map, const SplitParams& params) {
+  // Steps around and between objects make an object seem narrower than it is.
+  constexpr double kLowest = 0.3;
+  const double lowest = kLowest * params.minWidth / params.pixel;
+  const cv::Mat calm = maskWithoutSteps(map, params.cut);
+  const cv::Mat inside = distancesInside(calm);
+  Middles middles = {findMiddles(inside, lowest, params.waist), inside - distancesOutside(calm)};
+  cv::Mat steep = distancesInside(map.mask);
+  const cv::Mat isSeeded = areasWithSeed(map.mask, middles.seeds);
+  steep.setTo(0.0F, isSeeded);
+  const std::vector<SQO_2DValueI> more = findMiddles(steep, lowest, params.waist);
+  middles.seeds.insert(middles.seeds.end(), more.begin(), more.end());
+  steep.copyTo(middles.depths, ~isSeeded);
+  return middles;
+}
+
+}  // namespace
 
 SplitResult splitObjects(const Scan& scan,
                          double beltZ,
@@ -19,19 +46,14 @@ SplitResult splitObjects(const Scan& scan,
   const ObjectMap map = projectRaised(scan, beltZ, params.minHeight, gridOf(scan, params.pixel));
   progress.advance();
 
-  // Steps around and between objects make an object seem narrower than it is.
-  constexpr double kLowest = 0.3;
-  const cv::Mat calm = maskWithoutSteps(map, params.cut);
-  const cv::Mat inside = distancesInside(calm);
-  std::vector<SQO_2DValueI> middles =
-      findMiddles(inside, kLowest * params.minWidth / params.pixel, params.waist);
+  Middles middles = middlesOf(map, params);
   progress.advance();
 
-  cv::Mat labels = divide(map.mask, inside - distancesOutside(calm), middles);
+  cv::Mat labels = divide(map.mask, middles.depths, middles.seeds);
   progress.advance();
 
   const std::vector<std::vector<cv::Point>> rims =
-      walkOutlines(labels, static_cast<int>(middles.size()));
+      walkOutlines(labels, static_cast<int>(middles.seeds.size()));
   progress.advance();
 
   SplitResult result = {
@@ -39,8 +61,7 @@ SplitResult splitObjects(const Scan& scan,
       map.outside};
   const auto narrow =
       std::remove_if(result.objects.begin(), result.objects.end(), [&](const SplitObject& object) {
-        // The edge of an object may lie up to a spacing beyond its outermost samples.
-        return object.outline.empty() || object.width + params.pixel < params.minWidth;
+        return object.outline.empty() || object.width < params.minWidth;
       });
   result.tooNarrow = static_cast<int>(result.objects.end() - narrow);
   result.objects.erase(narrow, result.objects.end());

@@ -21,8 +21,8 @@ struct SplitParams {
 /// Something that lies on the belt, in the coordinates of the levelled scan.
 struct SplitObject {
   double x, y;    ///< Centre of the smallest rectangle around the outline.
-  double length;  ///< Long side of that rectangle.
-  double width;   ///< Its short side.
+  double length;  ///< Long side of that rectangle, and about half a spacing beyond either end.
+  double width;   ///< Its short side, likewise.
   double angle;   ///< From the x axis to the long side, in degrees above -90 and up to 90.
   double height;  ///< Of the top over the belt, above which only 2 % of the samples lie.
   double area;    ///< Enclosed by the outline, each sample taken as a cell of the scan.

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <opencv2/imgproc.hpp>
+#include <utility>
 
 namespace program {
 namespace {
@@ -135,7 +136,19 @@ double topOf(std::vector<float>& heights) {
   return static_cast<double>(*top);
 }
 
-void measureRectangle(SplitObject& object, const STesk3DPoint& origin) {
+/// How far the edges on both sides of an object lie beyond its outermost samples, together. Along
+/// the axes of the scan that is half a spacing each, on average. An edge of some length that is not
+/// parallel to them comes closer to a sample the more lines or samples it crosses.
+double beyondSamples(const cv::Point2d& across, double edgeLength, const Extent& extent) {
+  const double u = std::abs(across.x);
+  const double v = std::abs(across.y);
+  const double step = std::max(u * extent.lineSpacing, v * extent.sampleSpacing);
+  const double drift = edgeLength * std::min(u, v);
+  return step > 0.0 ? step / (1.0 + drift / step) : 0.0;
+}
+
+void measureRectangle(SplitObject& object, const Extent& extent) {
+  const STesk3DPoint& origin = object.outline.front();
   // Single precision only holds places near the origin.
   std::vector<cv::Point2f> points;
   for (const STesk3DPoint& p : object.outline) {
@@ -146,11 +159,14 @@ void measureRectangle(SplitObject& object, const STesk3DPoint& origin) {
   box.points(corners);
   const cv::Point2d a = corners[1] - corners[0];
   const cv::Point2d b = corners[2] - corners[1];
-  const cv::Point2d side = cv::norm(a) >= cv::norm(b) ? a : b;
+  const auto [side, shortSide] = cv::norm(a) >= cv::norm(b) ? std::pair(a, b) : std::pair(b, a);
+  const double length = cv::norm(side);
+  const double width = cv::norm(shortSide);
   object.x = origin.x + static_cast<double>(box.center.x);
   object.y = origin.y + static_cast<double>(box.center.y);
-  object.length = cv::norm(side);
-  object.width = std::min(cv::norm(a), cv::norm(b));
+  const cv::Point2d along = length > 0.0 ? side / length : cv::Point2d(1.0, 0.0);
+  object.length = length + beyondSamples(along, width, extent);
+  object.width = width + beyondSamples({-along.y, along.x}, length, extent);
   const double angle = std::atan2(side.y, side.x) * kDegrees;
   object.angle = angle > 90.0 ? angle - 180.0 : angle <= -90.0 ? angle + 180.0 : angle;
 }
@@ -217,7 +233,7 @@ std::vector<SplitObject> measureObjects(const Scan& scan,
       object.outline.clear();
       continue;
     }
-    measureRectangle(object, STesk3DPoint(object.outline.front()));
+    measureRectangle(object, extent);
     object.area = areaOf(object.outline, extent);
     object.samples = static_cast<long long>(heights[i].size());
     object.height = topOf(heights[i]);

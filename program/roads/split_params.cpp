@@ -59,7 +59,7 @@ void addSplitParameters(Parameters& p) {
       "split.min-height", Kind::length,
       "half a spacing, 8 times the noise, or 4 times the roughness of the belt, the largest",
       "What rises less over the belt belongs to the belt");
-  p.addDerived("split.min-width", Kind::length, "10 pixels", "Leave out what is narrower");
+  p.addDerived("split.min-width", Kind::length, "6 pixels", "Leave out what is narrower");
   p.addDerived("split.cut", Kind::length, "4 spacings or 10 times the noise, the larger",
                "A larger step in height within two pixels divides objects");
   p.add("split.waist", Kind::count, 60,
@@ -75,7 +75,7 @@ SplitParams splitParams(Parameters& p, const Scan& scan, const Extent& extent, d
   }
   p.derive("split.pixel", derivedPixel(scan, spacing));
   p.derive("split.min-height", std::max({0.5 * spacing, 8.0 * extent.noise, 4.0 * roughness}));
-  p.derive("split.min-width", 10.0 * p.get("split.pixel"));
+  p.derive("split.min-width", 6.0 * p.get("split.pixel"));
   p.derive("split.cut", std::max(4.0 * spacing, 10.0 * extent.noise));
   check(p, spacing, extent);
   constexpr double kPercent = 0.01;

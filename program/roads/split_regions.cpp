@@ -36,27 +36,6 @@ auto& cellOf(Plane& plane, cv::Point at) {
   return plane[static_cast<std::size_t>(at.y)][static_cast<std::size_t>(at.x)];
 }
 
-/// The connected areas of a mask that hold a seed, as 255 in a CV_8U image. The flood would wait
-/// forever for the others.
-cv::Mat areasWithSeed(const cv::Mat& mask, const std::vector<SQO_2DValueI>& seeds) {
-  const cv::Mat covered = mask > 0.0F;
-  cv::Mat areas;
-  const int count = cv::connectedComponents(covered, areas, 8, CV_32S);
-  std::vector<bool> hasSeed(static_cast<std::size_t>(count));
-  for (const SQO_2DValueI& seed : seeds) {
-    hasSeed[static_cast<std::size_t>(areas.at<int>(seed.y, seed.x))] = true;
-  }
-  hasSeed[0] = false;
-  cv::Mat flooded(mask.size(), CV_8U);
-  for (int row = 0; row < mask.rows; ++row) {
-    for (int col = 0; col < mask.cols; ++col) {
-      const auto area = static_cast<std::size_t>(areas.at<int>(row, col));
-      flooded.at<uchar>(row, col) = hasSeed[area] ? 255 : 0;
-    }
-  }
-  return flooded;
-}
-
 /// The image to flood. What is not to be flooded lies above the highest level.
 SJU_waterShedImage levelsOf(const cv::Mat& depths,
                             const cv::Mat& flooded,
@@ -192,10 +171,30 @@ void settleRest(cv::Mat& labels, const cv::Mat& flooded) {
 
 }  // namespace
 
+cv::Mat areasWithSeed(const cv::Mat& mask, const std::vector<SQO_2DValueI>& seeds) {
+  const cv::Mat covered = mask > 0.0F;
+  cv::Mat areas;
+  const int count = cv::connectedComponents(covered, areas, 8, CV_32S);
+  std::vector<bool> hasSeed(static_cast<std::size_t>(count));
+  for (const SQO_2DValueI& seed : seeds) {
+    hasSeed[static_cast<std::size_t>(areas.at<int>(seed.y, seed.x))] = true;
+  }
+  hasSeed[0] = false;
+  cv::Mat flooded(mask.size(), CV_8U);
+  for (int row = 0; row < mask.rows; ++row) {
+    for (int col = 0; col < mask.cols; ++col) {
+      const auto area = static_cast<std::size_t>(areas.at<int>(row, col));
+      flooded.at<uchar>(row, col) = hasSeed[area] ? 255 : 0;
+    }
+  }
+  return flooded;
+}
+
 cv::Mat divide(const cv::Mat& mask, const cv::Mat& depths, std::vector<SQO_2DValueI>& seeds) {
   if (seeds.empty()) {
     return cv::Mat::zeros(mask.size(), CV_32S);
   }
+  // The flood would wait forever for areas without a seed.
   const cv::Mat flooded = areasWithSeed(mask, seeds);
   const Levels levels = levelsFor(depths, flooded);
   SJU_waterShedImage image = levelsOf(depths, flooded, seeds, levels);

@@ -7,6 +7,9 @@
 
 namespace program {
 
+/// The connected areas of a mask (CV_32F, above 0) that hold a seed, as 255 in a CV_8U image.
+cv::Mat areasWithSeed(const cv::Mat& mask, const std::vector<SQO_2DValueI>& seeds);
+
 /**
  * Divides what a mask covers among seeds by a watershed, from the middles of the objects outwards.
  *
