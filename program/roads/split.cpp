@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "roads/split_contacts.h"
 #include "roads/split_map.h"
 #include "roads/split_middles.h"
 #include "roads/split_outlines.h"
@@ -50,6 +51,7 @@ SplitResult splitObjects(const Scan& scan,
   progress.advance();
 
   cv::Mat labels = divide(map.mask, middles.depths, middles.seeds);
+  straightenContacts(labels, static_cast<int>(middles.seeds.size()));
   progress.advance();
 
   const std::vector<std::vector<cv::Point>> rims =

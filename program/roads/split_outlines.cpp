@@ -6,28 +6,12 @@
 #include <opencv2/imgproc.hpp>
 #include <utility>
 
+#include "roads/split_contacts.h"
+
 namespace program {
 namespace {
 
 constexpr double kDegrees = 180.0 / 3.14159265358979323846;
-
-/// The smallest rectangle of pixels around each label, one pixel wider on each side.
-std::vector<cv::Rect> boxesOf(const cv::Mat& labels, int count) {
-  std::vector<cv::Rect> boxes(static_cast<std::size_t>(count) + 1);
-  for (int row = 0; row < labels.rows; ++row) {
-    const int* label = labels.ptr<int>(row);
-    for (int col = 0; col < labels.cols; ++col) {
-      if (label[col] > 0) {
-        boxes[static_cast<std::size_t>(label[col])] |= cv::Rect(col, row, 1, 1);
-      }
-    }
-  }
-  const cv::Rect image({0, 0}, labels.size());
-  for (cv::Rect& box : boxes) {
-    box = box.empty() ? box : (box + cv::Size(2, 2) - cv::Point(1, 1)) & image;
-  }
-  return boxes;
-}
 
 /// A region without what is thinner than three pixels. Corners stay.
 cv::Mat withoutWhiskers(const cv::Mat& region) {
