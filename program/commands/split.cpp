@@ -38,11 +38,6 @@ Colour colourOf(std::size_t number) {
 
 /// The belt, without which there is no height to split by.
 const PlaneCandidate& beltOf(const Split& split, const PlaneChoice& plane) {
-  if (split.plane.method == "none") {
-    throw Failure(ExitCode::usage,
-                  "--plane none: split needs the belt or table as the reference plane, since "
-                  "objects are what rises over it. Choose another --plane");
-  }
   if (!plane.chosen) {
     throw Failure(ExitCode::nothingFound,
                   split.input.path +
@@ -126,7 +121,8 @@ Picture pictureOf(const Split& split,
     }
     path.points.push_back(path.points.front());
     content.paths.push_back(std::move(path));
-    content.labels.push_back({std::to_string(content.paths.size()), {object.x, object.y}});
+    content.labels.push_back(
+        {std::to_string(content.paths.size()), {object.labelX, object.labelY}});
   }
   return mapPicture(scan.loaded.scan, scan.extent, scan.plane, std::move(content));
 }
@@ -176,6 +172,11 @@ std::vector<std::string> sentences(const Split& split,
 
 void run(Split& split) {
   Session session(split.command, split.common, split.parameters);
+  if (split.plane.method == "none") {
+    throw Failure(ExitCode::usage,
+                  "--plane none: split needs the belt or table as the reference plane, since "
+                  "objects are what rises over it. Choose another --plane");
+  }
   const PreparedScan scan = session.prepare(split.input, split.plane);
   const PlaneCandidate& belt = beltOf(split, scan.plane);
   warnOfPlane(belt, session.messages);

@@ -37,6 +37,31 @@ Middles middlesOf(const ObjectMap& map, const SplitParams& params) {
   return middles;
 }
 
+/// The label of an object must not stand on another one, as in the middle of a ring.
+void placeLabels(std::vector<SplitObject>& objects,
+                 const std::vector<SQO_2DValueI>& seeds,
+                 const cv::Mat& labels,
+                 const MapGrid& grid) {
+  for (std::size_t i = 0; i < objects.size(); ++i) {
+    SplitObject& object = objects[i];
+    const auto centre = grid.pixelOf({object.x, object.y, 0.0});
+    const bool isOnObject = centre && labels.at<int>(*centre) == seeds[i].value;
+    const cv::Point2d widest = grid.centreOf({seeds[i].x, seeds[i].y});
+    object.labelX = isOnObject ? object.x : widest.x;
+    object.labelY = isOnObject ? object.y : widest.y;
+  }
+}
+
+/// Removes what is no object, and returns how many there were.
+int removeNarrow(std::vector<SplitObject>& objects, double minWidth) {
+  const auto narrow = std::remove_if(
+      objects.begin(), objects.end(),
+      [=](const SplitObject& object) { return object.outline.empty() || object.width < minWidth; });
+  const auto count = static_cast<int>(objects.end() - narrow);
+  objects.erase(narrow, objects.end());
+  return count;
+}
+
 }  // namespace
 
 SplitResult splitObjects(const Scan& scan,
@@ -61,12 +86,8 @@ SplitResult splitObjects(const Scan& scan,
   SplitResult result = {
       measureObjects(scan, beltZ, extent, params.minHeight, map.grid, labels, rims), 0,
       map.outside};
-  const auto narrow =
-      std::remove_if(result.objects.begin(), result.objects.end(), [&](const SplitObject& object) {
-        return object.outline.empty() || object.width < params.minWidth;
-      });
-  result.tooNarrow = static_cast<int>(result.objects.end() - narrow);
-  result.objects.erase(narrow, result.objects.end());
+  placeLabels(result.objects, middles.seeds, labels, map.grid);
+  result.tooNarrow = removeNarrow(result.objects, params.minWidth);
   std::sort(result.objects.begin(), result.objects.end(),
             [](const SplitObject& a, const SplitObject& b) {
               return std::tie(a.x, a.y) < std::tie(b.x, b.y);

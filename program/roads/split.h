@@ -20,7 +20,8 @@ struct SplitParams {
 
 /// Something that lies on the belt, in the coordinates of the levelled scan.
 struct SplitObject {
-  double x, y;    ///< Centre of the smallest rectangle around the outline.
+  double x, y;            ///< Centre of the smallest rectangle around the outline.
+  double labelX, labelY;  ///< That centre, or where the object is widest if it does not lie on it.
   double length;  ///< Long side of that rectangle, and about half a spacing beyond either end.
   double width;   ///< Its short side, likewise.
   double angle;   ///< From the x axis to the long side, in degrees above -90 and up to 90.

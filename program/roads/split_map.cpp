@@ -77,6 +77,10 @@ std::optional<cv::Point> MapGrid::pixelOf(const STesk3DPoint& p) const {
   return cv::Point(static_cast<int>(col) + kMargin, static_cast<int>(row) + kMargin);
 }
 
+cv::Point2d MapGrid::centreOf(cv::Point at) const {
+  return {x + (at.x - kMargin + 0.5) * pixel, y + (at.y - kMargin + 0.5) * pixel};
+}
+
 STesk3DRangeD robustBounds(const Scan& scan) {
   constexpr std::size_t kEnough = 1'000'000;
   std::size_t samples = 0;

@@ -16,6 +16,7 @@ struct MapGrid {
 
   /// The pixel of a place; none for a place outside of the map.
   [[nodiscard]] std::optional<cv::Point> pixelOf(const STesk3DPoint& p) const;
+  [[nodiscard]] cv::Point2d centreOf(cv::Point at) const;
 };
 
 /// The largest number of pixels of a map.

@@ -167,6 +167,9 @@ TEST(Split, FindsRingsAndConesWhole) {
   EXPECT_NEAR(result.objects[0].length, 100.0, 2.0);
   EXPECT_NEAR(result.objects[0].area, 7854.0, 200.0);
   EXPECT_NEAR(result.objects[1].length, 60.0, 2.0);
+  const SplitObject& ring = result.objects[0];
+  EXPECT_NEAR(std::hypot(ring.labelX - 80.0, ring.labelY - 80.0), 40.0, 5.0);
+  EXPECT_EQ(result.objects[1].labelX, result.objects[1].x);
 }
 
 TEST(Split, FindsNothingOnAnEmptyBelt) {
