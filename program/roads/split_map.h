@@ -19,8 +19,9 @@ struct MapGrid {
   [[nodiscard]] cv::Point2d centreOf(cv::Point at) const;
 };
 
-/// The largest number of pixels of a map.
-constexpr double kMostPixels = 16e6;
+/// The largest number of pixels of a map; with what is derived from it, a map takes about as much
+/// memory as a scan of as many samples.
+constexpr double kMostPixels = 8e6;
 
 /// The ranges of x and y that hold the scan. A few samples far outside of all others do not widen
 /// them. Empty without samples.

@@ -64,7 +64,8 @@ void addSplitParameters(Parameters& p) {
                "A larger step in height within two pixels divides objects");
   p.add("split.waist", Kind::count, 60,
         "Divide where a waist has less than this percentage of the smaller object's width");
-  p.addDerived("split.pixel", Kind::length, "1.2 spacings", "Side of a pixel of the map");
+  p.addDerived("split.pixel", Kind::length, "1.2 spacings, more if the map gets too large",
+               "Side of a pixel of the map");
 }
 
 SplitParams splitParams(Parameters& p, const Scan& scan, const Extent& extent, double roughness) {
