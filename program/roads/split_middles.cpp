@@ -8,8 +8,22 @@
 namespace program {
 namespace {
 
-constexpr int kEuclidean = 0;
 constexpr float kAnyDistance = 1e6F;
+
+/// The library's distances are up to 41 % too large towards two of the four diagonals, and up to 8
+/// % towards the others. Those of the mirrored image have it the other way round, so that the
+/// smaller of both has no preferred direction: a bent strip would seem to have waists.
+cv::Mat distancesIn(const cv::Mat& covered) {
+  constexpr int kEuclidean = 0;
+  constexpr int kAroundY = 1;
+  cv::Mat distances;
+  qo_distanceTrans(covered, distances, kEuclidean);
+  cv::Mat mirrored;
+  cv::flip(covered, mirrored, kAroundY);
+  qo_distanceTrans(mirrored, mirrored, kEuclidean);
+  cv::flip(mirrored, mirrored, kAroundY);
+  return cv::min(distances, mirrored);
+}
 
 /// The covered pixels as indices, the deepest first.
 std::vector<int> deepestFirst(const cv::Mat& distances) {
@@ -68,16 +82,13 @@ class Areas {
 }  // namespace
 
 cv::Mat distancesInside(const cv::Mat& mask) {
-  cv::Mat distances;
-  qo_distanceTrans(mask, distances, kEuclidean);
-  return distances;
+  return distancesIn(mask);
 }
 
 cv::Mat distancesOutside(const cv::Mat& mask) {
   cv::Mat outside(mask.size(), CV_32F, cv::Scalar(0.0));
   outside.setTo(kAnyDistance, mask <= 0.0F);
-  qo_distanceTrans(outside, outside, kEuclidean);
-  return outside;
+  return distancesIn(outside);
 }
 
 std::vector<SQO_2DValueI> findMiddles(const cv::Mat& distances, double lowest, double waist) {
