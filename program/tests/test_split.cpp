@@ -145,6 +145,22 @@ TEST(Split, DividesBoxesThatTouch) {
   expectBoxes(split(scanOf({200, 160, 1.0, 1.0}, heightOf(boxes))), boxes, 2.0);
 }
 
+TEST(Split, LeavesTheFlankOfABagToTheBag) {
+  const Box box = {150, 100, 200, 120, 20, 60};
+  const HeightAt boxAlone = heightOf({box});
+  const auto height = [&](double x, double y) {
+    const double out = std::pow(std::hypot(x - 130.0, y - 215.0) / 80.0, 2.6);
+    return out < 1.0 ? 60.0 + 100.0 * std::pow(1.0 - out, 0.4) : boxAlone(x, y);
+  };
+  const SplitResult result = split(scanOf({150, 160, 2.0, 2.0}, height));
+  ASSERT_EQ(result.objects.size(), 2U);
+  const SplitObject& found = result.objects[1];
+  // The watershed may run some pixels beside the step.
+  EXPECT_NEAR(result.objects[0].width, 160.0, 12.0);
+  EXPECT_NEAR(found.length, box.length, 8.0);
+  EXPECT_NEAR(found.width, box.width, 8.0);
+}
+
 TEST(Split, DividesAtAWaistAlone) {
   const auto dumbbell = [](double neck) {
     return heightOf(
