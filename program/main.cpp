@@ -39,6 +39,7 @@ void addCommands(CLI::App& program, Body& body) {
   addTrace(program, body);
   addGaps(program, body);
   addArcs(program, body);
+  addSplit(program, body);
 }
 
 int run(int argc, char** argv) {
