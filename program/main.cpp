@@ -37,6 +37,7 @@ void addCommands(CLI::App& program, Body& body) {
   addLine(program, body);
   addCalibrate(program, body);
   addTrace(program, body);
+  addMake(program, body);
 }
 
 int run(int argc, char** argv) {
