@@ -38,6 +38,7 @@ void addCommands(CLI::App& program, Body& body) {
   addCalibrate(program, body);
   addTrace(program, body);
   addMake(program, body);
+  addRegister(program, body);
 }
 
 int run(int argc, char** argv) {

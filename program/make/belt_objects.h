@@ -3,7 +3,7 @@
 #include <opencv2/core/types.hpp>
 #include <vector>
 
-#include "make/noise.h"
+#include "base/noise.h"
 
 namespace program {
 

@@ -2,8 +2,8 @@
 #include <array>
 #include <cmath>
 
+#include "base/noise.h"
 #include "make/bench_solid.h"
-#include "make/noise.h"
 
 namespace program {
 namespace {

@@ -1,8 +1,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/noise.h"
 #include "make/made_scan.h"
-#include "make/noise.h"
 
 namespace program {
 namespace {

@@ -2,8 +2,8 @@
 #include <cmath>
 #include <limits>
 
+#include "base/noise.h"
 #include "make/made_scan.h"
-#include "make/noise.h"
 
 namespace program {
 namespace {
