@@ -103,9 +103,10 @@ std::vector<std::string> describe(const Registration& found,
       "Turn: " + fixed(found.motion.degrees(), 3) + " deg; roll " + fixed(angles.roll, 3) +
           ", pitch " + fixed(angles.pitch, 3) + ", yaw " + fixed(angles.yaw, 3) +
           " deg, about x first, then y, then z",
-      "Residuals: rms " + significant(found.rms, 3) + " " + unit + " of " +
-          std::to_string(found.residuals.size()) + " pairs, " + std::to_string(outliersOf(found)) +
-          " of them outliers"};
+      "Residuals: rms " + significant(found.rms, 3) + " " + unit + " of the " +
+          std::to_string(found.fitted) + " pairs that were fitted; " +
+          std::to_string(outliersOf(found)) + " of all " + std::to_string(found.residuals.size()) +
+          " are outliers"};
   if (agreement.overlap > 0.0) {
     lines.push_back("Overlap: " + fixed(100.0 * agreement.overlap, 1) +
                     " % of B seen from above; there B and A differ in z by " +
