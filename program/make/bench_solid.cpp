@@ -53,6 +53,11 @@ Spot inside(const Thing& thing, Spot spot) {
 }
 
 double heightOf(const Thing& thing, Spot spot) {
+  // Most spots are far away, and so spared the turn.
+  const double reach = 0.5 * (thing.length + thing.width);
+  if (std::abs(spot.u - thing.centre.u) > reach || std::abs(spot.v - thing.centre.v) > reach) {
+    return 0.0;
+  }
   const Spot p = inside(thing, spot);
   if (std::abs(p.u) >= 0.5 * thing.length) {
     return 0.0;
