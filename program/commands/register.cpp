@@ -194,7 +194,7 @@ Picture pictureOf(const Register& options,
                   const Agreement& agreement) {
   OverlayContent content;
   content.title = nameOf(options.pathB) + " on " + nameOf(options.input.path);
-  content.subtitle = "Points: rms " + significant(found.rms, 3) + " " + options.input.unit;
+  content.subtitle = "Points: rms " + rmsAsText(found.rms) + " " + options.input.unit;
   if (agreement.overlap > 0.0) {
     content.subtitle += "; 90 % of the overlap within " + significant(agreement.mostOfThem, 3) +
                         " " + options.input.unit;

@@ -24,6 +24,11 @@ long long outliersOf(const Registration& found) {
 
 }  // namespace
 
+std::string rmsAsText(double rms) {
+  constexpr double kLeast = 1e-4;
+  return rms < kLeast ? fixed(rms, 4) : significant(rms, 3);
+}
+
 Table motionTable(const Motion& motion, const std::string& unit) {
   Table table = {"motion_rows",
                  "Motion of B: a point goes to its product with these rows, plus the shift",
@@ -103,7 +108,7 @@ std::vector<std::string> describe(const Registration& found,
       "Turn: " + fixed(found.motion.degrees(), 3) + " deg; roll " + fixed(angles.roll, 3) +
           ", pitch " + fixed(angles.pitch, 3) + ", yaw " + fixed(angles.yaw, 3) +
           " deg, about x first, then y, then z",
-      "Residuals: rms " + significant(found.rms, 3) + " " + unit + " of the " +
+      "Residuals: rms " + rmsAsText(found.rms) + " " + unit + " of the " +
           std::to_string(found.fitted) + " pairs that were fitted; " +
           std::to_string(outliersOf(found)) + " of all " + std::to_string(found.residuals.size()) +
           " are outliers"};

@@ -17,6 +17,9 @@ Table residualTable(const std::vector<PointPair>& pairs,
                     const Registration& found,
                     const std::string& unit);
 
+/// Three digits, but no more decimals than the table of residuals has for perfect points.
+std::string rmsAsText(double rms);
+
 /// Angles, rotation, translation and residuals for JSON.
 Field motionField(const Registration& found, std::size_t pairs);
 Field agreementField(const Agreement& agreement);
