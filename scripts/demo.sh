@@ -12,7 +12,7 @@ folder=${2-$root/build/demo/$command}
 # What is made for each command, and a line of it that is worth a look.
 case "$command" in
   trace) kind=bench line=(--line 430 --extractor corners) ;;
-  gaps) kind=part line=(--line 250 --extractor gaps) ;;
+  gaps) kind=part line=(--line 200 --extractor gaps) ;;
   split) kind=belt line=() ;;
   arcs) kind=rods line=(--line 150 --extractor ring-arcs) ;;
   calibrate) kind=plate line=() ;;
