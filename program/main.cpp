@@ -37,9 +37,15 @@ void addCommands(CLI::App& program, Body& body) {
   addLine(program, body);
   addCalibrate(program, body);
   addTrace(program, body);
+  addInfo(program, body);
+  addCalibrate(program, body);
+  addTrace(program, body);
   addGaps(program, body);
   addArcs(program, body);
   addSplit(program, body);
+  addRegister(program, body);
+  addLine(program, body);
+  addMake(program, body);
 }
 
 int run(int argc, char** argv) {

@@ -11,7 +11,7 @@ packages=(
   libopencv-dev                     # OpenCV with its CMake package, which libopencv-core-dev lacks
   libeigen3-dev                     # only inside the library
   libgtest-dev libbenchmark-dev     # tests and benchmarks
-  libcli11-dev                      # the options of the example programs
+  libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libcairo2-dev  # the program scanline
 )
 test_packages=(
   abigail-tools  # abi.sh

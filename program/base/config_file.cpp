@@ -18,7 +18,7 @@ namespace {
 // A file cannot name itself, and what a run writes is not a setting.
 const std::vector<std::string> kNotInFiles = {"config", "print-config", "help",    "json",
                                               "csv",    "ply",          "picture", "save-scan",
-                                              "save",   "overwrite"};
+                                              "save",   "overwrite",    "output"};
 
 Failure wrong(const std::string& path, const toml::source_region& where, const std::string& what) {
   return {ExitCode::usage, path + ":" + std::to_string(where.begin.line) + ": " + what};

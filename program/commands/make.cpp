@@ -1,0 +1,240 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <filesystem>
+#include <memory>
+
+#include "base/failure.h"
+#include "base/number.h"
+#include "commands/commands.h"
+#include "commands/session.h"
+#include "make/made_scan.h"
+#include "output/scan_file.h"
+
+namespace program {
+namespace {
+
+constexpr int kDefaultObjects = 14;
+constexpr int kMostObjects = 100;
+
+struct Make {
+  explicit Make(CLI::App& app) : command(app), parameters(app, "Method") {}
+
+  CLI::App& command;
+  Parameters parameters;
+  CommonOptions common;
+  std::string kind;
+  std::string output;
+};
+
+const SceneKind& kindOf(const std::string& name) {
+  return *std::find_if(sceneKinds().begin(), sceneKinds().end(),
+                       [&](const SceneKind& kind) { return kind.name == name; });
+}
+
+Table objectTable(const std::vector<TrueObject>& objects) {
+  Table table = {"objects",
+                 "Objects on the plane",
+                 {{"id", ""},
+                  {"kind", ""},
+                  {"x", "mm", 1},
+                  {"y", "mm", 1},
+                  {"length", "mm", 1},
+                  {"width", "mm", 1},
+                  {"height", "mm", 1},
+                  {"angle", "deg", 1}},
+                 {}};
+  for (const TrueObject& object : objects) {
+    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), object.kind, object.x,
+                          object.y, object.length, object.width, object.height, object.degrees});
+  }
+  return table;
+}
+
+Table gapTable(const std::vector<TrueGap>& gaps) {
+  Table table = {
+      "gaps",
+      "Gaps",
+      {{"id", ""}, {"name", ""}, {"width", "mm", 2}, {"first x", "mm", 1}, {"last x", "mm", 1}},
+      {}};
+  for (const TrueGap& gap : gaps) {
+    table.rows.push_back(
+        {static_cast<long long>(table.rows.size() + 1), gap.name, gap.width, gap.x.min, gap.x.max});
+  }
+  return table;
+}
+
+/// Points of the gaps' centre lines, for JSON alone.
+Table centreTable(const std::vector<TrueGap>& gaps) {
+  constexpr int kSteps = 50;
+  Table table = {"centre_lines", "", {{"gap", ""}, {"x", ""}, {"y", ""}}, {}};
+  long long id = 0;
+  for (const TrueGap& gap : gaps) {
+    ++id;
+    for (int i = 0; i <= kSteps; ++i) {
+      const double x = gap.x.min + (gap.x.max - gap.x.min) * i / kSteps;
+      table.rows.push_back({id, x, gap.centre(x)});
+    }
+  }
+  return table;
+}
+
+Table rodTable(const std::vector<TrueRod>& rods) {
+  Table table = {"rods",
+                 "Rods, from one end of the axis to the other",
+                 {{"id", ""},
+                  {"radius", "mm", 1},
+                  {"x1", "mm", 1},
+                  {"y1", "mm", 1},
+                  {"z1", "mm", 1},
+                  {"x2", "mm", 1},
+                  {"y2", "mm", 1},
+                  {"z2", "mm", 1}},
+                 {}};
+  for (const TrueRod& rod : rods) {
+    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), rod.radius, rod.from.x,
+                          rod.from.y, rod.from.z, rod.to.x, rod.to.y, rod.to.z});
+  }
+  return table;
+}
+
+/// Only what the kind has.
+std::vector<Table> tablesOf(const MadeScan& made) {
+  std::vector<Table> tables;
+  if (!made.objects.empty()) {
+    tables.push_back(objectTable(made.objects));
+  }
+  if (!made.gaps.empty()) {
+    tables.push_back(gapTable(made.gaps));
+    tables.push_back(centreTable(made.gaps));
+  }
+  if (!made.rods.empty()) {
+    tables.push_back(rodTable(made.rods));
+  }
+  return tables;
+}
+
+Field field(const char* name, Cell value) {
+  return {name, std::move(value)};
+}
+
+Report reportOf(const Make& make, const MadeScan& made) {
+  const std::string lines = grouped(static_cast<long long>(made.scan.size()));
+  const std::string samples = grouped(static_cast<long long>(made.scan.front().size()));
+  Report report;
+  report.command = "make";
+  report.fields = {
+      field("kind", make.kind),
+      field("unit", std::string("mm")),
+      field("lines", static_cast<long long>(made.scan.size())),
+      field("samples", static_cast<long long>(made.scan.front().size())),
+      {"axes", std::vector<Field>{field("line_advances", std::string("x")),
+                                  field("sample_follows", std::string("y")),
+                                  field("z_is", std::string("distance"))}},
+      {"plane", std::vector<Field>{field("levels", std::string(made.isGround ? "y" : "z")),
+                                   field("tilt_deg", tiltDegrees(made)), field("a", made.plane.a),
+                                   field("b", made.plane.b), field("c", made.plane.c)}}};
+  const auto term = [](double slope, const char* axis) {
+    return std::string(slope < 0.0 ? " - " : " + ") + significant(std::abs(slope), 4) + axis;
+  };
+  report.lines = {"Made: " + make.kind + ", " + lines + " lines of " + samples +
+                      " samples, in mm; z is the distance from the sensor",
+                  "Plane: z = " + significant(made.plane.c, 5) + term(made.plane.a, " x") +
+                      term(made.plane.b, " y") + ", tilted by " + fixed(tiltDegrees(made), 2) +
+                      " deg"};
+  report.tables = tablesOf(made);
+  return report;
+}
+
+bool isGiven(const Parameters& parameters, const std::string& name) {
+  return std::any_of(
+      parameters.all().begin(), parameters.all().end(),
+      [&](const Parameters::Parameter& p) { return p.name == name && p.origin == Origin::given; });
+}
+
+/// Derives what the kind decides, and refuses what it does not use.
+MakeParams paramsFor(Make& make, const SceneKind& kind) {
+  const bool isBelt = make.kind == "belt";
+  if (!isBelt && isGiven(make.parameters, "objects")) {
+    throw Failure(ExitCode::usage, "--objects has no effect on '" + make.kind +
+                                       "': only 'belt' is made of a number of objects");
+  }
+  make.parameters.derive("noise", kind.defaultNoise);
+  if (isBelt) {
+    make.parameters.derive("objects", kDefaultObjects);
+  }
+  const int objects = isBelt ? make.parameters.count("objects") : 0;
+  if (isBelt && (objects < 1 || objects > kMostObjects)) {
+    throw Failure(ExitCode::usage,
+                  "--objects: give a number from 1 to " + std::to_string(kMostObjects));
+  }
+  return {static_cast<std::uint64_t>(make.parameters.count("seed")), make.parameters.get("noise"),
+          objects};
+}
+
+void run(Make& make) {
+  Session session(make.command, make.common, make.parameters);
+  const SceneKind& kind = kindOf(make.kind);
+  const MakeParams params = paramsFor(make, kind);
+  if (session.printsConfig()) {
+    return;
+  }
+  session.files.check(make.output, {});
+  session.files.check(make.common.json, {});
+  Progress progress("Making the " + make.kind, kind.lines, make.common.quiet);
+  const MadeScan made = kind.make(params, progress);
+  addScanFile(session.files, make.output, made.scan, extentOf(made.scan), session.messages);
+  Report report = reportOf(make, made);
+  session.finish(report);
+}
+
+/// What can be made, and how noisy it is unless --noise is given.
+std::string listOfKinds() {
+  std::string list = "Kinds, with their noise:";
+  for (const SceneKind& kind : sceneKinds()) {
+    list += std::string("\n  ") + kind.name + ": " + kind.shows + "; " + exact(kind.defaultNoise) +
+            " mm";
+  }
+  return list;
+}
+
+CLI::Validator scanFile() {
+  return {[](std::string& path) {
+            const std::string own = std::filesystem::path(path).extension().string();
+            return own == ".tiff" || own == ".tif" || own == ".npy"
+                       ? std::string{}
+                       : "'" + path + "' must end in .tiff or .tif or .npy";
+          },
+          ""};
+}
+
+}  // namespace
+
+void addMake(CLI::App& program, Body& body) {
+  CLI::App* command = program.add_subcommand("make", "Make a scan whose contents are known");
+  command->footer(listOfKinds() +
+                  "\n\nExample: scanline make bench --output bench.tiff --json truth.json");
+  const auto make = std::make_shared<Make>(*command);
+  std::vector<std::string> names;
+  for (const SceneKind& kind : sceneKinds()) {
+    names.emplace_back(kind.name);
+  }
+  command->add_option("KIND", make->kind, "What the scan shows, see below")
+      ->required()
+      ->check(CLI::IsMember(names).description(""))
+      ->type_name("NAME");
+  command->add_option("-o,--output", make->output, "The scan: TIFF or, in double precision, NPY")
+      ->required()
+      ->check(scanFile())
+      ->type_name("FILE")
+      ->group("Output");
+  make->parameters.add("seed", Kind::count, 1,
+                       "Number that noise, dropouts and the belt's objects are made from");
+  make->parameters.addDerived("noise", Kind::length, "by the kind, see below",
+                              "Standard deviation of z in mm");
+  make->parameters.addDerived("objects", Kind::count, std::to_string(kDefaultObjects),
+                              "Bags and boxes on the belt; of no other kind");
+  addCommonOptions(*command, make->common, {});
+  command->final_callback([make, &body] { body = [make] { run(*make); }; });
+}
+
+}  // namespace program
