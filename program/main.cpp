@@ -34,10 +34,6 @@ void addCommands(CLI::App& program, Body& body) {
   program.require_subcommand(1);
   program.footer("scanline COMMAND --help lists the options of a command.");
   addInfo(program, body);
-  addLine(program, body);
-  addCalibrate(program, body);
-  addTrace(program, body);
-  addInfo(program, body);
   addCalibrate(program, body);
   addTrace(program, body);
   addGaps(program, body);

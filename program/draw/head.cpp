@@ -58,7 +58,7 @@ bool overlaps(const cv::Rect2d& label, const std::vector<cv::Rect2d>& taken) {
 }  // namespace
 
 double headHeight(const std::vector<LegendEntry>& legend, double width) {
-  return 62.0 + kRow * layOut(legend, width, [](const LegendEntry&, cv::Point2d) {});
+  return 70.0 + kRow * layOut(legend, width, [](const LegendEntry&, cv::Point2d) {});
 }
 
 void drawHead(Canvas& canvas,

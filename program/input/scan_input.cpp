@@ -99,19 +99,22 @@ Scan transposed(Scan scan, const std::string& path) {
 
 /// Whether x changes faster than y along the lines.
 bool xRunsAlongLines(const Scan& scan) {
-  double alongX = 0.0;
-  double alongY = 0.0;
+  // Steps are counted, not added up, as a single stray may be farther away than all lines are long.
+  long long xFaster = 0;
+  long long yFaster = 0;
   for (const Line& line : scan) {
     for (std::size_t i = 1; i < line.size(); ++i) {
       const STesk3DPoint& a = line[i - 1].pt3D;
       const STesk3DPoint& b = line[i].pt3D;
       if (!std::isnan(a.z) && !std::isnan(b.z)) {
-        alongX += std::abs(b.x - a.x);
-        alongY += std::abs(b.y - a.y);
+        const double dx = std::abs(b.x - a.x);
+        const double dy = std::abs(b.y - a.y);
+        xFaster += dx > dy ? 1 : 0;
+        yFaster += dy > dx ? 1 : 0;
       }
     }
   }
-  return alongX > alongY;
+  return xFaster > yFaster;
 }
 
 void orderAxes(Scan& scan, AxisOrder order, Messages& messages) {

@@ -9,6 +9,7 @@
 #include "base/failure.h"
 #include "base/number.h"
 #include "plane/plane_file.h"
+#include "plane/plane_fit.h"
 #include "plane/plane_methods.h"
 
 namespace program {

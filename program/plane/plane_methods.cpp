@@ -5,34 +5,17 @@
 #include <cmath>
 #include <utility>
 
-#include "base/number.h"
+#include "plane/plane_fit.h"
 
 namespace program {
 namespace {
 
 /// The height of a search that found no plane.
 constexpr double kNotFound = -1.0;
-constexpr double kDegrees = 180.0 / 3.141592653589793;
-
-STesk3DPoint minus(const STesk3DPoint& p, const cv::Point3d& q) {
-  return {p.x - q.x, p.y - q.y, p.z - q.z};
-}
-
-/// Where a levelled sample lies along the normal of the plane.
-double levelledHeight(const PlaneCandidate& candidate, const STesk3DPoint& p) {
-  const STesk3DPoint d = minus(p, candidate.centre);
-  const double* row = &candidate.calibration.levelMatrix[candidate.isGround ? 3 : 6];
-  const double offset = candidate.isGround ? candidate.centre.y : candidate.centre.z;
-  return row[0] * d.x + row[1] * d.y + row[2] * d.z + offset;
-}
 
 cv::Point3d centreOf(const Extent& extent) {
   return {0.5 * (extent.x.min + extent.x.max), 0.5 * (extent.y.min + extent.y.max),
           0.5 * (extent.shownZ.min + extent.shownZ.max)};
-}
-
-double turnDegrees(const double (&m)[9]) {
-  return std::acos(std::clamp(0.5 * (m[0] + m[4] + m[8] - 1.0), -1.0, 1.0)) * kDegrees;
 }
 
 /// A candidate with its matrices, without a height.
@@ -43,7 +26,6 @@ PlaneCandidate candidateOf(const char* method,
   candidate.method = method;
   candidate.calibration = calibration;
   candidate.centre = centreOf(extent);
-  candidate.tiltDegrees = turnDegrees(calibration.levelMatrix);
   return candidate;
 }
 
@@ -52,21 +34,6 @@ PlaneCandidate refusal(const char* method, std::string why) {
   candidate.method = method;
   candidate.refused = std::move(why);
   return candidate;
-}
-
-/// The median levelled height of the samples that `isUsed` accepts; NaN without any.
-template <typename IsUsed>
-double medianHeight(const PlaneCandidate& candidate, const Scan& scan, IsUsed isUsed) {
-  const std::size_t stride = strideOf(scan);
-  std::vector<double> heights;
-  for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i]) && isUsed(line[i].pt3D)) {
-        heights.push_back(levelledHeight(candidate, line[i].pt3D));
-      }
-    }
-  }
-  return heights.empty() ? std::nan("") : quantile(heights, 0.5);
 }
 
 /// The rotation that belongs to coordinates whose z runs the other way.
@@ -142,7 +109,7 @@ PlaneCandidate byHeights(const char* method, const Scan& scan, const Extent& ext
     }
     PlaneCandidate candidate = candidateOf(method, found, extent);
     candidate.height = heightAround(candidate, atOrigin);
-    measureFit(candidate, scan, extent);
+    refine(candidate, scan, extent);
     best = candidate.onPlane > best.onPlane ? candidate : best;
   }
   return best;
@@ -254,52 +221,6 @@ PlaneCandidate tryMethod(const std::string& method,
     return byUnbrokenLines(scan, extent);
   }
   return method == "ground" ? byGround(scan, extent) : byFullerHeight(scan, extent);
-}
-
-void judge(PlaneCandidate& candidate) {
-  constexpr double kStandingDegrees = 60.0;
-  constexpr double kLeastOnPlane = 0.1;
-  if (!candidate.refused.empty()) {
-    return;
-  }
-  if (!candidate.isGround && candidate.tiltDegrees > kStandingDegrees) {
-    candidate.refused =
-        "tilted by " + fixed(candidate.tiltDegrees, 0) + " deg, so it stands upright";
-  } else if (candidate.onPlane < kLeastOnPlane) {
-    candidate.refused = "only " + fixed(100.0 * candidate.onPlane, 1) +
-                        " % of the samples lie within " + significant(candidate.band, 3) + " of it";
-  }
-}
-
-void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& extent) {
-  constexpr double kNoiseInBand = 4.0;
-  constexpr double kSpanInBand = 0.005;
-  candidate.band =
-      std::max(kNoiseInBand * extent.noise, kSpanInBand * (extent.shownZ.max - extent.shownZ.min));
-  // The first height may be off by objects on the plane; a median of what is near it is not.
-  for (const double reach : {4.0, 2.0, 1.0}) {
-    const double height = medianHeight(candidate, scan, [&](const STesk3DPoint& p) {
-      return std::abs(levelledHeight(candidate, p) - candidate.height) <= reach * candidate.band;
-    });
-    candidate.height = std::isnan(height) ? candidate.height : height;
-  }
-  double on = 0.0;
-  double measured = 0.0;
-  double squares = 0.0;
-  const std::size_t stride = strideOf(scan);
-  for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i])) {
-        const double distance = levelledHeight(candidate, line[i].pt3D) - candidate.height;
-        const bool isNear = std::abs(distance) <= candidate.band;
-        measured += 1.0;
-        on += isNear ? 1.0 : 0.0;
-        squares += isNear ? distance * distance : 0.0;
-      }
-    }
-  }
-  candidate.onPlane = measured > 0.0 ? on / measured : 0.0;
-  candidate.residual = on > 0.0 ? std::sqrt(squares / on) : 0.0;
 }
 
 }  // namespace program

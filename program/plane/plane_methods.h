@@ -22,10 +22,4 @@ PlaneCandidate tryMethod(const std::string& method,
                          const Extent& extent,
                          const PlaneOptions& options);
 
-/// Sets `refused` of a candidate that can be no reference plane.
-void judge(PlaneCandidate& candidate);
-
-/// Measures how many samples lie on a candidate's plane, and how near. `height` must be set.
-void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& extent);
-
 }  // namespace program

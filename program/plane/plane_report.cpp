@@ -1,5 +1,6 @@
 #include "plane/plane_report.h"
 
+#include "plane/plane_fit.h"
 #include "plane/plane_methods.h"
 
 namespace program {
