@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Measures which branches of src/ the tests take, and lists those they do not: coverage.sh
 #
-# Builds the preset coverage without the examples. Branches that only an exception takes are not
+# Builds the preset coverage. Branches that only an exception takes are not
 # counted. The report of all lines is build/coverage/coverage.html.
 set -euo pipefail
 
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh --dev
 (
-  cmake --preset coverage -D SCANLINE_BUILD_EXAMPLES=OFF
+  cmake --preset coverage
   cmake --build --preset coverage --parallel "$(getconf _NPROCESSORS_ONLN)"
   find build/coverage -name '*.gcda' -delete
   find build/coverage/tests -name 'scanline*_tests' -type f -perm -u+x \
