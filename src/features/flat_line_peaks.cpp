@@ -7,7 +7,7 @@
 #include "features/flat_pairs.h"
 #include "features/flat_steps.h"
 #include "features/flat_views.h"
-#include "features/valid_profile.h"
+#include "features/profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -25,7 +25,7 @@ constexpr int kFeatureMark = 13;
 constexpr double kMinSideDiff = 0.1;
 
 /// Marks the outer samples of jumps in the caller's line.
-void markJumps(const detail::ValidProfile& profile, const Dents& dents, Line& lineData) {
+void markJumps(const detail::Profile& profile, const Dents& dents, Line& lineData) {
   for (const FlatDent& dent : dents) {
     if (dent.kind == FlatDent::kJump) {
       lineData[profile.index[dent.first]].nPointIdx = detail::kJumpMark;
@@ -60,7 +60,7 @@ std::optional<int> highSideOf(
 /// Appends the features of the dents. All jumps must be marked.
 void appendFeatures(const Line& lineData,
                     int lineIdx,
-                    const detail::ValidProfile& profile,
+                    const detail::Profile& profile,
                     const Dents& dents,
                     double sideWidth,
                     std::vector<SQO_basicFeature1D>& peaks) {
@@ -100,7 +100,7 @@ void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                      double peakWidth_y,
                                      std::vector<SQO_basicFeature1D>& peaks) {
   const detail::FlatLineLimits limits = {slopeWin_y, jumpTh_z, peakWidth_y};
-  const detail::ValidProfile profile =
+  const detail::Profile profile =
       detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
   const Dents dents = detail::pairSteps(profile, detail::steepestSteps(profile, limits), limits);
   detail::makeRoom(dents.size(), peaks);

@@ -43,7 +43,7 @@ FlatDent::Kind kindOf(const FlatStep& step, bool isPaired) {
 
 }  // namespace
 
-std::vector<FlatDent> pairSteps(const ValidProfile& profile,
+std::vector<FlatDent> pairSteps(const Profile& profile,
                                 const FlatSteps& steps,
                                 const FlatLineLimits& limits) {
   const auto areClose = [&](const FlatStep& step, const FlatStep& next) {

@@ -23,7 +23,7 @@ struct FlatDent {
 
 /// Pairs the steps of a line with their successors, in order. Each step is used once; a rising
 /// slope that is the last step is dropped.
-std::vector<FlatDent> pairSteps(const ValidProfile& profile,
+std::vector<FlatDent> pairSteps(const Profile& profile,
                                 const FlatSteps& steps,
                                 const FlatLineLimits& limits);
 

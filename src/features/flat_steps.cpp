@@ -16,7 +16,7 @@ constexpr double kMinSlopeZ = 0.2;
 /// Finds the first sample from a cursor on that lies far enough in y from a given one.
 class DistantSampleSearch {
  public:
-  DistantSampleSearch(const ValidProfile& profile, double distance)
+  DistantSampleSearch(const Profile& profile, double distance)
       : profile_(profile), distance_(distance) {}
 
   /// Moves the cursor; it must lie after the last sample searched from.
@@ -57,7 +57,7 @@ class DistantSampleSearch {
     }
   }
 
-  const ValidProfile& profile_;
+  const Profile& profile_;
   double distance_;
   int cursor_ = 0;
   std::vector<Extent> extentFrom_;  ///< Extent of each sample from `begin_` on and all after it.
@@ -65,7 +65,7 @@ class DistantSampleSearch {
 };
 
 FlatStep stepBetween(
-    const ValidProfile& profile, int first, int last, StepKind falling, StepKind rising) {
+    const Profile& profile, int first, int last, StepKind falling, StepKind rising) {
   const double dz = profile.z[last] - profile.z[first];
   const double slope = dz / std::abs(profile.y[last] - profile.y[first]);
   return {dz > 0.0 ? rising : falling, first, last, dz, slope};
@@ -73,7 +73,7 @@ FlatStep stepBetween(
 
 /// The steps that count, at most one from each sample: the jump to its neighbour, or else the slope
 /// over the window.
-FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+FlatSteps measureSteps(const Profile& profile, const FlatLineLimits& limits) {
   const auto& y = profile.y;
   const auto& z = profile.z;
   const double maxGap = limits.peakWidth_y * 0.5;
@@ -166,7 +166,7 @@ FlatSteps mergeSteps(const FlatSteps& steps) {
 
 }  // namespace
 
-FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+FlatSteps steepestSteps(const Profile& profile, const FlatLineLimits& limits) {
   FlatSteps steps = measureSteps(profile, limits);
   absorbSlopes(steps);
   return mergeSteps(steps);

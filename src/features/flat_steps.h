@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 /// The steps of a nearly flat line, measured over a stretch of y.
 namespace scanline::detail {
@@ -32,6 +32,6 @@ struct FlatLineLimits {
 };
 
 /// The steepest step of each monotone stretch of the line, in order.
-FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits);
+FlatSteps steepestSteps(const Profile& profile, const FlatLineLimits& limits);
 
 }  // namespace scanline::detail

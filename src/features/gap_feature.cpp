@@ -3,8 +3,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/corner_peaks.h"
-#include "features/slopes.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -17,13 +18,12 @@ std::vector<STesk3DPosition> findRims(const std::vector<STesk3DPosition>& lineDa
                                       const SQO_cornerParam& param) {
   const detail::Stretches stretches = detail::stretchesByZ(
       lineData.data(), static_cast<int>(lineData.size()), param.minEndingGap_z);
-  const detail::ValidProfile& profile = stretches.points;
-  const detail::Slopes slopes(profile, stretches.ranges,
-                              detail::SlopeSearch::unlimited(param.scale));
-  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
+  const detail::Profile& profile = stretches.points;
+  const detail::Arms arms(profile, stretches.ranges, detail::ArmSearch::unlimited(param.scale));
+  const auto extrema = detail::findExtrema(arms, detail::ExtremaSign::kMatching);
   std::vector<STesk3DPosition> rims;
   for (const int rim : detail::findPeaks(
-           extrema.minima, slopes, profile,
+           extrema.minima, arms, profile,
            {param.cornerTh, param.scale * param.scale, detail::PeakRule::Measure::kMagnitude})) {
     const int sample = profile.index[rim];
     rims.push_back({sample, lineData[sample].pt3D});
@@ -54,5 +54,5 @@ void qo_getLineGapFeature(std::vector<STesk3DPosition>& lineData,
     }
   }
   detail::append(gaps, line_gaps);
-  detail::stampIndices(lineData);
+  detail::stampIndices(lineData.data(), static_cast<int>(lineData.size()));
 }

@@ -6,9 +6,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/neighbours.h"
-#include "features/slopes.h"
-#include "features/valid_profile.h"
+#include "features/profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
@@ -19,7 +19,7 @@ constexpr std::size_t kMinSamples = 10;
 
 /// The local maxima of z: points that z rises to and does not rise from. On a plateau this is the
 /// first point; the ends of the line count as maxima.
-std::vector<int> findCrests(const detail::ValidProfile& profile) {
+std::vector<int> findCrests(const detail::Profile& profile) {
   constexpr double kOutside = -std::numeric_limits<double>::infinity();
   std::vector<int> crests(profile.index.size());
   std::size_t found = 0;
@@ -42,7 +42,7 @@ struct HigherCrests {
   std::vector<int> after;   ///< One of greater z, or the number of points.
 };
 
-HigherCrests findHigherCrests(const detail::ValidProfile& profile, const std::vector<int>& crests) {
+HigherCrests findHigherCrests(const detail::Profile& profile, const std::vector<int>& crests) {
   HigherCrests higher = {std::vector<int>(crests.size(), detail::kNoPoint),
                          std::vector<int>(crests.size(), profile.count())};
   std::vector<std::size_t> open;  // without a higher one after them so far; z falls or stays
@@ -63,8 +63,7 @@ HigherCrests findHigherCrests(const detail::ValidProfile& profile, const std::ve
 /// The points that none is higher than up to and including the neighbours: before them none of
 /// equal z either, which makes the first point of a plateau its summit. The greatest z of such a
 /// stretch belongs to a crest or to the neighbour, so only these are compared.
-std::vector<int> findSummits(const detail::ValidProfile& profile,
-                             const detail::Neighbours& neighbours) {
+std::vector<int> findSummits(const detail::Profile& profile, const detail::Neighbours& neighbours) {
   const std::vector<int> crests = findCrests(profile);
   const HigherCrests higher = findHigherCrests(profile, crests);
   std::vector<int> summits;
@@ -92,7 +91,7 @@ struct Flanks {
   std::vector<double> steps;
 };
 
-Flanks measureFlanks(const detail::ValidProfile& profile, const detail::Neighbours& neighbours) {
+Flanks measureFlanks(const detail::Profile& profile, const detail::Neighbours& neighbours) {
   Flanks flanks = {std::vector<double>(profile.index.size()),
                    std::vector<double>(profile.index.size())};
   for (int i = 0; i < profile.count(); ++i) {
@@ -145,7 +144,7 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   if (lineData.size() < kMinSamples) {
     return;
   }
-  const detail::ValidProfile profile =
+  const detail::Profile profile =
       detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
   const detail::Neighbours neighbours =
       detail::findNeighbours(profile, {{0, profile.count() - 1}}, gloveArcPara.scale);

@@ -113,7 +113,7 @@ bool walkAll(const double* y,
 
 }  // namespace
 
-ArcLengths::ArcLengths(const ValidProfile& profile) : upTo_(profile.index.size()) {
+ArcLengths::ArcLengths(const Profile& profile) : upTo_(profile.index.size()) {
   if (upTo_.empty()) {
     return;
   }
@@ -143,7 +143,7 @@ double ArcLengths::arcReaching(double squaredThreshold) const {
   return std::sqrt(squaredThreshold) * (1.0 - 1e-9) - margin;
 }
 
-bool walkNearby(const ValidProfile& profile,
+bool walkNearby(const Profile& profile,
                 const ArcLengths& arcs,
                 const NeighbourWalk& walk,
                 int* neighbours) {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 /// The search for neighbours near each point of a profile.
 namespace scanline::detail {
@@ -10,7 +10,7 @@ namespace scanline::detail {
 /// The length of a line up to each of its points.
 class ArcLengths {
  public:
-  explicit ArcLengths(const ValidProfile& profile);
+  explicit ArcLengths(const Profile& profile);
 
   [[nodiscard]] const double* data() const {
     return upTo_.data();
@@ -47,7 +47,7 @@ constexpr int nextOf(int unfinished) {
 
 /// Writes the neighbour of each point of the range, `kNoPoint` if it has none. Returns whether no
 /// walk was given up.
-bool walkNearby(const ValidProfile& profile,
+bool walkNearby(const Profile& profile,
                 const ArcLengths& arcs,
                 const NeighbourWalk& walk,
                 int* neighbours);

@@ -13,7 +13,7 @@ namespace {
 /// Searches the neighbours on one side for one range after the other.
 class NeighbourSearch {
  public:
-  NeighbourSearch(const ValidProfile& profile, double scale)
+  NeighbourSearch(const Profile& profile, double scale)
       : profile_(profile),
         arcs_(profile),
         squaredThreshold_(squaredThreshold(scale)),
@@ -40,14 +40,14 @@ class NeighbourSearch {
     }
   }
 
-  const ValidProfile& profile_;
+  const Profile& profile_;
   ArcLengths arcs_;
   double squaredThreshold_;
   double leastArc_;
   ReachSearch distant_;
 };
 
-void dropDistant(const ValidProfile& profile, double maxChord, std::vector<int>& neighbours) {
+void dropDistant(const Profile& profile, double maxChord, std::vector<int>& neighbours) {
   const double squaredMaxChord = squaredThreshold(maxChord);
   for (int i = 0; i < profile.count(); ++i) {
     const int j = neighbours[i] != kNoPoint ? neighbours[i] : i;
@@ -61,7 +61,7 @@ void dropDistant(const ValidProfile& profile, double maxChord, std::vector<int>&
 
 }  // namespace
 
-Neighbours findNeighbours(const ValidProfile& profile,
+Neighbours findNeighbours(const Profile& profile,
                           const std::vector<PointRange>& ranges,
                           double scale,
                           std::optional<double> maxChord) {

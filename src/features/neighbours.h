@@ -3,7 +3,7 @@
 #include <optional>
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 namespace scanline::detail {
 
@@ -17,7 +17,7 @@ struct Neighbours {
 /// Finds the neighbours that are at least `scale` away. They lie in the range of their point; the
 /// ranges must cover the profile. If the nearest point that is far enough away is at `maxChord` or
 /// beyond, there is no neighbour on that side; `maxChord` must not be below the scale.
-Neighbours findNeighbours(const ValidProfile& profile,
+Neighbours findNeighbours(const Profile& profile,
                           const std::vector<PointRange>& ranges,
                           double scale,
                           std::optional<double> maxChord = std::nullopt);

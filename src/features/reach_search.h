@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 namespace scanline::detail {
 

@@ -4,8 +4,9 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/corner_types.h"
-#include "features/slopes.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -29,7 +30,7 @@ constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
 std::vector<int> findMarks(const STesk3DPosition* lineData,
                            int dataSize,
                            const detail::Stretches& stretches,
-                           const detail::Slopes& slopes,
+                           const detail::Arms& arms,
                            const SQO_cornerParam& param) {
   const std::vector<int>& index = stretches.points.index;
   std::vector<int> marks(static_cast<std::size_t>(std::max(dataSize, 0)));
@@ -37,8 +38,8 @@ std::vector<int> findMarks(const STesk3DPosition* lineData,
     marks[index[range.first]] |= detail::kStretchStartMark;
     marks[index[range.last]] |= detail::kStretchEndMark;
   }
-  for (const int peak : detail::cornerPeaks(slopes, stretches.points, param)) {
-    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(slopes, peak, param)
+  for (const int peak : detail::cornerPeaks(arms, stretches.points, param)) {
+    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(arms, peak, param)
                                               << kTypeShift;
   }
   return marks;
@@ -51,7 +52,7 @@ std::vector<int> findMarks(const STesk3DPosition* lineData,
 int typeOfMarked(int word,
                  double z,
                  int point,
-                 const detail::Slopes& slopes,
+                 const detail::Arms& arms,
                  double refZ,
                  const SQO_cornerParam& param) {
   const int cornerType = (word >> kTypeShift) & kTypeMask;
@@ -62,9 +63,9 @@ int typeOfMarked(int word,
   const bool isHole = point == detail::kNoPoint;
   switch (word >> kStretchEndsShift) {
     case kStartMarkOnly:
-      return isFlat(isHole ? 0.0 : slopes.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
+      return isFlat(isHole ? 0.0 : arms.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
     case kEndMarkOnly:
-      return isFlat(isHole ? 0.0 : slopes.backwardAngle(point)) ? FEATURE_JUMP_RISE : 0;
+      return isFlat(isHole ? 0.0 : arms.backwardAngle(point)) ? FEATURE_JUMP_RISE : 0;
     default:
       return 0;
   }
@@ -80,20 +81,20 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                 std::vector<SQO_basicFeature1D>& line_features) {
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::Slopes slopes(stretches.points, stretches.ranges,
-                              detail::SlopeSearch::oneSided(cornerPara.scale));
-  const std::vector<int> marks = findMarks(lineData, dataSize, stretches, slopes, cornerPara);
+  const detail::Arms arms(stretches.points, stretches.ranges,
+                          detail::ArmSearch::oneSided(cornerPara.scale));
+  const std::vector<int> marks = findMarks(lineData, dataSize, stretches, arms, cornerPara);
 
   std::vector<SQO_basicFeature1D> features;
   int next = 0;
   for (int i = 0; i < dataSize; ++i) {
-    const bool isPoint = next < slopes.count() && stretches.points.index[next] == i;
+    const bool isPoint = next < arms.count() && stretches.points.index[next] == i;
     const int point = isPoint ? next++ : detail::kNoPoint;
     const STesk3DPosition& sample = lineData[i];
     const int word = sample.nPointIdx | marks[i];
-    const int type = typeOfMarked(word, sample.pt3D.z, point, slopes, refZ, cornerPara);
+    const int type = typeOfMarked(word, sample.pt3D.z, point, arms, refZ, cornerPara);
     if (type != 0) {
-      features.push_back(detail::featureAt(lineData, i, type, lineIdx, 0.0));
+      features.push_back(detail::featureAt(lineData, i, type, lineIdx));
     }
   }
   detail::append(features, line_features);

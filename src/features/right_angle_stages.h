@@ -4,7 +4,7 @@
 
 #include <scanline/line_features.h>
 #include <scanline/scan_records.h>
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 /// The stages of the search for right angles: walks along the two arms of a sample, and the marks
 /// that follow from them.
@@ -59,7 +59,7 @@ class ArmWalker {
  private:
   [[nodiscard]] ArmWalk walk(const ArmOrigin& origin, int place, int stride, double armLen) const;
 
-  ValidProfile profile_;  ///< The samples that a walk sees.
+  Profile profile_;  ///< The samples that a walk sees.
   double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
 };
 

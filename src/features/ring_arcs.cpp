@@ -3,7 +3,8 @@
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/slopes.h"
+#include "features/arms.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -11,14 +12,14 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// The runs of points in a stretch whose corner measures are below 0. Points without slopes belong
+/// The runs of points in a stretch whose turn angles are below 0. Points without arms belong
 /// to none, and the ends of a stretch have none.
 std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
-                                         const detail::Slopes& slopes) {
+                                         const detail::Arms& arms) {
   std::vector<detail::PointRange> arcs;
   bool isOpen = false;
   for (int i = stretch.first; i <= stretch.last; ++i) {
-    if (!(slopes.cornerSign(i) < 0.0)) {
+    if (!(arms.turnSign(i) < 0.0)) {
       isOpen = false;
     } else if (isOpen) {
       arcs.back().last = i;
@@ -30,12 +31,12 @@ std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
   return arcs;
 }
 
-/// An arc without slopes on either side of it fills its stretch, and takes all points without
-/// slopes at the ends of the stretch too. An arc always has a point on either side.
+/// An arc without arms on either side of it fills its stretch, and takes all points without
+/// arms at the ends of the stretch too. An arc always has a point on either side.
 detail::PointRange extentOf(const detail::PointRange& arc,
                             const detail::PointRange& stretch,
-                            const detail::Slopes& slopes) {
-  const bool isInside = slopes.exist(arc.first - 1) || slopes.exist(arc.last + 1);
+                            const detail::Arms& arms) {
+  const bool isInside = arms.exist(arc.first - 1) || arms.exist(arc.last + 1);
   return isInside ? arc : stretch;
 }
 
@@ -54,28 +55,28 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           std::vector<SJU_segFeature>& line_ringArcs) {
   const detail::Stretches stretches = detail::stretchesByZ(
       lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
-  const detail::Slopes slopes(stretches.points, stretches.ranges,
-                              detail::SlopeSearch::unlimited(cornerPara.scale));
+  const detail::Arms arms(stretches.points, stretches.ranges,
+                          detail::ArmSearch::unlimited(cornerPara.scale));
   const auto sampleAt = [&](int point) -> const STesk3DPosition& {
     return lineData[stretches.points.index[point]];
   };
   std::vector<SJU_segFeature> arcs;
   for (const detail::PointRange& stretch : stretches.ranges) {
-    for (const detail::PointRange& arc : findArcs(stretch, slopes)) {
+    for (const detail::PointRange& arc : findArcs(stretch, arms)) {
       const double chord = chordBetween(sampleAt(arc.first).pt3D, sampleAt(arc.last).pt3D);
       if (!(chord >= ringArcWidth.min && ringArcWidth.max >= chord)) {
         continue;
       }
       const double turnAngle =
-          std::abs(slopes.forwardAngle(arc.last) - slopes.backwardAngle(arc.first));
+          std::abs(arms.forwardAngle(arc.last) - arms.backwardAngle(arc.first));
       if (!(turnAngle > cornerPara.cornerTh)) {
         continue;
       }
-      const auto [first, last] = extentOf(arc, stretch, slopes);
+      const auto [first, last] = extentOf(arc, stretch, arms);
       arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
                       sampleAt(first).pt3D, sampleAt(last).pt3D, turnAngle});
     }
   }
   detail::append(arcs, line_ringArcs);
-  detail::stampIndices(lineData);
+  detail::stampIndices(lineData.data(), static_cast<int>(lineData.size()));
 }

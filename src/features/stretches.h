@@ -3,14 +3,14 @@
 #include <vector>
 
 #include <scanline/scan_records.h>
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 namespace scanline::detail {
 
 /// The valid points of a line, cut into stretches of continuous ones. Unlike runs, stretches go on
 /// across holes: only the step from valid point to valid point counts.
 struct Stretches {
-  ValidProfile points;
+  Profile points;
   std::vector<PointRange> ranges;  ///< The stretches; together they are all points.
 
   /// The samples of a line that a stretch spans, holes counted.
@@ -28,9 +28,6 @@ Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double ste
 
 /// Stretches without a step in z of `stepZ` or more, or in y of `stepY` or more.
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ);
-
-/// Writes every sample's index on the line into its working word.
-void stampIndices(std::vector<STesk3DPosition>& lineData);
 
 // Marks that line functions leave on the samples at the ends of stretches.
 constexpr int kStretchStartMark = 0x100000;

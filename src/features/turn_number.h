@@ -22,10 +22,10 @@ inline double turnNumber(double x, double y, double side) {
   return x >= 0.0 ? ratio : std::copysign(2.0, side) - ratio;
 }
 
-/// If the turn numbers of two corners differ by more than this, their corner measures differ in the
+/// If the turn numbers of two corners differ by more than this, their turn angles differ in the
 /// same direction. The same holds for a corner and a threshold, and for the sign of a corner.
 ///
-/// The corner measure is the difference of the angles of two chords. Each chord points forwards:
+/// The turn angle is the difference of the angles of two chords. Each chord points forwards:
 /// its components are (|dy|, dz). The scalar product of the two chords is x and their cross product
 /// is y, both the sum of two products.
 /// - With s and c as sine and cosine of the exact angle and r = |s| + |c|, the exact turn number is
@@ -38,7 +38,7 @@ inline double turnNumber(double x, double y, double side) {
 /// - If x is negative, one chord rises and the other falls. Then the two terms of y have the sign
 /// of
 ///   the first chord's dz and cannot cancel: `side`, which is that dz, is exact.
-/// - The corner measure in radians is off by less than 8 u for its own roundings, and by twice the
+/// - The turn angle in radians is off by less than 8 u for its own roundings, and by twice the
 ///   error of the C library's atan, which is far below 1e-10.
 /// In all, less than half of the margin.
 constexpr double kTurnMargin = 1e-9;

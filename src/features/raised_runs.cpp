@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
@@ -89,5 +90,5 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
   detail::append(
       findRaised(lineData.data(), static_cast<int>(lineData.size()), lineIdx, raisedFeaturePara),
       line_raisedFeatures);
-  detail::stampIndices(lineData);
+  detail::stampIndices(lineData.data(), static_cast<int>(lineData.size()));
 }

@@ -42,8 +42,8 @@ class PaddedColumn {
 
 /// The valid points of a line as the y-z plane has them, each known by its place in the profile.
 /// Searches that pass over all of them read only the coordinates that they compare.
-struct ValidProfile {
-  explicit ValidProfile(std::size_t capacity) : y(capacity), z(capacity), index(capacity) {}
+struct Profile {
+  explicit Profile(std::size_t capacity) : y(capacity), z(capacity), index(capacity) {}
 
   [[nodiscard]] int count() const {
     return static_cast<int>(index.size());
@@ -56,8 +56,8 @@ struct ValidProfile {
 
 /// The profile of the samples that are points by `isPoint(sample)`.
 template <typename IsPoint>
-ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
-  ValidProfile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
+Profile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
+  Profile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
   double* const y = profile.y.data();
   double* const z = profile.z.data();
   std::size_t count = 0;
@@ -76,6 +76,6 @@ ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoi
 }
 
 /// The profile of the samples above the no-sample limit.
-ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize);
+Profile collectProfile(const STesk3DPosition* lineData, int dataSize);
 
 }  // namespace scanline::detail
