@@ -12,13 +12,13 @@
 #include "plain_corners.h"
 #include "plain_glove_arcs.h"
 
-// The corner family against its rules in their plainest form, on random lines. Steps, angles and
-// limits come from small grids, so values stand exactly at their limits all the time.
+// Compares the corner searches with the same rules in their plainest form, on random lines. Steps,
+// angles and limits come from small grids, so values exactly at a limit are frequent.
 
 namespace {
 
 using build::Line;
-using plain::Places;
+using plain::Profile;
 using Features = std::vector<SQO_basicFeature1D>;
 
 constexpr int kLine = 7;
@@ -32,11 +32,11 @@ std::string text(const Features& features) {
 }
 
 /// Marks the first and the last sample of each stretch.
-void markEnds(const Places& places, Line& line) {
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    const bool starts = i == 0 || places[i - 1].stretch != places[i].stretch;
-    const bool ends = i + 1 == places.size() || places[i + 1].stretch != places[i].stretch;
-    line[places[i].sample].nPointIdx |= (starts ? 0x100000 : 0) | (ends ? 0x200000 : 0);
+void markEnds(const Profile& profile, Line& line) {
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    const bool starts = i == 0 || profile[i - 1].stretch != profile[i].stretch;
+    const bool ends = i + 1 == profile.size() || profile[i + 1].stretch != profile[i].stretch;
+    line[profile[i].sample].nPointIdx |= (starts ? 0x100000 : 0) | (ends ? 0x200000 : 0);
   }
 }
 
@@ -44,8 +44,8 @@ double pick(std::mt19937& rng, std::initializer_list<double> values) {
   return values.begin()[rng() % values.size()];
 }
 
-/// A line with holes, jumps, turns and values that are not numbers. Long ones hardly advance, so
-/// that neighbours are hundreds of samples away. On some, equal corners differ by rounding alone.
+/// A line with holes, jumps, corners and NaN. Long ones hardly advance, so neighbours are hundreds
+/// of samples away. On some, equal turn angles differ by rounding only.
 Line randomLine(std::mt19937& rng) {
   const double count = pick(rng, {0.0, 1.0, 9.0, 10.0, 20.0, 40.0, 40.0, 40.0, 40.0, 400.0});
   const double unit = count > 40.0 ? 0.03125 : 1.0;
@@ -77,7 +77,7 @@ TEST(CornerFamily, FollowsThePlainRules) {
                                    pick(rng, {0.0, 30.0, 45.0, 90.0, 91.0}),
                                    pick(rng, {0.0, 30.0, 45.0, 60.0})};
     const double limit = pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0});
-    const auto byYZ = plain::placesOf(line, false, param.minEndingGap, param.minEndingGap_z);
+    const auto byYZ = plain::profileOf(line, false, param.minEndingGap, param.minEndingGap_z);
     Line sent = line;
     Features features;
     const auto check = [&](int kind, const auto& seen, const auto& expected, const Line& left) {
@@ -90,10 +90,10 @@ TEST(CornerFamily, FollowsThePlainRules) {
 
     SQO_lineFeature record = {};
     qo_getLineCornerFeature(sent.data(), size, kLine, param, &record);
-    check(0, text(record.features), text(plain::corners(plain::placesOf(line), kLine, param)),
+    check(0, text(record.features), text(plain::corners(plain::profileOf(line), kLine, param)),
           line);
     const SQO_gloveArcParam glove = {param.scale, limit, param.cornerTh};
-    const auto arcs = plain::gloveArcs(plain::placesOf(line), kLine, glove);
+    const auto arcs = plain::gloveArcs(plain::profileOf(line), kLine, glove);
     ju_getLineGloveArcs(sent, kLine, glove, features);
     check(1, text(features), text(size < 10 ? Features() : arcs), line);
 
@@ -106,8 +106,8 @@ TEST(CornerFamily, FollowsThePlainRules) {
     for (STesk3DPosition& sample : low) {
       sample.pt3D.z = sample.pt3D.z > 51.0 ? 0.0 : sample.pt3D.z;
     }
-    const Features lowCorners = plain::corners(plain::placesOf(low), kLine, param);
-    markEnds(plain::placesOf(low, false, INFINITY, param.minEndingGap_z), low);
+    const Features lowCorners = plain::corners(plain::profileOf(low), kLine, param);
+    markEnds(plain::profileOf(low, false, INFINITY, param.minEndingGap_z), low);
     record.features.clear();
     ju_getLineCornerFeature_PSM(sent.data(), size, kLine, 51.0, param, &record);
     check(2, text(record.features), text(lowCorners), low);
@@ -120,7 +120,7 @@ TEST(CornerFamily, FollowsThePlainRules) {
     }
     const Line labelled = sent;
     qo_maskData_getLineCornerFeature(sent, kLine, 2, param, features);
-    const auto ofLabel = plain::corners(plain::placesOf(oneLabel), kLine, param, true);
+    const auto ofLabel = plain::corners(plain::profileOf(oneLabel), kLine, param, true);
     check(4, text(features), text(ofLabel), labelled);
   }
   EXPECT_GT(*std::min_element(found.begin(), found.end()), 50);

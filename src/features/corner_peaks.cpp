@@ -37,7 +37,7 @@ class TurnChange {
   bool isKnown_ = false;
 };
 
-/// A turn number that is above those of some turn angles below the threshold, and of no others.
+/// A turn number such that corners with a smaller one have a turn angle below the threshold.
 double turnOfThreshold(double cornerTh) {
   if (!(std::abs(cornerTh) < 180.0)) {
     return -std::numeric_limits<double>::infinity();

@@ -7,8 +7,8 @@
 namespace scanline::detail {
 namespace {
 
-/// Whether the kinds and heights of a step and the next one make a pair. A jump is low if its
-/// change of z is below `jumpTh_z`.
+/// Whether a step and the next one make a pair by their kinds and heights. A jump is low if z
+/// changes by less than `jumpTh_z`.
 ///
 /// | step              | partner                                        |
 /// |-------------------|------------------------------------------------|

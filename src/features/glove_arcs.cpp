@@ -1,4 +1,4 @@
-// Finds the summits of a line whose flanks turn strongly within a given length of arc.
+// Finds glove arcs: maxima of z whose flanks turn by an angle within a given length of the profile.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -7,6 +7,7 @@
 
 #include <scanline/line_features.h>
 #include "features/arms.h"
+#include "features/line_samples.h"
 #include "features/neighbours.h"
 #include "features/profile.h"
 #include "records/append.h"
@@ -17,8 +18,8 @@ namespace {
 
 constexpr std::size_t kMinSamples = 10;
 
-/// The local maxima of z: points that z rises to and does not rise from. On a plateau this is the
-/// first point; the ends of the line count as maxima.
+/// The local maxima of z: points at which z has risen and does not rise further. On a plateau this
+/// is the first point. The ends of the line count as maxima.
 std::vector<int> findCrests(const detail::Profile& profile) {
   constexpr double kOutside = -std::numeric_limits<double>::infinity();
   std::vector<int> crests(profile.index.size());
@@ -27,7 +28,7 @@ std::vector<int> findCrests(const detail::Profile& profile) {
   for (int i = 0; i < profile.count(); ++i) {
     const double z = profile.z[i];
     const double after = i + 1 < profile.count() ? profile.z[i + 1] : kOutside;
-    // Noise makes branches here unpredictable.
+    // Written without a branch, which noise would make unpredictable.
     crests[found] = i;
     found += static_cast<std::size_t>((z > before) & !(after > z));
     before = z;
@@ -45,7 +46,7 @@ struct HigherCrests {
 HigherCrests findHigherCrests(const detail::Profile& profile, const std::vector<int>& crests) {
   HigherCrests higher = {std::vector<int>(crests.size(), detail::kNoPoint),
                          std::vector<int>(crests.size(), profile.count())};
-  std::vector<std::size_t> open;  // without a higher one after them so far; z falls or stays
+  std::vector<std::size_t> open;  // Without a higher one after them so far; their z never grows.
   open.reserve(crests.size());
   for (std::size_t k = 0; k < crests.size(); ++k) {
     while (!open.empty() && profile.z[crests[k]] > profile.z[crests[open.back()]]) {
@@ -60,9 +61,9 @@ HigherCrests findHigherCrests(const detail::Profile& profile, const std::vector<
   return higher;
 }
 
-/// The points that none is higher than up to and including the neighbours: before them none of
-/// equal z either, which makes the first point of a plateau its summit. The greatest z of such a
-/// stretch belongs to a crest or to the neighbour, so only these are compared.
+/// The points with the greatest z up to and including both neighbours. Before them z must be
+/// smaller, so the summit of a plateau is its first point. The greatest z up to a neighbour is that
+/// of a crest or of the neighbour itself, so only these are compared.
 std::vector<int> findSummits(const detail::Profile& profile, const detail::Neighbours& neighbours) {
   const std::vector<int> crests = findCrests(profile);
   const HigherCrests higher = findHigherCrests(profile, crests);
@@ -84,11 +85,10 @@ std::vector<int> findSummits(const detail::Profile& profile, const detail::Neigh
   return summits;
 }
 
-/// The flanks of summits: the forward angle at each point, 0 where a neighbour is missing, and the
-/// distance to the next point, 0 at the last.
+/// What the flanks of summits are measured by, for each point.
 struct Flanks {
-  std::vector<double> angles;
-  std::vector<double> steps;
+  std::vector<double> angles;  ///< The forward angle; 0 if a neighbour is missing on either side.
+  std::vector<double> steps;   ///< The distance to the next point; 0 at the last one.
 };
 
 Flanks measureFlanks(const detail::Profile& profile, const detail::Neighbours& neighbours) {
@@ -121,7 +121,8 @@ double angleBefore(const Flanks& flanks, int summit, double armLen) {
   return greatest;
 }
 
-/// The smallest forward angle from a summit on. The point that reaches the length is left out.
+/// The smallest forward angle from a summit on. The point at which the length is reached does not
+/// count.
 double angleAfter(const Flanks& flanks, int summit, double armLen) {
   double smallest = flanks.angles[summit];
   double length = flanks.steps[summit];
@@ -154,8 +155,8 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
     const double turn = angleBefore(flanks, summit, gloveArcPara.armLen) -
                         angleAfter(flanks, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      const int sample = profile.index[summit];
-      arcs.push_back({FEATURE_PEAK, {lineIdx, sample}, lineData[sample].pt3D, turn});
+      arcs.push_back(
+          detail::featureAt(lineData.data(), profile.index[summit], FEATURE_PEAK, lineIdx, turn));
     }
   }
   detail::append(arcs, line_gloveArcs);

@@ -1,5 +1,6 @@
-// Finds the corners of negative measure that have the ground close by.
+// Finds the corners close to the ground at which a line turns away from the sensor.
 #include <algorithm>
+#include <cassert>
 #include <optional>
 #include <vector>
 
@@ -18,7 +19,7 @@ namespace {
 
 constexpr int kGround = 1;
 
-/// The ground on a line, and the distances to it in the x-y plane.
+/// Searches the ground on a line. Distances are in the x-y plane.
 class GroundSearch {
  public:
   GroundSearch(const std::vector<STesk3DPosition>& lineData,
@@ -39,8 +40,8 @@ class GroundSearch {
     }
   }
 
-  /// Whether the nearest ground on either side of point `i`, and all points up to it, lie within
-  /// the distance.
+  /// Whether there is ground before or after point `i` such that the nearest point of it and all
+  /// points up to that one lie within the distance.
   bool findsAround(int i) {
     const auto after = std::upper_bound(ground_.begin(), ground_.end(), i);
     if (after != ground_.end() && tooFar_.find(i, 1, *after + 1) == detail::kNoPoint) {
@@ -56,7 +57,7 @@ class GroundSearch {
   std::vector<int> ground_;  ///< The points on the ground, in line order.
 };
 
-/// The peaks among the minima of the turn angle.
+/// The peaks among the minima of the turn angle below 0.
 std::vector<int> minimumPeaks(const detail::Arms& arms,
                               const detail::Profile& profile,
                               const SQO_cornerParam& param) {
@@ -75,6 +76,8 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
                                                   SQO_cornerParam cornerPara,
                                                   std::vector<SQO_basicFeature1D>& line_features) {
   // NOLINTEND(performance-unnecessary-value-param)
+  assert(groundMask.size() >= lineData.size());
+  assert(detail::isStamped(lineData.data(), static_cast<int>(lineData.size())));
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData.data(), static_cast<int>(lineData.size()),
                             cornerPara.minEndingGap, cornerPara.minEndingGap_z);

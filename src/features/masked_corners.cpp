@@ -1,4 +1,4 @@
-// Finds the corners among the samples of one label.
+// Finds the corners of the samples of one label.
 #include <scanline/line_features.h>
 #include "features/arms.h"
 #include "features/corner_types.h"
@@ -19,7 +19,7 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
         const bool isLabelled = sample.nPointIdx == maskID;
         return detail::isMeasured(sample.pt3D.z) && isLabelled;
       });
-  // What lies beyond the longest chord belongs to another piece of the label.
+  // A chord that is longer leads to another piece of the label.
   const detail::Arms arms(
       profile, {cornerPara.scale, cornerPara.scale * 4.0, detail::MissingNeighbour::kNoArms});
   std::vector<SQO_basicFeature1D> corners;

@@ -1,4 +1,4 @@
-// Finds the neighbours of the points of a line.
+// Finds the neighbours of the points of a profile.
 #include "features/neighbours.h"
 
 #include <cstddef>
@@ -10,7 +10,7 @@
 namespace scanline::detail {
 namespace {
 
-/// Searches the neighbours on one side for one range after the other.
+/// Searches the neighbours on one side, range by range.
 class NeighbourSearch {
  public:
   NeighbourSearch(const Profile& profile, double scale)
@@ -20,7 +20,7 @@ class NeighbourSearch {
         leastArc_(arcs_.arcReaching(squaredThreshold_)),
         distant_(profile.y.data(), profile.z.data(), profile.count(), squaredThreshold_) {}
 
-  /// Searches from all points of a range by `step` and inside the range.
+  /// Searches inside a range from all of its points, in the direction of `step`.
   void run(const PointRange& range, int step, std::vector<int>& neighbours) {
     const NeighbourWalk walk = {range, step, squaredThreshold_, leastArc_};
     if (!walkNearby(profile_, arcs_, walk, neighbours.data())) {
@@ -47,6 +47,7 @@ class NeighbourSearch {
   ReachSearch distant_;
 };
 
+/// Removes the neighbours at a distance of `maxChord` or more.
 void dropDistant(const Profile& profile, double maxChord, std::vector<int>& neighbours) {
   const double squaredMaxChord = squaredThreshold(maxChord);
   for (int i = 0; i < profile.count(); ++i) {

@@ -1,4 +1,4 @@
-// Collects the valid points of a line.
+// Collects the measured samples of a line.
 #include "features/profile.h"
 
 #include "records/sample_rules.h"

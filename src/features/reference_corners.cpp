@@ -1,5 +1,6 @@
-// Finds the corners near a reference height, and the ends of stretches that run out flat.
+// Finds the corners near a reference height, and the ends of stretches that continue flat.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <vector>
 
@@ -14,19 +15,19 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Corners count only this close in z to the reference height.
+/// Distance in z from the reference height at which a corner is dropped.
 constexpr double kMaxHeightDistance = 10.0;
 
-// The working word of a sample holds its index on the line, above it the type of a corner, above
-// that the marks of stretch ends.
+// The word of a sample holds, from the lowest bit on, its index on the line, the type of a corner
+// and the marks of stretch ends.
 constexpr int kTypeShift = 16;
 constexpr int kTypeMask = 15;
 constexpr int kStretchEndsShift = 20;
 constexpr int kStartMarkOnly = detail::kStretchStartMark >> kStretchEndsShift;
 constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
 
-/// The marks that a line's samples receive: stretch ends, and corners at the index that the
-/// caller's stamp gives.
+/// The marks of all samples: stretch ends, and the types of corners at the indices stamped by the
+/// caller.
 std::vector<int> findMarks(const STesk3DPosition* lineData,
                            int dataSize,
                            const detail::Stretches& stretches,
@@ -45,10 +46,10 @@ std::vector<int> findMarks(const STesk3DPosition* lineData,
   return marks;
 }
 
-/// Type of the feature that a marked sample turns into, 0 for none. A stretch that goes on flat at
-/// its start is typed like a corner with a flat forward arm, at its end like one with a flat
-/// backward arm; a stretch of one sample bears both marks and is neither. A hole bears marks only
-/// if the caller left them there; its arms, like all that are missing, have an angle of 0.
+/// The type of the feature at a marked sample, 0 for none. The start of a stretch is typed like a
+/// corner with a flat forward arm, its end like one with a flat backward arm. The only sample of a
+/// stretch has both marks and is neither. A hole has only the marks that the caller left there, and
+/// its arms have an angle of 0, as any missing arm.
 int typeOfMarked(int word,
                  double z,
                  int point,
@@ -79,6 +80,8 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                 double refZ,
                                 SQO_cornerParam cornerPara,
                                 std::vector<SQO_basicFeature1D>& line_features) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(dataSize <= 1 << kTypeShift && detail::isStamped(lineData, dataSize));
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
   const detail::Arms arms(stretches.points, stretches.ranges,

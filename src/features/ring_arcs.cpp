@@ -1,4 +1,4 @@
-// Finds arcs: runs of points that all bend the same way.
+// Finds ring arcs: rows of points at each of which a line turns away from the sensor.
 #include <cmath>
 #include <vector>
 
@@ -12,8 +12,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// The runs of points in a stretch whose turn angles are below 0. Points without arms belong
-/// to none, and the ends of a stretch have none.
+/// The rows of points in a stretch whose turn angles are below 0. A point without arms ends a row.
 std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
                                          const detail::Arms& arms) {
   std::vector<detail::PointRange> arcs;
@@ -31,15 +30,17 @@ std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
   return arcs;
 }
 
-/// An arc without arms on either side of it fills its stretch, and takes all points without
-/// arms at the ends of the stretch too. An arc always has a point on either side.
-detail::PointRange extentOf(const detail::PointRange& arc,
-                            const detail::PointRange& stretch,
-                            const detail::Arms& arms) {
-  const bool isInside = arms.exist(arc.first - 1) || arms.exist(arc.last + 1);
-  return isInside ? arc : stretch;
+/// What is reported for an arc: the whole stretch if neither the point before the arc nor the one
+/// after it has arms, with all other points of the stretch, arms or not. Both points exist, since
+/// the ends of a stretch never have arms.
+detail::PointRange reportedRange(const detail::PointRange& arc,
+                                 const detail::PointRange& stretch,
+                                 const detail::Arms& arms) {
+  const bool hasArmsBeside = arms.exist(arc.first - 1) || arms.exist(arc.last + 1);
+  return hasArmsBeside ? arc : stretch;
 }
 
+/// Distance in the y-z plane.
 double chordBetween(const STesk3DPoint& a, const STesk3DPoint& b) {
   const double dy = a.y - b.y;
   const double dz = a.z - b.z;
@@ -72,7 +73,7 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
       if (!(turnAngle > cornerPara.cornerTh)) {
         continue;
       }
-      const auto [first, last] = extentOf(arc, stretch, arms);
+      const auto [first, last] = reportedRange(arc, stretch, arms);
       arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
                       sampleAt(first).pt3D, sampleAt(last).pt3D, turnAngle});
     }

@@ -1,4 +1,4 @@
-// Finds steps by the corners at their feet and tops.
+// Finds jumps, which may spread over several samples, by the two corners of a step.
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -15,7 +15,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// A corner that can be the foot or the top of a step.
+/// A corner that can be an end of a step.
 struct StepCorner {
   int point;
   bool isMaximum;  ///< Of the turn angle.
@@ -41,7 +41,7 @@ std::vector<StepCorner> selectStepCorners(const std::vector<int>& peaks,
   return corners;
 }
 
-/// All corners of a line that can belong to a step, in line order.
+/// All corners of a line that can be ends of a step, in line order.
 std::vector<StepCorner> findStepCorners(const detail::Arms& arms,
                                         const detail::Profile& profile,
                                         const SQO_cornerParam& param) {
@@ -61,8 +61,8 @@ std::vector<StepCorner> findStepCorners(const detail::Arms& arms,
   return corners;
 }
 
-/// The jump between two neighbouring corners: on the corner at the end of greater z, with the z of
-/// that end as its value. Of no type if there is none.
+/// The jump between two successive corners: at the corner on the side of greater z, with the z of
+/// that side as its value. The type is 0 if there is none.
 SQO_basicFeature1D jumpBetween(const StepCorner& first,
                                const StepCorner& second,
                                const detail::Arms& arms,

@@ -1,4 +1,4 @@
-// Cuts the valid points of a line into stretches of continuous ones.
+// Cuts the samples of a line that are not holes into stretches at steps.
 #include "features/stretches.h"
 
 #include <cmath>
@@ -10,8 +10,7 @@
 namespace scanline::detail {
 namespace {
 
-/// Cuts before each point that does not continue the one before: `continues(i)` compares point `i`
-/// with point `i` - 1.
+/// Cuts before each point `i` for which `continues(i)` is false.
 template <typename Continues>
 std::vector<PointRange> cutRanges(int count, Continues continues) {
   std::vector<PointRange> ranges;
