@@ -11,7 +11,7 @@
 /// The selection and the types of corners, which several searches share.
 namespace scanline::detail {
 
-/// The peaks above `cornerTh`, with a window of twice the scale to either side.
+/// Peaks of at least `cornerTh`, with a window of twice the scale to either side.
 inline PeakRule peakRule(const SQO_cornerParam& param, PeakRule::Measure measure) {
   return {param.cornerTh, param.scale * 4.0 * param.scale, measure};
 }
