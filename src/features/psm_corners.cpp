@@ -3,7 +3,7 @@
 
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
-#include "features/line_runs.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -20,18 +20,23 @@ void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   }
 }
 
-/// The stretches as runs, numbered from 1. The last one has the index of its last sample for a
-/// number: 0 if sample 0 is the only one, which makes the run count as absorbed.
-std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
-  std::vector<SQO_RUN> runs;
-  runs.reserve(stretches.ranges.size());
-  for (const detail::PointRange& range : stretches.ranges) {
-    runs.push_back(stretches.spanOf(range, static_cast<int>(runs.size()) + 1));
+/// The ends of the stretches, each of which is a data segment. Sample 0 by itself is none.
+std::vector<SQO_basicFeature1D> endingsOf(const detail::Stretches& stretches,
+                                          const STesk3DPosition* lineData,
+                                          int lineIdx) {
+  const std::vector<int>& index = stretches.points.index;
+  std::vector<SQO_basicFeature1D> endings;
+  if (!index.empty() && index.back() == 0) {
+    return endings;
   }
-  if (!runs.empty()) {
-    runs.back().value = stretches.points.index.back();
+  const auto append = [&](int type, int point) {
+    endings.push_back(detail::featureAt(lineData, index[point], type, lineIdx));
+  };
+  for (const auto& [first, last] : stretches.ranges) {
+    append(FEATURE_SEG_START, first);
+    append(FEATURE_SEG_END, last);
   }
-  return runs;
+  return endings;
 }
 
 }  // namespace
@@ -50,10 +55,7 @@ void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
   for (SQO_basicFeature1D& corner : corners) {
     corner.jumpPos2D.y = lineData[corner.jumpPos2D.y].nPointIdx;  // The stamp of the caller.
   }
-  std::vector<SQO_RUN> runs = asRuns(stretches);
-  detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
-  std::vector<SQO_basicFeature1D> endings;
-  detail::appendEndings(lineData, lineIdx, runs, endings);
+  const auto endings = endingsOf(stretches, lineData, lineIdx);
   detail::append(corners, endings, *line_features);
   // Nothing is allocated from here on.
   line_features->lineIdx = lineIdx;

@@ -12,12 +12,6 @@ namespace scanline::detail {
 struct Stretches {
   Profile points;
   std::vector<PointRange> ranges;  ///< The stretches in order; together they cover the profile.
-
-  /// The samples of the line from the first to the last of a stretch, holes included.
-  [[nodiscard]] SQO_RUN spanOf(const PointRange& range, int value) const {
-    const int start = points.index[range.first];
-    return {start, points.index[range.last] - start + 1, value};
-  }
 };
 
 /// Cuts at steps in z of `stepZ` or more.
