@@ -67,11 +67,11 @@ RatedExtrema rateExtrema(const std::vector<int>& extrema,
   for (int k = 0; k < rated.all.count(); ++k) {
     const int point = extrema[k];
     const bool isRuledOut = measured(arms.turnNumber(point)) < leastTurn;
-    const double measure = isRuledOut ? kWeakest : measured(arms.turnAngle(point));
-    const bool isBelow = isRuledOut || rule.cornerTh > measure;
+    const double measure = isRuledOut ? 0.0 : measured(arms.turnAngle(point));
     rated.all.y[k] = profile.y[point];
-    rated.all.strength[k] = isBelow ? kWeakest : measure;
-    if (!isBelow) {
+    rated.all.strength[k] = kWeakest;
+    if (!isRuledOut && !(rule.cornerTh > measure)) {
+      rated.all.strength[k] = measure;
       rated.reaching.push_back(k);
     }
   }
