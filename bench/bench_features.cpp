@@ -12,11 +12,11 @@
 
 namespace {
 
-// Angles in degrees, lengths beside a sample spacing of 0.2 and blocks of height 40.
+// The lengths suit a sample spacing of 0.2 and blocks of height 40.
 constexpr SQO_cornerParam kCorner = {2.0, 5.0, 1.6, 45.0, 60.0, 30.0};
 
-/// Times an extractor over the shared scan, line by line: `extract(line, lineIdx, found)`, where
-/// `found` is emptied before each line. The scan is a copy, as extractors may mark it.
+/// Measures an extractor on the shared scan, line by line: `extract(line, lineIdx, found)`, where
+/// `found` is cleared before each line. The scan is a copy, since extractors may stamp it.
 template <typename Found, typename Extract>
 void runOnScan(benchmark::State& state, Extract extract) {
   bench::Scan scan = bench::sharedScan();
@@ -64,12 +64,12 @@ BENCHMARK(BM_Features_Corner)
     ->Arg(4096)
     ->Unit(benchmark::kMillisecond);
 
-// What the search in blocks is worth.
+// For comparison with the search in blocks.
 void BM_Features_PlainCorner(benchmark::State& state) {
   SQO_cornerParam param = kCorner;
   param.scale = 0.2 * static_cast<double>(state.range(0));
   runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
-    found = plain::corners(plain::placesOf(line), l, param);
+    found = plain::corners(plain::profileOf(line), l, param);
   });
 }
 BENCHMARK(BM_Features_PlainCorner)
@@ -88,7 +88,7 @@ void BM_Features_MaskedCorner(benchmark::State& state) {
 }
 BENCHMARK(BM_Features_MaskedCorner)->Unit(benchmark::kMillisecond);
 
-/// Renews the stamps that two of the variants rely on.
+/// Writes the stamps that two of the searches require.
 void stamp(bench::Line& line) {
   for (int i = 0; i < bench::kSamples; ++i) {
     line[i].nPointIdx = i;
@@ -115,8 +115,9 @@ BENCHMARK(BM_Features_GroundCorner)->Unit(benchmark::kMillisecond);
 void BM_Features_PlainGroundCorner(benchmark::State& state) {
   const std::vector<int> mask(bench::kSamples, 1);
   runOnScan<SQO_basicFeature1D>(state, [&](bench::Line& line, int l, auto& found) {
-    const auto places = plain::placesOf(line, false, kCorner.minEndingGap, kCorner.minEndingGap_z);
-    found = plain::groundCorners(places, mask, l, 5.0, kCorner);
+    const auto profile =
+        plain::profileOf(line, false, kCorner.minEndingGap, kCorner.minEndingGap_z);
+    found = plain::groundCorners(profile, mask, l, 5.0, kCorner);
   });
 }
 BENCHMARK(BM_Features_PlainGroundCorner)->Unit(benchmark::kMillisecond);
@@ -162,7 +163,8 @@ void BM_Features_RingArc(benchmark::State& state) {
   });
 }
 BENCHMARK(BM_Features_RingArc)->Unit(benchmark::kMillisecond);
-// The library beside the same rules in their plainest form, here and where a plain form follows.
+
+// The library and the same rules in their plainest form, as in other pairs below.
 template <typename Extract>
 void BM_Features_LocalPeaks(benchmark::State& state, Extract extract) {
   const double scale = 0.2 * static_cast<double>(state.range(0));
@@ -182,8 +184,8 @@ constexpr auto localPeaks = [](bench::Line& line, int lineIdx, double scale, aut
 BENCHMARK_CAPTURE(BM_Features_LocalPeaks, library, localPeaks)->Apply(scales);
 BENCHMARK_CAPTURE(BM_Features_LocalPeaks, plainRules, plain::localPeaks)->Apply(scales);
 
-// Windows inside the line and one that spans it: the cost must not depend on them. The first
-// round leaves marks in the line, which the later ones meet as jumps.
+// Windows inside the line and one that spans it: the cost must not depend on them. The stamps of
+// the first round count as jumps in later ones.
 template <typename Extract>
 void BM_Features_FlatLinePeaks(benchmark::State& state, Extract extract) {
   const double window = 0.2 * static_cast<double>(state.range(0));
@@ -200,7 +202,7 @@ BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, library, qo_getFlatLineLocalPeaks_v
     ->Apply(slopeWindows);
 BENCHMARK_CAPTURE(BM_Features_FlatLinePeaks, plainRules, plain::flatLinePeaks)->Apply(slopeWindows);
 
-// The lines that the search is meant for: noise on a level, without blocks.
+// The lines that the search is meant for: level ones with noise, without blocks.
 template <typename Extract>
 void BM_Features_LevelLinePeaks(benchmark::State& state, Extract extract) {
   bench::Scan scan = bench::makeScan(1);
@@ -238,7 +240,7 @@ BENCHMARK(BM_Features_GloveArcs)->Unit(benchmark::kMillisecond);
 
 void BM_Features_PlainGloveArcs(benchmark::State& state) {
   runOnScan<SQO_basicFeature1D>(state, [](bench::Line& line, int lineIdx, auto& arcs) {
-    arcs = plain::gloveArcs(plain::placesOf(line), lineIdx, {1.5, 6.0, 45.0});
+    arcs = plain::gloveArcs(plain::profileOf(line), lineIdx, {1.5, 6.0, 45.0});
   });
 }
 BENCHMARK(BM_Features_PlainGloveArcs)->Unit(benchmark::kMillisecond);
@@ -246,16 +248,15 @@ BENCHMARK(BM_Features_PlainGloveArcs)->Unit(benchmark::kMillisecond);
 template <typename Extract>
 void BM_Features_Raised(benchmark::State& state, Extract extract) {
   runOnScan<SJU_segFeature>(
-      state, [&](bench::Line& line, int lineIdx, std::vector<SJU_segFeature>& stretches) {
-        extract(line, lineIdx, SQO_raisedFeatureParam{5.0, 1.0, 1.0, 20.0}, stretches);
+      state, [&](bench::Line& line, int lineIdx, std::vector<SJU_segFeature>& runs) {
+        extract(line, lineIdx, SQO_raisedFeatureParam{5.0, 1.0, 1.0, 20.0}, runs);
       });
 }
 BENCHMARK_CAPTURE(BM_Features_Raised, library, ju_getLineRaisedFeature)
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(BM_Features_Raised, plainRules, plain::raisedStretches)
-    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(BM_Features_Raised, plainRules, plain::raisedRuns)->Unit(benchmark::kMillisecond);
 
-// Blocks of 40 in z make jumps; noise makes short runs, which the smallest slope drops.
+// Blocks of height 40 make jumps. Noise makes short runs, which are dropped.
 template <typename Extract>
 void BM_Features_LV(benchmark::State& state, Extract extract) {
   runOnRecords(state, [&](bench::Line& line, int l, SQO_lineFeature& record) {

@@ -89,7 +89,7 @@ auto gloveArcs(double scale, double armLen) {
   };
 }
 
-auto raisedStretches() {
+auto raisedRuns() {
   return [](int size) {
     Line line = profile(size, [](int i) { return 100.0 + 20.0 * (i % 2); });
     return [line, found = std::vector<SJU_segFeature>{}]() mutable {
@@ -119,7 +119,7 @@ std::vector<Case> shapeCases() {
       {"features/glove-arcs/scale-beyond-line", linear, kSamples, gloveArcs(kBeyond, 10.0)},
       {"features/glove-arcs/flanks-beyond-line", Growth::kQuadratic, kSamples,
        gloveArcs(1.0, kBeyond)},
-      {"features/raised-stretches/zigzag", linear, kSamples, raisedStretches()},
+      {"features/raised-runs/zigzag", linear, kSamples, raisedRuns()},
   };
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of dents in flat lines step by step, in their plainest form: the tests compare
-/// the library with it, the benchmarks measure by it.
+/// The search for dents of flat lines in its plainest form. The tests compare the library with it,
+/// the benchmarks measure both.
 
 #include <cmath>
 #include <cstddef>
@@ -61,7 +61,7 @@ inline std::vector<FlatStep> flatSteps(const Line& points,
   return steps;
 }
 
-/// A jump takes the slopes on its high side.
+/// Drops the slopes on the side of greater z of each jump.
 inline void absorb(std::vector<FlatStep>& steps) {
   for (std::size_t k = 0; k < steps.size(); ++k) {
     if (steps[k].kind == kRisingJump) {
@@ -104,16 +104,17 @@ inline std::vector<FlatStep> merge(const std::vector<FlatStep>& steps) {
   return merged;
 }
 
-/// The sample of greatest z from a start on, within `width`; -1 if a mark or the line's end is met.
+/// The sample of greatest z within `width` of a start; -1 if the view ends at a jump or with the
+/// line.
 inline int sideScan(
-    const Line& line, int start, int step, double width, double& mean, bool& hitMark) {
+    const Line& line, int start, int step, double width, double& mean, bool& meetsJump) {
   const int count = static_cast<int>(line.size());
   double sum = line[start].pt3D.z;
   int taken = 1;
   int best = start;
   for (int i = start + step; i >= 1 && i < count; i += step) {
     if (line[i].nPointIdx == 16) {
-      hitMark = true;
+      meetsJump = true;
       return -1;
     }
     if (line[i].pt3D.z > 0.0001) {
@@ -135,25 +136,25 @@ inline SQO_basicFeature1D halfWay(const STesk3DPosition& a, const STesk3DPositio
   return {FEATURE_PEAK, {lineIdx, (a.nPointIdx + b.nPointIdx) / 2}, middle, 0.0};
 }
 
-/// The feature of a slope without partner, its type 0 if there is none.
+/// The feature beside a slope without partner; its type is 0 if there is none.
 inline SQO_basicFeature1D loneSlope(const Line& line,
                                     const FlatStep& step,
                                     double width,
                                     int lineIdx) {
   const bool rises = step.kind == kRisingSlope;
   const int way = rises ? 1 : -1;
-  double highMean = -1.0;
-  double lowMean = -1.0;
-  bool hitMark = false;
-  const int high =
-      sideScan(line, (rises ? step.to : step.from).nPointIdx, way, width, highMean, hitMark);
-  hitMark = false;
-  const int low =
-      sideScan(line, (rises ? step.from : step.to).nPointIdx, -way, width, lowMean, hitMark);
-  if (high < 0 || hitMark || !(highMean - (low >= 0 ? lowMean : step.from.pt3D.z) >= 0.1)) {
+  double farMean = -1.0;
+  double nearMean = -1.0;
+  bool meetsJump = false;
+  const int far =
+      sideScan(line, (rises ? step.to : step.from).nPointIdx, way, width, farMean, meetsJump);
+  meetsJump = false;
+  const int near =
+      sideScan(line, (rises ? step.from : step.to).nPointIdx, -way, width, nearMean, meetsJump);
+  if (far < 0 || meetsJump || !(farMean - (near >= 0 ? nearMean : step.from.pt3D.z) >= 0.1)) {
     return {};
   }
-  return {FEATURE_PEAK, {lineIdx, high}, line[high].pt3D, 0.0};
+  return {FEATURE_PEAK, {lineIdx, far}, line[far].pt3D, 0.0};
 }
 
 inline bool isClose(const FlatStep& step, const FlatStep& next, double width) {

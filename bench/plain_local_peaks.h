@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of local peaks step by step, in their plainest form: the tests compare
-/// the library with it, the benchmarks measure by it.
+/// The search for local peaks in its plainest form. The tests compare the library with it, the
+/// benchmarks measure both.
 
 #include <vector>
 
@@ -12,7 +12,7 @@ namespace plain {
 using Line = std::vector<STesk3DPosition>;
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// The samples at which `sign` * z turns upwards.
+/// The samples at which `sign` * z turns from falling to rising.
 inline std::vector<int> turnsOf(const Line& line, double sign) {
   const int count = static_cast<int>(line.size());
   std::vector<int> turns;
@@ -35,8 +35,9 @@ inline std::vector<int> turnsOf(const Line& line, double sign) {
   return turns;
 }
 
-/// Whether a look by `step` from turn `k` meets one of lower `sign` * z within `scale`.
-inline bool isBeaten(
+/// Whether a search by `step` from turning point `k` finds one of smaller `sign` * z within
+/// `scale`.
+inline bool isSuppressed(
     const Line& line, const std::vector<int>& turns, int k, int step, double sign, double scale) {
   const STesk3DPoint& own = line[turns[k]].pt3D;
   for (int j = k + step; j >= 0 && j < static_cast<int>(turns.size()); j += step) {
@@ -55,7 +56,8 @@ inline void appendTurns(
     const Line& line, double sign, double scale, int type, int lineIdx, Features& features) {
   const std::vector<int> turns = turnsOf(line, sign);
   for (int k = 0; k < static_cast<int>(turns.size()); ++k) {
-    if (!isBeaten(line, turns, k, -1, sign, scale) && !isBeaten(line, turns, k, 1, sign, scale)) {
+    if (!isSuppressed(line, turns, k, -1, sign, scale) &&
+        !isSuppressed(line, turns, k, 1, sign, scale)) {
       features.push_back({type, {lineIdx, turns[k]}, line[turns[k]].pt3D, 0.0});
     }
   }

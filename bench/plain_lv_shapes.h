@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of L and V shapes step by step, in their plainest form: the tests compare the library
-/// with it, the benchmarks measure by it.
+/// The search for L and V shapes in its plainest form. The tests compare the library with it, the
+/// benchmarks measure both.
 
 #include <cmath>
 #include <cstddef>
@@ -15,7 +15,7 @@ namespace plain {
 using Line = std::vector<STesk3DPosition>;
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// What the rules are applied to and what they give, with places as indices on the line.
+/// The input and the results of the search, with indices on the line.
 struct LvShapes {
   const Line& line;
   int lineIdx;
@@ -87,8 +87,8 @@ struct LvShapes {
     return {type, {lineIdx, i}, line[i].pt3D, 0.0};
   }
 
-  /// The L of a run, its type 0 if there is none.
-  [[nodiscard]] SQO_basicFeature1D flank(const Run& run) const {
+  /// The L of a run; its type is 0 if there is none.
+  [[nodiscard]] SQO_basicFeature1D lShape(const Run& run) const {
     const double step = z(run.maxEnd) - z(run.maxStart);
     const double total = z(run.end) - z(run.start);
     if (std::abs(step) > slope.jumpTh_z) {
@@ -128,43 +128,43 @@ struct LvShapes {
     return v.maxWidth_y > std::abs((t1 >= t2 ? yNearest(r, t2) : yNearest(n, t1)) - t2);
   }
 
-  /// The V and its only flank, which comes first if it is the rise.
+  /// The V and its only L, which comes first if it is a rise.
   static Features withOne(const SQO_basicFeature1D& top,
-                          const SQO_basicFeature1D& flank,
-                          bool isFar,
-                          bool isWhole) {
+                          const SQO_basicFeature1D& only,
+                          bool isApart,
+                          bool isLevel) {
     const bool isRise =
-        flank.featureType == FEATURE_JUMP_RISE || flank.featureType == FEATURE_SLOPE_RISE;
-    if (isFar) {
-      return isRise ? Features{flank, top} : Features{top, flank};
+        only.featureType == FEATURE_JUMP_RISE || only.featureType == FEATURE_SLOPE_RISE;
+    if (isApart) {
+      return isRise ? Features{only, top} : Features{top, only};
     }
     const bool isSlope =
-        flank.featureType == FEATURE_SLOPE_RISE || flank.featureType == FEATURE_SLOPE_FALL;
-    return {isWhole && isSlope ? top : flank};
+        only.featureType == FEATURE_SLOPE_RISE || only.featureType == FEATURE_SLOPE_FALL;
+    return {isLevel && isSlope ? top : only};
   }
 
   void appendV(const Run& r, const Run& n) {
-    const SQO_basicFeature1D a = flank(r);
-    const SQO_basicFeature1D b = flank(n);
+    const SQO_basicFeature1D a = lShape(r);
+    const SQO_basicFeature1D b = lShape(n);
     const SQO_basicFeature1D top = feature(FEATURE_V, z(r.end) >= z(n.start) ? r.end : n.start);
-    const bool farA = std::abs(top.jumpPos.y - y(r.maxEnd)) > 5.0;
-    const bool farB = std::abs(top.jumpPos.y - y(n.maxStart)) > 5.0;
-    const double feet = z(r.start) - z(n.end);
-    const bool isWhole = 40.0 > std::abs(feet);
+    const bool isApartA = std::abs(top.jumpPos.y - y(r.maxEnd)) > 5.0;
+    const bool isApartB = std::abs(top.jumpPos.y - y(n.maxStart)) > 5.0;
+    const double nearDiff = z(r.start) - z(n.end);
+    const bool isLevel = 40.0 > std::abs(nearDiff);
     Features kept = {top};
     if (b.featureType == 0 && a.featureType != 0) {
-      kept = withOne(top, a, farA, isWhole);
+      kept = withOne(top, a, isApartA, isLevel);
     } else if (a.featureType == 0 && b.featureType != 0) {
-      kept = withOne(top, b, farB, isWhole);
-    } else if (a.featureType != 0 && farA && farB) {
+      kept = withOne(top, b, isApartB, isLevel);
+    } else if (a.featureType != 0 && isApartA && isApartB) {
       kept = {a, top, b};
-    } else if (a.featureType != 0 && farA) {
+    } else if (a.featureType != 0 && isApartA) {
       kept = {a, b.featureType == FEATURE_JUMP_FALL ? b : top};
-    } else if (a.featureType != 0 && farB) {
+    } else if (a.featureType != 0 && isApartB) {
       kept = {a.featureType == FEATURE_JUMP_RISE ? a : top, b};
-    } else if (a.featureType != 0 && !isWhole) {
+    } else if (a.featureType != 0 && !isLevel) {
       kept = {a.jumpPos.z > b.jumpPos.z ? a : b};
-      kept[0].featureType = feet > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
+      kept[0].featureType = nearDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
     }
     found.features.insert(found.features.end(), kept.begin(), kept.end());
   }
@@ -186,7 +186,7 @@ struct LvShapes {
       if (k + 1 < runs.size() && isV(runs[k], runs[k + 1])) {
         appendV(runs[k], runs[k + 1]);
         ++k;
-      } else if (const SQO_basicFeature1D l = flank(runs[k]); l.featureType != 0) {
+      } else if (const SQO_basicFeature1D l = lShape(runs[k]); l.featureType != 0) {
         found.features.push_back(l);
       }
     }

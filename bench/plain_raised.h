@@ -1,6 +1,6 @@
 #pragma once
 
-/// The search for raised stretches in its plainest form, for benchmarks.
+/// The search for raised runs in its plainest form, for benchmarks.
 
 #include <cmath>
 #include <vector>
@@ -9,10 +9,10 @@
 
 namespace plain {
 
-inline void raisedStretches(std::vector<STesk3DPosition>& line,
-                            int lineIdx,
-                            const SQO_raisedFeatureParam& param,
-                            std::vector<SJU_segFeature>& found) {
+inline void raisedRuns(std::vector<STesk3DPosition>& line,
+                       int lineIdx,
+                       const SQO_raisedFeatureParam& param,
+                       std::vector<SJU_segFeature>& found) {
   double lastY = 0.0;
   double lastZ = -1.0;
   int start = 0;

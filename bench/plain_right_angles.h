@@ -1,7 +1,7 @@
 #pragma once
 
-/// The rules of right angles step by step, in their plainest form: the tests compare
-/// the library with it, the benchmarks measure by it.
+/// The search for right angles in its plainest form. The tests compare the library with it, the
+/// benchmarks measure both.
 
 #include <algorithm>
 #include <array>
@@ -16,11 +16,11 @@ namespace plain {
 using Line = std::vector<STesk3DPosition>;
 using Features = std::vector<SQO_basicFeature1D>;
 
-/// The four records in the order of the arguments.
+/// The parameters in the order of the arguments.
 using RightAngleKinds = std::array<SQO_lineRightAngleParam, 4>;
 
 struct Arm {
-  int stop;  ///< -1 if the line is too short for it.
+  int stop;  ///< -1 if the arm does not end on the line.
   double dy;
   double dz;
 };
@@ -42,10 +42,10 @@ inline Arm walkArm(const Line& line, int i, int step, double length) {
   return arm;
 }
 
-/// Type and sharpness of the corner at a sample; type 0 if there is none.
+/// The type of the corner at a sample, 0 if there is none, and whether it is sharp.
 using Corner = std::pair<int, bool>;
 
-inline double strayOf(const Arm& arm, double value) {
+inline double deviationOf(const Arm& arm, double value) {
   return arm.stop < 0 ? 0.0 : value;
 }
 
@@ -54,7 +54,7 @@ inline Corner flatThenSteep(const Line& line, int i, bool rises, const RightAngl
   const Arm flat = walkArm(line, i, -1, kind.flatArmLen);
   const Arm steep = walkArm(line, i, 1, kind.steepArmLen);
   const double tol = kinds[0].armTol;
-  if (tol > strayOf(flat, flat.dz) && tol > strayOf(steep, steep.dy)) {
+  if (tol > deviationOf(flat, flat.dz) && tol > deviationOf(steep, steep.dy)) {
     return {rises ? FEATURE_RIGHT_ANGLE_2 : FEATURE_RIGHT_ANGLE_1, flat.stop == i - 1};
   }
   return {0, false};
@@ -65,8 +65,8 @@ inline Corner steepThenFlat(const Line& line, int i, bool rises, const RightAngl
   const Arm steep = walkArm(line, i, -1, kind.steepArmLen);
   const Arm flat = walkArm(line, i, 1, kind.flatArmLen);
   const bool isSharp = steep.stop == i - 1;
-  if (kind.armTol > strayOf(steep, isSharp ? 0.0 : steep.dy) &&
-      kind.armTol > strayOf(flat, flat.dz)) {
+  if (kind.armTol > deviationOf(steep, isSharp ? 0.0 : steep.dy) &&
+      kind.armTol > deviationOf(flat, flat.dz)) {
     return {rises ? FEATURE_RIGHT_ANGLE_4 : FEATURE_RIGHT_ANGLE_3, isSharp};
   }
   return {0, false};

@@ -15,9 +15,9 @@ using build::Found;
 using build::found;
 using build::Line;
 
-// Segments begin with a 6 and end with a 7. The basic search breaks them by holes and by steps
-// above 5, and joins them across less than 3 in y. The other one breaks them by steps of 5 alone,
-// sees nothing above 80, and drops a line whose only sample is the first.
+// Segments begin with a 6 and end with a 7. The general search cuts them at holes and at steps
+// above 5, and joins them across less than 3 in y. The other one cuts them at steps of 5 only,
+// ignores samples above 80, and finds no segment on a line whose only sample is the first.
 TEST(CornerFeatures, EndingsAreAppended) {
   const auto line = [](const std::vector<double>& z) { return build::lineOfZ(z); };
   const std::tuple<Line, Found, Found> cases[] = {
@@ -33,16 +33,16 @@ TEST(CornerFeatures, EndingsAreAppended) {
       {line({9, 0, 9, 9, 0, 9, 0, 0, 9}), {{6, 0}, {7, 5}, {6, 8}, {7, 8}}, {{6, 0}, {7, 8}}},
       {line({80.25, 80, 81}), {{6, 0}, {7, 2}}, {{6, 1}, {7, 1}}},
   };
-  for (auto [samples, runs, stretches] : cases) {
+  for (auto [samples, general, psm] : cases) {
     constexpr SQO_cornerParam kParam = {3.0, 5.0, 3.0, 45.0, 60.0, 30.0};
     const int size = static_cast<int>(samples.size());
     SQO_lineFeature result = {};
     qo_getLineCornerFeature(samples.data(), size, 7, kParam, &result);
     ju_getLineCornerFeature_PSM(samples.data(), size, 8, 80.0, kParam, &result);
-    const std::size_t first = runs.size();
-    runs.insert(runs.end(), stretches.begin(), stretches.end());
-    ASSERT_TRUE(found(result.endings) == runs && result.lineIdx == 8) << build::text(samples);
-    for (std::size_t i = 0; i < runs.size(); ++i) {
+    const std::size_t first = general.size();
+    general.insert(general.end(), psm.begin(), psm.end());
+    ASSERT_TRUE(found(result.endings) == general && result.lineIdx == 8) << build::text(samples);
+    for (std::size_t i = 0; i < general.size(); ++i) {
       const auto& [type, at2D, at, value] = result.endings[i];
       EXPECT_TRUE(at2D.x == (i < first ? 7 : 8) && at.y == at2D.y && value == 0.0) << i;
     }
@@ -54,7 +54,7 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
   line[0].nPointIdx = -1;
   std::vector<SQO_basicFeature1D> features;
   qo_getLineDownJumps(line.data(), 1, 3, 5.0, features);
-  EXPECT_EQ(line[0].nPointIdx, -1) << "too short a line is left alone";
+  EXPECT_EQ(line[0].nPointIdx, -1) << "a line of one sample is unchanged";
   qo_getLineDownJumps(line.data(), 7, 3, 5.0, features);
   qo_getLineDownJumps(line.data(), 2, 4, 4.5, features);
   EXPECT_EQ(found(features), (Found{{FEATURE_JUMP_RISE, 2}, {FEATURE_JUMP_RISE, 0}}));
@@ -63,7 +63,7 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
   EXPECT_EQ(build::stampsOf(line), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
 }
 
-// Bowls of three samples, two samples apart. The last one is only there to be joined.
+// Tubes of three samples, two samples apart. The last one is reported only if it was joined.
 TEST(UpperSemiCircles, JoinNeighboursAcrossALabel) {
   const std::tuple<std::vector<int>, Found> cases[] = {
       {{0, 0, 0, 0, 0, 0}, {{0, 2}, {5, 7}, {10, 12}}},
@@ -87,7 +87,7 @@ TEST(UpperSemiCircles, JoinNeighboursAcrossALabel) {
   }
 }
 
-// The rest of a bowl and the flat shoulder after it; then that rest alone.
+// A ridge and the level samples after it, then the ridge alone.
 TEST(RingArcs, LimitsOfTurnAndChord) {
   Line line = build::profileLine(28, 1.0, [](double y) {
     const double d = std::min(10.0, std::abs(y - 7.0));
@@ -103,8 +103,8 @@ TEST(RingArcs, LimitsOfTurnAndChord) {
   const double dy = inside.endPt.y - inside.startPt.y;
   const double dz = inside.endPt.z - inside.startPt.z;
   const double chord = std::sqrt(dy * dy + dz * dz);
-  EXPECT_EQ(arcsOf({chord, chord}, 90.0).size(), 1U) << "both limits are included";
-  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside.segValue).empty()) << "the turn is not";
+  EXPECT_EQ(arcsOf({chord, chord}, 90.0).size(), 1U) << "both limits are inclusive";
+  EXPECT_TRUE(arcsOf({0.0, 100.0}, inside.segValue).empty()) << "the limit of the turn is strict";
   line.erase(line.begin() + 18, line.end());
   const SJU_segFeature filling = arcsOf({0.0, 100.0}, 90.0).at(0);
   EXPECT_TRUE(filling.startPtIdx == 0 && filling.endPtIdx == 17 && line[17].nPointIdx == 17);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <initializer_list>
+#include <iterator>
 #include <random>
 #include <string>
 #include <vector>
@@ -12,13 +13,13 @@
 #include "plain_corners.h"
 #include "plain_glove_arcs.h"
 
-// The corner family against its rules in their plainest form, on random lines. Steps, angles and
-// limits come from small grids, so values stand exactly at their limits all the time.
+// Compares the corner searches with the same rules in their plainest form, on random lines. Steps,
+// angles and limits come from small grids, so values exactly at a limit are frequent.
 
 namespace {
 
 using build::Line;
-using plain::Places;
+using plain::Profile;
 using Features = std::vector<SQO_basicFeature1D>;
 
 constexpr int kLine = 7;
@@ -32,11 +33,11 @@ std::string text(const Features& features) {
 }
 
 /// Marks the first and the last sample of each stretch.
-void markEnds(const Places& places, Line& line) {
-  for (std::size_t i = 0; i < places.size(); ++i) {
-    const bool starts = i == 0 || places[i - 1].stretch != places[i].stretch;
-    const bool ends = i + 1 == places.size() || places[i + 1].stretch != places[i].stretch;
-    line[places[i].sample].nPointIdx |= (starts ? 0x100000 : 0) | (ends ? 0x200000 : 0);
+void markEnds(const Profile& profile, Line& line) {
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    const bool starts = i == 0 || profile[i - 1].stretch != profile[i].stretch;
+    const bool ends = i + 1 == profile.size() || profile[i + 1].stretch != profile[i].stretch;
+    line[profile[i].sample].nPointIdx |= (starts ? 0x100000 : 0) | (ends ? 0x200000 : 0);
   }
 }
 
@@ -44,8 +45,8 @@ double pick(std::mt19937& rng, std::initializer_list<double> values) {
   return values.begin()[rng() % values.size()];
 }
 
-/// A line with holes, jumps, turns and values that are not numbers. Long ones hardly advance, so
-/// that neighbours are hundreds of samples away. On some, equal corners differ by rounding alone.
+/// A line with holes, jumps, corners and NaN. Long ones hardly advance, so neighbours are hundreds
+/// of samples away. On some, equal turn angles differ by rounding only.
 Line randomLine(std::mt19937& rng) {
   const double count = pick(rng, {0.0, 1.0, 9.0, 10.0, 20.0, 40.0, 40.0, 40.0, 40.0, 400.0});
   const double unit = count > 40.0 ? 0.03125 : 1.0;
@@ -64,64 +65,105 @@ Line randomLine(std::mt19937& rng) {
   return line;
 }
 
+/// A line with the parameters of a search.
+struct Case {
+  Line line;
+  SQO_cornerParam param;
+  double limit;  ///< Of the searches that have one more.
+  std::mt19937& rng;
+
+  [[nodiscard]] int size() const {
+    return static_cast<int>(line.size());
+  }
+};
+
+Case randomCase(std::mt19937& rng) {
+  const SQO_cornerParam param = {pick(rng, {1.0, 2.0, 5.0, 1e9}),
+                                 pick(rng, {1.0, 2.0, 4.0, 1e9}),
+                                 pick(rng, {0.0, 1.0, 1.0, 2.0, 3.0, 5.0, 1e9, std::nan("")}),
+                                 pick(rng, {0.0, 0.0, 45.0, 90.0}),
+                                 pick(rng, {0.0, 30.0, 45.0, 90.0, 91.0}),
+                                 pick(rng, {0.0, 30.0, 45.0, 60.0})};
+  return {randomLine(rng), param, pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0}), rng};
+}
+
+/// Compares features, and the line after a search. Returns whether there are any features.
+bool compare(const Features& found,
+             const Features& expected,
+             const Line& line,
+             const Line& expectedLine) {
+  EXPECT_EQ(text(found), text(expected));
+  EXPECT_EQ(build::text(line), build::text(expectedLine));
+  return !expected.empty();
+}
+
+bool compareGeneral(const Case& c) {
+  Line line = c.line;
+  SQO_lineFeature record = {};
+  qo_getLineCornerFeature(line.data(), c.size(), kLine, c.param, &record);
+  const auto expected = plain::corners(plain::profileOf(c.line), kLine, c.param);
+  return compare(record.features, expected, line, c.line);
+}
+
+/// Only the samples of one label count.
+bool compareMasked(const Case& c) {
+  Line labelled = c.line;
+  Line oneLabel = c.line;
+  for (int i = 0; i < c.size(); ++i) {
+    labelled[i].nPointIdx = c.rng() % 5 == 0 ? 1 : 2;
+    oneLabel[i].pt3D.z = labelled[i].nPointIdx == 1 ? 0.0 : c.line[i].pt3D.z;
+  }
+  Line line = labelled;
+  Features found;
+  qo_maskData_getLineCornerFeature(line, kLine, 2, c.param, found);
+  const auto expected = plain::corners(plain::profileOf(oneLabel), kLine, c.param, true);
+  return compare(found, expected, line, labelled);
+}
+
+bool comparePsm(const Case& c) {
+  Line low = c.line;
+  for (STesk3DPosition& sample : low) {
+    sample.pt3D.z = sample.pt3D.z > 51.0 ? 0.0 : sample.pt3D.z;
+  }
+  const auto expected = plain::corners(plain::profileOf(low), kLine, c.param);
+  markEnds(plain::profileOf(low, false, INFINITY, c.param.minEndingGap_z), low);
+  Line line = c.line;
+  SQO_lineFeature record = {};
+  ju_getLineCornerFeature_PSM(line.data(), c.size(), kLine, 51.0, c.param, &record);
+  return compare(record.features, expected, line, low);
+}
+
+bool compareGround(const Case& c) {
+  std::vector<int> mask(c.line.size());
+  std::generate(mask.begin(), mask.end(), [&c] { return static_cast<int>(c.rng() % 10); });
+  Line line = c.line;
+  Features found;
+  qo_getLineContourCornerFeature_groundMask_BQ(line, mask, kLine, c.limit, c.param, found);
+  const auto profile =
+      plain::profileOf(c.line, false, c.param.minEndingGap, c.param.minEndingGap_z);
+  return compare(found, plain::groundCorners(profile, mask, kLine, c.limit, c.param), line, c.line);
+}
+
+bool compareGloveArcs(const Case& c) {
+  const SQO_gloveArcParam param = {c.param.scale, c.limit, c.param.cornerTh};
+  Line line = c.line;
+  Features found;
+  ju_getLineGloveArcs(line, kLine, param, found);
+  const auto arcs = plain::gloveArcs(plain::profileOf(c.line), kLine, param);
+  return compare(found, c.size() < 10 ? Features() : arcs, line, c.line);
+}
+
 TEST(CornerFamily, FollowsThePlainRules) {
+  constexpr bool (*kComparisons[])(const Case&) = {compareGeneral, compareMasked, comparePsm,
+                                                   compareGround, compareGloveArcs};
   std::mt19937 rng;
-  std::vector<int> found(5);
+  std::vector<int> found(std::size(kComparisons));
   for (int round = 0; round < 1500; ++round) {
-    const Line line = randomLine(rng);
-    const int size = static_cast<int>(line.size());
-    const SQO_cornerParam param = {pick(rng, {1.0, 2.0, 5.0, 1e9}),
-                                   pick(rng, {1.0, 2.0, 4.0, 1e9}),
-                                   pick(rng, {0.0, 1.0, 1.0, 2.0, 3.0, 5.0, 1e9, std::nan("")}),
-                                   pick(rng, {0.0, 0.0, 45.0, 90.0}),
-                                   pick(rng, {0.0, 30.0, 45.0, 90.0, 91.0}),
-                                   pick(rng, {0.0, 30.0, 45.0, 60.0})};
-    const double limit = pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0});
-    const auto byYZ = plain::placesOf(line, false, param.minEndingGap, param.minEndingGap_z);
-    Line sent = line;
-    Features features;
-    const auto check = [&](int kind, const auto& seen, const auto& expected, const Line& left) {
-      ASSERT_EQ(seen, expected) << "kind " << kind << ", round " << round;
-      ASSERT_EQ(build::text(sent), build::text(left)) << "kind " << kind << ", round " << round;
-      found[kind] += expected.empty() ? 0 : 1;
-      features.clear();
-      sent = line;
-    };
-
-    SQO_lineFeature record = {};
-    qo_getLineCornerFeature(sent.data(), size, kLine, param, &record);
-    check(0, text(record.features), text(plain::corners(plain::placesOf(line), kLine, param)),
-          line);
-    const SQO_gloveArcParam glove = {param.scale, limit, param.cornerTh};
-    const auto arcs = plain::gloveArcs(plain::placesOf(line), kLine, glove);
-    ju_getLineGloveArcs(sent, kLine, glove, features);
-    check(1, text(features), text(size < 10 ? Features() : arcs), line);
-
-    std::vector<int> mask(line.size());
-    std::generate(mask.begin(), mask.end(), [&] { return static_cast<int>(rng() % 10); });
-    qo_getLineContourCornerFeature_groundMask_BQ(sent, mask, kLine, limit, param, features);
-    check(3, text(features), text(plain::groundCorners(byYZ, mask, kLine, limit, param)), line);
-
-    Line low = line;
-    for (STesk3DPosition& sample : low) {
-      sample.pt3D.z = sample.pt3D.z > 51.0 ? 0.0 : sample.pt3D.z;
+    const Case c = randomCase(rng);
+    for (std::size_t k = 0; k < found.size(); ++k) {
+      found[k] += kComparisons[k](c) ? 1 : 0;
+      ASSERT_FALSE(HasFailure()) << "search " << k << ", round " << round;
     }
-    const Features lowCorners = plain::corners(plain::placesOf(low), kLine, param);
-    markEnds(plain::placesOf(low, false, INFINITY, param.minEndingGap_z), low);
-    record.features.clear();
-    ju_getLineCornerFeature_PSM(sent.data(), size, kLine, 51.0, param, &record);
-    check(2, text(record.features), text(lowCorners), low);
-
-    // Only the samples of a label count.
-    Line oneLabel = line;
-    for (int i = 0; i < size; ++i) {
-      sent[i].nPointIdx = rng() % 5 == 0 ? 1 : 2;
-      oneLabel[i].pt3D.z = sent[i].nPointIdx == 1 ? 0.0 : line[i].pt3D.z;
-    }
-    const Line labelled = sent;
-    qo_maskData_getLineCornerFeature(sent, kLine, 2, param, features);
-    const auto ofLabel = plain::corners(plain::placesOf(oneLabel), kLine, param, true);
-    check(4, text(features), text(ofLabel), labelled);
   }
   EXPECT_GT(*std::min_element(found.begin(), found.end()), 50);
 }

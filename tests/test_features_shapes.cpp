@@ -59,7 +59,7 @@ TEST(RightAngleFeature, AgreesWithThePlainRules) {
     SQO_lineFeature found = {-3, {{0, {7, 0}, {}, 0.0}}, {}};
     SQO_lineFeature plain = found;
     Line sameLine = line;
-    sameLine.insert(sameLine.begin(), build::sample(0.0, 0.0, 60.0));  // not one of the line
+    sameLine.insert(sameLine.begin(), build::sample(0.0, 0.0, 60.0));  // Not part of the line.
     qo_getLineRigthAngleFeature(sameLine.data() + 1, static_cast<int>(line.size()), 7, kinds[0],
                                 kinds[1], kinds[2], kinds[3], &found);
     sameLine.erase(sameLine.begin());
@@ -77,7 +77,7 @@ TEST(LineLocalPeaks, AgreeWithThePlainRules) {
   build::GridLines grid(1);
   for (int round = 0; round < 4000; ++round) {
     Line line = grid.line(30, {-2, -1, 0, 1, 2});
-    if (round % 40 == 0) {  // Most looks go far, past peaks that rise or valleys that fall.
+    if (round % 40 == 0) {  // Most searches go far, past peaks that rise or valleys that fall.
       line = grid.line(1500, {grid.pick({-4, -2}), 0, 4.5});
       for (STesk3DPosition& sample : line) {
         const double z = sample.pt3D.z < 1e9 ? sample.pt3D.z : 0.0;

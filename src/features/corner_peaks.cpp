@@ -1,50 +1,43 @@
-// Finds the peaks of the corner measure along a line.
+// Finds the extrema of the turn angle along a line, and the peaks among them.
 #include "features/corner_peaks.h"
 
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
-#include "features/extent.h"
+#include "features/suppression.h"
 #include "features/turn_lists.h"
 
 namespace scanline::detail {
 namespace {
 
-/// How the corner measure changes from one point with slopes to the next. The turn numbers decide
-/// if they are far enough apart, else the measures themselves do.
-class CornerChange {
+/// How the turn angle changes from one point with arms to the next. The turn numbers decide if they
+/// are far enough apart, else the turn angles do.
+class TurnChange {
  public:
-  explicit CornerChange(const Slopes& slopes) : slopes_(slopes) {}
+  explicit TurnChange(const Arms& arms) : arms_(arms) {}
 
   /// A number that has the sign of the change.
   double next(int previous, int i) {
-    const double change = slopes_.turn(i) - slopes_.turn(previous);
+    const double change = arms_.turnNumber(i) - arms_.turnNumber(previous);
     if (std::abs(change) > kTurnMargin) {
       isKnown_ = false;
       return change;
     }
-    const double before = isKnown_ ? corner_ : slopes_.corner(previous);
-    corner_ = slopes_.corner(i);
+    const double before = isKnown_ ? angle_ : arms_.turnAngle(previous);
+    angle_ = arms_.turnAngle(i);
     isKnown_ = true;
-    return corner_ - before;
+    return angle_ - before;
   }
 
  private:
-  const Slopes& slopes_;
-  double corner_ = 0.0;  ///< The measure of the point before, if it was needed.
+  const Arms& arms_;
+  double angle_ = 0.0;  ///< The turn angle of the previous point, if it was needed.
   bool isKnown_ = false;
 };
 
-/// A candidate that reaches the threshold.
-struct Contender {
-  int point;
-  double measure;
-  double y;
-  Extent before;  ///< In y, of the candidates between the contender before and this one.
-};
-
-/// A turn number that only corners with a measure below the threshold fall short of.
+/// A turn number such that corners with a smaller one have a turn angle below the threshold.
 double turnOfThreshold(double cornerTh) {
   if (!(std::abs(cornerTh) < 180.0)) {
     return -std::numeric_limits<double>::infinity();
@@ -53,113 +46,70 @@ double turnOfThreshold(double cornerTh) {
   return turnNumber(std::cos(angle), std::sin(angle), cornerTh) - kTurnMargin;
 }
 
-/// The contenders among the candidates. Measures are computed only where the turn number does not
-/// rule a candidate out.
-std::vector<Contender> findContenders(const std::vector<int>& candidates,
-                                      const Slopes& slopes,
-                                      const ValidProfile& profile,
-                                      const PeakRule& rule) {
+/// Extrema of the turn angle, and which of them reach the threshold.
+struct RatedExtrema {
+  explicit RatedExtrema(std::size_t count) : all(count) {}
+
+  Candidates all;             ///< Those below the threshold are weaker than any that reaches it.
+  std::vector<int> reaching;  ///< Those that reach the threshold, by their indices.
+};
+
+/// Rates extrema. Turn angles are computed only where the turn number does not decide.
+RatedExtrema rateExtrema(const std::vector<int>& extrema,
+                         const Arms& arms,
+                         const Profile& profile,
+                         const PeakRule& rule) {
+  constexpr double kWeakest = -std::numeric_limits<double>::infinity();
   const bool byMagnitude = rule.measure == PeakRule::Measure::kMagnitude;
   const auto measured = [byMagnitude](double v) { return byMagnitude ? std::abs(v) : v; };
   const double leastTurn = turnOfThreshold(rule.cornerTh);
-  std::vector<Contender> contenders;
-  Extent before;
-  for (const int i : candidates) {
-    const double y = profile.y[i];
-    const bool isRuledOut = measured(slopes.turn(i)) < leastTurn;
-    const double measure = isRuledOut ? 0.0 : measured(slopes.corner(i));
-    if (isRuledOut || rule.cornerTh > measure) {
-      before.take(y);
-    } else {
-      contenders.push_back({i, measure, y, before});
-      before = {};
+  RatedExtrema rated(extrema.size());
+  for (int k = 0; k < rated.all.count(); ++k) {
+    const int point = extrema[k];
+    const bool isRuledOut = measured(arms.turnNumber(point)) < leastTurn;
+    const double measure = isRuledOut ? 0.0 : measured(arms.turnAngle(point));
+    rated.all.y[k] = profile.y[point];
+    rated.all.strength[k] = kWeakest;
+    if (!isRuledOut && !(rule.cornerTh > measure)) {
+      rated.all.strength[k] = measure;
+      rated.reaching.push_back(k);
     }
   }
-  return contenders;
-}
-
-/// A contender that no greater one has followed so far.
-struct Summit {
-  double measure;
-  double y;
-  Extent since;  ///< In y, from the summit before, excluded, up to this one.
-};
-
-/// Walks the contenders by `step` and marks those with a greater one before them in the window.
-///
-/// The measures of the summits fall, so the last one greater than a contender is the nearest one
-/// greater. It is in the window if no y from there on is too far away. Rounding is monotone, so the
-/// least and the greatest y decide for all of them. A measure that is not a number is that of the
-/// last candidate, or there is none.
-void markSuppressed(const std::vector<Contender>& contenders,
-                    double windowSquared,
-                    int step,
-                    std::vector<char>& isSuppressed) {
-  const int count = static_cast<int>(contenders.size());
-  std::vector<Summit> summits;
-  Extent since;
-  for (int k = step > 0 ? 0 : count - 1; k >= 0 && k < count; k += step) {
-    const auto& [point, measure, y, before] = contenders[k];
-    if (step > 0) {
-      since.take(before);
-    }
-    since.take(y);
-    while (!summits.empty() && !(summits.back().measure > measure)) {
-      since.take(summits.back().since);
-      summits.pop_back();
-    }
-    if (!summits.empty()) {
-      Extent upToGreater = since;
-      upToGreater.take(summits.back().y);
-      const bool isFar = upToGreater.anyFar([y = y, windowSquared](double other) {
-        return (y - other) * (y - other) > windowSquared;
-      });
-      isSuppressed[k] = isSuppressed[k] != 0 || !isFar ? 1 : 0;
-    }
-    summits.push_back({measure, y, since});
-    since = {};
-    if (step < 0) {
-      since.take(before);
-    }
-  }
+  return rated;
 }
 
 }  // namespace
 
-CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign) {
-  TurnLists turns(static_cast<std::size_t>(slopes.count()));
-  CornerChange changes(slopes);
+CornerExtrema findExtrema(const Arms& arms, ExtremaSign sign) {
+  TurnLists turns(static_cast<std::size_t>(arms.count()));
+  TurnChange changes(arms);
   int previous = kNoPoint;
-  for (int i = 0; i < slopes.count(); ++i) {
-    if (slopes.exist(i)) {
+  for (int i = 0; i < arms.count(); ++i) {
+    if (arms.exist(i)) {
       turns.take(i, previous == kNoPoint ? 0.0 : changes.next(previous, i));
       previous = i;
     }
   }
   if (sign == ExtremaSign::kMatching) {
-    turns.filter([&slopes](int i) { return slopes.cornerSign(i) > 0.0; },
-                 [&slopes](int i) { return slopes.cornerSign(i) < 0.0; });
+    turns.filter([&arms](int i) { return arms.turnSign(i) > 0.0; },
+                 [&arms](int i) { return arms.turnSign(i) < 0.0; });
   }
-  // The last direction counts only where the line runs out of slopes.
-  if (slopes.count() > 0 && !slopes.exist(slopes.count() - 1)) {
+  // The last direction counts only where the line runs out of arms.
+  if (arms.count() > 0 && !arms.exist(arms.count() - 1)) {
     turns.close();
   }
   return {turns.releaseMaxima(), turns.releaseMinima()};
 }
 
-std::vector<int> findPeaks(const std::vector<int>& candidates,
-                           const Slopes& slopes,
-                           const ValidProfile& profile,
+std::vector<int> findPeaks(const std::vector<int>& extrema,
+                           const Arms& arms,
+                           const Profile& profile,
                            const PeakRule& rule) {
-  const std::vector<Contender> contenders = findContenders(candidates, slopes, profile, rule);
-  std::vector<char> isSuppressed(contenders.size());
-  markSuppressed(contenders, rule.windowSquared, 1, isSuppressed);
-  markSuppressed(contenders, rule.windowSquared, -1, isSuppressed);
-  std::vector<int> peaks;
-  for (std::size_t k = 0; k < contenders.size(); ++k) {
-    if (isSuppressed[k] == 0) {
-      peaks.push_back(contenders[k].point);
-    }
+  RatedExtrema rated = rateExtrema(extrema, arms, profile, rule);
+  std::vector<int> peaks =
+      findUnsuppressed(rated.all, rule.windowSquared, std::move(rated.reaching));
+  for (int& peak : peaks) {
+    peak = extrema[peak];
   }
   return peaks;
 }

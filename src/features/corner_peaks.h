@@ -2,41 +2,40 @@
 
 #include <vector>
 
-#include "features/slopes.h"
-#include "features/valid_profile.h"
+#include "features/arms.h"
+#include "features/profile.h"
 
-/// The extrema of the corner measure along a line, and the peaks among them. Points are given by
-/// their indices in the profile, in line order.
+/// The extrema of the turn angle along a line, and the peaks among them, in line order.
 namespace scanline::detail {
 
-/// Where the corner measure stops growing (`maxima`) or falling (`minima`).
+/// The points where the turn angle stops growing (`maxima`) or falling (`minima`).
 struct CornerExtrema {
   std::vector<int> maxima;
   std::vector<int> minima;
 };
 
-/// Which extrema a change of direction reports.
+/// Which extrema are listed.
 enum class ExtremaSign {
   kAny,       ///< All of them.
-  kMatching,  ///< Maxima above 0 and minima below 0; the one pending at the end in any case.
+  kMatching,  ///< Maxima above 0 and minima below 0; the one at the end whatever its sign.
 };
 
-CornerExtrema findExtrema(const Slopes& slopes, ExtremaSign sign);
+CornerExtrema findExtrema(const Arms& arms, ExtremaSign sign);
 
 /// What makes an extremum a peak.
 struct PeakRule {
-  /// What is compared.
+  /// What is compared of the turn angles.
   enum class Measure { kValue, kMagnitude };
 
-  double cornerTh;       ///< Least measure of a peak.
-  double windowSquared;  ///< Square of the greatest distance in y of an extremum that counts.
+  double cornerTh;       ///< Smallest measure of a peak.
+  double windowSquared;  ///< Square of the distance in y within which a greater one suppresses.
   Measure measure;
 };
 
-/// The candidates that reach the threshold and have no greater one within the window.
-std::vector<int> findPeaks(const std::vector<int>& candidates,
-                           const Slopes& slopes,
-                           const ValidProfile& profile,
+/// The extrema that reach the threshold and that no greater one suppresses.
+std::vector<int> findPeaks(const std::vector<int>& extrema,
+                           const Arms& arms,
+                           const Profile& profile,
                            const PeakRule& rule);
 
 }  // namespace scanline::detail

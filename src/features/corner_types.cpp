@@ -3,59 +3,63 @@
 
 #include <cmath>
 
+#include "features/line_samples.h"
+
 namespace scanline::detail {
 
-std::vector<int> cornerPeaks(const Slopes& slopes,
-                             const ValidProfile& profile,
+std::vector<int> cornerPeaks(const Arms& arms,
+                             const Profile& profile,
                              const SQO_cornerParam& param) {
-  return findPeaks(findExtrema(slopes, ExtremaSign::kAny).maxima, slopes, profile,
-                   usualPeaks(param, PeakRule::Measure::kValue));
+  return findPeaks(findExtrema(arms, ExtremaSign::kAny).maxima, arms, profile,
+                   peakRule(param, PeakRule::Measure::kValue));
 }
 
-int typeBySteepArms(double backwardAngle, double forwardAngle, const SQO_cornerParam& param) {
+int typeBySteepArms(const Arms& arms, int point, const SQO_cornerParam& param) {
   const double steep = param.jumpCornerTh_1;
-  const double flat = param.jumpCornerTh_2;
-  if (backwardAngle > steep && forwardAngle > -flat) {
+  const double against = param.jumpCornerTh_2;
+  const double backward = arms.backwardAngle(point);
+  const double forward = arms.forwardAngle(point);
+  if (backward > steep && forward > -against) {
     return FEATURE_JUMP_RISE;
   }
-  if (-steep > forwardAngle && flat > backwardAngle) {
+  if (-steep > forward && against > backward) {
     return FEATURE_JUMP_FALL;
   }
   return FEATURE_CORNER_OTHER;
 }
 
 std::vector<SQO_basicFeature1D> steepCorners(const STesk3DPosition* lineData,
-                                             const ValidProfile& profile,
+                                             const Profile& profile,
                                              int lineIdx,
                                              const SQO_cornerParam& param) {
-  const Slopes slopes(profile, SlopeSearch::unlimited(param.scale));
+  const Arms arms(profile, ArmSearch::unlimited(param.scale));
   std::vector<SQO_basicFeature1D> features;
-  for (const int peak : cornerPeaks(slopes, profile, param)) {
-    const int type = typeBySteepArms(slopes.backwardAngle(peak), slopes.forwardAngle(peak), param);
-    features.push_back(featureAt(lineData, profile.index[peak], type, lineIdx, 0.0));
+  for (const int peak : cornerPeaks(arms, profile, param)) {
+    const int type = typeBySteepArms(arms, peak, param);
+    features.push_back(featureAt(lineData, profile.index[peak], type, lineIdx));
   }
   return features;
 }
 
-Arms armsAt(const Slopes& slopes, int point, const SQO_cornerParam& param) {
+ArmPattern armPatternAt(const Arms& arms, int point, const SQO_cornerParam& param) {
   const double flat = param.jumpCornerTh_1;
   const double steep = param.jumpCornerTh_2;
-  const double backward = std::abs(slopes.backwardAngle(point));
-  const double forward = std::abs(slopes.forwardAngle(point));
+  const double backward = std::abs(arms.backwardAngle(point));
+  const double forward = std::abs(arms.forwardAngle(point));
   if (flat > backward && forward > steep) {
-    return Arms::kFlatThenSteep;
+    return ArmPattern::kFlatThenSteep;
   }
   if (flat > forward && backward > steep) {
-    return Arms::kSteepThenFlat;
+    return ArmPattern::kSteepThenFlat;
   }
-  return Arms::kOther;
+  return ArmPattern::kOther;
 }
 
-int typeByFlatArm(const Slopes& slopes, int point, const SQO_cornerParam& param) {
-  if (param.jumpCornerTh_1 > std::abs(slopes.backwardAngle(point))) {
+int typeByFlatArm(const Arms& arms, int point, const SQO_cornerParam& param) {
+  if (param.jumpCornerTh_1 > std::abs(arms.backwardAngle(point))) {
     return FEATURE_JUMP_RISE;
   }
-  return param.jumpCornerTh_1 > std::abs(slopes.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
+  return param.jumpCornerTh_1 > std::abs(arms.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
 }
 
 }  // namespace scanline::detail

@@ -1,4 +1,7 @@
-// Finds where z grows by more than a limit from one valid sample to the next.
+// Finds the jumps of a line at which z rises by more than a limit from one valid sample to the
+// next.
+#include <cassert>
+
 #include <scanline/line_features.h>
 #include "records/sample_rules.h"
 
@@ -7,6 +10,7 @@ void qo_getLineDownJumps(STesk3DPosition* lineData,
                          int lineIdx,
                          double jumpZ,
                          std::vector<SQO_basicFeature1D>& line_jumps) {
+  assert(dataSize < 1 || lineData != nullptr);
   if (dataSize < 2) {
     return;
   }

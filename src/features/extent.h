@@ -4,8 +4,8 @@
 
 namespace scanline::detail {
 
-/// The extent of some values, to see at once whether any of them lies far from another. Values that
-/// are not a number are left out.
+/// The extent of some values, which shows whether any of them is far from a given one. NaN is left
+/// out.
 struct Extent {
   double min = std::numeric_limits<double>::infinity();
   double max = -std::numeric_limits<double>::infinity();
@@ -19,7 +19,8 @@ struct Extent {
     max = other.max > max ? other.max : max;
   }
 
-  /// Whether one of the values passes a test that grows with the distance from some place.
+  /// Whether one of the values passes `isFar`, which must pass all values beyond one that it
+  /// passes.
   template <typename Test>
   [[nodiscard]] bool anyFar(Test isFar) const {
     return min <= max && (isFar(min) || isFar(max));

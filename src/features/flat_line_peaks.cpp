@@ -1,5 +1,4 @@
-// Finds the dents of a nearly flat line from its jumps and slopes.
-#include <algorithm>
+// Finds the dents of a nearly flat line: narrow places of greater z, by their jumps and slopes.
 #include <optional>
 #include <vector>
 
@@ -7,7 +6,8 @@
 #include "features/flat_pairs.h"
 #include "features/flat_steps.h"
 #include "features/flat_views.h"
-#include "features/valid_profile.h"
+#include "features/line_samples.h"
+#include "features/profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -19,13 +19,14 @@ using detail::FlatDent;
 using Dents = std::vector<FlatDent>;
 using Line = std::vector<STesk3DPosition>;
 
-/// Mark on the samples of features in the caller's line.
+/// Stamp of the samples of features.
 constexpr int kFeatureMark = 13;
 
+/// Smallest difference of the mean z of the two sides of a slope.
 constexpr double kMinSideDiff = 0.1;
 
-/// Marks the outer samples of jumps in the caller's line.
-void markJumps(const detail::ValidProfile& profile, const Dents& dents, Line& lineData) {
+/// Stamps the outer samples of jumps in the caller's line.
+void markJumps(const detail::Profile& profile, const Dents& dents, Line& lineData) {
   for (const FlatDent& dent : dents) {
     if (dent.kind == FlatDent::kJump) {
       lineData[profile.index[dent.first]].nPointIdx = detail::kJumpMark;
@@ -42,25 +43,25 @@ SQO_basicFeature1D featureBetween(const Line& lineData, int lineIdx, int first, 
   return {FEATURE_PEAK, {lineIdx, (first + last) / 2}, middle, 0.0};
 }
 
-/// The sample of the feature on the high side of a slope, if that side stands out. A mark on
-/// either side rules it out.
-std::optional<int> highSideOf(
+/// The sample of the feature beside a slope, on the side of greater z (the far side), if that side
+/// differs enough from the near one. A jump on either side rules it out.
+std::optional<int> farSideOf(
     const Line& lineData, const detail::SideViewer& sides, bool rises, int first, int last) {
   const detail::SideView before = sides.view(first, -1);
   const detail::SideView after = sides.view(last, 1);
-  const detail::SideView& high = rises ? after : before;
-  const detail::SideView& low = rises ? before : after;
-  if (high.highest < 0 || low.meetsMark) {
+  const detail::SideView& far = rises ? after : before;
+  const detail::SideView& near = rises ? before : after;
+  if (far.farthest < 0 || near.meetsJump) {
     return std::nullopt;
   }
-  const double base = low.highest >= 0 ? low.mean : lineData[first].pt3D.z;
-  return high.mean - base >= kMinSideDiff ? std::optional(high.highest) : std::nullopt;
+  const double base = near.farthest >= 0 ? near.mean : lineData[first].pt3D.z;
+  return far.mean - base >= kMinSideDiff ? std::optional(far.farthest) : std::nullopt;
 }
 
-/// Appends the features of the dents. All jumps must be marked.
+/// Appends the features of the dents. All jumps must be stamped.
 void appendFeatures(const Line& lineData,
                     int lineIdx,
-                    const detail::ValidProfile& profile,
+                    const detail::Profile& profile,
                     const Dents& dents,
                     double sideWidth,
                     std::vector<SQO_basicFeature1D>& peaks) {
@@ -76,13 +77,13 @@ void appendFeatures(const Line& lineData,
       sides.emplace(lineData, sideWidth);
     }
     const bool rises = dent.kind == FlatDent::kRisingSlope;
-    if (const auto high = highSideOf(lineData, *sides, rises, first, last)) {
-      peaks.push_back({FEATURE_PEAK, {lineIdx, *high}, lineData[*high].pt3D, 0.0});
+    if (const auto sample = farSideOf(lineData, *sides, rises, first, last)) {
+      peaks.push_back(detail::featureAt(lineData.data(), *sample, FEATURE_PEAK, lineIdx));
     }
   }
 }
 
-/// Marks the sample of a feature, and fills it if it is a hole.
+/// Stamps the sample of a feature. A missing sample takes the position of the feature.
 void markFeature(const SQO_basicFeature1D& feature, Line& lineData) {
   STesk3DPosition& sample = lineData[feature.jumpPos2D.y];
   if (detail::isMissing(sample.pt3D.z)) {
@@ -100,7 +101,7 @@ void qo_getFlatLineLocalPeaks_vector(std::vector<STesk3DPosition>& lineData,
                                      double peakWidth_y,
                                      std::vector<SQO_basicFeature1D>& peaks) {
   const detail::FlatLineLimits limits = {slopeWin_y, jumpTh_z, peakWidth_y};
-  const detail::ValidProfile profile =
+  const detail::Profile profile =
       detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
   const Dents dents = detail::pairSteps(profile, detail::steepestSteps(profile, limits), limits);
   detail::makeRoom(dents.size(), peaks);

@@ -7,8 +7,8 @@
 namespace scanline::detail {
 namespace {
 
-/// Whether the kinds and heights of a step and the next one make a pair. A jump is low if its
-/// change of z is below `jumpTh_z`.
+/// Whether a step and the next one make a pair by their kinds and heights. A jump is low if z
+/// changes by less than `jumpTh_z`.
 ///
 /// | step              | partner                                        |
 /// |-------------------|------------------------------------------------|
@@ -43,7 +43,7 @@ FlatDent::Kind kindOf(const FlatStep& step, bool isPaired) {
 
 }  // namespace
 
-std::vector<FlatDent> pairSteps(const ValidProfile& profile,
+std::vector<FlatDent> pairSteps(const Profile& profile,
                                 const FlatSteps& steps,
                                 const FlatLineLimits& limits) {
   const auto areClose = [&](const FlatStep& step, const FlatStep& next) {

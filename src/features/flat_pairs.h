@@ -6,7 +6,7 @@
 
 namespace scanline::detail {
 
-/// A place of a nearly flat line that may get a feature: one step, or two that make a pair. The
+/// A place of a nearly flat line that may become a feature: one step, or two that make a pair. The
 /// ends are indices in the profile.
 struct FlatDent {
   enum Kind {
@@ -21,9 +21,9 @@ struct FlatDent {
   int last;
 };
 
-/// Pairs the steps of a line with their successors, in order. Each step is used once; a rising
-/// slope that is the last step is dropped.
-std::vector<FlatDent> pairSteps(const ValidProfile& profile,
+/// Pairs each step of a line with the next one where possible, in order. A step belongs to one dent
+/// at most; a rising slope that is the last step is dropped.
+std::vector<FlatDent> pairSteps(const Profile& profile,
                                 const FlatSteps& steps,
                                 const FlatLineLimits& limits);
 

@@ -1,4 +1,4 @@
-// Measures the steps of a nearly flat line and selects the steepest of each monotone stretch.
+// Measures the steps of a nearly flat line and selects the steepest of each monotone row.
 #include "features/flat_steps.h"
 
 #include <algorithm>
@@ -13,24 +13,24 @@ namespace {
 constexpr double kMinSlope = 0.5;
 constexpr double kMinSlopeZ = 0.2;
 
-/// Finds the first sample from a cursor on that lies far enough in y from a given one.
-class DistantSampleSearch {
+/// Finds the first point from a cursor on that is far enough in y from a given one.
+class DistantPointSearch {
  public:
-  DistantSampleSearch(const ValidProfile& profile, double distance)
+  DistantPointSearch(const Profile& profile, double distance)
       : profile_(profile), distance_(distance) {}
 
-  /// Moves the cursor; it must lie after the last sample searched from.
+  /// Moves the cursor, which must be after the last point searched from.
   void setCursor(int cursor) {
     cursor_ = cursor;
   }
 
-  /// Moves the cursor to the sample found; leaves it and returns -1 if there is none.
+  /// Moves the cursor to the point found; returns `kNoPoint` and does not move it if there is none.
   int find(int from) {
     const double y = profile_.y[from];
     const auto isDistant = [&](double other) { return std::abs(other - y) >= distance_; };
-    // Without this a distance that spans the line would have every sample search all of it.
+    // Without this test, each search for a distance that spans the line would visit the whole line.
     if (!extentFrom_.empty() && !extentFrom_[cursor_ - begin_].anyFar(isDistant)) {
-      return -1;
+      return kNoPoint;
     }
     const int count = profile_.count();
     int found = cursor_;
@@ -39,14 +39,14 @@ class DistantSampleSearch {
     }
     if (found == count) {
       measureExtents(std::min(from, cursor_));
-      return -1;
+      return kNoPoint;
     }
     cursor_ = found;
     return found;
   }
 
  private:
-  /// Once a search has failed, mostly near the end of the line, others are likely to.
+  /// Once a search has failed, mostly near the end of the line, others are likely to fail.
   void measureExtents(int begin) {
     begin_ = begin;
     extentFrom_.resize(static_cast<std::size_t>(profile_.count() - begin));
@@ -57,28 +57,28 @@ class DistantSampleSearch {
     }
   }
 
-  const ValidProfile& profile_;
+  const Profile& profile_;
   double distance_;
   int cursor_ = 0;
-  std::vector<Extent> extentFrom_;  ///< Extent of each sample from `begin_` on and all after it.
+  std::vector<Extent> extentFrom_;  ///< Of each point from `begin_` on with all after it.
   int begin_ = 0;
 };
 
 FlatStep stepBetween(
-    const ValidProfile& profile, int first, int last, StepKind falling, StepKind rising) {
+    const Profile& profile, int first, int last, StepKind falling, StepKind rising) {
   const double dz = profile.z[last] - profile.z[first];
   const double slope = dz / std::abs(profile.y[last] - profile.y[first]);
   return {dz > 0.0 ? rising : falling, first, last, dz, slope};
 }
 
-/// The steps that count, at most one from each sample: the jump to its neighbour, or else the slope
-/// over the window.
-FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+/// The jumps and slopes of a line, at most one from each point: the jump to the next point, or else
+/// the slope over the window.
+FlatSteps measureSteps(const Profile& profile, const FlatLineLimits& limits) {
   const auto& y = profile.y;
   const auto& z = profile.z;
   const double maxGap = limits.peakWidth_y * 0.5;
   FlatSteps steps;
-  DistantSampleSearch search(profile, limits.slopeWin_y);
+  DistantPointSearch search(profile, limits.slopeWin_y);
   for (int k = 0; k + 1 < profile.count(); ++k) {
     if (std::abs(y[k + 1] - y[k]) > maxGap || std::abs(z[k + 1] - z[k]) > limits.jumpTh_z) {
       steps.push_back(
@@ -87,7 +87,7 @@ FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits
       continue;
     }
     const int distant = search.find(k);
-    if (distant < 0 || !(std::abs(z[distant] - z[k]) > kMinSlopeZ)) {
+    if (distant == kNoPoint || !(std::abs(z[distant] - z[k]) > kMinSlopeZ)) {
       continue;
     }
     const FlatStep step =
@@ -99,23 +99,23 @@ FlatSteps measureSteps(const ValidProfile& profile, const FlatLineLimits& limits
   return steps;
 }
 
-/// Whether two steps of the list start from neighbouring samples.
-bool areNeighbours(const FlatStep& a, const FlatStep& b) {
+/// Whether two steps start from adjacent points.
+bool areAdjacent(const FlatStep& a, const FlatStep& b) {
   return b.first - a.first == 1 || a.first - b.first == 1;
 }
 
-/// Clears the slopes of `kind` that start next to step `k` on one side.
+/// Clears the unbroken row of slopes of `kind` next to step `k` in one direction.
 void clearSlopes(FlatSteps& steps, int k, int direction, StepKind kind) {
   const int count = static_cast<int>(steps.size());
   for (int j = k + direction; j >= 0 && j < count; j += direction) {
-    if (steps[j].kind != kind || !areNeighbours(steps[j], steps[j - direction])) {
+    if (steps[j].kind != kind || !areAdjacent(steps[j], steps[j - direction])) {
       return;
     }
     steps[j].kind = StepKind::kNone;
   }
 }
 
-/// Drops the slopes on the high side of each jump.
+/// Drops the slopes on the side of greater z of each jump.
 void absorbSlopes(FlatSteps& steps) {
   for (int k = 0; k < static_cast<int>(steps.size()); ++k) {
     if (steps[k].kind == StepKind::kRisingJump) {
@@ -130,12 +130,12 @@ bool runSameWay(const FlatStep& a, const FlatStep& b) {
   return (a.slope < 0.0 && b.slope < 0.0) || (a.slope > 0.0 && b.slope > 0.0);
 }
 
-/// Each monotone stretch of steps, represented by its steepest. A jump that opens a stretch stands
-/// alone; one inside a stretch counts like a slope. A sample without a step ends a stretch.
+/// The steepest step of each monotone row. A jump at the start of a row is kept by itself; one
+/// inside a row counts like a slope. A point without a step ends a row.
 FlatSteps mergeSteps(const FlatSteps& steps) {
   FlatSteps merged;
   const FlatStep* steepest = nullptr;
-  const auto endStretch = [&] {
+  const auto endRow = [&] {
     if (steepest != nullptr) {
       merged.push_back(*steepest);
       steepest = nullptr;
@@ -143,8 +143,8 @@ FlatSteps mergeSteps(const FlatSteps& steps) {
   };
   for (std::size_t k = 0; k < steps.size(); ++k) {
     const FlatStep& step = steps[k];
-    if (step.kind == StepKind::kNone || (k > 0 && !areNeighbours(steps[k - 1], step))) {
-      endStretch();
+    if (step.kind == StepKind::kNone || (k > 0 && !areAdjacent(steps[k - 1], step))) {
+      endRow();
     }
     if (step.kind == StepKind::kNone) {
       continue;
@@ -154,19 +154,19 @@ FlatSteps mergeSteps(const FlatSteps& steps) {
     } else if (steepest == nullptr) {
       steepest = &step;
     } else if (!runSameWay(*steepest, step)) {
-      endStretch();
+      endRow();
       steepest = &step;
     } else if (std::abs(step.slope) > std::abs(steepest->slope)) {
       steepest = &step;
     }
   }
-  endStretch();
+  endRow();
   return merged;
 }
 
 }  // namespace
 
-FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits) {
+FlatSteps steepestSteps(const Profile& profile, const FlatLineLimits& limits) {
   FlatSteps steps = measureSteps(profile, limits);
   absorbSlopes(steps);
   return mergeSteps(steps);

@@ -2,20 +2,20 @@
 
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
-/// The steps of a nearly flat line, measured over a stretch of y.
+/// The steps of a nearly flat line: jumps, and slopes over a window in y.
 namespace scanline::detail {
 
 enum class StepKind { kNone, kFallingJump, kRisingJump, kFallingSlope, kRisingSlope };
 
-/// A step between two valid samples, as indices in the profile.
+/// A step between two measured samples. Both are indices in the profile.
 struct FlatStep {
   StepKind kind;
   int first;
   int last;
-  double dz;     ///< Growth of z.
-  double slope;  ///< Growth of z over the distance in y.
+  double dz;     ///< Change of z.
+  double slope;  ///< Change of z divided by the distance in y.
 
   [[nodiscard]] bool isJump() const {
     return kind == StepKind::kFallingJump || kind == StepKind::kRisingJump;
@@ -24,14 +24,14 @@ struct FlatStep {
 
 using FlatSteps = std::vector<FlatStep>;
 
-/// The limits that separate jumps, slopes and dents.
+/// The limits of jumps, slopes and dents.
 struct FlatLineLimits {
   double slopeWin_y;   ///< Distance in y over which a slope is measured.
-  double jumpTh_z;     ///< Step in z between neighbours that makes a jump.
-  double peakWidth_y;  ///< Width of a dent; a gap of half of it is a jump.
+  double jumpTh_z;     ///< Change of z that makes a jump, strict.
+  double peakWidth_y;  ///< Width of a dent; more than half of it in y makes a jump too.
 };
 
-/// The steepest step of each monotone stretch of the line, in order.
-FlatSteps steepestSteps(const ValidProfile& profile, const FlatLineLimits& limits);
+/// The steepest step of each monotone row of steps, in line order.
+FlatSteps steepestSteps(const Profile& profile, const FlatLineLimits& limits);
 
 }  // namespace scanline::detail

@@ -1,4 +1,4 @@
-// Finds the summits of a line whose flanks turn strongly within a given length of arc.
+// Finds glove arcs: maxima of z whose flanks turn by an angle within a given length of the profile.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -6,9 +6,10 @@
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
+#include "features/line_samples.h"
 #include "features/neighbours.h"
-#include "features/slopes.h"
-#include "features/valid_profile.h"
+#include "features/profile.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;
@@ -17,9 +18,9 @@ namespace {
 
 constexpr std::size_t kMinSamples = 10;
 
-/// The local maxima of z: points that z rises to and does not rise from. On a plateau this is the
-/// first point; the ends of the line count as maxima.
-std::vector<int> findCrests(const detail::ValidProfile& profile) {
+/// The local maxima of z: points at which z has risen and does not rise further. On a plateau this
+/// is the first point. The ends of the line count as maxima.
+std::vector<int> findCrests(const detail::Profile& profile) {
   constexpr double kOutside = -std::numeric_limits<double>::infinity();
   std::vector<int> crests(profile.index.size());
   std::size_t found = 0;
@@ -27,7 +28,7 @@ std::vector<int> findCrests(const detail::ValidProfile& profile) {
   for (int i = 0; i < profile.count(); ++i) {
     const double z = profile.z[i];
     const double after = i + 1 < profile.count() ? profile.z[i + 1] : kOutside;
-    // Noise makes branches here unpredictable.
+    // Written without a branch, which noise would make unpredictable.
     crests[found] = i;
     found += static_cast<std::size_t>((z > before) & !(after > z));
     before = z;
@@ -42,10 +43,10 @@ struct HigherCrests {
   std::vector<int> after;   ///< One of greater z, or the number of points.
 };
 
-HigherCrests findHigherCrests(const detail::ValidProfile& profile, const std::vector<int>& crests) {
+HigherCrests findHigherCrests(const detail::Profile& profile, const std::vector<int>& crests) {
   HigherCrests higher = {std::vector<int>(crests.size(), detail::kNoPoint),
                          std::vector<int>(crests.size(), profile.count())};
-  std::vector<std::size_t> open;  // without a higher one after them so far; z falls or stays
+  std::vector<std::size_t> open;  // Without a higher one after them so far; their z never grows.
   open.reserve(crests.size());
   for (std::size_t k = 0; k < crests.size(); ++k) {
     while (!open.empty() && profile.z[crests[k]] > profile.z[crests[open.back()]]) {
@@ -60,11 +61,10 @@ HigherCrests findHigherCrests(const detail::ValidProfile& profile, const std::ve
   return higher;
 }
 
-/// The points that none is higher than up to and including the neighbours: before them none of
-/// equal z either, which makes the first point of a plateau its summit. The greatest z of such a
-/// stretch belongs to a crest or to the neighbour, so only these are compared.
-std::vector<int> findSummits(const detail::ValidProfile& profile,
-                             const detail::Neighbours& neighbours) {
+/// The points with the greatest z up to and including both neighbours. Before them z must be
+/// smaller, so the summit of a plateau is its first point. The greatest z up to a neighbour is that
+/// of a crest or of the neighbour itself, so only these are compared.
+std::vector<int> findSummits(const detail::Profile& profile, const detail::Neighbours& neighbours) {
   const std::vector<int> crests = findCrests(profile);
   const HigherCrests higher = findHigherCrests(profile, crests);
   std::vector<int> summits;
@@ -85,14 +85,13 @@ std::vector<int> findSummits(const detail::ValidProfile& profile,
   return summits;
 }
 
-/// The flanks of summits: the forward angle at each point, 0 where a neighbour is missing, and the
-/// distance to the next point, 0 at the last.
+/// What the flanks of summits are measured by, for each point.
 struct Flanks {
-  std::vector<double> angles;
-  std::vector<double> steps;
+  std::vector<double> angles;  ///< The forward angle; 0 if a neighbour is missing on either side.
+  std::vector<double> steps;   ///< The distance to the next point; 0 at the last one.
 };
 
-Flanks measureFlanks(const detail::ValidProfile& profile, const detail::Neighbours& neighbours) {
+Flanks measureFlanks(const detail::Profile& profile, const detail::Neighbours& neighbours) {
   Flanks flanks = {std::vector<double>(profile.index.size()),
                    std::vector<double>(profile.index.size())};
   for (int i = 0; i < profile.count(); ++i) {
@@ -122,7 +121,8 @@ double angleBefore(const Flanks& flanks, int summit, double armLen) {
   return greatest;
 }
 
-/// The smallest forward angle from a summit on. The point that reaches the length is left out.
+/// The smallest forward angle from a summit on. The point at which the length is reached does not
+/// count.
 double angleAfter(const Flanks& flanks, int summit, double armLen) {
   double smallest = flanks.angles[summit];
   double length = flanks.steps[summit];
@@ -145,7 +145,7 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
   if (lineData.size() < kMinSamples) {
     return;
   }
-  const detail::ValidProfile profile =
+  const detail::Profile profile =
       detail::collectProfile(lineData.data(), static_cast<int>(lineData.size()));
   const detail::Neighbours neighbours =
       detail::findNeighbours(profile, {{0, profile.count() - 1}}, gloveArcPara.scale);
@@ -155,8 +155,8 @@ void ju_getLineGloveArcs(std::vector<STesk3DPosition>& lineData,
     const double turn = angleBefore(flanks, summit, gloveArcPara.armLen) -
                         angleAfter(flanks, summit, gloveArcPara.armLen);
     if (turn >= gloveArcPara.minTurnAngle) {
-      const int sample = profile.index[summit];
-      arcs.push_back({FEATURE_PEAK, {lineIdx, sample}, lineData[sample].pt3D, turn});
+      arcs.push_back(
+          detail::featureAt(lineData.data(), profile.index[summit], FEATURE_PEAK, lineIdx, turn));
     }
   }
   detail::append(arcs, line_gloveArcs);

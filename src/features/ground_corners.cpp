@@ -1,12 +1,14 @@
-// Finds the corners of negative measure that have the ground close by.
+// Finds the corners close to the ground at which a line turns away from the sensor.
 #include <algorithm>
+#include <cassert>
 #include <optional>
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/corner_types.h"
+#include "features/line_samples.h"
 #include "features/reach_search.h"
-#include "features/slopes.h"
 #include "features/stretches.h"
 #include "geometry/root_free.h"
 #include "records/append.h"
@@ -17,11 +19,11 @@ namespace {
 
 constexpr int kGround = 1;
 
-/// The ground on a line, and the distances to it in the x-y plane.
+/// Searches the ground on a line. Distances are in the x-y plane.
 class GroundSearch {
  public:
   GroundSearch(const std::vector<STesk3DPosition>& lineData,
-               const detail::ValidProfile& profile,
+               const detail::Profile& profile,
                const std::vector<int>& groundMask,
                double groundDist)
       : x_(static_cast<std::size_t>(profile.count())),
@@ -38,8 +40,8 @@ class GroundSearch {
     }
   }
 
-  /// Whether the nearest ground on either side of point `i`, and all points up to it, lie within
-  /// the distance.
+  /// Whether there is ground before or after point `i` such that the nearest point of it and all
+  /// points up to that one lie within the distance.
   bool findsAround(int i) {
     const auto after = std::upper_bound(ground_.begin(), ground_.end(), i);
     if (after != ground_.end() && tooFar_.find(i, 1, *after + 1) == detail::kNoPoint) {
@@ -55,13 +57,13 @@ class GroundSearch {
   std::vector<int> ground_;  ///< The points on the ground, in line order.
 };
 
-/// The peaks among the minima of the corner measure.
-std::vector<int> minimumPeaks(const detail::Slopes& slopes,
-                              const detail::ValidProfile& profile,
+/// The peaks among the minima of the turn angle below 0.
+std::vector<int> minimumPeaks(const detail::Arms& arms,
+                              const detail::Profile& profile,
                               const SQO_cornerParam& param) {
-  const auto extrema = detail::findExtrema(slopes, detail::ExtremaSign::kMatching);
-  return detail::findPeaks(extrema.minima, slopes, profile,
-                           detail::usualPeaks(param, detail::PeakRule::Measure::kMagnitude));
+  const auto extrema = detail::findExtrema(arms, detail::ExtremaSign::kMatching);
+  return detail::findPeaks(extrema.minima, arms, profile,
+                           detail::peakRule(param, detail::PeakRule::Measure::kMagnitude));
 }
 
 }  // namespace
@@ -74,16 +76,17 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
                                                   SQO_cornerParam cornerPara,
                                                   std::vector<SQO_basicFeature1D>& line_features) {
   // NOLINTEND(performance-unnecessary-value-param)
+  assert(groundMask.size() >= lineData.size());
+  assert(detail::isStamped(lineData.data(), static_cast<int>(lineData.size())));
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData.data(), static_cast<int>(lineData.size()),
                             cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::ValidProfile& profile = stretches.points;
-  const detail::Slopes slopes(profile, stretches.ranges,
-                              detail::SlopeSearch::oneSided(cornerPara.scale));
+  const detail::Profile& profile = stretches.points;
+  const detail::Arms arms(profile, stretches.ranges, detail::ArmSearch::oneSided(cornerPara.scale));
   std::optional<GroundSearch> ground;
   std::vector<SQO_basicFeature1D> features;
-  for (const int peak : minimumPeaks(slopes, profile, cornerPara)) {
-    const int type = detail::typeByFlatArm(slopes, peak, cornerPara);
+  for (const int peak : minimumPeaks(arms, profile, cornerPara)) {
+    const int type = detail::typeByFlatArm(arms, peak, cornerPara);
     if (type == 0) {
       continue;
     }
@@ -93,7 +96,7 @@ void qo_getLineContourCornerFeature_groundMask_BQ(std::vector<STesk3DPosition>& 
     if (ground->findsAround(peak)) {
       const int stamp = lineData[profile.index[peak]].nPointIdx;
       features.push_back(
-          detail::featureAt(lineData.data(), stamp, type, lineIdx, slopes.corner(peak)));
+          detail::featureAt(lineData.data(), stamp, type, lineIdx, arms.turnAngle(peak)));
     }
   }
   detail::append(features, line_features);

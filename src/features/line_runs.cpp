@@ -1,8 +1,9 @@
-// Cuts a line into runs of continuous samples and joins them across narrow holes.
+// Cuts a line into runs of measured samples, joins these across narrow holes, and lists their ends.
 #include "features/line_runs.h"
 
 #include <cmath>
 
+#include "features/line_samples.h"
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
@@ -11,18 +12,14 @@ namespace {
 constexpr int kLive = 1;
 constexpr int kAbsorbed = 0;
 
-int lastSample(const SQO_RUN& run) {
-  return run.start + run.len - 1;
-}
-
-/// Joins neighbouring runs whose facing ends are `close(end, start)`.
+/// Joins successive runs whose facing ends are `close(end, start)`.
 template <typename Close>
 void joinCloseRuns(const STesk3DPosition* lineData, Close close, std::vector<SQO_RUN>& runs) {
   for (std::size_t i = 1; i < runs.size(); ++i) {
     SQO_RUN& before = runs[i - 1];
     SQO_RUN& run = runs[i];
-    if (close(lineData[lastSample(before)].pt3D, lineData[run.start].pt3D)) {
-      run.len = lastSample(run) - before.start + 1;
+    if (close(lineData[lastOf(before)].pt3D, lineData[run.start].pt3D)) {
+      run.len = lastOf(run) - before.start + 1;
       run.start = before.start;
       before.value = kAbsorbed;
     }
@@ -75,13 +72,10 @@ void appendEndings(const STesk3DPosition* lineData,
                    int lineIdx,
                    const std::vector<SQO_RUN>& runs,
                    std::vector<SQO_basicFeature1D>& endings) {
-  const auto append = [&](int type, int i) {
-    endings.push_back({type, {lineIdx, i}, lineData[i].pt3D, 0.0});
-  };
   for (const SQO_RUN& run : runs) {
-    if (run.value != kAbsorbed) {
-      append(FEATURE_SEG_START, run.start);
-      append(FEATURE_SEG_END, lastSample(run));
+    if (!isAbsorbed(run)) {
+      endings.push_back(featureAt(lineData, run.start, FEATURE_SEG_START, lineIdx));
+      endings.push_back(featureAt(lineData, lastOf(run), FEATURE_SEG_END, lineIdx));
     }
   }
 }

@@ -5,24 +5,31 @@
 #include <scanline/feature_records.h>
 #include <scanline/scan_records.h>
 
-/// Runs of continuous samples on a line, and the endings that they turn into. In a run `start` and
-/// `len` count samples of the line, and `value` is 0 once the next run has absorbed it.
+/// Runs of measured samples, which holes separate, and the features at their ends. `start` and
+/// `len` of a run count samples of the line. Its `value` is 0 once the next run has absorbed it.
 namespace scanline::detail {
 
-/// The runs between holes; a step in z above `maxStepZ` breaks a run as well.
+inline int lastOf(const SQO_RUN& run) {
+  return run.start + run.len - 1;
+}
+inline bool isAbsorbed(const SQO_RUN& run) {
+  return run.value == 0;
+}
+
+/// Cuts a line at all samples that are not measured, and at steps in z above `maxStepZ`.
 std::vector<SQO_RUN> findRuns(const STesk3DPosition* lineData, int dataSize, double maxStepZ);
 
-/// Joins neighbouring runs whose facing ends lie closer than both gaps: the later one absorbs the
-/// earlier.
+/// Joins successive runs whose facing ends are closer than both gaps. The second one absorbs the
+/// first.
 void joinRuns(const STesk3DPosition* lineData,
               double gapY,
               double gapZ,
               std::vector<SQO_RUN>& runs);
 
-/// The same whatever the step in z.
+/// The same without a limit in z.
 void joinRuns(const STesk3DPosition* lineData, double gapY, std::vector<SQO_RUN>& runs);
 
-/// Appends the start and the end of each run that was not absorbed.
+/// Appends the start and the end of each run that is not absorbed, as features.
 void appendEndings(const STesk3DPosition* lineData,
                    int lineIdx,
                    const std::vector<SQO_RUN>& runs,

@@ -1,4 +1,5 @@
-// Finds the L and V shapes of a line and the ends of its data segments.
+// Finds the L and V shapes of a line, and the ends of its data segments.
+#include <cassert>
 #include <cmath>
 #include <cstddef>
 #include <optional>
@@ -15,26 +16,26 @@ namespace {
 using Features = std::vector<SQO_basicFeature1D>;
 using Segments = std::vector<SQO_RUN>;
 
-/// Distance in y beyond which a flank is separate from the V that it belongs to.
-constexpr double kSeparateY = 5.0;
+/// Distance in y beyond which an L is apart from its V.
+constexpr double kApartY = 5.0;
 
-/// Difference of a V's outer ends in z below which they are level.
-constexpr double kLevelEndsZ = 40.0;
+/// Difference in z of the near ends of a V below which it is level.
+constexpr double kLevelZ = 40.0;
 
-/// Distance in y below which two jumps of one direction are one.
+/// Distance in y below which one of two jumps in the same direction is dropped.
 constexpr double kMergeY = 20.0;
 
-/// A rise and a fall that belong together, and the flanks that each would make alone.
+/// The V of a rise and a fall, and the L of each of them.
 struct VShape {
   SQO_basicFeature1D v;
   std::optional<SQO_basicFeature1D> rise;
   std::optional<SQO_basicFeature1D> fall;
-  bool isRiseSeparate;
-  bool isFallSeparate;
-  double outerDiff;  ///< How much higher in z the rise begins than the fall ends.
+  bool isRiseApart;
+  bool isFallApart;
+  double nearDiff;  ///< z at the start of the rise minus z at the end of the fall.
 
-  [[nodiscard]] bool hasLevelEnds() const {
-    return kLevelEndsZ > std::abs(outerDiff);
+  [[nodiscard]] bool isLevel() const {
+    return kLevelZ > std::abs(nearDiff);
   }
 };
 
@@ -47,68 +48,68 @@ VShape shapeOf(const detail::LvLine& line,
                const detail::SlopeRun& rise,
                const detail::SlopeRun& fall,
                double jumpTh_z) {
-  const int top =
+  const int apex =
       line.point(rise.endIdx).z >= line.point(fall.startIdx).z ? rise.endIdx : fall.startIdx;
-  const auto isSeparate = [&](int index) {
-    return std::abs(line.point(top).y - line.point(index).y) > kSeparateY;
+  const auto isApart = [&](int index) {
+    return std::abs(line.point(apex).y - line.point(index).y) > kApartY;
   };
-  return {line.feature(FEATURE_V, top),
-          detail::flankOf(line, segments, rise, jumpTh_z),
-          detail::flankOf(line, segments, fall, jumpTh_z),
-          isSeparate(rise.maxEndIdx),
-          isSeparate(fall.maxStartIdx),
+  return {line.feature(FEATURE_V, apex),
+          detail::lShapeOf(line, segments, rise, jumpTh_z),
+          detail::lShapeOf(line, segments, fall, jumpTh_z),
+          isApart(rise.maxEndIdx),
+          isApart(fall.maxStartIdx),
           line.growth(fall.endIdx, rise.startIdx)};
 }
 
-/// What is reported of a V with one flank close to it.
-SQO_basicFeature1D vOrFlank(const VShape& shape, const SQO_basicFeature1D& flank) {
-  return shape.hasLevelEnds() && !isJump(flank) ? shape.v : flank;
+/// What is reported of a V and its only L, which is close.
+SQO_basicFeature1D vOrL(const VShape& shape, const SQO_basicFeature1D& lShape) {
+  return shape.isLevel() && !isJump(lShape) ? shape.v : lShape;
 }
 
-/// What is reported of a V with both flanks close to it. A flank, even a jump, becomes a slope of
-/// the direction from outer end to outer end.
-SQO_basicFeature1D vOrEitherFlank(const VShape& shape) {
-  if (shape.hasLevelEnds()) {
+/// What is reported of a V with two close L. An L, even a jump, becomes a slope in the direction
+/// from one near end to the other.
+SQO_basicFeature1D vOrEitherL(const VShape& shape) {
+  if (shape.isLevel()) {
     return shape.v;
   }
-  SQO_basicFeature1D flank =
+  SQO_basicFeature1D lShape =
       shape.rise->jumpPos.z > shape.fall->jumpPos.z ? *shape.rise : *shape.fall;
-  flank.featureType = shape.outerDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
-  return flank;
+  lShape.featureType = shape.nearDiff > 0.0 ? FEATURE_SLOPE_FALL : FEATURE_SLOPE_RISE;
+  return lShape;
 }
 
 void appendVWithFall(const VShape& shape, Features& features) {
-  if (shape.isFallSeparate) {
+  if (shape.isFallApart) {
     features.insert(features.end(), {shape.v, *shape.fall});
   } else {
-    features.push_back(vOrFlank(shape, *shape.fall));
+    features.push_back(vOrL(shape, *shape.fall));
   }
 }
 
 void appendVWithRise(const VShape& shape, Features& features) {
-  if (shape.isRiseSeparate) {
+  if (shape.isRiseApart) {
     features.insert(features.end(), {*shape.rise, shape.v});
   } else {
-    features.push_back(vOrFlank(shape, *shape.rise));
+    features.push_back(vOrL(shape, *shape.rise));
   }
 }
 
 void appendVWithBoth(const VShape& shape, Features& features) {
-  const auto jumpOrV = [&shape](const SQO_basicFeature1D& flank) {
-    return isJump(flank) ? flank : shape.v;
+  const auto jumpOrV = [&shape](const SQO_basicFeature1D& closeL) {
+    return isJump(closeL) ? closeL : shape.v;
   };
-  if (shape.isRiseSeparate && shape.isFallSeparate) {
+  if (shape.isRiseApart && shape.isFallApart) {
     features.insert(features.end(), {*shape.rise, shape.v, *shape.fall});
-  } else if (shape.isRiseSeparate) {
+  } else if (shape.isRiseApart) {
     features.insert(features.end(), {*shape.rise, jumpOrV(*shape.fall)});
-  } else if (shape.isFallSeparate) {
+  } else if (shape.isFallApart) {
     features.insert(features.end(), {jumpOrV(*shape.rise), *shape.fall});
   } else {
-    features.push_back(vOrEitherFlank(shape));
+    features.push_back(vOrEitherL(shape));
   }
 }
 
-/// Decides which of a V and its flanks become features.
+/// Appends what is reported of a V and its L.
 void appendV(const VShape& shape, Features& features) {
   if (shape.rise && shape.fall) {
     appendVWithBoth(shape, features);
@@ -121,7 +122,7 @@ void appendV(const VShape& shape, Features& features) {
   }
 }
 
-/// Walks the runs: a rise and the fall after it may make a V, any other run may make an L.
+/// Visits the runs in order: a rise and the next run may make a V, any other run may make an L.
 void appendShapes(const detail::LvLine& line,
                   const Segments& segments,
                   const SQO_slopeParam& slope,
@@ -135,18 +136,20 @@ void appendShapes(const detail::LvLine& line,
     if (isRiseThenFall && detail::isV(line, run, runs[k + 1], param)) {
       appendV(shapeOf(line, segments, run, runs[k + 1], slope.jumpTh_z), features);
       ++k;
-    } else if (const auto flank = detail::flankOf(line, segments, run, slope.jumpTh_z)) {
-      features.push_back(*flank);
+    } else if (const auto lShape = detail::lShapeOf(line, segments, run, slope.jumpTh_z)) {
+      features.push_back(*lShape);
     }
   }
 }
 
-bool isOneJump(const SQO_basicFeature1D& a, const SQO_basicFeature1D& b) {
+/// Whether two features are jumps that are merged.
+bool areOneJump(const SQO_basicFeature1D& a, const SQO_basicFeature1D& b) {
   return a.featureType == b.featureType && isJump(a) &&
          kMergeY > std::abs(a.jumpPos.y - b.jumpPos.y);
 }
 
-/// Keeps the last of neighbouring jumps that are one, searching from the end of the list.
+/// Drops each jump that is merged with the next kept feature, from the end of the list to its
+/// start.
 void mergeJumps(Features& features) {
   if (features.empty()) {
     return;
@@ -154,7 +157,7 @@ void mergeJumps(Features& features) {
   auto kept = features.end() - 1;
   for (auto f = kept; f != features.begin();) {
     --f;
-    if (!isOneJump(*f, *kept)) {
+    if (!areOneJump(*f, *kept)) {
       *--kept = *f;
     }
   }
@@ -169,6 +172,8 @@ void qo_getLineLVFeature(STesk3DPosition* lineData,
                          SQO_slopeParam slopeParam,
                          SQO_VFeatureParam vFeatureParam,
                          SQO_lineFeature* line_features) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(line_features != nullptr);
   const detail::LvLine line = {lineData, dataSize, lineIdx};
   const Segments segments = detail::findSegments(line, slopeParam.maxGap_y);
   Features shapes;

@@ -1,4 +1,4 @@
-// Decides whether a rise and the fall after it make a V.
+// Decides whether a rise and the following fall make a V.
 #include <cmath>
 
 #include "features/lv_stages.h"
@@ -22,24 +22,23 @@ bool isV(const LvLine& line,
          const SlopeRun& rise,
          const SlopeRun& fall,
          const SQO_VFeatureParam& param) {
-  const double riseTop = line.point(rise.endIdx).z;
-  const double fallTop = line.point(fall.startIdx).z;
-  if (!(riseTop > line.point(fall.endIdx).z && fallTop > line.point(rise.startIdx).z)) {
+  const double riseFar = line.point(rise.endIdx).z;
+  const double fallFar = line.point(fall.startIdx).z;
+  if (!(riseFar > line.point(fall.endIdx).z && fallFar > line.point(rise.startIdx).z)) {
     return false;
   }
   const auto yNearest = [&line](const SlopeRun& run, double z) {
     return nearestByZ(line.samples, run.startIdx, run.endIdx, z).pt3D.y;
   };
-  const bool riseIsHigher = riseTop >= fallTop;
-  if (param.apexDiff_z > std::abs(fallTop - riseTop)) {
-    const double height =
-        riseIsHigher ? riseTop - param.apexDiff_z * 0.5 : fallTop - param.apexDiff_z;
-    return param.maxWidth_y > std::abs(yNearest(rise, height) - yNearest(fall, height));
+  const bool riseIsFarther = riseFar >= fallFar;
+  if (param.apexDiff_z > std::abs(fallFar - riseFar)) {
+    const double atZ =
+        riseIsFarther ? riseFar - param.apexDiff_z * 0.5 : fallFar - param.apexDiff_z;
+    return param.maxWidth_y > std::abs(yNearest(rise, atZ) - yNearest(fall, atZ));
   }
-  const double y = riseIsHigher ? yNearest(rise, fallTop) : yNearest(fall, riseTop);
-  // Where the tops are not level, the width is y against z of the fall's top. Callers' limits are
-  // tuned to that.
-  return param.maxWidth_y > std::abs(y - fallTop);
+  const double y = riseIsFarther ? yNearest(rise, fallFar) : yNearest(fall, riseFar);
+  // The width is the difference of a y and a z. Existing limits are tuned to that.
+  return param.maxWidth_y > std::abs(y - fallFar);
 }
 
 }  // namespace scanline::detail

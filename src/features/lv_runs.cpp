@@ -1,4 +1,4 @@
-// Cuts a line into monotone runs of z and, independently, into data segments.
+// Cuts a line into monotone runs of z and, independently of these, into data segments.
 #include <cmath>
 #include <vector>
 
@@ -10,12 +10,12 @@ namespace {
 
 enum class Direction { kNone, kFalling, kRising };
 
-/// A change of z, counted in a direction.
+/// A change of z, positive in the given direction.
 double along(Direction direction, double dz) {
   return direction == Direction::kRising ? dz : -dz;
 }
 
-/// The run between two samples, with the earliest of its largest steps.
+/// The run between two samples, with its largest step, the earliest of equal ones.
 SlopeRun runBetween(const LvLine& line, int start, int end, Direction direction) {
   SlopeRun run = {start, end, start, start};
   int before = start;

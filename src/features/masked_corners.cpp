@@ -1,8 +1,9 @@
-// Finds the corners among the samples of one label.
+// Finds the corners of the samples of one label.
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/corner_types.h"
-#include "features/slopes.h"
-#include "features/valid_profile.h"
+#include "features/line_samples.h"
+#include "features/profile.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -13,20 +14,19 @@ void qo_maskData_getLineCornerFeature(std::vector<STesk3DPosition>& lineData,
                                       int maskID,
                                       SQO_cornerParam cornerPara,
                                       std::vector<SQO_basicFeature1D>& line_features) {
-  const detail::ValidProfile profile = detail::collectProfile(
+  const detail::Profile profile = detail::collectProfile(
       lineData.data(), static_cast<int>(lineData.size()), [maskID](const STesk3DPosition& sample) {
         const bool isLabelled = sample.nPointIdx == maskID;
         return detail::isMeasured(sample.pt3D.z) && isLabelled;
       });
-  // What lies beyond the longest chord belongs to another piece of the label.
-  const detail::Slopes slopes(
-      profile, {cornerPara.scale, cornerPara.scale * 4.0, detail::MissingNeighbour::kNoSlopes});
+  // A chord that is longer leads to another piece of the label.
+  const detail::Arms arms(
+      profile, {cornerPara.scale, cornerPara.scale * 4.0, detail::MissingNeighbour::kNoArms});
   std::vector<SQO_basicFeature1D> corners;
-  for (const int peak : detail::cornerPeaks(slopes, profile, cornerPara)) {
-    const int type =
-        detail::typeBySteepArms(slopes.backwardAngle(peak), slopes.forwardAngle(peak), cornerPara);
+  for (const int peak : detail::cornerPeaks(arms, profile, cornerPara)) {
+    const int type = detail::typeBySteepArms(arms, peak, cornerPara);
     corners.push_back(detail::featureAt(lineData.data(), profile.index[peak], type, lineIdx,
-                                        slopes.corner(peak)));
+                                        arms.turnAngle(peak)));
   }
   detail::append(corners, line_features);
 }

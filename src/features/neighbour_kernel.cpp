@@ -1,4 +1,4 @@
-// Searches the neighbours of all points of a line, a block of candidates at a time.
+// Searches the neighbours of all points of a profile, a block of points at a time.
 #include "features/neighbour_kernel.h"
 
 #include <cmath>
@@ -11,19 +11,19 @@
 namespace scanline::detail {
 namespace {
 
-/// The points of a block.
+/// How many points a block has.
 constexpr int kBlock = 8;
 static_assert(kBlock <= PaddedColumn::kPadding);
 
-/// How many points a walk looks at before it is given up.
+/// How many points a walk visits before it is given up.
 constexpr int kNearby = 16 * kBlock;
 
 /// Upper bounds of the lengths of the steps from each point to the next. With a as the greater and
 /// b as the smaller coordinate of a step, its length sqrt(a^2 + b^2) is at most a + b^2 / (2 a),
-/// which needs no root. NaN where a coordinate is not a number.
+/// which needs no root. NaN if a coordinate is NaN.
 SCANLINE_WIDE_KERNEL
 void boundSteps(const double* y, const double* z, int steps, double* bounds) {
-  constexpr double kTiny = 1e-300;  // Avoids 0 / 0 where a step has no length.
+  constexpr double kTiny = 1e-300;  // Avoids 0 / 0 in a step without length.
   for (int i = 0; i < steps; ++i) {
     const double dy = std::abs(y[i + 1] - y[i]);
     const double dz = std::abs(z[i + 1] - z[i]);
@@ -34,7 +34,7 @@ void boundSteps(const double* y, const double* z, int steps, double* bounds) {
   }
 }
 
-/// Index of the lowest bit that is set.
+/// Index of the lowest bit that is set; there must be one.
 inline int lowestBit(std::uint64_t bits) {
 #if defined(__GNUC__)
   return __builtin_ctzll(bits);
@@ -47,7 +47,7 @@ inline int lowestBit(std::uint64_t bits) {
 #endif
 }
 
-/// The bits of those points of a block that are reached from a point.
+/// The bits of those points of a block that are far enough from the point (`y`, `z`).
 inline std::uint64_t hitsIn(const double* blockY,
                             const double* blockZ,
                             double y,
@@ -68,10 +68,10 @@ inline std::uint64_t hitsIn(const double* blockY,
 
 /// The walks of `walkNearby`, in the order of their steps.
 ///
-/// Points on too short an arc are skipped. What is skipped from one point is skipped from the next
-/// one too, as its arc is no longer, so `start` never moves back. Each point of a block has a bit,
-/// the nearest one the lowest, so no branch depends on which of them is the first hit. Blocks reach
-/// beyond the range: hits there do not count, and the padding is never hit.
+/// Points on too short an arc are skipped. They are on a shorter arc from the next point still, so
+/// `start` never moves back. Each point of a block has a bit, the nearest one the lowest, so that
+/// no branch depends on which of them is the first hit. Blocks may extend beyond the range: hits
+/// there do not count, and the padding is never hit.
 SCANLINE_WIDE_KERNEL
 bool walkAll(const double* y,
              const double* z,
@@ -113,7 +113,7 @@ bool walkAll(const double* y,
 
 }  // namespace
 
-ArcLengths::ArcLengths(const ValidProfile& profile) : upTo_(profile.index.size()) {
+ArcLengths::ArcLengths(const Profile& profile) : upTo_(profile.index.size()) {
   if (upTo_.empty()) {
     return;
   }
@@ -125,14 +125,16 @@ ArcLengths::ArcLengths(const ValidProfile& profile) : upTo_(profile.index.size()
   }
 }
 
-// No two points are farther apart than the arc between them is long. With u = 2^-53 and n points:
-// the bound of a step is low by less than 6 u of itself, the two sums by less than n u of the whole
-// length each, and their difference by u of itself: together by less than (2 n + 7) u of the whole
-// length, for which 10 n u is taken. The square of a distance is high by less than 4 u of itself,
-// and the root of the threshold by u, for which 1e-9 is taken. That includes what `kTiny` and
-// products that underflow amount to, if the threshold is far above them. A square that overflows
-// reaches any finite threshold, and so does its distance. An arc that is infinite or not a number
-// makes the margin infinite or not a number.
+// The distance of two points is at most the length of the arc between them. With u = 2^-53 and n
+// points, rounding has these effects:
+// - The bound of a step is too low by less than 6 u of itself, the two sums by less than n u of the
+//   whole length each, and their difference by u of itself. Together that is less than (2 n + 7) u
+//   of the whole length; the margin is 10 n u.
+// - The square of a distance is too high by less than 4 u of itself, and the root of the threshold
+//   by u; the factor allows for 1e-9. This covers `kTiny` and products that underflow as well,
+//   since the threshold is far above them.
+// - A square that overflows reaches any finite threshold, and so does its distance.
+// - An arc that is infinite or NaN makes the margin infinite or NaN.
 double ArcLengths::arcReaching(double squaredThreshold) const {
   constexpr double kInfinity = std::numeric_limits<double>::infinity();
   constexpr double kRounding = 10.0 * 0x1p-53;
@@ -143,7 +145,7 @@ double ArcLengths::arcReaching(double squaredThreshold) const {
   return std::sqrt(squaredThreshold) * (1.0 - 1e-9) - margin;
 }
 
-bool walkNearby(const ValidProfile& profile,
+bool walkNearby(const Profile& profile,
                 const ArcLengths& arcs,
                 const NeighbourWalk& walk,
                 int* neighbours) {

@@ -2,38 +2,38 @@
 
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
-/// The search for neighbours near each point of a profile.
+/// The search for the neighbours of points, as far as they are nearby.
 namespace scanline::detail {
 
-/// The length of a line up to each of its points.
+/// The length of a profile up to each of its points.
 class ArcLengths {
  public:
-  explicit ArcLengths(const ValidProfile& profile);
+  explicit ArcLengths(const Profile& profile);
 
   [[nodiscard]] const double* data() const {
     return upTo_.data();
   }
 
-  /// Points on a shorter arc than this are closer to each other than the root of
-  /// `squaredThreshold`. NaN or negative, so that no arc is shorter, if there is no such length.
+  /// A length such that the squared distance of two points on a shorter arc is below
+  /// `squaredThreshold`. NaN or negative, so that no arc is shorter, if there is none.
   [[nodiscard]] double arcReaching(double squaredThreshold) const;
 
  private:
   std::vector<double> upTo_;
 };
 
-/// The walks from all points of a range, each to the first point whose squared distance reaches a
+/// Walks from all points of a range, each to the first point whose squared distance reaches a
 /// threshold.
 struct NeighbourWalk {
-  PointRange range;  ///< Walks start and end here.
+  PointRange range;  ///< Walks stay inside it.
   int step;          ///< 1 to greater indices, -1 to lower ones.
   double squaredThreshold;
-  double leastArc;  ///< Points on a shorter arc need not be looked at.
+  double leastArc;  ///< Points on a shorter arc need not be visited.
 };
 
-/// Stands for a neighbour where a walk was given up before it came to point `next`.
+/// Takes the place of a neighbour if the walk was given up before point `next`.
 constexpr int unfinishedAt(int next) {
   return kNoPoint - 1 - next;
 }
@@ -45,9 +45,9 @@ constexpr int nextOf(int unfinished) {
   return kNoPoint - 1 - unfinished;
 }
 
-/// Writes the neighbour of each point of the range, `kNoPoint` if it has none. Returns whether no
-/// walk was given up.
-bool walkNearby(const ValidProfile& profile,
+/// Writes the neighbour of each point of the range, `kNoPoint` if it has none. Returns whether all
+/// walks were finished.
+bool walkNearby(const Profile& profile,
                 const ArcLengths& arcs,
                 const NeighbourWalk& walk,
                 int* neighbours);

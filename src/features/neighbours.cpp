@@ -1,4 +1,4 @@
-// Finds the neighbours of the points of a line.
+// Finds the neighbours of the points of a profile.
 #include "features/neighbours.h"
 
 #include <cstddef>
@@ -10,17 +10,17 @@
 namespace scanline::detail {
 namespace {
 
-/// Searches the neighbours on one side for one range after the other.
+/// Searches the neighbours on one side, range by range.
 class NeighbourSearch {
  public:
-  NeighbourSearch(const ValidProfile& profile, double scale)
+  NeighbourSearch(const Profile& profile, double scale)
       : profile_(profile),
         arcs_(profile),
         squaredThreshold_(squaredThreshold(scale)),
         leastArc_(arcs_.arcReaching(squaredThreshold_)),
         distant_(profile.y.data(), profile.z.data(), profile.count(), squaredThreshold_) {}
 
-  /// Searches from all points of a range by `step` and inside the range.
+  /// Searches inside a range from all of its points, in the direction of `step`.
   void run(const PointRange& range, int step, std::vector<int>& neighbours) {
     const NeighbourWalk walk = {range, step, squaredThreshold_, leastArc_};
     if (!walkNearby(profile_, arcs_, walk, neighbours.data())) {
@@ -40,14 +40,15 @@ class NeighbourSearch {
     }
   }
 
-  const ValidProfile& profile_;
+  const Profile& profile_;
   ArcLengths arcs_;
   double squaredThreshold_;
   double leastArc_;
   ReachSearch distant_;
 };
 
-void dropDistant(const ValidProfile& profile, double maxChord, std::vector<int>& neighbours) {
+/// Removes the neighbours at a distance of `maxChord` or more.
+void dropDistant(const Profile& profile, double maxChord, std::vector<int>& neighbours) {
   const double squaredMaxChord = squaredThreshold(maxChord);
   for (int i = 0; i < profile.count(); ++i) {
     const int j = neighbours[i] != kNoPoint ? neighbours[i] : i;
@@ -61,7 +62,7 @@ void dropDistant(const ValidProfile& profile, double maxChord, std::vector<int>&
 
 }  // namespace
 
-Neighbours findNeighbours(const ValidProfile& profile,
+Neighbours findNeighbours(const Profile& profile,
                           const std::vector<PointRange>& ranges,
                           double scale,
                           std::optional<double> maxChord) {

@@ -1,7 +1,9 @@
-// Finds the corners of a line below a height, and the ends of its stretches.
+// Finds the corners and data segments of the part of a line that is not farther than a limit.
+#include <cassert>
+
 #include <scanline/line_features.h>
 #include "features/corner_types.h"
-#include "features/line_runs.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -9,7 +11,7 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Turns samples above a height into holes for later calls.
+/// Turns the samples above a limit into missing ones.
 void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   for (int i = 0; i < dataSize; ++i) {
     if (lineData[i].pt3D.z > maxZ) {
@@ -18,18 +20,23 @@ void blankAbove(STesk3DPosition* lineData, int dataSize, double maxZ) {
   }
 }
 
-/// The stretches as runs, numbered from 1. The number of the last is the index of its last sample:
-/// on a line whose only sample is the first, that is 0, and the run counts as absorbed.
-std::vector<SQO_RUN> asRuns(const detail::Stretches& stretches) {
-  std::vector<SQO_RUN> runs;
-  runs.reserve(stretches.ranges.size());
-  for (const detail::PointRange& range : stretches.ranges) {
-    runs.push_back(stretches.spanOf(range, static_cast<int>(runs.size()) + 1));
+/// The ends of the stretches, each of which is a data segment. Sample 0 by itself is none.
+std::vector<SQO_basicFeature1D> endingsOf(const detail::Stretches& stretches,
+                                          const STesk3DPosition* lineData,
+                                          int lineIdx) {
+  const std::vector<int>& index = stretches.points.index;
+  std::vector<SQO_basicFeature1D> endings;
+  if (!index.empty() && index.back() == 0) {
+    return endings;
   }
-  if (!runs.empty()) {
-    runs.back().value = stretches.points.index.back();
+  const auto append = [&](int type, int point) {
+    endings.push_back(detail::featureAt(lineData, index[point], type, lineIdx));
+  };
+  for (const auto& [first, last] : stretches.ranges) {
+    append(FEATURE_SEG_START, first);
+    append(FEATURE_SEG_END, last);
   }
-  return runs;
+  return endings;
 }
 
 }  // namespace
@@ -40,18 +47,17 @@ void ju_getLineCornerFeature_PSM(STesk3DPosition* lineData,
                                  double maxZ,
                                  SQO_cornerParam cornerPara,
                                  SQO_lineFeature* line_features) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(line_features != nullptr);
   const detail::Stretches stretches =
       detail::stretchesByZ(lineData, dataSize, cornerPara.minEndingGap_z, maxZ);
   auto corners = detail::steepCorners(lineData, stretches.points, lineIdx, cornerPara);
   for (SQO_basicFeature1D& corner : corners) {
-    corner.jumpPos2D.y = lineData[corner.jumpPos2D.y].nPointIdx;  // the caller's stamp
+    corner.jumpPos2D.y = lineData[corner.jumpPos2D.y].nPointIdx;  // The stamp of the caller.
   }
-  std::vector<SQO_RUN> runs = asRuns(stretches);
-  detail::joinRuns(lineData, cornerPara.minEndingGap, cornerPara.minEndingGap_z, runs);
-  std::vector<SQO_basicFeature1D> endings;
-  detail::appendEndings(lineData, lineIdx, runs, endings);
+  const auto endings = endingsOf(stretches, lineData, lineIdx);
   detail::append(corners, endings, *line_features);
-  // Nothing fails from here on.
+  // Nothing is allocated from here on.
   line_features->lineIdx = lineIdx;
   blankAbove(lineData, dataSize, maxZ);
   detail::markStretchEnds(stretches, lineData);

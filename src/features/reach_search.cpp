@@ -1,4 +1,5 @@
-// Searches for points far from another one, in a hierarchy of blocks once they are not nearby.
+// Searches for the first point far enough from another one, in a hierarchy of blocks if none is
+// near.
 #include "features/reach_search.h"
 
 #include <algorithm>
@@ -12,17 +13,17 @@ namespace scanline::detail {
 
 namespace {
 
-/// The lesser of two numbers, or the other one if one of them is NaN.
+/// The smaller of two numbers; if one of them is NaN, the other one.
 double lesser(double a, double b) {
   return a < b || std::isnan(b) ? a : b;
 }
-/// The greater of two numbers, or the other one if one of them is NaN.
+/// The greater of two numbers; if one of them is NaN, the other one.
 double greater(double a, double b) {
   return a > b || std::isnan(b) ? a : b;
 }
 
-/// The greatest distance along one coordinate from `from` into an extent. Rounding is monotone, so
-/// no point inside has a greater one. The NaN of infinity less infinity is dropped.
+/// The greatest distance in one coordinate from `from` to the ends of an extent. Rounding is
+/// monotone, so no point inside has a greater one. The NaN of infinity less infinity is dropped.
 double greatestDistance(double from, double least, double greatest) {
   return greater(std::abs(least - from), std::abs(greatest - from));
 }
@@ -34,8 +35,7 @@ ReachSearch::Block ReachSearch::join(const Block& a, const Block& b) {
           greater(a.maxZ, b.maxZ)};
 }
 
-// Points without a place are left out. The blocks of a level are made from pairs of the level
-// below.
+// Points with a NaN are left out. A block is made from two of the level below.
 void ReachSearch::buildBlocks() {
   constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
   constexpr Block kEmpty = {kNan, kNan, kNan, kNan};
@@ -59,14 +59,14 @@ void ReachSearch::buildBlocks() {
   levels_ = std::move(levels);
 }
 
-/// Whether a block may have a point that is reached. If it has one, it may.
+/// Whether a block may have a point that is far enough away: true if it has one.
 bool ReachSearch::mayReach(int i, const Block& block) const {
   const double dy = greatestDistance(y_[i], block.minY, block.maxY);
   const double dz = greatestDistance(z_[i], block.minZ, block.maxZ);
   return dy * dy + dz * dz >= squaredThreshold_;
 }
 
-// From the first border of a leaf on, point `j` is the nearest one of the block that it stands for.
+// From the first border of a leaf on, `j` is the first point of a block that is not searched yet.
 int ReachSearch::findInBlocks(int i, int j, int step, int end) {
   if (levels_.empty()) {
     buildBlocks();

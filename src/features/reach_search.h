@@ -4,16 +4,15 @@
 #include <cstdlib>
 #include <vector>
 
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 namespace scanline::detail {
 
-/// Finds, in index order from a point of a list, the first one that is far enough away in a plane.
+/// Finds the first point, in index order from a given one, that is far enough away in a plane.
 class ReachSearch {
  public:
-  /// A point is reached from another if the square of their distance is at least
-  /// `squaredThreshold`. That is never the case where a coordinate or the threshold is not a
-  /// number. The coordinates must outlive the search.
+  /// A point is reached from another one if their squared distance is `squaredThreshold` or more,
+  /// so never if a coordinate or the threshold is NaN. The coordinates must outlive the search.
   ReachSearch(const double* y, const double* z, int count, double squaredThreshold)
       : y_(y), z_(z), count_(count), squaredThreshold_(squaredThreshold) {}
 
@@ -24,16 +23,16 @@ class ReachSearch {
     return j != nearEnd ? j : findInBlocks(i, j, step, end);
   }
 
-  /// The same from point `j` on, for searches that pass over many points.
+  /// The same from point `j` on. Skips whole blocks, for neighbours that are far away.
   int findInBlocks(int i, int j, int step, int end);
 
  private:
-  /// How many points are looked at one by one.
+  /// How many points are visited one by one.
   static constexpr int kNearby = 64;
   /// How many points the smallest blocks have.
   static constexpr int kLeaf = 8;
 
-  /// Extents of a block of points; not a number if no point of it can be reached.
+  /// Extent of a block of points; NaN if none of them can be reached.
   struct Block {
     double minY;
     double maxY;
@@ -61,8 +60,8 @@ class ReachSearch {
   const double* z_;
   int count_;
   double squaredThreshold_;
-  /// Level k holds the aligned blocks of `kLeaf` * 2^k points; empty until a search goes beyond the
-  /// nearby points.
+  /// Level k holds the blocks of `kLeaf` * 2^k points. Empty until a search goes beyond the nearby
+  /// points.
   std::vector<std::vector<Block>> levels_;
 };
 

@@ -1,11 +1,13 @@
-// Finds the corners near a reference height, and the ends of stretches that run out flat.
+// Finds the corners near a reference height, and the ends of stretches that continue flat.
 #include <algorithm>
+#include <cassert>
 #include <cmath>
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/arms.h"
 #include "features/corner_types.h"
-#include "features/slopes.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -13,23 +15,23 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// Corners count only this close in z to the reference height.
+/// Distance in z from the reference height at which a corner is dropped.
 constexpr double kMaxHeightDistance = 10.0;
 
-// The working word of a sample holds its index on the line, above it the type of a corner, above
-// that the marks of stretch ends.
+// The word of a sample holds, from the lowest bit on, its index on the line, the type of a corner
+// and the marks of stretch ends.
 constexpr int kTypeShift = 16;
 constexpr int kTypeMask = 15;
 constexpr int kStretchEndsShift = 20;
 constexpr int kStartMarkOnly = detail::kStretchStartMark >> kStretchEndsShift;
 constexpr int kEndMarkOnly = detail::kStretchEndMark >> kStretchEndsShift;
 
-/// The marks that a line's samples receive: stretch ends, and corners at the index that the
-/// caller's stamp gives.
+/// The marks of all samples: stretch ends, and the types of corners at the indices stamped by the
+/// caller.
 std::vector<int> findMarks(const STesk3DPosition* lineData,
                            int dataSize,
                            const detail::Stretches& stretches,
-                           const detail::Slopes& slopes,
+                           const detail::Arms& arms,
                            const SQO_cornerParam& param) {
   const std::vector<int>& index = stretches.points.index;
   std::vector<int> marks(static_cast<std::size_t>(std::max(dataSize, 0)));
@@ -37,21 +39,21 @@ std::vector<int> findMarks(const STesk3DPosition* lineData,
     marks[index[range.first]] |= detail::kStretchStartMark;
     marks[index[range.last]] |= detail::kStretchEndMark;
   }
-  for (const int peak : detail::cornerPeaks(slopes, stretches.points, param)) {
-    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(slopes, peak, param)
+  for (const int peak : detail::cornerPeaks(arms, stretches.points, param)) {
+    marks[lineData[index[peak]].nPointIdx] |= detail::typeByFlatArm(arms, peak, param)
                                               << kTypeShift;
   }
   return marks;
 }
 
-/// Type of the feature that a marked sample turns into, 0 for none. A stretch that goes on flat at
-/// its start is typed like a corner with a flat forward arm, at its end like one with a flat
-/// backward arm; a stretch of one sample bears both marks and is neither. A hole bears marks only
-/// if the caller left them there; its arms, like all that are missing, have an angle of 0.
+/// The type of the feature at a marked sample, 0 for none. The start of a stretch is typed like a
+/// corner with a flat forward arm, its end like one with a flat backward arm. The only sample of a
+/// stretch has both marks and is neither. A hole has only the marks that the caller left there, and
+/// its arms have an angle of 0, as any missing arm.
 int typeOfMarked(int word,
                  double z,
                  int point,
-                 const detail::Slopes& slopes,
+                 const detail::Arms& arms,
                  double refZ,
                  const SQO_cornerParam& param) {
   const int cornerType = (word >> kTypeShift) & kTypeMask;
@@ -62,9 +64,9 @@ int typeOfMarked(int word,
   const bool isHole = point == detail::kNoPoint;
   switch (word >> kStretchEndsShift) {
     case kStartMarkOnly:
-      return isFlat(isHole ? 0.0 : slopes.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
+      return isFlat(isHole ? 0.0 : arms.forwardAngle(point)) ? FEATURE_JUMP_FALL : 0;
     case kEndMarkOnly:
-      return isFlat(isHole ? 0.0 : slopes.backwardAngle(point)) ? FEATURE_JUMP_RISE : 0;
+      return isFlat(isHole ? 0.0 : arms.backwardAngle(point)) ? FEATURE_JUMP_RISE : 0;
     default:
       return 0;
   }
@@ -78,22 +80,24 @@ void qo_getLineCornerFeature_BQ(STesk3DPosition* lineData,
                                 double refZ,
                                 SQO_cornerParam cornerPara,
                                 std::vector<SQO_basicFeature1D>& line_features) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(dataSize <= 1 << kTypeShift && detail::isStamped(lineData, dataSize));
   const detail::Stretches stretches =
       detail::stretchesByYZ(lineData, dataSize, cornerPara.minEndingGap, cornerPara.minEndingGap_z);
-  const detail::Slopes slopes(stretches.points, stretches.ranges,
-                              detail::SlopeSearch::oneSided(cornerPara.scale));
-  const std::vector<int> marks = findMarks(lineData, dataSize, stretches, slopes, cornerPara);
+  const detail::Arms arms(stretches.points, stretches.ranges,
+                          detail::ArmSearch::oneSided(cornerPara.scale));
+  const std::vector<int> marks = findMarks(lineData, dataSize, stretches, arms, cornerPara);
 
   std::vector<SQO_basicFeature1D> features;
   int next = 0;
   for (int i = 0; i < dataSize; ++i) {
-    const bool isPoint = next < slopes.count() && stretches.points.index[next] == i;
+    const bool isPoint = next < arms.count() && stretches.points.index[next] == i;
     const int point = isPoint ? next++ : detail::kNoPoint;
     const STesk3DPosition& sample = lineData[i];
     const int word = sample.nPointIdx | marks[i];
-    const int type = typeOfMarked(word, sample.pt3D.z, point, slopes, refZ, cornerPara);
+    const int type = typeOfMarked(word, sample.pt3D.z, point, arms, refZ, cornerPara);
     if (type != 0) {
-      features.push_back(detail::featureAt(lineData, i, type, lineIdx, 0.0));
+      features.push_back(detail::featureAt(lineData, i, type, lineIdx));
     }
   }
   detail::append(features, line_features);

@@ -1,4 +1,4 @@
-// Measures the arms of a right angle: how far a line runs from a sample and how much it deviates.
+// Walks along the arms of a right angle and measures how far they deviate.
 #include <algorithm>
 #include <cmath>
 

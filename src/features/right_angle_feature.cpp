@@ -1,7 +1,9 @@
-// Finds the right angles of a line, where a flat arm meets a steep one.
+// Finds the right angles of a line: places where an arm flat in z meets a steep one.
+#include <cassert>
 #include <vector>
 
 #include <scanline/line_features.h>
+#include "features/line_samples.h"
 #include "features/right_angle_stages.h"
 #include "records/append.h"
 
@@ -11,7 +13,7 @@ namespace {
 
 using Marks = std::vector<detail::RightAngleMark>;
 
-/// The last sample that is marked like the one at `start` without a break.
+/// The last sample of the row of samples from `start` on that are marked with the same kind.
 int endOfKind(const Marks& marks, int start) {
   const int last = static_cast<int>(marks.size()) - 1;
   int end = start;
@@ -21,7 +23,7 @@ int endOfKind(const Marks& marks, int start) {
   return end;
 }
 
-/// Where among samples of one kind the corner stands: on the last sharp one, else in the middle.
+/// The place of the corner among samples of one kind: the last sharp one, else the middle.
 int cornerAmong(const Marks& marks, int start, int end) {
   for (int i = end; i >= start; --i) {
     if (marks[i].isSharp) {
@@ -41,6 +43,8 @@ void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
                                  SQO_lineRightAngleParam flatFallPara,
                                  SQO_lineRightAngleParam fallFlatPara,
                                  SQO_lineFeature* line_features) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(line_features != nullptr);
   const Marks marks = detail::markRightAngles(
       lineData, dataSize, {flatRisePara, riseFlatPara, flatFallPara, fallFlatPara});
   std::vector<SQO_basicFeature1D> corners;
@@ -49,7 +53,7 @@ void qo_getLineRigthAngleFeature(STesk3DPosition* lineData,
     const int end = endOfKind(marks, start);
     if (const int kind = marks[start].kind; kind != 0) {
       const int corner = cornerAmong(marks, start, end);
-      corners.push_back({kind, {lineIdx, corner}, lineData[corner].pt3D, 0.0});
+      corners.push_back(detail::featureAt(lineData, corner, kind, lineIdx));
     }
     start = end + 1;
   }

@@ -1,4 +1,4 @@
-// Marks the samples of a line that stand at a right angle, from the arms on both sides.
+// Marks the samples of a line at right angles, by the arms on both sides.
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
@@ -12,7 +12,7 @@ namespace {
 constexpr RightAngleMark kNoMark = {0, false};
 constexpr ArmWalk kNoWalk = {ArmWalk::kRanOut, -1.0, -1.0};
 
-/// The shortest arm of all kinds: what a candidate must have on both sides.
+/// The shortest arm of all kinds: a marked sample has such an arm on both sides.
 double shortestArm(const RightAngleKinds& kinds) {
   return std::min({kinds.flatRise.flatArmLen, kinds.flatRise.steepArmLen, kinds.riseFlat.flatArmLen,
                    kinds.riseFlat.steepArmLen, kinds.flatFall.flatArmLen,
@@ -20,12 +20,13 @@ double shortestArm(const RightAngleKinds& kinds) {
                    kinds.fallFlat.steepArmLen});
 }
 
-/// The widest tolerance of all kinds: what the arms of a candidate must keep to.
+/// The widest tolerance of all kinds: no arm of a marked sample exceeds it.
 double widestTolerance(const RightAngleKinds& kinds) {
   return std::max(
       {kinds.flatRise.armTol, kinds.riseFlat.armTol, kinds.flatFall.armTol, kinds.fallFlat.armTol});
 }
 
+/// Decides which kind of right angle a sample is at.
 class Marker {
  public:
   Marker(const STesk3DPosition* lineData, int dataSize, const RightAngleKinds& kinds)
@@ -40,8 +41,8 @@ class Marker {
     return walker_.canEnd(minLen_);
   }
 
-  /// The mark of sample `i`. Few samples of a line have a steep arm, so only these are walked from
-  /// along both arms.
+  /// The mark of sample `i`. Few samples of a line have a steep arm, so walks along both arms are
+  /// made from these only.
   [[nodiscard]] RightAngleMark markOf(int i, const ArmOrigin& origin) const {
     if (!walker_.hasSteepArm(origin, minLen_, maxTol_)) {
       return kNoMark;
@@ -54,7 +55,7 @@ class Marker {
     if (maxTol_ > back.maxDz && maxTol_ > ahead.maxDy) {
       return markFlatThenSteep(i, origin, zOf(ahead.stop) > origin.z);
     }
-    // Only backward does an arm that ends at once deviate by 0 instead of -1.0.
+    // A backward arm that ends at once deviates by 0 instead of -1.0, a forward one does not.
     const double backDy = back.stop == i - 1 ? 0.0 : back.maxDy;
     if (maxTol_ > backDy && maxTol_ > ahead.maxDz) {
       return markSteepThenFlat(i, origin, origin.z > zOf(back.stop));
@@ -80,8 +81,8 @@ class Marker {
     const ArmWalk steep = forward(origin, param.steepArmLen);
     const double flatDeviation = flat.isComplete() ? flat.maxDz : 0.0;
     const double steepDeviation = steep.isComplete() ? steep.maxDy : 0.0;
-    // The tolerance of the rising kind applies to the falling one as well; callers' corners depend
-    // on it.
+    // The tolerance of the rising kind applies to the falling one as well: the documented results
+    // depend on it.
     const double armTol = kinds_.flatRise.armTol;
     if (!(armTol > flatDeviation && armTol > steepDeviation)) {
       return kNoMark;
@@ -109,8 +110,7 @@ class Marker {
   double maxTol_;
 };
 
-/// Whether walks from a point can end. Those from one that is not a number never do, and would cost
-/// the whole line.
+/// Whether walks from a point can end. Those from a NaN never do, and would cost the whole line.
 bool canEndWalks(const STesk3DPoint& point) {
   return !std::isnan(point.y) && !std::isnan(point.z);
 }

@@ -4,13 +4,13 @@
 
 #include <scanline/line_features.h>
 #include <scanline/scan_records.h>
-#include "features/valid_profile.h"
+#include "features/profile.h"
 
 /// The stages of the search for right angles: walks along the two arms of a sample, and the marks
-/// that follow from them.
+/// of the samples.
 namespace scanline::detail {
 
-/// A sample that may stand at a corner. Places are indices in the profile.
+/// A sample that may be at a corner. Places are indices in the profile.
 struct ArmOrigin {
   double y;
   double z;
@@ -18,7 +18,7 @@ struct ArmOrigin {
   int placeAfter;   ///< Where a walk to higher indices begins.
 };
 
-/// Where a walk along an arm ended and how far the samples on the way deviate from its origin.
+/// The end of a walk along an arm, and the deviations of the samples on the way from its origin.
 struct ArmWalk {
   static constexpr int kRanOut = -1;
 
@@ -32,8 +32,8 @@ struct ArmWalk {
   }
 };
 
-/// Walks along the samples of a line without its holes, so that a walk costs the samples of one
-/// arm. A walk that cannot end costs the whole line and must not be made.
+/// Walks along the measured samples of a line only, so a walk costs the samples of one arm. A walk
+/// that cannot end costs the whole line: ask `canEnd` first.
 class ArmWalker {
  public:
   ArmWalker(const STesk3DPosition* lineData, int dataSize);
@@ -53,14 +53,14 @@ class ArmWalker {
   }
 
   /// Whether the walk backward or the walk forward ends before a sample that deviates by
-  /// `maxDeviation` or more in y. Looks no farther than to the first such sample on each side.
+  /// `maxDeviation` or more in y. Visits samples up to the first such one on each side.
   [[nodiscard]] bool hasSteepArm(const ArmOrigin& origin, double armLen, double maxDeviation) const;
 
  private:
   [[nodiscard]] ArmWalk walk(const ArmOrigin& origin, int place, int stride, double armLen) const;
 
-  ValidProfile profile_;  ///< The samples that a walk sees.
-  double span_;  ///< No two samples are farther apart in |dy| + |dz|; not above any length if NaN.
+  Profile profile_;  ///< The measured samples.
+  double span_;      ///< The greatest |dy| + |dz| of two samples is at most this, unless NaN.
 };
 
 /// The parameters of the four kinds.
@@ -71,7 +71,7 @@ struct RightAngleKinds {
   SQO_lineRightAngleParam fallFlat;
 };
 
-/// The corner that a sample stands at.
+/// The corner at a sample.
 struct RightAngleMark {
   int kind;      ///< The feature type of the corner, 0 where there is none.
   bool isSharp;  ///< The backward arm ends at once, on the sample before.

@@ -1,9 +1,10 @@
-// Finds arcs: runs of points that all bend the same way.
+// Finds ring arcs: rows of points at each of which a line turns away from the sensor.
 #include <cmath>
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/slopes.h"
+#include "features/arms.h"
+#include "features/line_samples.h"
 #include "features/stretches.h"
 #include "records/append.h"
 
@@ -11,14 +12,13 @@ namespace detail = scanline::detail;
 
 namespace {
 
-/// The runs of points in a stretch whose corner measures are below 0. Points without slopes belong
-/// to none, and the ends of a stretch have none.
+/// The rows of points in a stretch whose turn angles are below 0. A point without arms ends a row.
 std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
-                                         const detail::Slopes& slopes) {
+                                         const detail::Arms& arms) {
   std::vector<detail::PointRange> arcs;
   bool isOpen = false;
   for (int i = stretch.first; i <= stretch.last; ++i) {
-    if (!(slopes.cornerSign(i) < 0.0)) {
+    if (!(arms.turnSign(i) < 0.0)) {
       isOpen = false;
     } else if (isOpen) {
       arcs.back().last = i;
@@ -30,15 +30,17 @@ std::vector<detail::PointRange> findArcs(const detail::PointRange& stretch,
   return arcs;
 }
 
-/// An arc without slopes on either side of it fills its stretch, and takes all points without
-/// slopes at the ends of the stretch too. An arc always has a point on either side.
-detail::PointRange extentOf(const detail::PointRange& arc,
-                            const detail::PointRange& stretch,
-                            const detail::Slopes& slopes) {
-  const bool isInside = slopes.exist(arc.first - 1) || slopes.exist(arc.last + 1);
-  return isInside ? arc : stretch;
+/// What is reported for an arc: the whole stretch if neither the point before the arc nor the one
+/// after it has arms, with all other points of the stretch, arms or not. Both points exist, since
+/// the ends of a stretch never have arms.
+detail::PointRange reportedRange(const detail::PointRange& arc,
+                                 const detail::PointRange& stretch,
+                                 const detail::Arms& arms) {
+  const bool hasArmsBeside = arms.exist(arc.first - 1) || arms.exist(arc.last + 1);
+  return hasArmsBeside ? arc : stretch;
 }
 
+/// Distance in the y-z plane.
 double chordBetween(const STesk3DPoint& a, const STesk3DPoint& b) {
   const double dy = a.y - b.y;
   const double dz = a.z - b.z;
@@ -54,28 +56,28 @@ void ju_getRingArcFeature(std::vector<STesk3DPosition>& lineData,
                           std::vector<SJU_segFeature>& line_ringArcs) {
   const detail::Stretches stretches = detail::stretchesByZ(
       lineData.data(), static_cast<int>(lineData.size()), cornerPara.minEndingGap_z);
-  const detail::Slopes slopes(stretches.points, stretches.ranges,
-                              detail::SlopeSearch::unlimited(cornerPara.scale));
+  const detail::Arms arms(stretches.points, stretches.ranges,
+                          detail::ArmSearch::unlimited(cornerPara.scale));
   const auto sampleAt = [&](int point) -> const STesk3DPosition& {
     return lineData[stretches.points.index[point]];
   };
   std::vector<SJU_segFeature> arcs;
   for (const detail::PointRange& stretch : stretches.ranges) {
-    for (const detail::PointRange& arc : findArcs(stretch, slopes)) {
+    for (const detail::PointRange& arc : findArcs(stretch, arms)) {
       const double chord = chordBetween(sampleAt(arc.first).pt3D, sampleAt(arc.last).pt3D);
       if (!(chord >= ringArcWidth.min && ringArcWidth.max >= chord)) {
         continue;
       }
       const double turnAngle =
-          std::abs(slopes.forwardAngle(arc.last) - slopes.backwardAngle(arc.first));
+          std::abs(arms.forwardAngle(arc.last) - arms.backwardAngle(arc.first));
       if (!(turnAngle > cornerPara.cornerTh)) {
         continue;
       }
-      const auto [first, last] = extentOf(arc, stretch, slopes);
+      const auto [first, last] = reportedRange(arc, stretch, arms);
       arcs.push_back({lineIdx, stretches.points.index[first], stretches.points.index[last], 0,
                       sampleAt(first).pt3D, sampleAt(last).pt3D, turnAngle});
     }
   }
   detail::append(arcs, line_ringArcs);
-  detail::stampIndices(lineData);
+  detail::stampIndices(lineData.data(), static_cast<int>(lineData.size()));
 }

@@ -1,4 +1,5 @@
-// Finds the narrow stretches of a line that hold a peak of z towards the sensor.
+// Finds tubes: narrow runs of a line with a local peak.
+#include <cassert>
 #include <cmath>
 #include <limits>
 #include <opencv2/core/mat.hpp>
@@ -13,11 +14,12 @@ namespace detail = scanline::detail;
 
 namespace {
 
-using Stretches = std::vector<SQO_featureSemiCircle>;
+using Tubes = std::vector<SQO_featureSemiCircle>;
 
 constexpr int kNoState = 0;
 
-/// The sample for which `measure` is smallest, the earliest among equals; -1 without samples.
+/// The valid sample for which `measure` is smallest, the earliest of equal ones; -1 if there is
+/// none. NaN in z does not count.
 template <typename Measure>
 int findLeast(const STesk3DPosition* lineData, int first, int last, Measure measure) {
   int least = -1;
@@ -35,11 +37,11 @@ int findLeast(const STesk3DPosition* lineData, int first, int last, Measure meas
   return least;
 }
 
-/// The stretch between two samples, both of which are valid.
-SQO_featureSemiCircle stretchBetween(const STesk3DPosition* lineData,
-                                     int lineIdx,
-                                     int first,
-                                     int last) {
+/// The tube between two measured samples.
+SQO_featureSemiCircle tubeBetween(const STesk3DPosition* lineData,
+                                  int lineIdx,
+                                  int first,
+                                  int last) {
   const double startY = lineData[first].pt3D.y;
   const double endY = lineData[last].pt3D.y;
   const double middleY = (startY + endY) * 0.5;
@@ -53,9 +55,9 @@ SQO_featureSemiCircle stretchBetween(const STesk3DPosition* lineData,
   return {kNoState, lineIdx, first, last, middle, midPt, width, lineData[top].pt3D.z};
 }
 
-/// Whether a run holds a local peak: z rises after it has fallen. Whatever the scale of the search
-/// for peaks, the lowest of the turns is one, as no other is lower.
-bool holdsPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
+/// Whether z rises anywhere in a run after it has fallen. The smallest of such turning points is a
+/// local peak at any scale, since no other one is smaller.
+bool hasPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
   bool hasFallen = false;
   double before = lineData[run.start].pt3D.z;
   for (int i = run.start + 1; i < run.start + run.len; ++i) {
@@ -72,7 +74,7 @@ bool holdsPeak(const STesk3DPosition* lineData, const SQO_RUN& run) {
   return false;
 }
 
-/// The runs of a line, joined across narrow holes; `value` is 0 in those that were absorbed.
+/// The runs of a line, joined across narrow holes.
 std::vector<SQO_RUN> joinedRuns(const STesk3DPosition* lineData, int dataSize, double maxGap_y) {
   std::vector<SQO_RUN> runs =
       detail::findRuns(lineData, dataSize, std::numeric_limits<double>::infinity());
@@ -80,27 +82,26 @@ std::vector<SQO_RUN> joinedRuns(const STesk3DPosition* lineData, int dataSize, d
   return runs;
 }
 
-/// The runs that hold a peak and stay below `widthLimit`. A peak lies strictly inside its run, so
-/// one that is found decides for the run as a whole.
-Stretches findStretches(const STesk3DPosition* lineData,
-                        int lineIdx,
-                        double widthLimit,
-                        const std::vector<SQO_RUN>& runs) {
-  Stretches stretches;
+/// The runs with a peak and a width below `widthLimit`.
+Tubes findTubes(const STesk3DPosition* lineData,
+                int lineIdx,
+                double widthLimit,
+                const std::vector<SQO_RUN>& runs) {
+  Tubes tubes;
   for (const SQO_RUN& run : runs) {
-    const int last = run.start + run.len - 1;
-    if (run.value != 0 && holdsPeak(lineData, run) &&
+    const int last = detail::lastOf(run);
+    if (!detail::isAbsorbed(run) && hasPeak(lineData, run) &&
         widthLimit > std::abs(lineData[run.start].pt3D.y - lineData[last].pt3D.y)) {
-      stretches.push_back(stretchBetween(lineData, lineIdx, run.start, last));
+      tubes.push_back(tubeBetween(lineData, lineIdx, run.start, last));
     }
   }
-  return stretches;
+  return tubes;
 }
 
-/// Stamps the samples of each run with their index inside it; a run of one sample keeps its stamp.
+/// Stamps the samples of each run with their index inside it. A run of one sample keeps its stamp.
 void stampRuns(const std::vector<SQO_RUN>& runs, STesk3DPosition* lineData) {
   for (const SQO_RUN& run : runs) {
-    if (run.value == 0 || run.len == 1) {
+    if (detail::isAbsorbed(run) || run.len == 1) {
       continue;
     }
     for (int i = 0; i < run.len; ++i) {
@@ -109,7 +110,7 @@ void stampRuns(const std::vector<SQO_RUN>& runs, STesk3DPosition* lineData) {
   }
 }
 
-/// Whether the samples that face each other across the hole between two stretches share a label.
+/// Whether the samples next to both ends of the hole between two tubes have the same label.
 bool isHoleLabelled(const cv::Mat& labelImage,
                     const SQO_featureSemiCircle& before,
                     const SQO_featureSemiCircle& after) {
@@ -117,21 +118,21 @@ bool isHoleLabelled(const cv::Mat& labelImage,
   return label >= 1 && label == labelImage.at<int>(after.startPtIdx - 1, before.lineIdx);
 }
 
-/// Joins each stretch with the next one if the hole between them is labelled. The last stretch is
-/// only there to be joined.
-Stretches joinAcrossLabels(const STesk3DPosition* lineData,
-                           const cv::Mat& labelImage,
-                           const Stretches& stretches) {
-  Stretches joined;
-  for (std::size_t i = 0; i + 1 < stretches.size(); ++i) {
-    const SQO_featureSemiCircle& stretch = stretches[i];
-    const SQO_featureSemiCircle& next = stretches[i + 1];
-    if (!isHoleLabelled(labelImage, stretch, next)) {
-      joined.push_back(stretch);
+/// Joins each tube with the next one if the hole between them is labelled. The last tube is not
+/// reported by itself.
+Tubes joinAcrossLabels(const STesk3DPosition* lineData,
+                       const cv::Mat& labelImage,
+                       const Tubes& tubes) {
+  Tubes joined;
+  for (std::size_t i = 0; i + 1 < tubes.size(); ++i) {
+    const SQO_featureSemiCircle& tube = tubes[i];
+    const SQO_featureSemiCircle& next = tubes[i + 1];
+    if (!isHoleLabelled(labelImage, tube, next)) {
+      joined.push_back(tube);
       continue;
     }
-    joined.push_back(stretchBetween(lineData, stretch.lineIdx, stretch.startPtIdx, next.endPtIdx));
-    ++i;  // The next one is used up.
+    joined.push_back(tubeBetween(lineData, tube.lineIdx, tube.startPtIdx, next.endPtIdx));
+    ++i;  // A tube is joined once at most.
   }
   return joined;
 }
@@ -145,8 +146,11 @@ void qo_getLineUpperSemiCircleFeature(STesk3DPosition* lineData,
                                       SQO_slopeParam slopeParam,
                                       std::vector<SQO_featureSemiCircle>& line_features,
                                       cv::Mat& labelImage) {
+  assert(dataSize < 1 || lineData != nullptr);
+  assert(dataSize < 1 || (labelImage.type() == CV_32S && labelImage.rows >= dataSize &&
+                          lineIdx >= 0 && labelImage.cols > lineIdx));
   const std::vector<SQO_RUN> runs = joinedRuns(lineData, dataSize, slopeParam.maxGap_y);
-  const Stretches stretches = findStretches(lineData, lineIdx, widthUnit * 4.0, runs);
-  detail::append(joinAcrossLabels(lineData, labelImage, stretches), line_features);
+  const Tubes tubes = findTubes(lineData, lineIdx, widthUnit * 4.0, runs);
+  detail::append(joinAcrossLabels(lineData, labelImage, tubes), line_features);
   stampRuns(runs, lineData);
 }

@@ -1,4 +1,4 @@
-// Cuts the valid points of a line into stretches of continuous ones.
+// Cuts the samples of a line that are not holes into stretches at steps.
 #include "features/stretches.h"
 
 #include <cmath>
@@ -10,8 +10,7 @@
 namespace scanline::detail {
 namespace {
 
-/// Cuts before each point that does not continue the one before: `continues(i)` compares point `i`
-/// with point `i` - 1.
+/// Cuts before each point `i` for which `continues(i)` is false.
 template <typename Continues>
 std::vector<PointRange> cutRanges(int count, Continues continues) {
   std::vector<PointRange> ranges;
@@ -25,7 +24,7 @@ std::vector<PointRange> cutRanges(int count, Continues continues) {
   return ranges;
 }
 
-ValidProfile profileUpTo(const STesk3DPosition* lineData, int dataSize, double maxZ) {
+Profile profileUpTo(const STesk3DPosition* lineData, int dataSize, double maxZ) {
   return collectProfile(lineData, dataSize, [maxZ](const STesk3DPosition& sample) {
     return !isHole(sample.pt3D.z) && !(sample.pt3D.z > maxZ);
   });
@@ -43,24 +42,17 @@ Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double ste
 }
 
 Stretches stretchesByZ(const STesk3DPosition* lineData, int dataSize, double stepZ, double maxZ) {
-  ValidProfile points = profileUpTo(lineData, dataSize, maxZ);
+  Profile points = profileUpTo(lineData, dataSize, maxZ);
   auto ranges = cutRanges(points.count(), [&](int i) { return isClose(points.z, i, stepZ); });
   return {std::move(points), std::move(ranges)};
 }
 
 Stretches stretchesByYZ(const STesk3DPosition* lineData, int dataSize, double stepY, double stepZ) {
-  ValidProfile points = profileUpTo(lineData, dataSize, std::numeric_limits<double>::infinity());
+  Profile points = profileUpTo(lineData, dataSize, std::numeric_limits<double>::infinity());
   auto ranges = cutRanges(points.count(), [&](int i) {
     return isClose(points.z, i, stepZ) && isClose(points.y, i, stepY);
   });
   return {std::move(points), std::move(ranges)};
-}
-
-void stampIndices(std::vector<STesk3DPosition>& lineData) {
-  int index = 0;
-  for (STesk3DPosition& sample : lineData) {
-    sample.nPointIdx = index++;
-  }
 }
 
 void markStretchEnds(const Stretches& stretches, STesk3DPosition* lineData) {

@@ -6,19 +6,19 @@
 
 namespace scanline::detail {
 
-/// Lists where a sequence of values turns: its local maxima and minima, each represented by the
-/// last of equal values.
+/// Lists the local maxima and minima of a sequence of values. Of equal values the last one is
+/// listed.
 ///
-/// In noise a sequence turns without a pattern, so there are no branches on its direction: each
-/// item is written to both lists, and overwritten by the next one unless it belongs there.
+/// Noise has no pattern, so there is no branch on the direction, which would often be mispredicted:
+/// each item is written to both lists, and overwritten by the next one unless it belongs there.
 class TurnLists {
  public:
-  /// For a sequence of at most `items` items. Maxima and minima alternate, so either list holds no
+  /// For a sequence of at most `items` items. Maxima and minima alternate, so neither list gets
   /// more than half of them.
   explicit TurnLists(std::size_t items) : maxima_(items / 2 + 2), minima_(items / 2 + 2) {}
 
-  /// Takes the next item. `change` is its value less that of the item before; 0 or NaN leave the
-  /// direction as it is.
+  /// Takes the next item. `change` is its value minus that of the item before; 0 and NaN do not
+  /// change the direction.
   void take(int item, double change) {
     const bool grows = change > 0.0;
     const bool falls = change < 0.0;
@@ -29,13 +29,13 @@ class TurnLists {
     last_ = item;
   }
 
-  /// Lists the last item too if it ends a rise or a fall.
+  /// Lists the last item too, unless no value has changed.
   void close() {
     maxima_.put(last_, isGrowing_);
     minima_.put(last_, isFalling_);
   }
 
-  /// Drops the items listed so far that do not pass a test.
+  /// Drops the items listed so far that fail a test.
   template <typename MaximumTest, typename MinimumTest>
   void filter(MaximumTest isMaximum, MinimumTest isMinimum) {
     maxima_.filter(isMaximum);

@@ -1,4 +1,4 @@
-// Finds where z turns along a line.
+// Finds the turning points of z along a line.
 #include "features/z_turns.h"
 
 #include <algorithm>

@@ -6,14 +6,14 @@
 
 namespace scanline::detail {
 
-/// Where z turns upwards (`minima`) and downwards (`maxima`), as indices on the line.
+/// The turning points of z, as indices on the line.
 struct ZTurns {
-  std::vector<int> minima;
-  std::vector<int> maxima;
+  std::vector<int> minima;  ///< From falling to rising.
+  std::vector<int> maxima;  ///< From rising to falling.
 };
 
-/// The turning points of a line, from one valid sample to the next. A line that ends in a hole
-/// turns at its last valid sample as well.
+/// Compares each valid sample with the next one. If the last sample of the line is missing, the
+/// last valid one is a turning point as well.
 ZTurns findZTurns(const STesk3DPosition* lineData, int dataSize);
 
 }  // namespace scanline::detail

@@ -1,11 +1,11 @@
-// Finds the raised stretches of a line: from a steep fall of z to the next steep rise.
+// Finds the raised runs of a line: from a steep fall of z to the next steep rise.
 #include <cmath>
 #include <cstddef>
 #include <limits>
 #include <vector>
 
 #include <scanline/line_features.h>
-#include "features/stretches.h"
+#include "features/line_samples.h"
 #include "records/append.h"
 #include "records/sample_rules.h"
 
@@ -15,18 +15,18 @@ namespace {
 
 using Features = std::vector<SJU_segFeature>;
 
-/// Room for the features of most lines, so that the list need not grow.
+/// Enough for most lines, so that the list need not grow.
 constexpr std::size_t kUsualFeatures = 32;
 
-/// A stretch that no rise has closed yet. The fresh one starts at the line's first sample and looks
-/// like one that a fall has opened there.
-struct OpenStretch {
+/// A run that no rise has ended yet. Initially it begins at the first sample of the line, as if a
+/// fall preceded that.
+struct OpenRun {
   int start = 0;
-  int end = -1;  ///< Before `start` while no sample belongs to it.
+  int end = -1;  ///< Below `start` while the run has no sample.
 };
 
-/// Whether the step between two neighbouring samples is a flank, up or down. Few steps are high, so
-/// few are divided.
+/// Whether the step between two successive samples is a flank, up or down. Few steps exceed the
+/// height, so few divisions are made.
 bool isFlank(const STesk3DPoint& before,
              const STesk3DPoint& point,
              const SQO_raisedFeatureParam& param) {
@@ -36,17 +36,17 @@ bool isFlank(const STesk3DPoint& before,
 
 void reportIfFitting(const STesk3DPosition* lineData,
                      int lineIdx,
-                     const OpenStretch& stretch,
+                     const OpenRun& run,
                      const SQO_raisedFeatureParam& param,
                      Features& features) {
-  if (stretch.end < stretch.start) {
+  if (run.end < run.start) {
     return;
   }
-  const STesk3DPoint& first = lineData[stretch.start].pt3D;
-  const STesk3DPoint& last = lineData[stretch.end].pt3D;
+  const STesk3DPoint& first = lineData[run.start].pt3D;
+  const STesk3DPoint& last = lineData[run.end].pt3D;
   const double width = std::abs(first.y - last.y);
   if (width >= param.minWidth && param.maxWidth >= width) {
-    features.push_back({lineIdx, stretch.start, stretch.end, 0, first, last, width});
+    features.push_back({lineIdx, run.start, run.end, 0, first, last, width});
   }
 }
 
@@ -57,22 +57,22 @@ Features findRaised(const STesk3DPosition* lineData,
   constexpr STesk3DPoint kNothing = {0.0, 0.0, std::numeric_limits<double>::quiet_NaN()};
   Features features;
   features.reserve(kUsualFeatures);
-  OpenStretch stretch;
+  OpenRun run;
   const STesk3DPoint* before = &kNothing;
   for (int i = 0; i < dataSize; ++i) {
     const STesk3DPoint& point = lineData[i].pt3D;
     if (detail::isHole(point.z)) {
       continue;
     }
-    // A z that is not a number passes for a sample, yet nothing is compared with it.
+    // NaN is no hole, but the step from it is ignored.
     if (!std::isnan(before->z)) {
       if (!isFlank(*before, point, param) || before->z == point.z) {
-        stretch.end = i;
+        run.end = i;
       } else if (before->z > point.z) {
-        stretch = {i, i};
+        run = {i, i};
       } else {
-        reportIfFitting(lineData, lineIdx, stretch, param, features);
-        stretch = {};
+        reportIfFitting(lineData, lineIdx, run, param, features);
+        run = {};
       }
     }
     before = &point;
@@ -89,5 +89,5 @@ void ju_getLineRaisedFeature(std::vector<STesk3DPosition>& lineData,
   detail::append(
       findRaised(lineData.data(), static_cast<int>(lineData.size()), lineIdx, raisedFeaturePara),
       line_raisedFeatures);
-  detail::stampIndices(lineData);
+  detail::stampIndices(lineData.data(), static_cast<int>(lineData.size()));
 }

@@ -1,11 +1,11 @@
-// Collects the valid points of a line.
-#include "features/valid_profile.h"
+// Collects the measured samples of a line.
+#include "features/profile.h"
 
 #include "records/sample_rules.h"
 
 namespace scanline::detail {
 
-ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize) {
+Profile collectProfile(const STesk3DPosition* lineData, int dataSize) {
   return collectProfile(lineData, dataSize,
                         [](const STesk3DPosition& sample) { return isMeasured(sample.pt3D.z); });
 }

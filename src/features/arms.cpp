@@ -1,5 +1,5 @@
-// Measures the slopes of a line to either side of its points.
-#include "features/slopes.h"
+// Finds the arms of the points of a profile and compares their directions.
+#include "features/arms.h"
 
 #include <limits>
 
@@ -7,7 +7,7 @@ namespace scanline::detail {
 namespace {
 
 /// The turn number of the angle between the chords from `b` to `i` and from `i` to `f`.
-inline double turnBetween(const ValidProfile& profile, int b, int i, int f) {
+inline double turnBetween(const Profile& profile, int b, int i, int f) {
   const double* const y = profile.y.data();
   const double* const z = profile.z.data();
   const double backwardY = std::abs(y[i] - y[b]);
@@ -20,21 +20,19 @@ inline double turnBetween(const ValidProfile& profile, int b, int i, int f) {
 
 }  // namespace
 
-Slopes::Slopes(const ValidProfile& profile,
-               const std::vector<PointRange>& ranges,
-               const SlopeSearch& search)
+Arms::Arms(const Profile& profile, const std::vector<PointRange>& ranges, const ArmSearch& search)
     : profile_(profile),
       neighbours_(findNeighbours(profile, ranges, search.scale, search.maxChord)),
-      turns_(profile.index.size()) {
+      turnNumbers_(profile.index.size()) {
   for (int i = 0; i < profile.count(); ++i) {
     if (hasBoth(i)) {
-      turns_[i] = turnBetween(profile, backward(i), i, forward(i));
+      turnNumbers_[i] = turnBetween(profile, backward(i), i, forward(i));
     } else if (exist(i) && search.missing == MissingNeighbour::kLevel) {
-      turns_[i] = 0.0;
+      turnNumbers_[i] = 0.0;
     } else {
       neighbours_.backward[i] = kNoPoint;
       neighbours_.forward[i] = kNoPoint;
-      turns_[i] = std::numeric_limits<double>::quiet_NaN();
+      turnNumbers_[i] = std::numeric_limits<double>::quiet_NaN();
     }
   }
 }

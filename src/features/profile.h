@@ -8,16 +8,16 @@
 
 namespace scanline::detail {
 
-/// No point of a list.
+/// The index of no point.
 constexpr int kNoPoint = -1;
 
-/// A closed range of points.
+/// A range of points, both ends included.
 struct PointRange {
   int first;
   int last;
 };
 
-/// A column of numbers. NaN stands before the first and after the last, so that a kernel may read
+/// A column of numbers with NaN before the first and after the last one, so that a kernel may read
 /// `kPadding` numbers beyond either end.
 class PaddedColumn {
  public:
@@ -40,10 +40,11 @@ class PaddedColumn {
   std::vector<double> values_;
 };
 
-/// The valid points of a line as the y-z plane has them, each known by its place in the profile.
-/// Searches that pass over all of them read only the coordinates that they compare.
-struct ValidProfile {
-  explicit ValidProfile(std::size_t capacity) : y(capacity), z(capacity), index(capacity) {}
+/// The samples of a line that a search uses, in the y-z plane. They are called points here and are
+/// known by their index in the profile, as opposed to that on the line. Each coordinate has a
+/// column of its own, so that a search reads only what it compares.
+struct Profile {
+  explicit Profile(std::size_t capacity) : y(capacity), z(capacity), index(capacity) {}
 
   [[nodiscard]] int count() const {
     return static_cast<int>(index.size());
@@ -54,15 +55,15 @@ struct ValidProfile {
   std::vector<int> index;  ///< Index of each point on the line.
 };
 
-/// The profile of the samples that are points by `isPoint(sample)`.
+/// The profile of the samples that pass `isPoint(sample)`.
 template <typename IsPoint>
-ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
-  ValidProfile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
+Profile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoint isPoint) {
+  Profile profile(dataSize > 0 ? static_cast<std::size_t>(dataSize) : 0);
   double* const y = profile.y.data();
   double* const z = profile.z.data();
   std::size_t count = 0;
-  // Every sample is written, and overwritten by the next one unless it is a point: a branch on
-  // dropouts would often be mispredicted.
+  // Every sample is written, and overwritten by the next one unless it is a point. A branch would
+  // often be mispredicted where samples are missing.
   for (int i = 0; i < dataSize; ++i) {
     y[count] = lineData[i].pt3D.y;
     z[count] = lineData[i].pt3D.z;
@@ -75,7 +76,7 @@ ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize, IsPoi
   return profile;
 }
 
-/// The profile of the samples above the no-sample limit.
-ValidProfile collectProfile(const STesk3DPosition* lineData, int dataSize);
+/// The profile of the measured samples.
+Profile collectProfile(const STesk3DPosition* lineData, int dataSize);
 
 }  // namespace scanline::detail

@@ -1,21 +1,22 @@
-// Finds the L shape that one run of a line makes.
+// Finds the L of one monotone run of a line.
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
 
+#include "features/line_runs.h"
 #include "features/lv_stages.h"
 
 namespace scanline::detail {
 namespace {
 
-/// Slope, in z over y, that the surroundings of a run's largest step must exceed.
+/// Change of z over y around the largest step of a run that makes it steep, strict.
 constexpr double kMinSteepness = 2.0;
 
-/// Indices from the end of a data segment within which a slope is the segment running out.
+/// Distance in samples from the end of a data segment within which there is no slope, strict.
 constexpr int kSegmentMargin = 3;
 
-/// Steepness from the sample before the largest step to the one after it. Holes count as well,
-/// and equal y give infinity or no number, which is no steepness.
+/// Whether z changes steeply from the sample before the largest step to the one after it. Missing
+/// samples count too. Equal y are steep, unless both z are equal too.
 bool isSteep(const LvLine& line, const SlopeRun& run) {
   const STesk3DPoint& p0 = line.point(std::max(run.maxStartIdx - 1, 0));
   const STesk3DPoint& p1 = line.point(std::min(run.maxEndIdx + 1, line.count - 1));
@@ -23,8 +24,7 @@ bool isSteep(const LvLine& line, const SlopeRun& run) {
 }
 
 bool isNearSegmentEnd(const std::vector<SQO_RUN>& segments, int index) {
-  const auto lastOf = [](const SQO_RUN& segment) { return segment.start + segment.len - 1; };
-  // No segment before this one reaches the margin, and none after it starts nearer than it ends.
+  // Earlier segments end too far away, and later ones start farther away than this one ends.
   const auto segment =
       std::partition_point(segments.begin(), segments.end(),
                            [&](const SQO_RUN& s) { return lastOf(s) <= index - kSegmentMargin; });
@@ -34,10 +34,10 @@ bool isNearSegmentEnd(const std::vector<SQO_RUN>& segments, int index) {
 
 }  // namespace
 
-std::optional<SQO_basicFeature1D> flankOf(const LvLine& line,
-                                          const std::vector<SQO_RUN>& segments,
-                                          const SlopeRun& run,
-                                          double jumpTh_z) {
+std::optional<SQO_basicFeature1D> lShapeOf(const LvLine& line,
+                                           const std::vector<SQO_RUN>& segments,
+                                           const SlopeRun& run,
+                                           double jumpTh_z) {
   const double maxStep = line.maxStep(run);
   if (std::abs(maxStep) > jumpTh_z) {
     return maxStep > 0.0 ? line.feature(FEATURE_JUMP_RISE, run.maxStartIdx)
