@@ -137,7 +137,7 @@ SCANLINE_API STesk2DPointD ny_getFootPoint_abc(double x, double y, double a, dou
 /**
  * Draws a raster line from one point to another.
  *
- * The points are in order from the start to the end, both included. Each step moves by one in x, in
+ * The points are in order from the start to the end, inclusive. Each step moves by one in x, in
  * y or in both, so that there are max(|x1 - x0|, |y1 - y0|) + 1 points; equal ends give one point.
  *
  * @param x0,y0           the start

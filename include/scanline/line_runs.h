@@ -115,7 +115,7 @@ struct SQO_gloveArcParam {
  * Finds glove arcs: places of greatest z whose flanks turn strongly over a given length.
  *
  * A *summit* is a measured sample that has the greatest z from its backward to its forward
- * neighbour, both included: the first samples at least `scale` away in the y-z plane, or the ends
+ * neighbour, inclusive: the first samples at least `scale` away in the y-z plane, or the ends
  * of the line. On a plateau only its first sample is a summit.
  *
  * Its turn is the greatest forward angle on the flank before it, at least 0, minus the smallest on

@@ -144,7 +144,7 @@ struct SQO_intPair {
 /** A run: consecutive samples of one line with one property. */
 struct SQO_RUN {
   int start;  ///< Index of the run's first sample on the line.
-  int len;    ///< Number of indices from `start` to the last sample, both included.
+  int len;    ///< Number of indices from `start` to the last sample, inclusive.
   int value;  ///< Label or end index of the run; see ju_getLineDataIntervals().
 };
 

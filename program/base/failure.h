@@ -12,7 +12,7 @@ enum class ExitCode {
   usage = 2,         ///< A wrong option, argument or configuration file.
   badInput = 3,      ///< An input file is missing, damaged or refused.
   nothingFound = 4,  ///< The scan was read, but there is nothing to report.
-  cannotWrite = 5,   ///< An output file cannot be written; none is left behind half written.
+  cannotWrite = 5,   ///< An output file cannot be written; none is left half written.
 };
 
 /// Ends the program with a message and an exit code. The message states what is wrong, why, and
