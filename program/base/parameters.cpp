@@ -57,7 +57,7 @@ Parameters::Parameters(CLI::App& command, std::string group)
     : command_(command), group_(std::move(group)) {}
 
 void Parameters::add(const std::string& name, Kind kind, double builtIn, const std::string& help) {
-  addDerived(name, kind, significant(builtIn, 4), help);
+  addDerived(name, kind, exact(builtIn), help);
   parameters_.back().value = builtIn;
   parameters_.back().origin = Origin::builtIn;
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/number.h"
 #include "commands/arc_pictures.h"
 #include "commands/arc_tables.h"
@@ -53,20 +54,23 @@ std::string countsOf(const FoundArcs& found, const std::vector<ArcTrack>& tracks
          grouped(found.refused) + " fit no circle within the limits";
 }
 
-void warnIfNone(const FoundArcs& found, const std::vector<ArcTrack>& tracks, Messages& messages) {
+void failIfNone(const std::string& file,
+                const FoundArcs& found,
+                const std::vector<ArcTrack>& tracks) {
   if (!tracks.empty()) {
     return;
   }
-  messages.warn("no-arcs",
-                countOf(found) > 0
-                    ? "No arc could be followed across the scan, though lines have some. Raise "
-                      "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
-                : found.refused > 0
-                    ? "No line has an arc that fits a circle within the limits. Raise "
-                      "--arc-rms, widen --arc-width-min and --arc-width-max, or lower "
-                      "--arc-span"
-                    : "No line has an arc. Try another --arc-scale, or --kind tube for "
-                      "narrow objects with holes around them");
+  throw Failure(
+      ExitCode::nothingFound,
+      file + (countOf(found) > 0
+                  ? ": no arc could be followed across the scan, though lines have some. Raise "
+                    "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
+              : found.refused > 0
+                  ? ": no line has an arc that fits a circle within the limits. Raise "
+                    "--arc-rms, widen --arc-width-min and --arc-width-max, or lower "
+                    "--arc-span"
+                  : ": no line has an arc. Try another --arc-scale, or --kind tube for "
+                    "narrow objects with holes around them"));
 }
 
 void addPictures(const Arcs& arcs,
@@ -94,7 +98,6 @@ void run(Arcs& arcs) {
                     arcs.common.quiet);
   const FoundArcs found = findArcs(scan.loaded.scan, params, progress);
   const std::vector<ArcTrack> tracks = followArcs(scan.loaded.scan, found, params);
-  warnIfNone(found, tracks, session.messages);
   Report report;
   report.command = "arcs";
   report.csvTable = "arcs";
@@ -111,6 +114,7 @@ void run(Arcs& arcs) {
   }
   addPictures(arcs, scan, found, session);
   session.finish(report, arcMap(arcs.input, scan, tracks));
+  failIfNone(arcs.input.path, found, tracks);
 }
 
 /// Accepts the name of a picture.

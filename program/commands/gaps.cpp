@@ -6,6 +6,7 @@
 #include <memory>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/number.h"
 #include "commands/commands.h"
 #include "commands/gap_tables.h"
@@ -96,18 +97,21 @@ std::vector<std::string> countsOf(const FoundGaps& found, const std::vector<GapT
           " pairs of edges are none, as the floor is not deeper than both (ribs, steps)"};
 }
 
-void warnIfNone(const FoundGaps& found, const std::vector<GapTrack>& tracks, Messages& messages) {
+void failIfNone(const std::string& file,
+                const FoundGaps& found,
+                const std::vector<GapTrack>& tracks) {
   if (!tracks.empty()) {
     return;
   }
   const bool anyOnLines = std::any_of(found.lines.begin(), found.lines.end(),
                                       [](const std::vector<Gap>& line) { return !line.empty(); });
-  messages.warn("no-gaps",
-                anyOnLines
-                    ? "No gap could be followed across the scan, though lines have some. Raise "
-                      "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
-                    : "No line has a gap. Try another --gap-scale, --gap-width-max or "
-                      "--gap-depth-min, and --z-is-height if the file holds heights");
+  throw Failure(
+      ExitCode::nothingFound,
+      file + (anyOnLines
+                  ? ": no gap could be followed across the scan, though lines have some. Raise "
+                    "--tree-lines and --tree-y, or lower --tree-length and --tree-seen"
+                  : ": no line has a gap. Try another --gap-scale, --gap-width-max or "
+                    "--gap-depth-min, and --z-is-height if the file holds heights"));
 }
 
 void run(Gaps& gaps) {
@@ -122,7 +126,6 @@ void run(Gaps& gaps) {
                     gaps.common.quiet);
   const FoundGaps found = findGaps(scan.loaded.scan, params, progress);
   const std::vector<GapTrack> tracks = followGaps(found, params);
-  warnIfNone(found, tracks, session.messages);
   Report report;
   report.command = "gaps";
   report.csvTable = "nodes";
@@ -140,6 +143,7 @@ void run(Gaps& gaps) {
     });
   }
   session.finish(report, pictureOf(gaps, scan, tracks));
+  failIfNone(gaps.input.path, found, tracks);
 }
 
 }  // namespace

@@ -46,7 +46,8 @@ Table treeTable(const std::vector<TracedTree>& trees, const std::string& unit) {
                   {"rms", unit}},
                  {}};
   for (const TracedTree& tree : trees) {
-    const auto [first, last] = std::minmax(tree.nodes.front().jumpPos2D.x, tree.nodes.back().jumpPos2D.x);
+    const auto [first, last] =
+        std::minmax(tree.nodes.front().jumpPos2D.x, tree.nodes.back().jumpPos2D.x);
     table.rows.push_back({static_cast<long long>(table.rows.size() + 1), nameOfType(tree.type),
                           std::string(tree.isAlongLines ? "lines" : "scan"),
                           static_cast<long long>(tree.nodes.size()), static_cast<long long>(first),
@@ -57,10 +58,11 @@ Table treeTable(const std::vector<TracedTree>& trees, const std::string& unit) {
 }
 
 Table nodeTable(const std::vector<TracedTree>& trees, const PlaneChoice& plane) {
-  Table table = {"nodes",
-                 "",
-                 {{"tree", ""}, {"line", ""}, {"sample", ""}, {"x", ""}, {"y", ""}, {"z", ""}, {"type", ""}},
-                 {}};
+  Table table = {
+      "nodes",
+      "",
+      {{"tree", ""}, {"line", ""}, {"sample", ""}, {"x", ""}, {"y", ""}, {"z", ""}, {"type", ""}},
+      {}};
   long long id = 0;
   for (const TracedTree& tree : trees) {
     ++id;
@@ -74,7 +76,9 @@ Table nodeTable(const std::vector<TracedTree>& trees, const PlaneChoice& plane) 
   return table;
 }
 
-Picture pictureOf(const Trace& trace, const PreparedScan& scan, const std::vector<TracedTree>& trees) {
+Picture pictureOf(const Trace& trace,
+                  const PreparedScan& scan,
+                  const std::vector<TracedTree>& trees) {
   constexpr std::size_t kMostLabels = 40;
   MapContent content;
   content.title = "Edges of " + trace.input.path.substr(trace.input.path.find_last_of('/') + 1);
@@ -103,7 +107,9 @@ Picture pictureOf(const Trace& trace, const PreparedScan& scan, const std::vecto
   return mapPicture(scan.loaded.scan, scan.extent, scan.plane, std::move(content));
 }
 
-bool writeTreesAsPly(const std::string& path, const Scan& scan, const std::vector<TracedTree>& trees) {
+bool writeTreesAsPly(const std::string& path,
+                     const Scan& scan,
+                     const std::vector<TracedTree>& trees) {
   std::vector<PlyPath> paths;
   for (const TracedTree& tree : trees) {
     PlyPath one = {{}, colourOfType(tree.type)};
@@ -124,9 +130,8 @@ std::vector<TracedTree> findTrees(const Trace& trace, const Scan& scan, const Tr
     Progress again("Tracing along the lines", lines, trace.common.quiet);
     std::vector<TracedTree> along = traceAlongLines(clean, params, again);
     std::move(along.begin(), along.end(), std::back_inserter(trees));
-    std::stable_sort(trees.begin(), trees.end(), [](const TracedTree& a, const TracedTree& b) {
-      return a.length > b.length;
-    });
+    std::stable_sort(trees.begin(), trees.end(),
+                     [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });
   }
   return trees;
 }
@@ -155,28 +160,41 @@ void run(Trace& trace) {
   }
   session.saveScan(scan.loaded.scan, scan.extent);
   session.finish(report, pictureOf(trace, scan, trees));
+  if (trees.empty()) {
+    throw Failure(ExitCode::nothingFound,
+                  trace.input.path +
+                      ": no edge could be traced. Try a smaller --corner-angle, "
+                      "--corner-scale or --tree-length");
+  }
 }
 
 }  // namespace
 
 void addTrace(CLI::App& program, Body& body) {
-  CLI::App* command = program.add_subcommand("trace", "Trace edges across a scan, as trees of corners");
+  CLI::App* command =
+      program.add_subcommand("trace", "Trace edges across a scan, as trees of corners");
   command->footer("Example: scanline trace scan.tiff --picture edges.png --json edges.json");
   const auto trace = std::make_shared<Trace>(*command);
   addInputOptions(*command, trace->input);
   addPlaneOptions(*command, trace->plane);
   addTraceParameters(trace->parameters);
-  const std::map<std::string, Edges> edges = {{"upper", Edges::upper}, {"lower", Edges::lower}};
-  command->add_option("--edges", trace->edges, "Trace upper edges, or lower: feet and grooves (default: upper)")
-      ->transform(CLI::CheckedTransformer(edges).description(""))
+  command
+      ->add_option_function<std::string>(
+          "--edges",
+          [trace](const std::string& kind) {
+            trace->edges = kind == "lower" ? Edges::lower : Edges::upper;
+          },
+          "Trace upper edges, or lower: feet and grooves (default: upper)")
+      ->check(CLI::IsMember({"upper", "lower"}).description(""))
       ->type_name("KIND")
       ->group("Method");
-  command->add_flag("--both", trace->both, "Also trace edges that run along the lines")->group("Method");
+  command->add_flag("--both", trace->both, "Also trace edges that run along the lines")
+      ->group("Method");
   command->add_flag("--silhouettes", trace->silhouettes, "Also trace the ends of the segments")
       ->group("Method");
   addCommonOptions(*command, trace->common,
-                   {"nodes of the trees", "the scan with the trees over it", "the map with the trees",
-                    "the levelled scan"});
+                   {"nodes of the trees", "the scan with the trees over it",
+                    "the map with the trees", "the levelled scan"});
   command->final_callback([trace, &body] { body = [trace] { run(*trace); }; });
 }
 

@@ -92,7 +92,8 @@ void drawLabel(Canvas& canvas,
   constexpr double kDown[] = {0.0, -1.0, 1.0, 0.0, 0.0, -1.0, -1.0, 1.0, 1.0};
   for (std::size_t i = 0; i < std::size(kRight) && overlaps(best, taken); ++i) {
     for (const double far : {1.0, 2.0, 3.0}) {
-      const cv::Rect2d shifted = inside({at.x + far * kRight[i] * (width + 2.0), at.y + far * kDown[i] * (kHeight + 2.0)});
+      const cv::Rect2d shifted =
+          inside({at.x + far * kRight[i] * (width + 2.0), at.y + far * kDown[i] * (kHeight + 2.0)});
       if (!overlaps(shifted, taken)) {
         best = shifted;
         break;
@@ -102,7 +103,8 @@ void drawLabel(Canvas& canvas,
   taken.push_back(best);
   canvas.fillRect(best, {1.0, 1.0, 1.0});
   canvas.strokeRect(best, ink::kFrame, 0.8);
-  canvas.text(text, {best.x + kPadding, best.y + 0.5 * kHeight}, kText, ink::kText, Anchor::left, true);
+  canvas.text(text, {best.x + kPadding, best.y + 0.5 * kHeight}, kText, ink::kText, Anchor::left,
+              true);
 }
 
 }  // namespace program

@@ -34,7 +34,8 @@ MapArea areaOf(const Extent& extent, const PlaneChoice& plane, const MapContent&
   const double halfSample = 0.5 * extent.sampleSpacing;
   return {widened({extent.x.min - halfLine, extent.x.max + halfLine}, 0.0),
           widened({extent.y.min - halfSample, extent.y.max + halfSample}, 0.0),
-          content.colours.value_or(widened(middle, 0.03)), extent.lineSpacing, extent.sampleSpacing};
+          content.colours.value_or(widened(middle, 0.03)), extent.lineSpacing,
+          extent.sampleSpacing};
 }
 
 void drawColourBar(Canvas& canvas,
@@ -92,7 +93,8 @@ Picture mapPicture(const Scan& scan,
                         static_cast<int>(kResolution * map.height));
   return {{static_cast<int>(width), static_cast<int>(place.y + map.height + kBottomMargin)},
           [=, &scan, content = std::move(content)](Canvas& canvas) {
-            const Plot plot(place, {area.x.min, area.x.max, "x, from line to line [" + content.unit + "]"},
+            const Plot plot(place,
+                            {area.x.min, area.x.max, "x, from line to line [" + content.unit + "]"},
                             {area.y.min, area.y.max, "y, along the lines [" + content.unit + "]"});
             canvas.image(paintHeights(scan, shown, area, pixels), place);
             drawContent(canvas, plot, content);

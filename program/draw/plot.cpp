@@ -13,7 +13,8 @@ constexpr double kTickText = 12.0;
 constexpr double kLabelText = 13.0;
 constexpr double kTickLength = 5.0;
 
-/// Keeps a text of a width inside of the canvas: numbers at the ends of an axis may reach beyond it.
+/// Keeps a text of a width inside of the canvas: numbers at the ends of an axis may reach beyond
+/// it.
 double clampedCentre(double centre, double width, double right) {
   return std::max(std::min(centre, right - 0.5 * width), 0.5 * width);
 }

@@ -85,8 +85,8 @@ void drawRimmedLine(Canvas& canvas, const std::vector<cv::Point2d>& points, Colo
 /// A dot with a dark rim.
 void drawMarker(Canvas& canvas, cv::Point2d at, Colour colour);
 
-/// A label with a light ground, moved inside of `area`; `taken` holds the labels drawn so far, which
-/// it does not overlap if there is room beside its anchor.
+/// A label with a light ground, moved inside of `area`; `taken` holds the labels drawn so far,
+/// which it does not overlap if there is room beside its anchor.
 void drawLabel(Canvas& canvas,
                const std::string& text,
                cv::Point2d at,

@@ -10,7 +10,10 @@ namespace {
 constexpr double kWidth = 960.0;
 constexpr double kPlotHeight = 330.0;
 
-void drawTrace(Canvas& canvas, const Plot& plot, const PlaneChoice& plane, const ProfileTrace& trace) {
+void drawTrace(Canvas& canvas,
+               const Plot& plot,
+               const PlaneChoice& plane,
+               const ProfileTrace& trace) {
   std::vector<cv::Point2d> piece;
   const auto finishPiece = [&] {
     if (piece.size() == 1) {
@@ -36,7 +39,8 @@ void drawTrace(Canvas& canvas, const Plot& plot, const PlaneChoice& plane, const
 }
 
 /// The ranges of y and of shown z over all traces.
-std::pair<STeskRangeD, STeskRangeD> rangesOf(const PlaneChoice& plane, const ProfileContent& content) {
+std::pair<STeskRangeD, STeskRangeD> rangesOf(const PlaneChoice& plane,
+                                             const ProfileContent& content) {
   constexpr double kInf = std::numeric_limits<double>::infinity();
   STeskRangeD y = {kInf, -kInf};
   STeskRangeD z = {kInf, -kInf};
@@ -59,7 +63,8 @@ std::pair<STeskRangeD, STeskRangeD> rangesOf(const PlaneChoice& plane, const Pro
 
 Picture profilePicture(const PlaneChoice& plane, ProfileContent content) {
   for (const ProfileTrace& trace : content.traces) {
-    content.legend.push_back({trace.isDots ? Swatch::dots : Swatch::line, trace.colour, trace.name});
+    content.legend.push_back(
+        {trace.isDots ? Swatch::dots : Swatch::line, trace.colour, trace.name});
   }
   const double top = headHeight(content.legend, kWidth);
   const cv::Rect2d place(kLeftMargin, top, kWidth - kLeftMargin - kRightMargin, kPlotHeight);

@@ -14,8 +14,9 @@ struct PlyPath {
   Colour colour;
 };
 
-/// Writes the measured samples as grey points, and paths as coloured points with edges between them,
-/// as binary PLY. Viewers that ignore edges show their points. Returns whether it was written.
+/// Writes the measured samples as grey points, and paths as coloured points with edges between
+/// them, as binary PLY. Viewers that ignore edges show their points. Returns whether it was
+/// written.
 bool writePly(const std::string& path, const Scan& scan, const std::vector<PlyPath>& paths);
 
 }  // namespace program

@@ -123,7 +123,10 @@ Scan cleaned(const Scan& scan, const TraceParams& params, Progress& progress) {
   return result;
 }
 
-SQO_lineFeature cornersOf(const Line& line, int lineIdx, const TraceParams& params, double mirrorZ) {
+SQO_lineFeature cornersOf(const Line& line,
+                          int lineIdx,
+                          const TraceParams& params,
+                          double mirrorZ) {
   Line copy = line;
   if (mirrorZ > 0.0) {
     mirror(copy, mirrorZ);
@@ -138,7 +141,9 @@ SQO_lineFeature cornersOf(const Line& line, int lineIdx, const TraceParams& para
   return found;
 }
 
-std::vector<TracedTree> traceEdges(const Scan& scan, const TraceParams& params, Progress& progress) {
+std::vector<TracedTree> traceEdges(const Scan& scan,
+                                   const TraceParams& params,
+                                   Progress& progress) {
   const double mirrorZ = params.edges == Edges::upper ? mirrorOf(scan) : 0.0;
   std::vector<SQO_lineFeature> features(scan.size());
   forEachLine(scan, [&](std::size_t l) {
@@ -146,9 +151,8 @@ std::vector<TracedTree> traceEdges(const Scan& scan, const TraceParams& params, 
     progress.advance();
   });
   std::vector<TracedTree> trees = grow(features, params);
-  std::stable_sort(trees.begin(), trees.end(), [](const TracedTree& a, const TracedTree& b) {
-    return a.length > b.length;
-  });
+  std::stable_sort(trees.begin(), trees.end(),
+                   [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });
   return trees;
 }
 

@@ -29,10 +29,10 @@ struct TraceParams {
 struct TracedTree {
   std::vector<SQO_basicFeature1D> nodes;  ///< With the line and sample of the scan as it was read.
   int type;
-  bool isAlongLines;        ///< Found on the transposed scan.
-  double length;            ///< Distance of the first and the last node.
-  STesk3DPoint direction;   ///< Of the line in space that fits best.
-  double rms;               ///< Root mean square distance of the nodes from it.
+  bool isAlongLines;       ///< Found on the transposed scan.
+  double length;           ///< Distance of the first and the last node.
+  STesk3DPoint direction;  ///< Of the line in space that fits best.
+  double rms;              ///< Root mean square distance of the nodes from it.
 };
 
 void addTraceParameters(Parameters& parameters);
