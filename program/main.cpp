@@ -44,6 +44,19 @@ void addCommands(CLI::App& program, Body& body) {
   addMake(program, body);
 }
 
+/// The parser would only state that a command is missing.
+void requireCommand(const CLI::App& program, int argc, char** argv) {
+  const std::string given = argc > 1 ? argv[1] : "-";
+  std::string names;
+  for (const CLI::App* command : program.get_subcommands([](const CLI::App*) { return true; })) {
+    if (given == command->get_name() || given.front() == '-') {
+      return;
+    }
+    names += (names.empty() ? "" : ", ") + command->get_name();
+  }
+  throw Failure(ExitCode::usage, "'" + given + "' is no command. The commands are " + names);
+}
+
 int run(int argc, char** argv) {
   CLI::App program("Levels laser-line scans, traces their features and splits their objects.",
                    "scanline");
@@ -52,6 +65,7 @@ int run(int argc, char** argv) {
     cv::utils::logging::setLogLevel(cv::utils::logging::LOG_LEVEL_SILENT);
     cv::redirectError(ignoreError);
     addCommands(program, body);
+    requireCommand(program, argc, argv);
     program.parse(argc, argv);
     body();
     return static_cast<int>(ExitCode::success);

@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <filesystem>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -25,6 +26,9 @@ Failure wrong(const std::string& path, const toml::source_region& where, const s
 }
 
 toml::table parsed(const std::string& path) {
+  if (!std::filesystem::is_regular_file(path)) {
+    throw Failure(ExitCode::usage, path + ": there is no such file");
+  }
   try {
     return toml::parse_file(path);
   } catch (const toml::parse_error& error) {
@@ -89,7 +93,7 @@ void readConfig(const std::string& path, CLI::App& command) {
     const toml::table* settings = node.as_table();
     if (settings == nullptr) {
       throw wrong(path, node.source(),
-                  "'" + std::string(name.str()) + "' belongs into a table, such as [trace]");
+                  "'" + std::string(name.str()) + "' belongs in a table, such as [trace]");
     }
     if (name.str() != command.get_name()) {
       continue;

@@ -37,12 +37,12 @@ std::optional<double> parseNumber(std::string_view text) {
 
 CLI::Validator numberIn(double min, double max) {
   return numberThat([=](double value) { return value >= min && value <= max; },
-                    "a number from " + significant(min, 6) + " to " + significant(max, 6));
+                    "a number from " + exact(min) + " to " + exact(max));
 }
 
 CLI::Validator positiveUpTo(double max) {
   return numberThat([=](double value) { return value > 0.0 && value <= max; },
-                    "a number above 0, up to " + significant(max, 6));
+                    "a number above 0, up to " + exact(max));
 }
 
 CLI::Validator countIn(long long min, long long max) {

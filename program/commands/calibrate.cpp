@@ -41,6 +41,9 @@ Picture pictureOf(const Calibrate& calibrate, const Scan& scan, const PlaneChoic
 
 void run(Calibrate& calibrate) {
   Session session(calibrate.command, calibrate.common, calibrate.parameters);
+  if (calibrate.plane.method == "none" && !calibrate.save.empty()) {
+    throw Failure(ExitCode::usage, "--save has no effect with --plane none");
+  }
   session.files.check(calibrate.save, {calibrate.input.path});
   LoadedScan loaded = session.load(calibrate.input);
   if (session.printsConfig()) {
@@ -66,7 +69,7 @@ void run(Calibrate& calibrate) {
   }
   session.saveScan(loaded.scan, extent);
   session.finish(report, pictureOf(calibrate, loaded.scan, choice));
-  if (!choice.chosen) {
+  if (!choice.chosen && calibrate.plane.method != "none") {
     throw Failure(ExitCode::nothingFound, calibrate.input.path + ": no calibration finds a plane");
   }
 }

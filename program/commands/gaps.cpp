@@ -94,7 +94,7 @@ std::vector<std::string> countsOf(const FoundGaps& found, const std::vector<GapT
   return {"Gaps on the lines: " + grouped(static_cast<long long>(all)) + ", of which " +
           grouped(static_cast<long long>(followed)) + " were followed across the scan; " +
           grouped(found.refused) +
-          " pairs of edges are none, as the floor is not deeper than both (ribs, steps)"};
+          " pairs of edges are no gaps: their floor is not deeper than both (ribs, steps)"};
 }
 
 void failIfNone(const std::string& file,

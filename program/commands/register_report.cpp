@@ -108,10 +108,9 @@ std::vector<std::string> describe(const Registration& found,
       "Turn: " + fixed(found.motion.degrees(), 3) + " deg; roll " + fixed(angles.roll, 3) +
           ", pitch " + fixed(angles.pitch, 3) + ", yaw " + fixed(angles.yaw, 3) +
           " deg, about x first, then y, then z",
-      "Residuals: rms " + rmsAsText(found.rms) + " " + unit + " of the " +
-          std::to_string(found.fitted) + " pairs that were fitted; " +
-          std::to_string(outliersOf(found)) + " of all " + std::to_string(found.residuals.size()) +
-          " are outliers"};
+      "Residuals: rms " + rmsAsText(found.rms) + " " + unit + " over " +
+          std::to_string(found.fitted) + " fitted pairs; " + std::to_string(outliersOf(found)) +
+          " of " + std::to_string(found.residuals.size()) + " pairs are outliers"};
   if (agreement.overlap > 0.0) {
     lines.push_back("Overlap: " + fixed(100.0 * agreement.overlap, 1) +
                     " % of B seen from above; there B and A differ in z by " +

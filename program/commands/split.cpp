@@ -206,7 +206,7 @@ void run(Split& split) {
                       significant(params.minWidth, 4) + " " + split.input.unit + " rises " +
                       significant(params.minHeight, 4) + " " + split.input.unit +
                       " over the plane. Try a smaller --split-min-height or --split-min-width, or "
-                      "another --plane");
+                      "another --plane; if z is a height, give --z-is-height, else leave it out");
   }
 }
 
@@ -215,9 +215,7 @@ void run(Split& split) {
 void addSplit(CLI::App& program, Body& body) {
   CLI::App* command =
       program.add_subcommand("split", "Find, divide and outline the objects on a belt or a table");
-  command->footer(
-      "Example: scanline split belt.tiff --z-is-height --picture objects.png "
-      "--csv objects.csv");
+  command->footer("Example: scanline split belt.tiff --picture objects.png --csv objects.csv");
   const auto split = std::make_shared<Split>(*command);
   addInputOptions(*command, split->input);
   addPlaneOptions(*command, split->plane);

@@ -1,6 +1,5 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <map>
 #include <vector>
 
 #include "base/number.h"
@@ -28,6 +27,10 @@ void addRoi(CLI::App& command, InputOptions& options) {
             std::array<double, 6> roi{};
             std::transform(texts.begin(), texts.end(), roi.begin(),
                            [](const std::string& text) { return *parseNumber(text); });
+            if (!(roi[0] < roi[1] && roi[2] < roi[3] && roi[4] < roi[5])) {
+              throw CLI::ValidationError("--roi",
+                                         "X0 must be less than X1, Y0 than Y1, Z0 than Z1");
+            }
             options.roi = roi;
           },
           "Ignore samples outside of these limits; z as in the file")
@@ -73,11 +76,16 @@ void addInputOptions(CLI::App& command, InputOptions& options, const std::string
   addMeaningOfZ(command, options);
   command.add_flag("--transpose", options.transpose, "Exchange lines and samples, x and y")
       ->group(kGroup);
-  const std::map<std::string, AxisOrder> orders = {
-      {"auto", AxisOrder::automatic}, {"keep", AxisOrder::keep}, {"swap", AxisOrder::swap}};
   command
-      .add_option("--axes", options.axes, "Exchange x and y: auto, keep or swap (default: auto)")
-      ->transform(CLI::CheckedTransformer(orders).description(""))
+      .add_option_function<std::string>(
+          "--axes",
+          [&](const std::string& order) {
+            options.axes = order == "keep"   ? AxisOrder::keep
+                           : order == "swap" ? AxisOrder::swap
+                                             : AxisOrder::automatic;
+          },
+          "Exchange x and y: auto, keep or swap (default: auto)")
+      ->check(CLI::IsMember({"auto", "keep", "swap"}).description(""))
       ->type_name("ORDER")
       ->group(kGroup);
   addPitch(command, "--pitch-x", options.pitchX, "Range image: distance of its rows (default: 1)");

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "base/failure.h"
 #include "roads/trace.h"
 
 namespace program {
@@ -44,6 +45,10 @@ TraceParams traceParams(Parameters& p, const Extent& extent) {
   TraceParams params{};
   params.outlier = {p.get("outlier.step"), p.get("outlier.count")};
   params.smoothWindow = p.count("smooth.window");
+  if (params.smoothWindow > 0 && params.smoothWindow % 2 == 0) {
+    throw Failure(ExitCode::usage,
+                  "--smooth-window must be an odd number, so that it has a middle sample");
+  }
   params.smoothStepY = p.get("smooth.step-y");
   params.smoothStepZ = p.get("smooth.step-z");
   params.corner.minEndingGap = p.get("corner.gap-y");

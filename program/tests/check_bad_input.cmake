@@ -49,7 +49,7 @@ string(REPEAT "${row}" 40 rows)
 file(WRITE ${FOLDER}/good.csv "${rows}")
 foreach(kind IN ITEMS npy tiff)
   execute_process(
-    COMMAND ${PROGRAM} trace good.csv --plane none --save-scan good.${kind} --quiet
+    COMMAND ${PROGRAM} calibrate good.csv --plane none --save-scan good.${kind} --quiet
     WORKING_DIRECTORY ${FOLDER}
     OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
   first_bytes(600 good.${kind} cut.${kind})
