@@ -84,13 +84,15 @@ void appendCircle(const Arc& arc, Line& samples) {
 
 Picture arcMap(const InputOptions& input,
                const PreparedScan& scan,
-               const std::vector<ArcTrack>& tracks) {
+               const std::vector<ArcTrack>& tracks,
+               const std::optional<STeskRangeD>& colours) {
   constexpr std::size_t kMostLabels = 40;
   MapContent content;
   content.title = "Arcs of " + fileNameOf(input);
   content.subtitle = grouped(static_cast<long long>(tracks.size())) + " arcs followed over " +
                      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
   content.unit = input.unit;
+  content.colours = colours;
   content.legend = {{Swatch::line, kEnds, "ends"}};
   for (auto track = tracks.rbegin(); track != tracks.rend(); ++track) {
     content.paths.push_back(onMap(endLine(*track, &Arc::start), kEnds));

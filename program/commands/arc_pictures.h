@@ -8,10 +8,11 @@
 
 namespace program {
 
-/// The map with the followed arcs, numbered as in the table.
+/// The map with the followed arcs, numbered as in the table; `colours` as in MapContent.
 Picture arcMap(const InputOptions& input,
                const PreparedScan& scan,
-               const std::vector<ArcTrack>& tracks);
+               const std::vector<ArcTrack>& tracks,
+               const std::optional<STeskRangeD>& colours);
 
 /// The line with the most arcs, with their circles.
 Picture arcProfile(const InputOptions& input, const PreparedScan& scan, const FoundArcs& found);

@@ -113,7 +113,7 @@ void run(Arcs& arcs) {
     });
   }
   addPictures(arcs, scan, found, session);
-  session.finish(report, arcMap(arcs.input, scan, tracks));
+  session.finish(report, arcMap(arcs.input, scan, tracks, arcs.common.colours));
   failIfNone(arcs.input.path, found, tracks);
 }
 
@@ -155,6 +155,7 @@ void addArcs(CLI::App& program, Body& body) {
   addInputOptions(*command, arcs->input);
   addPlaneOptions(*command, arcs->plane);
   addMethodOptions(*command, *arcs);
+  addColourOption(*command, arcs->common);
   addCommonOptions(*command, arcs->common,
                    {"arcs of the lines, with their circles,", "the scan with the centres over it",
                     "the map with the arcs"});

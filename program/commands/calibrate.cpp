@@ -36,6 +36,7 @@ Picture pictureOf(const Calibrate& calibrate, const Scan& scan, const PlaneChoic
   content.title = choice.chosen ? "Levelled by " + choice.chosen->method : "As it was read";
   content.subtitle = sentence(choice);
   content.unit = calibrate.input.unit;
+  content.colours = calibrate.common.colours;
   return mapPicture(scan, extentOf(scan), choice, std::move(content));
 }
 
@@ -87,6 +88,7 @@ void addCalibrate(CLI::App& program, Body& body) {
       ->add_option("--save", calibrate->save, "Write the chosen plane, for --plane of any command")
       ->type_name("FILE")
       ->group("Output");
+  addColourOption(*command, calibrate->common);
   addCommonOptions(*command, calibrate->common,
                    {"planes", nullptr, "the levelled scan", "the levelled scan"});
   command->final_callback([calibrate, &body] { body = [calibrate] { run(*calibrate); }; });

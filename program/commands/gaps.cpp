@@ -56,6 +56,7 @@ Picture pictureOf(const Gaps& gaps, const PreparedScan& scan, const std::vector<
   content.subtitle = grouped(static_cast<long long>(tracks.size())) + " gaps over " +
                      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
   content.unit = gaps.input.unit;
+  content.colours = gaps.common.colours;
   for (auto track = tracks.rbegin(); track != tracks.rend(); ++track) {
     content.paths.push_back(onMap(edgeLine(*track, 0), kEdges));
     content.paths.push_back(onMap(edgeLine(*track, 1), kEdges));
@@ -170,6 +171,7 @@ void addGaps(CLI::App& program, Body& body) {
       ->check(CLI::IsMember(floors).description(""))
       ->type_name("KIND")
       ->group("Method");
+  addColourOption(*command, gaps->common);
   addCommonOptions(*command, gaps->common,
                    {"gaps of the lines, with both edges,", "the scan with the gaps over it",
                     "the map with the gaps"});

@@ -113,6 +113,23 @@ void addCommonOptions(CLI::App& command, CommonOptions& options, const Outputs& 
       ->group(general);
 }
 
+void addColourOption(CLI::App& command, CommonOptions& options) {
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--colours",
+          [&](const std::vector<std::string>& texts) {
+            options.colours = STeskRangeD{*parseNumber(texts[0]), *parseNumber(texts[1])};
+            if (!(options.colours->min < options.colours->max)) {
+              throw CLI::ValidationError("--colours", "MIN must be less than MAX");
+            }
+          },
+          "Range of the map's colours (default: the middle 98 % of the scan)")
+      ->expected(2)
+      ->check(numberIn(-1e9, 1e9))
+      ->type_name("MIN MAX")
+      ->group("Output");
+}
+
 Session::Session(CLI::App& command, const CommonOptions& options, Parameters& parameters)
     : messages(
           (options.config.empty() ? void() : readConfig(options.config, command), options.quiet)),
@@ -123,6 +140,9 @@ Session::Session(CLI::App& command, const CommonOptions& options, Parameters& pa
   parameters_.takeGiven();
   if (options_.threads > 0) {
     cv::setNumThreads(options_.threads);
+  }
+  if (options_.colours && options_.picture.empty()) {
+    throw Failure(ExitCode::usage, "--colours has no effect without --picture");
   }
   if (options_.json == "-" && options_.csv == "-") {
     throw Failure(ExitCode::usage, "--json - and --csv - cannot share the standard output");

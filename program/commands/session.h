@@ -26,6 +26,7 @@ struct CommonOptions {
   std::string csv;
   std::string ply;
   std::string picture;
+  std::optional<STeskRangeD> colours;  ///< Shown z of the ends of the colours of a map.
   std::string saveScan;
   bool overwrite = false;
   std::string config;
@@ -43,6 +44,9 @@ struct Outputs {
 };
 
 void addCommonOptions(CLI::App& command, CommonOptions& options, const Outputs& outputs);
+
+/// Adds --colours, for commands whose picture is a map.
+void addColourOption(CLI::App& command, CommonOptions& options);
 
 /// A scan that is ready to work on.
 struct PreparedScan {

@@ -114,6 +114,7 @@ Picture pictureOf(const Split& split,
   content.subtitle = countOf(objects.size()) + " at least " + significant(minHeight, 3) + " " +
                      split.input.unit + " over the plane";
   content.unit = split.input.unit;
+  content.colours = split.common.colours;
   for (const SplitObject& object : objects) {
     MapPath path = {{}, colourOf(content.paths.size())};
     for (const STesk3DPoint& p : object.outline) {
@@ -220,6 +221,7 @@ void addSplit(CLI::App& program, Body& body) {
   addInputOptions(*command, split->input);
   addPlaneOptions(*command, split->plane);
   addSplitParameters(split->parameters);
+  addColourOption(*command, split->common);
   addCommonOptions(*command, split->common,
                    {"objects", "the scan with the outlines over it",
                     "the map with the outlines, numbered as in the table"});

@@ -85,6 +85,7 @@ Picture pictureOf(const Trace& trace,
   content.subtitle = grouped(static_cast<long long>(trees.size())) + " trees over " +
                      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
   content.unit = trace.input.unit;
+  content.colours = trace.common.colours;
   std::vector<int> types;
   for (auto tree = trees.rbegin(); tree != trees.rend(); ++tree) {
     MapPath path = {{}, colourOfType(tree->type)};
@@ -192,6 +193,7 @@ void addTrace(CLI::App& program, Body& body) {
       ->group("Method");
   command->add_flag("--silhouettes", trace->silhouettes, "Also trace the ends of the segments")
       ->group("Method");
+  addColourOption(*command, trace->common);
   addCommonOptions(*command, trace->common,
                    {"nodes of the trees", "the scan with the trees over it",
                     "the map with the trees", "the levelled scan"});

@@ -70,7 +70,7 @@ TEST_F(Config, RefusesWithLine) {
       {"[trace]\n\ncorner-turn = nan\n", "a.toml:3: "},
       {"[trace]\ncorner-turn = 200\n", "a.toml:2: "},
       {"[trace]\ncorner-turn = 2021-01-01\n", "a.toml:2: expected a number"},
-      {"corner-turn = 3\n", "a.toml:1: 'corner-turn' belongs into a table"},
+      {"corner-turn = 3\n", "a.toml:1: 'corner-turn' belongs in a table"},
       {"[trace\n", "a.toml:1: "},
   };
   for (const auto& [content, message] : table) {
