@@ -113,11 +113,7 @@ Scan transposed(const Scan& scan) {
 Scan cleaned(const Scan& scan, const TraceParams& params, Progress& progress) {
   Scan result(scan.size());
   forEachLine(scan, [&](std::size_t l) {
-    Line line = scan[l];
-    qo_lineDataRemoveOutlier_changeOriginData(line.data(), static_cast<int>(line.size()),
-                                              params.outlier);
-    qo_lineSegSmoothing(line, params.smoothStepY, params.smoothStepZ, params.smoothWindow,
-                        result[l]);
+    result[l] = smoothed(withoutOutliers(scan[l], params.cleaning), params.cleaning);
     progress.advance();
   });
   return result;

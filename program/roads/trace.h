@@ -7,6 +7,7 @@
 #include "base/parameters.h"
 #include "base/progress.h"
 #include "base/scan.h"
+#include "roads/cleaning.h"
 
 namespace program {
 
@@ -15,10 +16,7 @@ enum class Edges { upper, lower };
 
 /// What tunes the tracing of edges.
 struct TraceParams {
-  SQO_outlierFilterParam outlier;
-  int smoothWindow;
-  double smoothStepY;  ///< Smoothing never reaches across a larger step in y or in z.
-  double smoothStepZ;
+  CleaningParams cleaning;
   SQO_cornerParam corner;
   SQO_treeGrowParam grow;
   Edges edges;

@@ -43,14 +43,12 @@ TraceParams traceParams(Parameters& p, const Extent& extent) {
   p.derive("tree.length", 20.0 * extent.lineSpacing);
 
   TraceParams params{};
-  params.outlier = {p.get("outlier.step"), p.get("outlier.count")};
-  params.smoothWindow = p.count("smooth.window");
-  if (params.smoothWindow > 0 && params.smoothWindow % 2 == 0) {
+  params.cleaning = {p.get("outlier.step"), p.count("outlier.count"), p.count("smooth.window"),
+                     p.get("smooth.step-y"), p.get("smooth.step-z")};
+  if (params.cleaning.smoothWindow > 0 && params.cleaning.smoothWindow % 2 == 0) {
     throw Failure(ExitCode::usage,
                   "--smooth-window must be an odd number, so that it has a middle sample");
   }
-  params.smoothStepY = p.get("smooth.step-y");
-  params.smoothStepZ = p.get("smooth.step-z");
   params.corner.minEndingGap = p.get("corner.gap-y");
   params.corner.minEndingGap_z = p.get("corner.gap-z");
   params.corner.scale = scale;
