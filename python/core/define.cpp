@@ -63,6 +63,9 @@ py::object recordSignature(py::module_& module, const char* name, const Signatur
   py::dict entry;
   entry["parameters"] = signature.parameters;
   entry["results"] = signature.results;
+  entry["arguments"] = signature.arguments;
+  entry["result"] = signature.resultType;
+  entry["is_checked"] = signature.isChecked;
   module.attr("_signatures")[name] = entry;
   if (signature.results.size() < 2) {
     return py::none();

@@ -11,13 +11,17 @@
 
 #include "arguments.h"
 #include "documentation.h"
+#include "type_text.h"
 
 namespace binding {
 
 /// What the stub and the tests are made from.
 struct Signature {
-  py::list parameters;  ///< Of (name, annotation, role, kind).
-  py::list results;     ///< Of (name, annotation).
+  py::list parameters;     ///< Of (name, annotation, kind).
+  py::list results;        ///< Of (name, annotation).
+  py::list arguments;      ///< Those of C++ in their order: (name, type, role).
+  std::string resultType;  ///< That of C++, or nothing.
+  bool isChecked = false;  ///< Whether preconditions are checked here.
 };
 
 /// Puts a function's signature on record in `module`, and returns the type of its results: a named
@@ -148,12 +152,22 @@ class Binding<function, check, R (*)(P...), Role...> {
   template <std::size_t... I>
   static Signature signatureOf(std::index_sequence<I...> /*all*/) {
     Signature signature;
+    signature.isChecked = check != nullptr;
     if constexpr (!std::is_void_v<R>) {
+      signature.resultType = typeText<R>();
       signature.results.append(py::make_tuple("result", resultAnnotation()));
     }
     (addToSignature<At<I>, std::tuple_element_t<I, std::tuple<Role...>>>(signature, names_[I]),
      ...);
+    (signature.arguments.append(py::make_tuple(names_[I], argumentText<Role, P>(), Role::text)),
+     ...);
     return signature;
+  }
+  template <typename OneRole, typename Parameter>
+  static std::string argumentText() {
+    const std::string text = typeText<Parameter>();
+    return std::is_same_v<OneRole, OneLine> && text[1] == '[' ? text.substr(1, text.size() - 2)
+                                                              : text;
   }
   static std::string resultAnnotation() {
     if constexpr (isNumber<R>) {

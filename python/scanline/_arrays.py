@@ -1,12 +1,21 @@
 """Arrays of records from plain coordinates, and back."""
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Any
+
 import numpy as np
 
 from scanline import _core
 
+if TYPE_CHECKING:
+    from collections.abc import Iterator
+
+    from numpy.typing import ArrayLike, NDArray
+
 _POSITION = _core.STesk3DPosition.dtype
 
 
-def as_line(y, z, x=0.0):
+def as_line(y: ArrayLike, z: ArrayLike, x: ArrayLike = 0.0) -> NDArray[np.void]:
     """Return a line of samples from the coordinates along it, with `nPointIdx` as the index.
 
     `y` and `z` are arrays of the same length; `x` is one number or an array of that length. A
@@ -19,7 +28,7 @@ def as_line(y, z, x=0.0):
     return as_scan(coordinates[np.newaxis])[0]
 
 
-def as_scan(xyz):
+def as_scan(xyz: ArrayLike) -> NDArray[np.void]:
     """Return a scan of shape (lines, samples) from coordinates of shape (lines, samples, 3).
 
     `nPointIdx` is set to the index of the sample. A point with a NaN in it becomes a missing
@@ -38,7 +47,7 @@ def as_scan(xyz):
     return scan
 
 
-def xyz(scan):
+def xyz(scan: NDArray[np.void]) -> NDArray[np.float64]:
     """Return the coordinates of samples or points as a float64 view of shape (..., 3).
 
     Writing to the view changes the samples. Missing samples have z = 0.
@@ -49,7 +58,7 @@ def xyz(scan):
     return points[..., np.newaxis].view(np.float64)
 
 
-def flatten(records):
+def flatten(records: NDArray[np.void]) -> NDArray[np.void]:
     """Return an array of records without nested fields, such as `jumpPos_x`, for tables and CSV."""
     columns = dict(_columns(records, ""))
     dtype = [(name, column.dtype) for name, column in columns.items()]
@@ -59,7 +68,7 @@ def flatten(records):
     return flat
 
 
-def _columns(records, prefix):
+def _columns(records: NDArray[np.void], prefix: str) -> Iterator[tuple[str, NDArray[Any]]]:
     for name in records.dtype.names:
         field = records[name]
         if field.dtype.names:
