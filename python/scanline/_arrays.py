@@ -69,7 +69,7 @@ def flatten(records: NDArray[np.void]) -> NDArray[np.void]:
 
 
 def _columns(records: NDArray[np.void], prefix: str) -> Iterator[tuple[str, NDArray[Any]]]:
-    for name in records.dtype.names:
+    for name in records.dtype.names or ():
         field = records[name]
         if field.dtype.names:
             yield from _columns(field, f"{prefix}{name}_")

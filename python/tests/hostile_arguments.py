@@ -204,6 +204,21 @@ def sound(text):
     return records(text)
 
 
+def perturbed(random, value):
+    """A sound value, most often with a special number somewhere in it."""
+    if isinstance(value, np.ndarray) and value.size > 0 and random.random() < 0.6:
+        while value.dtype.names:
+            value = value[random.choice(value.dtype.names)]
+        special = SPECIAL_REALS if value.dtype.kind == "f" else SPECIAL_INTS
+        number = random.choice(special)
+        if value.dtype.kind in "if":
+            with np.errstate(over="ignore"):
+                value[tuple(random.integers(0, size) for size in value.shape)] = number
+    elif isinstance(value, list):
+        for item in value[:3]:
+            perturbed(random, item)
+
+
 def hostile(text):
     """Mostly sound, now and then something else."""
     return st.integers(0, 15).flatmap(lambda n: WRONG_KINDS if n == 0 else sound(text))

