@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -30,6 +31,8 @@ py::object recordSignature(py::module_& module, const char* name, const Signatur
 /// The docstring: signature, text of the header, and how results come back.
 std::string docstring(const FunctionText& text, const Signature& signature);
 py::object packed(const py::object& type, const py::list& results);
+/// Fails with the name of the argument that has the data, which the library's error lacks.
+[[noreturn]] void failUnsuited(const char* argument, const std::length_error& error);
 
 template <std::size_t>
 using Handle = py::handle;
@@ -135,8 +138,12 @@ class Binding<function, check, R (*)(P...), Role...> {
   template <typename Call>
   static void run(const Call& call) {
     if constexpr ((Argument<Role, P>::visitsSamples || ...)) {
-      const py::gil_scoped_release unlocked;
-      call();
+      try {
+        const py::gil_scoped_release unlocked;
+        call();
+      } catch (const std::length_error& error) {
+        failUnsuited(names_[0], error);
+      }
     } else {
       call();
     }
