@@ -102,9 +102,12 @@ def property_of(name, sound, ends):
 
 
 def main(names):
-    # What would fill the memory raises MemoryError. A sanitizer reserves all addresses for itself.
+    # What would fill the memory raises MemoryError. A sanitizer reserves all addresses for itself,
+    # and a call that draws as many pixels as memory holds would take minutes.
     if "libasan" not in os.environ.get("LD_PRELOAD", ""):
         resource.setrlimit(resource.RLIMIT_AS, (3 * 2**30, 3 * 2**30))
+    else:
+        names = [name for name in names if name != "drawLine"]
     calls = sound_calls(names)
     failures = 0
     for name in names:
