@@ -6,8 +6,7 @@
     scan_farm.py scans/ --task my_tasks.py:volume --scheduler tcp://10.0.0.1:8786 --output v.csv
 
 The table has one row per edge or object. Each scan leaves its rows in a file of its own beside the
-table, so that a run that was interrupted goes on where it stopped. A scan that fails is reported
-and left out. The tasks are functions in scan_tasks.py or in a file of yours.
+table, so an interrupted run goes on where it stopped. Scans that fail are reported and left out.
 """
 import argparse
 import asyncio
@@ -29,6 +28,7 @@ import time
 import uuid
 
 import numpy as np
+import scan_tasks
 import scanline
 
 
@@ -127,12 +127,12 @@ def process(client, task, parts, show):
     """Process the scans, calling `show` after each, and return why scans failed, by scan."""
     from distributed.scheduler import KilledWorker
     work = functools.partial(process_scan, task=task)
-    ended, suspects = {}, []
+    ended, failed = {}, 0
     for scan, outcome in outcomes(client, work, parts):
         ended[scan] = outcome
-        if isinstance(outcome, KilledWorker):
-            suspects.append(scan)
-        show(len(ended), sum(map(bool, ended.values())))
+        failed += outcome != ""
+        show(len(ended), failed)
+    suspects = [scan for scan, outcome in ended.items() if isinstance(outcome, KilledWorker)]
     for scan in suspects:  # Alone: the death of a worker is blamed on all that it had been sent.
         ended.update(outcomes(client, work, {scan: parts[scan]}))
         if isinstance(ended[scan], KilledWorker):
@@ -186,8 +186,7 @@ def run(scans, task, folder, scheduler=None, workers=None):
 def show_progress(total, start, done, failed):
     """Draw the progress bar on a terminal."""
     if sys.stderr.isatty():
-        rate = done / (time.monotonic() - start)
-        bar = "#" * (30 * done // total)
+        bar, rate = "#" * (30 * done // total), done / (time.monotonic() - start)
         print(f"\r[{bar:30}] {done}/{total} scans, {failed} failed, {rate:.1f}/s ",
               end="\n" if done == total else "", file=sys.stderr, flush=True)
 
@@ -220,11 +219,12 @@ def task_named(text):
     """Return the function NAME of scan_tasks.py, or that of another file for FILE.py:NAME."""
     import cloudpickle
     file, _, name = text.rpartition(":")
-    path = pathlib.Path(file or pathlib.Path(__file__).with_name("scan_tasks.py"))
+    path = pathlib.Path(file or scan_tasks.__file__)
     sys.path.insert(0, str(path.parent))
     try:
         module = importlib.import_module(path.stem)
-        cloudpickle.register_pickle_by_value(module)  # The workers need not have the file.
+        for sent in (scan_tasks, module):
+            cloudpickle.register_pickle_by_value(sent)  # The workers need not have the file.
         return getattr(module, name)
     except (ImportError, AttributeError) as error:
         raise argparse.ArgumentTypeError(f"{text}: {error}") from None
@@ -237,8 +237,8 @@ def table_path(text):
         raise argparse.ArgumentTypeError(f"expected a name in .csv, .npz or .parquet, got {text}")
     engines = map(importlib.util.find_spec, ("pyarrow", "fastparquet"))
     if path.suffix == ".parquet" and not any(engines):
-        raise argparse.ArgumentTypeError("Parquet needs pyarrow or fastparquet, and neither is "
-                                         "installed; choose a name in .csv or .npz")
+        raise argparse.ArgumentTypeError("Parquet needs pyarrow or fastparquet, neither of which "
+                                         "is installed; choose a name in .csv or .npz")
     return path
 
 
@@ -257,7 +257,7 @@ def parsed(arguments):
     add("--output", required=True, type=table_path, help="the table: .csv, .npz or .parquet")
     add("--task", default="edges", type=task_named, help="edges, objects, or FILE.py:NAME")
     add("--set", default=[], action="append", type=option, help="NAME=NUMBER, for the task")
-    add("--plane", type=read_plane, help="file of 'scanline calibrate --save'; else each scan's own")
+    add("--plane", type=read_plane, help="file of scanline calibrate --save; else each scan's")
     add("--scheduler", metavar="ADDRESS", help="use a running cluster, which sees the same files")
     add("--workers", type=int, help="processes on this machine; else one per core")
     found = parser.parse_args(arguments)
@@ -289,8 +289,8 @@ def main(arguments=None):
         write_table(given.output, table)
     for scan, reason in sorted(failed.items()):
         print(f"failed: {scan}: {reason}", file=sys.stderr)
-    rows = 0 if table is None else len(table)
-    print(f"{len(parts)} scans, {len(failed)} failed, {rows} rows", file=sys.stderr)
+    print(f"{len(parts)} scans, {len(failed)} failed, {0 if table is None else len(table)} rows",
+          file=sys.stderr)
     return 1 if failed else 0
 
 
