@@ -48,10 +48,7 @@ def write_beside(path, write):
 def part_of(scan, task, folder):
     """Return the part file of a scan: its rows, under a name that changes with what they need."""
     path = pathlib.Path(scan).absolute()
-    try:
-        state = [path.stat().st_size, path.stat().st_mtime_ns]
-    except OSError:
-        state = "missing"
+    state = path.exists() and [path.stat().st_size, path.stat().st_mtime_ns]
     code = pathlib.Path(inspect.getfile(task.func)).read_text(encoding="utf-8")
     depends = [str(path), state, task.func.__name__, task.keywords, code, scanline.__version__]
     digest = hashlib.sha256(json.dumps(depends, sort_keys=True).encode()).hexdigest()
@@ -297,3 +294,5 @@ def main(arguments=None):
 if __name__ == "__main__":
     signal.signal(signal.SIGTERM, signal.default_int_handler)
     sys.exit(main())
+if __name__ == "__mp_main__":  # A worker: Ctrl-C on a terminal reaches it too.
+    signal.signal(signal.SIGINT, signal.SIG_IGN)
