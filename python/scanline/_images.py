@@ -46,7 +46,7 @@ def _refuse_tiff(path, file):
 def _decode_tiff(path, page):
     try:
         return page.asarray()
-    except ValueError as error:
+    except Exception as error:  # each decoder has its own class of errors
         if "imagecodecs" not in str(error):
             raise ValueError(f"{path}: is damaged or cut short: {error}") from error
         if page.samplesperpixel == 1:

@@ -56,6 +56,9 @@ def heights(ax, points, values, limits, colours, label, near_is_small):
 
     What is near the sensor has the last of the colours, which is at the top of their bar.
     """
+    if min(values.shape) < 2:
+        raise ValueError("scan: expected two lines of two samples or more for a map, got "
+                         f"{values.shape[0]} of {values.shape[1]}")
     steps = [-(-count // _MOST_CELLS) for count in values.shape]
     points, values = points[::steps[0], ::steps[1]], values[::steps[0], ::steps[1]]
     is_measured = points[..., 2] != 0.0

@@ -15,6 +15,7 @@ What has no value is a missing sample with x = y = z = 0: in files 0, or what is
 import io
 import re
 import warnings
+import zipfile
 from pathlib import Path
 
 import numpy as np
@@ -117,12 +118,15 @@ def _scan_of(path, values, pitch_x, pitch_y, pitch_z):
 
 def _read_npy(path):
     try:
-        return _array(path, np.load(path, allow_pickle=False))
+        with path.open("rb") as file:
+            return _array(path, np.lib.format.read_array(file, allow_pickle=False))
     except (ValueError, EOFError) as error:
         raise _as_of(path, error) from error
 
 
 def _read_npz(path, key):
+    if not zipfile.is_zipfile(path):
+        raise ValueError(f"{path}: is no NPZ file, is damaged or cut short")
     try:
         with np.load(path, allow_pickle=False) as file:
             names = file.files
