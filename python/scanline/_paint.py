@@ -103,9 +103,11 @@ def name_axes(ax, unit):
     ax.set(xlabel=f"x, from line to line [{unit}]", ylabel=f"y, along the lines [{unit}]")
 
 
-def marked(ax, y, z, style, colour, name, markevery=1):
-    ax.plot(y, z, style, color=colour, linewidth=3.0, markersize=7, markevery=markevery,
-            markerfacecolor=colour, markeredgecolor=_RIM, label=name, zorder=4)
+def marked(ax, curve, colour, name):
+    """Draw a curve in y and z with a mark at both ends, or one mark."""
+    ax.plot(curve[:, 1], curve[:, 2], "o-", color=colour, linewidth=3.0 if len(curve) > 1 else 0.0,
+            markersize=7, markevery=max(len(curve) - 1, 1), markerfacecolor=colour,
+            markeredgecolor=_RIM, label=name, zorder=4)
 
 
 def rimmed(ax, path, colour, name):

@@ -12,13 +12,18 @@ Each row of a file is a line; lines advance in x, samples follow y, and z is the
 sensor. A range image has only z: its x and y are the indices of row and column times the pitches.
 What has no value is a missing sample with x = y = z = 0: in files 0, or what is not finite.
 """
+from __future__ import annotations
+
 import io
+import os
 import re
 import warnings
 import zipfile
 from pathlib import Path
+from typing import Sequence
 
 import numpy as np
+from numpy.typing import NDArray
 
 from scanline import _core, _images, _text
 from scanline._arrays import LEAST_DISTANCE, as_scan, filled_points
@@ -27,7 +32,9 @@ from scanline._packages import package
 _LARGEST_COORDINATE = 1e9
 
 
-def read(path, *, pitch_x=None, pitch_y=None, pitch_z=1.0, key=None):
+def read(path: str | os.PathLike[str], *, pitch_x: float | None = None,
+         pitch_y: float | None = None, pitch_z: float = 1.0,
+         key: str | None = None) -> NDArray[np.void]:
     """Return the scan in a file as an array (lines, samples) of `position_dtype`.
 
     Parameters
@@ -56,7 +63,8 @@ def read(path, *, pitch_x=None, pitch_y=None, pitch_z=1.0, key=None):
     return _scan_of(path, values, pitch_x, pitch_y, pitch_z)
 
 
-def write(path, scan, *, pitch_z=1.0):
+def write(path: str | os.PathLike[str], scan: NDArray[np.void] | Sequence[NDArray[np.void]], *,
+          pitch_z: float = 1.0) -> None:
     """Write a scan to a file, which is replaced if it exists.
 
     Parameters

@@ -7,26 +7,22 @@ Save a picture by `ax.figure.savefig("picture.png")`.
 
 Scans and lines are arrays of `position_dtype` as everywhere in scanline; they are only read.
 """
+from __future__ import annotations
+
 import math
+from typing import Any, Mapping, Sequence
 
 import numpy as np
+from numpy.typing import NDArray
 
-from scanline import _core, _paint
+from scanline import _core, _found, _paint
 from scanline._arrays import as_scan, filled_points, xyz
 
 _DEGREES = 180.0 / math.pi
-_NAMES_AND_COLOURS = {
-    1: ("jump rise", "#ff4730"), 2: ("jump fall", "#ff8ceb"), 3: ("slope rise", "#ffa13d"),
-    4: ("slope fall", "#bf82fa"), 5: ("V", "#4fdb78"), 6: ("segment start", "#66d9f2"),
-    7: ("segment end", "#8cb3ff"), 9: ("right angle 1", "#ff8ceb"),
-    10: ("right angle 2", "#ffa13d"), 11: ("right angle 3", "#bf82fa"),
-    12: ("right angle 4", "#ff4730"), 13: ("peak", "#ffcc29"), 14: ("valley", "#45c7f0"),
-    15: ("corner", "#ffffff")}
-_SPANS = {"gapStart": ("gap", "#ff4730", "gapStart", "gapEnd"),
-          "startPt": ("segment", "#ffa13d", "startPt", "endPt")}
 
 
-def profile(line, found=(), *, title=None, unit="mm", z_is_height=False, ax=None):
+def profile(line: NDArray[np.void], found: Any = (), *, title: str | None = None, unit: str = "mm",
+            z_is_height: bool = False, ax: Any = None) -> Any:
     """Draw a line with the features found on it.
 
     Parameters
@@ -52,8 +48,8 @@ def profile(line, found=(), *, title=None, unit="mm", z_is_height=False, ax=None
     points = filled_points([line])[0]
     points[points[:, 2] == 0.0] = np.nan
     ax.plot(points[:, 1], points[:, 2], color="#26548c", linewidth=1.2, label="line", zorder=2)
-    for records in _arrays_of(found):
-        _draw_features(ax, points, records)
+    for name, colour, curve in _found.marks(found, points):
+        _paint.marked(ax, curve, colour, name)
     if not z_is_height:
         ax.invert_yaxis()
     ax.margins(y=0.12)
@@ -63,8 +59,10 @@ def profile(line, found=(), *, title=None, unit="mm", z_is_height=False, ax=None
     return ax
 
 
-def scan_map(scan, trees=(), *, title=None, unit="mm", limits=None, z_is_height=False,
-             ax=None):
+def scan_map(scan: NDArray[np.void] | Sequence[NDArray[np.void]], trees: Any = (), *,
+             title: str | None = None, unit: str = "mm",
+             limits: tuple[float, float] | None = None, z_is_height: bool = False,
+             ax: Any = None) -> Any:
     """Draw a scan from above in colours of z, with trees over it.
 
     Parameters
@@ -94,13 +92,20 @@ def scan_map(scan, trees=(), *, title=None, unit="mm", limits=None, z_is_height=
     _paint.heights(ax, points, points[..., 2], limits or _paint.middle(points), "viridis",
                    _name_of_z(unit, z_is_height), not z_is_height)
     _paint.name_axes(ax, unit)
-    numbered = [(str(i), _draw_tree(ax, tree)) for i, tree in enumerate(trees, start=1)]
+    numbered = []
+    for index, tree in enumerate(trees, start=1):
+        name, colour, paths = _found.paths(tree)
+        for path in paths:
+            _paint.rimmed(ax, path, colour, name)
+        numbered.append((str(index), _spread_over(paths[0])))
     _paint.finish(ax, title)
     _paint.number(ax, numbered)
     return ax
 
 
-def planes(scan, calibrations, *, unit="mm", z_is_height=False):
+def planes(scan: NDArray[np.void] | Sequence[NDArray[np.void]],
+           calibrations: _core.SQO_planeCalibPara | Mapping[str, _core.SQO_planeCalibPara], *,
+           unit: str = "mm", z_is_height: bool = False) -> Any:
     """Draw a scan beside what is left of it once it is levelled to a plane, or to each of several.
 
     Parameters
@@ -124,8 +129,10 @@ def planes(scan, calibrations, *, unit="mm", z_is_height=False):
     if isinstance(calibrations, _core.SQO_planeCalibPara):
         calibrations = {"levelled": calibrations}
     points = filled_points(scan)
+    is_measured = points[..., 2] != 0.0
+    if not is_measured.any():
+        raise ValueError("scan: expected measured samples, all of them are missing")
     levelled = [_levelled(points, plane) for plane in calibrations.values()]
-    is_measured = points[..., 2] > 0.0
     off = [after[..., 2] - np.median(after[..., 2][is_measured]) for after in levelled]
     spread = max(3.0 * max(np.median(np.abs(one[is_measured])) for one in off),
                  1e-3 * np.ptp(_paint.middle(points)))
@@ -142,7 +149,9 @@ def planes(scan, calibrations, *, unit="mm", z_is_height=False):
     return axes
 
 
-def regions(labels, *, first=2, pixel=1.0, x0=0.0, y0=0.0, title=None, unit="pixels", ax=None):
+def regions(labels: NDArray[np.integer[Any]], *, first: int = 2, pixel: float = 1.0,
+            x0: float = 0.0, y0: float = 0.0, title: str | None = None, unit: str = "pixels",
+            ax: Any = None) -> Any:
     """Draw a label image: each region in a colour, with its label and its box.
 
     Parameters
@@ -184,56 +193,10 @@ def _name_of_z(unit, z_is_height):
     return f"z, {'height' if z_is_height else 'distance'} [{unit}]"
 
 
-def _arrays_of(found):
-    if isinstance(found, _core.SQO_lineFeature):
-        return [found.features, found.endings]
-    if isinstance(found, np.ndarray):
-        return [found]
-    return [records for one in found for records in _arrays_of(one)]
-
-
-def _draw_features(ax, points, records):
-    names = records.dtype.names or ()
-    if "jumpPos" in names:
-        for kind in np.unique(records["featureType"]):
-            name, colour = _NAMES_AND_COLOURS.get(int(kind), ("other", "#ffffff"))
-            at = xyz(records[records["featureType"] == kind]["jumpPos"])
-            _paint.marked(ax, at[:, 1], at[:, 2], "o", colour, name)
-    elif "gapStart" in names:
-        for ends in zip(*_ends(records, _SPANS["gapStart"])):
-            _paint.marked(ax, *np.transpose(ends)[1:], "o-", "#ff4730", "gap")
-    elif "startPtIdx" in names:
-        for record in records:
-            run = points[record["startPtIdx"]:record["endPtIdx"] + 1]
-            _paint.marked(ax, run[:, 1], run[:, 2], "o-", "#ffa13d", "segment",
-                          markevery=max(len(run) - 1, 1))
-    else:
-        raise ValueError("found: expected features, gaps or segments, got an array of "
-                         f"{records.dtype}")
-
-
-def _ends(records, span):
-    """Return the coordinates of the starts and those of the ends."""
-    ends = [records[name] for name in span[2:]]
-    return [xyz(end["pt3D"] if "pt3D" in end.dtype.names else end) for end in ends]
-
-
-def _draw_tree(ax, tree):
-    """Draw a tree. Return the places that suit its number, the best one first."""
-    nodes = tree.nodes
-    span = next((_SPANS[name] for name in nodes.dtype.names if name in _SPANS), None)
-    if span:
-        name, colour, *_ = span
-        paths = _ends(nodes, span)
-    elif "midPt" in nodes.dtype.names:
-        name, colour, paths = "semi-circle", "#4fdb78", [xyz(nodes["midPt"])]
-    else:
-        name, colour = _NAMES_AND_COLOURS.get(tree.treeType, ("other", "#ffffff"))
-        paths = [xyz(nodes["jumpPos"])]
-    for path in paths:
-        _paint.rimmed(ax, path, colour, name)
-    places = paths[0][[int(share * (len(nodes) - 1)) for share in (0.5, 0.25, 0.75, 0.0, 1.0)]]
-    return places[:, :2]
+def _spread_over(path):
+    """Return places on a path that suit a number, the best one first."""
+    last = len(path) - 1
+    return path[[last // 2, last // 4, last - last // 4, 0, last], :2]
 
 
 def _levelled(points, plane):

@@ -223,7 +223,10 @@ def test_odd_input():
     for thin in (make_scan()[:1], make_scan()[:, :1].copy()):
         with pytest.raises(ValueError, match="scan: expected two lines of two samples"):
             plot.scan_map(thin)
-    plot.scan_map(scanline.as_scan(np.zeros((5, 6, 3)))).figure.canvas.draw()
+    nothing = scanline.as_scan(np.zeros((5, 6, 3)))
+    plot.scan_map(nothing).figure.canvas.draw()
+    with pytest.raises(ValueError, match="scan: expected measured samples"):
+        plot.planes(nothing, scanline.qo_getPlaneCalibPara2(nothing))
     plot.profile(make_scan()[3]).figure.canvas.draw()
     plot.regions(np.zeros((5, 6), dtype=int)).figure.canvas.draw()
 
