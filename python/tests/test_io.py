@@ -92,14 +92,21 @@ def test_range_images_get_x_and_y_from_the_pitches(tmp_path, extension, dtype):
 
 
 def test_png_rounds_z_to_its_steps_and_refuses_what_does_not_fit(tmp_path):
+    path = tmp_path / "range.png"
     scan = scanline.as_scan(make_points())
-    io.write(tmp_path / "range.png", scan, pitch_z=0.01)
-    z = io.read(tmp_path / "range.png", pitch_x=1, pitch_y=1, pitch_z=0.01)["pt3D"]["z"]
-    assert np.abs(z - scan["pt3D"]["z"]).max() <= 0.005 + 1e-12
+    io.write(path, scan, pitch_z=0.07)
+    z = io.read(path, pitch_x=1, pitch_y=1, pitch_z=0.07)["pt3D"]["z"]
+    assert 0.02 < np.abs(z - scan["pt3D"]["z"]).max() <= 0.035 + 1e-12
     assert ((z == 0.0) == (scan["pt3D"]["z"] == 0.0)).all()
-    for pitch_z in (0.001, 1000.0):
-        with pytest.raises(ValueError, match="pitch_z: expected one that makes z 1 to 65535"):
-            io.write(tmp_path / "range.png", scan, pitch_z=pitch_z)
+    for steps, fits in ((1.0, True), (65535.0, True), (0.4, False), (65536.0, False)):
+        scan["pt3D"]["z"][1] = 0.5 * steps
+        scan["pt3D"]["z"][2:] = 10.0
+        if fits:
+            io.write(path, scan, pitch_z=0.5)
+            assert io.read(path, pitch_x=1, pitch_y=1)["pt3D"]["z"][1, 1] == steps
+        else:
+            with pytest.raises(ValueError, match="pitch_z: expected one that makes z 1 to 65535"):
+                io.write(path, scan, pitch_z=0.5)
     with pytest.raises(ValueError, match="pitch_z: expected for .png alone"):
         io.write(tmp_path / "scan.npy", scan, pitch_z=0.1)
 
@@ -126,15 +133,15 @@ TEXTS = {
         "row;col;x;y;z\n4;1;1;2;300\n4;3;1;;301\n9;0;2;0;302\n",
         [[H, [1, 2, 300], H, H], [[2, 0, 302], H, H, H]]),
     "lines without samples' indices": (
-        "profile x y z\n0 0 0 5\n0 0 1 6\n1 1 0 7\n",
+        "profile x y z\n1 1 0 7\n0 0 0 5\n0 0 1 6\n",
         [[[0, 0, 5], [0, 1, 6]], [[1, 0, 7], H]]),
     "points split where y jumps back": (
         "".join(f"{x}\t{y}\t{300 + x}\n" for x in range(3) for y in range(9)),
         [[[x, y, 300 + x] for y in range(9)] for x in range(3)]),
     "points split where y jumps ahead, with a hole on the first line": (
-        "".join("0 0 0\n" if (x, y) == (0, 2) else f"{x} {y} 5\n"
-                for x in range(2) for y in range(5, 0, -1)),
-        [[H if (x, y) == (0, 2) else [x, y, 5] for y in range(5, 0, -1)] for x in range(2)]),
+        "".join("0 0 0\n" if (x, y) == (0, 8) else f"{x} {y} 5\n"
+                for x in range(2) for y in range(9, 0, -1)),
+        [[H if (x, y) == (0, 8) else [x, y, 5] for y in range(9, 0, -1)] for x in range(2)]),
     "quotes, blanks and a byte order mark": (
         "\ufeff\"x\" , \"y\" , \"z\"\n 1 , 2 , 3 \n1,3,nan\n1,4,+1e1\n",
         [[[1, 2, 3], H, [1, 4, 10]]]),

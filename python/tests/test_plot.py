@@ -41,7 +41,7 @@ def make_trees(paths, kind=1):
             record["jumpPos"]["z"] = 300.0
         features.append(scanline.SQO_lineFeature(lineIdx=line, features=records,
                                                  endings=records[:0]))
-    grow = {"yDeviation_max": 0.3, "zDeviation_max": 1.0, "maxLineSkipNum": 5,
+    grow = {"yDeviation_max": 0.05, "zDeviation_max": 1.0, "maxLineSkipNum": 5,
             "maxSkipDistance": 3.0, "minLTypeTreeLen": 1.0, "minVTypeTreeLen": 1.0}
     return scanline.qo_getFeatureGrowingTrees(features, grow)
 
@@ -128,10 +128,34 @@ def test_trees_are_drawn_and_numbered_once_without_overlap():
     assert_texts_apart(ax.figure)
 
 
+def test_trees_of_all_kinds_are_drawn_by_the_ends_of_their_nodes():
+    starts, ends = np.arange(30.0).reshape(2, 5, 3)
+    gaps = np.zeros(5, dtype=scanline.SQO_basicFeatureGap.dtype)
+    scanline.xyz(gaps["gapStart"])[:], scanline.xyz(gaps["gapEnd"])[:] = starts, ends
+    segments = np.zeros(5, dtype=scanline.SJU_segFeature.dtype)
+    scanline.xyz(segments["startPt"])[:], scanline.xyz(segments["endPt"])[:] = starts, ends
+    circles = np.zeros(5, dtype=scanline.SQO_featureSemiCircle.dtype)
+    scanline.xyz(circles["midPt"])[:] = starts
+    common = {"treeState": 2, "sLineIdx": 0, "eLineIdx": 4, "treeValue": 0.0}
+    span = {"treeType": 1, "xRange": (0, 0), "yRange": (0, 0), "anchorNode": -1}
+    everywhere = {"xRange": (0, 0), "yRange": (0, 0), "zRange": (0, 0)}
+    trees = [
+        scanline.SQO_gapFeatureTree(treeNodes=gaps, **common, **span),
+        scanline.SJU_segFeatureTree(treeNodes=segments, **common),
+        scanline.SQO_semiCircleFeatureTree(treeNodes=circles, treeType=0, treeRange=everywhere,
+                                           treeValue2=0.0, treeTag=0, **common)]
+    ax = plot.scan_map(make_scan(), trees)
+    assert legend_of(ax) == ["gap", "segment", "semi-circle"]
+    expected = [starts, ends, starts, ends, starts]
+    for drawn, path in zip(ax.lines, expected):
+        assert np.array_equal(drawn.get_xydata(), path[:, :2])
+    assert len(ax.lines) == len(expected)
+
+
 def test_a_crowd_of_trees_keeps_its_numbers_apart():
-    paths = [[(0.5 * i, 0.5 + 0.35 * k) for i in range(20)] for k in range(25)]
+    paths = [[(0.5 * i, 0.5 + 0.06 * k) for i in range(20)] for k in range(120)]
     ax = plot.scan_map(make_scan(), make_trees(paths), title="Many")
-    assert 5 < len(texts_of(ax)) <= 25
+    assert 20 < len(texts_of(ax)) < 120
     assert_texts_apart(ax.figure)
 
 
@@ -157,6 +181,8 @@ def test_a_profile_with_features_of_all_kinds():
         assert (marked == place).all(axis=1).any()
     arc = next(one for one in ax.lines if one.get_label() == "segment").get_xydata()
     assert np.array_equal(arc, scanline.xyz(line)[9:21, 1:])
+    gap = next(one for one in ax.lines if one.get_label() == "gap").get_xydata()
+    assert np.array_equal(gap, scanline.xyz(line)[[3, 6], 1:])
     assert ax.yaxis_inverted() and not plot.profile(line, z_is_height=True).yaxis_inverted()
     assert_texts_apart(ax.figure)
 
@@ -195,6 +221,7 @@ def test_regions_with_boxes_and_labels():
     assert set(places) == {"2", "7", "9"}
     colours = ax.images[0].get_array()
     left, right, bottom, top = ax.images[0].get_extent()
+    assert ax.images[0].origin == "lower" and not ax.yaxis_inverted()
     assert (left, right, bottom, top) == (9.75, 39.75, -1.25, 18.75)
     for label, (x, y) in places.items():
         assert image[round((y + 1.0) / 0.5), round((x - 10.0) / 0.5)] == int(label)
