@@ -152,6 +152,7 @@ def finish(ax, title):
 def number(ax, texts_and_places):
     """Write each text at the first of its places that is free, and leave out what has none."""
     ax.figure.draw_without_rendering()  # texts have a size once the axes have theirs
+    area = ax.get_window_extent()
     taken = []
     for text, places in texts_and_places:
         for place in places:
@@ -160,7 +161,8 @@ def number(ax, texts_and_places):
                                 bbox={"boxstyle": "square,pad=0.2", "facecolor": "white",
                                       "edgecolor": "#787d8a", "linewidth": 0.8})
             extent = label.get_window_extent().padded(5.0)  # the frame and some room
-            if not any(extent.overlaps(other) for other in taken):
+            is_inside = area.contains(*extent.min) and area.contains(*extent.max)
+            if is_inside and not any(extent.overlaps(other) for other in taken):
                 taken.append(extent)
                 break
             label.remove()
