@@ -66,7 +66,8 @@ def assert_texts_apart(figure):
         titles = [ax.title, ax._left_title, ax.xaxis.label, ax.yaxis.label]
         boxes += [(text.get_text(), text.get_window_extent())
                   for text in [*ticks, *legend, *titles] if text.get_text()]
-        numbers = [(text.get_text(), text.get_bbox_patch().get_window_extent()) for text in ax.texts]
+        numbers = [(text.get_text(), text.get_bbox_patch().get_window_extent())
+                   for text in ax.texts]
         for name, box in numbers:
             assert ax.get_window_extent().count_contains(box.corners()) == 4, name
         boxes += numbers
