@@ -272,8 +272,8 @@ def test_a_missing_package_is_named(tmp_path, monkeypatch, module, extension, pa
 
 
 def test_no_optional_package_is_imported_before_it_is_needed():
-    code = ("import sys, scanline, scanline.io, scanline.plot; print({'matplotlib', 'pandas', 'PIL',"
-            " 'tifffile', 'meshio', 'dask'} & set(sys.modules))")
+    code = ("import sys, scanline, scanline.io, scanline.plot; print({'matplotlib', 'pandas',"
+            " 'PIL', 'tifffile', 'meshio', 'dask'} & set(sys.modules))")
     printed = subprocess.check_output([sys.executable, "-c", code], text=True)
     assert printed.strip() == "set()"
 
