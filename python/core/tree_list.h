@@ -39,13 +39,23 @@ const Tree& itemAt(TreeList<Tree>& list, py::ssize_t index) {
   return list.trees[static_cast<std::size_t>(index < 0 ? index + size : index)];
 }
 
+/// A tree that growers can continue.
+template <typename Tree>
+Tree treeFrom(py::handle value, const Name& name) {
+  Tree tree = recordFrom<Tree>(value, name);
+  if (tree.treeNodes.empty()) {
+    failValue(name, "a tree with nodes", "one without");
+  }
+  return tree;
+}
+
 template <typename Tree>
 TreeList<Tree> treesFrom(const py::iterable& trees) {
   TreeList<Tree> list;
   py::ssize_t i = 0;
   const Name name{"trees"};
   for (const py::handle tree : trees) {
-    list.trees.push_back(recordFrom<Tree>(tree, Name{nullptr, &name, i++}));
+    list.trees.push_back(treeFrom<Tree>(tree, Name{nullptr, &name, i++}));
   }
   return list;
 }
@@ -77,7 +87,7 @@ void defineTreeList(py::module_& module) {
     return part;
   });
   type.def("append", [](List& list, py::handle tree) {
-    list.checked().push_back(recordFrom<Tree>(tree, Name{"tree"}));
+    list.checked().push_back(treeFrom<Tree>(tree, Name{"tree"}));
   });
   type.def("__repr__", [name](List& list) {
     std::string items;
