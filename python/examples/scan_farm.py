@@ -203,10 +203,10 @@ def read_plane(path):
 
 def scans_in(arguments, output):
     """Return the names of all scans: the files given, and what is in the folders given."""
-    paths = []
+    paths, suffixes = [], (".tif", ".tiff", ".npy", ".npz", ".ply")
     for path in map(pathlib.Path, arguments):
         inside = path.iterdir() if path.is_dir() else [path]
-        paths += [p for p in inside if p == path or p.suffix.lower() in (".npy", ".npz")]
+        paths += [p for p in inside if p == path or p.suffix.lower() in suffixes]
     unique = {path.absolute(): str(path) for path in paths}
     unique.pop(output.absolute(), None)
     return sorted(unique.values())
@@ -266,7 +266,7 @@ def parsed(arguments):
     found.task = functools.partial(found.task, **options)
     found.scans = scans_in(found.scans, found.output)
     if not found.scans:
-        parser.error("scans: the folders hold no .npy or .npz files")
+        parser.error("scans: the folders hold no scans")
     return found
 
 

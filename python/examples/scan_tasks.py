@@ -5,16 +5,7 @@ row per thing found. Copy one and change it: `scan_farm.py scans/ --task my_task
 """
 import numpy as np
 import scanline
-
-
-def read_scan(path):
-    """Return the scan in an NPY file, or in an NPZ file of one array: samples or coordinates."""
-    loaded = np.load(path, allow_pickle=False)
-    if isinstance(loaded, np.lib.npyio.NpzFile):
-        with loaded:
-            (name,) = loaded.files
-            loaded = loaded[name]
-    return loaded if loaded.dtype == scanline.position_dtype else scanline.as_scan(loaded)
+import scanline.io
 
 
 def level(scan, plane):
@@ -35,7 +26,7 @@ def edges(path, plane=None, scale=12.0, angle=28.0, lines=8, length=20.0):
     `scale` is the length of the arms of a corner in sample spacings, `angle` its smallest turn in
     degrees, `lines` how many lines an edge may miss, `length` its smallest length in line spacings.
     """
-    scan = read_scan(path)
+    scan = scanline.io.read(path)
     level(scan, plane)
     spacing = scanline.ju_getPointCloudPara(scan)
     arm = scale * spacing.ptStep
@@ -63,7 +54,7 @@ def edges(path, plane=None, scale=12.0, angle=28.0, lines=8, length=20.0):
 
 def objects(path, plane=None, min_height=5.0, min_samples=50):
     """Measure what rises above the plane by more than `min_height`, apart where it is apart."""
-    scan = read_scan(path)
+    scan = scanline.io.read(path)
     height = level(scan, plane) - scan["pt3D"]["z"]
     raised = (height > min_height) & (scan["pt3D"]["z"] > 0.0001)
     # Regions do not reach the outermost pixels, hence the frame.
