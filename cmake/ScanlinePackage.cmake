@@ -34,6 +34,8 @@ set(CPACK_SOURCE_IGNORE_FILES
     "^${scanline_root}/\\.cache/"
     "^${scanline_root}/compile_commands\\.json$"
     "^${scanline_root}/CMakeUserPresets\\.json$"
+    "/__pycache__/"
+    "\\.egg-info/"
     "\\.swp$"
     "/\\.DS_Store$")
 

@@ -37,7 +37,7 @@ build_revision() {
   git -C "$root" archive "$commit" | tar -x -C "$source"
   cmake -S "$source" -B "$build" -G Ninja -D CMAKE_BUILD_TYPE=Release -D SCANLINE_BUILD_TESTS=OFF \
     -D SCANLINE_BUILD_BENCHMARKS=OFF -D SCANLINE_BUILD_EXAMPLES=OFF -D SCANLINE_BUILD_PROGRAM=OFF \
-    -D SCANLINE_BUILD_DOCS=OFF
+    -D SCANLINE_BUILD_PYTHON=OFF -D SCANLINE_BUILD_DOCS=OFF
   cmake --build "$build" --parallel "$jobs"
 }
 

@@ -120,8 +120,8 @@ class Workshop:
     def prepare(self):
         """Configures, builds everything and passes the tests once without a mutation."""
         off = [f"-DSCANLINE_{what}=OFF" for what in
-               ("BUILD_BENCHMARKS", "BUILD_EXAMPLES", "BUILD_PROGRAM", "BUILD_DOCS", "INSTALL",
-                "WARNINGS")]
+               ("BUILD_BENCHMARKS", "BUILD_EXAMPLES", "BUILD_PROGRAM", "BUILD_PYTHON", "BUILD_DOCS",
+                "INSTALL", "WARNINGS")]
         if shutil.which("ccache"):
             off.append("-DCMAKE_CXX_COMPILER_LAUNCHER=ccache")
         code, output = self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,

@@ -12,11 +12,15 @@ packages=(
   libeigen3-dev                     # only inside the library
   libgtest-dev libbenchmark-dev     # tests and benchmarks
   libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libcairo2-dev  # the program scanline
+  pybind11-dev python3-dev python3-numpy                             # the Python package
 )
 test_packages=(
   abigail-tools  # abi.sh
   dpkg-dev       # the test of the Debian packages
   clang          # the second compiler
+  # The tests and examples of the Python package, and its wheel.
+  python3-pytest python3-hypothesis python3-matplotlib python3-dask python3-distributed mypy
+  python3-pip python3-setuptools python3-venv python3-wheel
 )
 dev_packages=(
   clang-format-14 clang-tidy-14 doxygen git shellcheck  # lint.sh

@@ -1,8 +1,10 @@
 #include "arguments.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 #include <opencv2/core.hpp>
+#include <utility>
 
 namespace binding {
 
@@ -39,6 +41,11 @@ Block lineOf(const Block& scan, py::ssize_t i) {
   return line;
 }
 
+[[noreturn]] void failShared(const Name& name) {
+  failValue(name, "lines with memory of their own, since they are changed",
+            "lines that share memory");
+}
+
 /// Refuses a list that holds memory of one array twice.
 void checkNoOverlap(const std::vector<Block>& rows, std::size_t itemSize, const Name& name) {
   struct Range {
@@ -48,9 +55,12 @@ void checkNoOverlap(const std::vector<Block>& rows, std::size_t itemSize, const 
   std::vector<Range> ranges;
   for (const Block& row : rows) {
     if (row.shape[0] > 0) {
-      const char* other = row.data + (row.shape[0] - 1) * row.strides[0];
-      const auto order = std::minmax(static_cast<const char*>(row.data), other, std::less<>());
-      ranges.push_back({order.first, order.second + itemSize});
+      const char* first = row.data;
+      const char* last = first + (row.shape[0] - 1) * row.strides[0];
+      if (std::less<>()(last, first)) {
+        std::swap(first, last);
+      }
+      ranges.push_back({first, last + itemSize});
     }
   }
   const auto before = [](const Range& a, const Range& b) {
@@ -59,8 +69,19 @@ void checkNoOverlap(const std::vector<Block>& rows, std::size_t itemSize, const 
   std::sort(ranges.begin(), ranges.end(), before);
   const auto overlap = [](const Range& a, const Range& b) { return std::less<>()(b.first, a.end); };
   if (std::adjacent_find(ranges.begin(), ranges.end(), overlap) != ranges.end()) {
-    failValue(name, "lines with memory of their own, since they are changed",
-              "lines that share memory");
+    failShared(name);
+  }
+}
+
+/// Refuses an array whose steps may lead from different places to the same memory.
+void checkNoOverlap(const Block& scan, py::ssize_t itemSize, const Name& name) {
+  const auto reaches = [itemSize](py::ssize_t stride, py::ssize_t count, py::ssize_t otherStride) {
+    return std::abs(otherStride) < std::abs(stride) * (count - 1) + itemSize;
+  };
+  if (scan.shape[0] > 1 && scan.shape[1] > 1 &&
+      reaches(scan.strides[1], scan.shape[1], scan.strides[0]) &&
+      reaches(scan.strides[0], scan.shape[0], scan.strides[1])) {
+    failShared(name);
   }
 }
 
@@ -83,6 +104,9 @@ std::vector<Block> rowBlocks(const Source& source, const Wanted& wantedRow) {
     Wanted wantedScan = wantedRow;
     wantedScan.dimensions = 2;
     const Block scan = checkedBlock(source.value, source.name, wantedScan);
+    if (wantedRow.isWritten) {
+      checkNoOverlap(scan, wantedRow.dtype.itemsize(), source.name);
+    }
     for (py::ssize_t i = 0; i < scan.shape[0]; ++i) {
       rows.push_back(lineOf(scan, i));
     }

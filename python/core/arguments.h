@@ -15,18 +15,40 @@
 
 namespace binding {
 
-struct In {};       ///< Only read.
-struct InOut {};    ///< The caller's object is changed.
-struct Out {};      ///< Returned; a list that the function appends to can be given by keyword.
-struct Changed {};  ///< Read and changed, and returned as a new array since its size changes.
-struct Grown {};    ///< Trees: returned, and the caller's list is continued if given by keyword.
-struct Count {};    ///< The number of samples or lines to which the preceding parameter points.
-struct OneLine {};  ///< A pointer to the record of one line, which is changed.
+/// Only read.
+struct In {
+  static constexpr const char* text = "read";
+};
+/// The caller's object is changed.
+struct InOut {
+  static constexpr const char* text = "changed";
+};
+/// Returned; a list that the function appends to can be given by keyword.
+struct Out {
+  static constexpr const char* text = "returned";
+};
+/// Read and changed, and returned as a new array since its size changes.
+struct Changed {
+  static constexpr const char* text = "read and returned";
+};
+/// Trees: returned, and the caller's list is continued if given by keyword.
+struct Grown {
+  static constexpr const char* text = "continued and returned";
+};
+/// The number of samples or lines to which the preceding parameter points.
+struct Count {
+  static constexpr const char* text = "count";
+};
+/// A pointer to the record of one line, which is changed.
+struct OneLine : InOut {};
+/// An image of a `CV_` type, only read.
 template <int type>
-struct Image {};  ///< An image of a `CV_` type, only read.
+struct Image : In {};
+/// The same, changed in place.
 template <int type>
-struct ChangedImage {};  ///< The same, changed in place.
-struct BinaryImage {};   ///< An image of zeros and ones of any type, only read.
+struct ChangedImage : InOut {};
+/// An image of zeros and ones of any type, only read.
+struct BinaryImage : In {};
 
 /// The object given for a parameter; null for one that is not given.
 struct Source {
@@ -625,7 +647,9 @@ struct Argument<
       failKind(source.name, "a list of the class " + listName<Tree>(), object);
     }
     list = &py::detail::cast_op<List&>(caster);
-    list->checked();
+    if (list->isInUse) {
+      failValue(source.name, "a list of its own", "one that is in use, here or in another thread");
+    }
     list->isInUse = true;
   }
   ~Argument() {

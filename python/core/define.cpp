@@ -1,7 +1,6 @@
 #include "define.h"
 
 #include <cstring>
-#include <stdexcept>
 
 namespace binding {
 
@@ -63,6 +62,9 @@ py::object recordSignature(py::module_& module, const char* name, const Signatur
   py::dict entry;
   entry["parameters"] = signature.parameters;
   entry["results"] = signature.results;
+  entry["arguments"] = signature.arguments;
+  entry["result"] = signature.resultType;
+  entry["is_checked"] = signature.isChecked;
   module.attr("_signatures")[name] = entry;
   if (signature.results.size() < 2) {
     return py::none();
@@ -91,6 +93,12 @@ std::string docstring(const FunctionText& text, const Signature& signature) {
     result += "\n\nNotes\n-----\n" + std::string(text.notes);
   }
   return result;
+}
+
+void failUnsuited(const char* argument, const std::length_error& error) {
+  throw py::value_error(std::string(argument) +
+                        ": expected values within the limits in the function's notes; " +
+                        error.what());
 }
 
 py::object packed(const py::object& type, const py::list& results) {

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -11,13 +12,17 @@
 
 #include "arguments.h"
 #include "documentation.h"
+#include "type_text.h"
 
 namespace binding {
 
 /// What the stub and the tests are made from.
 struct Signature {
-  py::list parameters;  ///< Of (name, annotation, role, kind).
-  py::list results;     ///< Of (name, annotation).
+  py::list parameters;     ///< Of (name, annotation, kind).
+  py::list results;        ///< Of (name, annotation).
+  py::list arguments;      ///< Those of C++ in their order: (name, type, role).
+  std::string resultType;  ///< That of C++, or nothing.
+  bool isChecked = false;  ///< Whether preconditions are checked here.
 };
 
 /// Puts a function's signature on record in `module`, and returns the type of its results: a named
@@ -26,6 +31,8 @@ py::object recordSignature(py::module_& module, const char* name, const Signatur
 /// The docstring: signature, text of the header, and how results come back.
 std::string docstring(const FunctionText& text, const Signature& signature);
 py::object packed(const py::object& type, const py::list& results);
+/// Fails with the name of the argument that has the data, which the library's error lacks.
+[[noreturn]] void failUnsuited(const char* argument, const std::length_error& error);
 
 template <std::size_t>
 using Handle = py::handle;
@@ -131,8 +138,12 @@ class Binding<function, check, R (*)(P...), Role...> {
   template <typename Call>
   static void run(const Call& call) {
     if constexpr ((Argument<Role, P>::visitsSamples || ...)) {
-      const py::gil_scoped_release unlocked;
-      call();
+      try {
+        const py::gil_scoped_release unlocked;
+        call();
+      } catch (const std::length_error& error) {
+        failUnsuited(names_[0], error);
+      }
     } else {
       call();
     }
@@ -148,12 +159,22 @@ class Binding<function, check, R (*)(P...), Role...> {
   template <std::size_t... I>
   static Signature signatureOf(std::index_sequence<I...> /*all*/) {
     Signature signature;
+    signature.isChecked = check != nullptr;
     if constexpr (!std::is_void_v<R>) {
+      signature.resultType = typeText<R>();
       signature.results.append(py::make_tuple("result", resultAnnotation()));
     }
     (addToSignature<At<I>, std::tuple_element_t<I, std::tuple<Role...>>>(signature, names_[I]),
      ...);
+    (signature.arguments.append(py::make_tuple(names_[I], argumentText<Role, P>(), Role::text)),
+     ...);
     return signature;
+  }
+  template <typename OneRole, typename Parameter>
+  static std::string argumentText() {
+    const std::string text = typeText<Parameter>();
+    return std::is_same_v<OneRole, OneLine> && text[1] == '[' ? text.substr(1, text.size() - 2)
+                                                              : text;
   }
   static std::string resultAnnotation() {
     if constexpr (isNumber<R>) {

@@ -18,8 +18,7 @@ struct TreeList {
 
   std::vector<Tree>& checked() {
     if (isInUse) {
-      throw std::runtime_error(
-          "this list of trees is in use: it was given twice, or another thread is growing it");
+      throw std::runtime_error("this list of trees is in use: another thread is growing it");
     }
     return trees;
   }
@@ -39,12 +38,12 @@ const Tree& itemAt(TreeList<Tree>& list, py::ssize_t index) {
   return list.trees[static_cast<std::size_t>(index < 0 ? index + size : index)];
 }
 
-/// A tree that growers can continue.
+/// A tree that a grower can continue: it has a node.
 template <typename Tree>
 Tree treeFrom(py::handle value, const Name& name) {
   Tree tree = recordFrom<Tree>(value, name);
   if (tree.treeNodes.empty()) {
-    failValue(name, "a tree with nodes", "one without");
+    failValue(Name{"treeNodes", &name}, "at least one node", "none");
   }
   return tree;
 }
@@ -71,6 +70,9 @@ void defineTreeList(py::module_& module) {
   type.def(py::init<>());
   type.def(py::init(&treesFrom<Tree>), py::arg("trees"));
   type.def("__len__", [](List& list) { return list.checked().size(); });
+  type.def("__iter__", [](const py::object& list) {
+    return py::reinterpret_steal<py::object>(PySeqIter_New(list.ptr()));
+  });
   type.def("__getitem__", &itemAt<Tree>, py::return_value_policy::copy);
   type.def("__getitem__", [](List& list, const py::slice& slice) {
     std::size_t start = 0;

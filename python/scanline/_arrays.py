@@ -1,13 +1,22 @@
 """Arrays of records from plain coordinates, and back."""
+from __future__ import annotations
+
+from typing import TYPE_CHECKING, Any
+
 import numpy as np
 
 from scanline import _core
+
+if TYPE_CHECKING:
+    from collections.abc import Iterable, Iterator
+
+    from numpy.typing import ArrayLike, NDArray
 
 _POSITION = _core.STesk3DPosition.dtype
 LEAST_DISTANCE = 0.0001  # as in the library: what is not above is no measurement
 
 
-def as_line(y, z, x=0.0):
+def as_line(y: ArrayLike, z: ArrayLike, x: ArrayLike = 0.0) -> NDArray[np.void]:
     """Return a line of samples from the coordinates along it, with `nPointIdx` as the index.
 
     `y` and `z` are arrays of the same length; `x` is one number or an array of that length. A
@@ -20,7 +29,7 @@ def as_line(y, z, x=0.0):
     return as_scan(coordinates[np.newaxis])[0]
 
 
-def as_scan(xyz):
+def as_scan(xyz: ArrayLike) -> NDArray[np.void]:
     """Return a scan of shape (lines, samples) from coordinates of shape (lines, samples, 3).
 
     `nPointIdx` is set to the index of the sample. A point with a NaN in it becomes a missing
@@ -39,7 +48,7 @@ def as_scan(xyz):
     return scan
 
 
-def xyz(scan):
+def xyz(scan: NDArray[np.void]) -> NDArray[np.float64]:
     """Return the coordinates of samples or points as a float64 view of shape (..., 3).
 
     Writing to the view changes the samples. Missing samples have z = 0.
@@ -50,7 +59,7 @@ def xyz(scan):
     return points[..., np.newaxis].view(np.float64)
 
 
-def filled_points(scan):
+def filled_points(scan: Iterable[NDArray[np.void]]) -> NDArray[np.float64]:
     """Return the coordinates of a scan, (lines, samples, 3), with 0 where nothing was measured."""
     lines = [np.asarray(line) for line in scan]
     if not lines or not all(line.ndim == 1 and line.dtype == _POSITION for line in lines):
@@ -62,7 +71,7 @@ def filled_points(scan):
     return points
 
 
-def flatten(records):
+def flatten(records: NDArray[np.void]) -> NDArray[np.void]:
     """Return an array of records without nested fields, such as `jumpPos_x`, for tables and CSV."""
     columns = dict(_columns(records, ""))
     dtype = [(name, column.dtype) for name, column in columns.items()]
@@ -72,8 +81,8 @@ def flatten(records):
     return flat
 
 
-def _columns(records, prefix):
-    for name in records.dtype.names:
+def _columns(records: NDArray[np.void], prefix: str) -> Iterator[tuple[str, NDArray[Any]]]:
+    for name in records.dtype.names or ():
         field = records[name]
         if field.dtype.names:
             yield from _columns(field, f"{prefix}{name}_")

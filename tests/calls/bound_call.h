@@ -3,6 +3,7 @@
 /// Builds calls from the signatures of the functions.
 
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <tuple>
 #include <type_traits>
@@ -95,6 +96,15 @@ class BoundCall : public Call {
     }
   }
 
+  void clear(int argument) override {
+    clearOne(argument, std::index_sequence_for<P...>{});
+    visit(argument, [](Number number) {
+      if (double* const* real = std::get_if<double*>(&number)) {
+        **real = std::numeric_limits<double>::quiet_NaN();
+      }
+    });
+  }
+
  private:
   template <std::size_t I>
   using Parameter = std::tuple_element_t<I, std::tuple<P...>>;
@@ -132,6 +142,12 @@ class BoundCall : public Call {
           ? walk(std::get<I>(arguments_).value, visitor)
           : void()),
      ...);
+  }
+
+  template <std::size_t... I>
+  void clearOne(int argument, std::index_sequence<I...> /*all*/) {
+    const auto renew = [](auto& held) { held = std::decay_t<decltype(held)>(); };
+    ((argument == static_cast<int>(I) ? renew(std::get<I>(arguments_)) : void()), ...);
   }
 
   R (*function_)(P...);

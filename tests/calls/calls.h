@@ -6,6 +6,7 @@
 #include <functional>
 #include <initializer_list>
 #include <memory>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <utility>
@@ -29,6 +30,8 @@ class Call {
   [[nodiscard]] virtual int count() const = 0;  ///< Number of arguments.
   /// Visits the numbers of an argument, or of the result at `count()`.
   virtual void visit(int argument, const Visitor& visitor) = 0;
+  /// Makes an argument that the call only writes empty: no elements, NaN and 0.
+  virtual void clear(int argument) = 0;
 };
 
 /// An exported function: how to build a call of it, and the rules for its arguments.
@@ -72,10 +75,25 @@ using Numbers = std::vector<std::uint64_t>;
 Numbers numbersOf(Call& call, int argument);
 /// Whether the arguments and the result have no defect.
 bool isValid(Call& call);
+/// The size of the inputs with a seed.
+int sizeOf(unsigned seed);
 /// Hash of the arguments and results after the calls with the first seeds. If `rounded`, values are
 /// rounded to seven digits.
 std::uint64_t hashOf(const Row& row, int seeds, bool rounded = false);
 /// The line of a function in a list of results.
 std::string resultsOf(const Row& row, bool rounded);
+/// Something to do with an argument before a call: nothing in it, or all its ints replaced.
+struct Preparation {
+  int argument;
+  std::optional<int> replacement;
+};
+/// Writes the numbers of a call: a line with the name, the seed and the number of arguments, one
+/// for each argument before the call, and one for each after it and for the result. A word is a
+/// letter for the type (i: int; d and f: the bits of a double and a float; n: a size or another
+/// integer) and a number.
+void listNumbers(const Row& row,
+                 unsigned seed,
+                 const std::vector<Preparation>& preparations,
+                 std::ostream& out);
 
 }  // namespace calls

@@ -64,11 +64,14 @@ bool isValid(Call& call) {
   return valid;
 }
 
+int sizeOf(unsigned seed) {
+  return seed % 16 == 15 ? 150 : 10 + static_cast<int>(seed * 7 % 41);
+}
+
 std::uint64_t hashOf(const Row& row, int seeds, bool rounded) {
   std::uint64_t hash = 0;
-  for (int seed = 0; seed < seeds; ++seed) {
-    const auto call =
-        row.make(static_cast<unsigned>(seed), seed % 16 == 15 ? 150 : 10 + seed * 7 % 41);
+  for (unsigned seed = 0; seed < static_cast<unsigned>(seeds); ++seed) {
+    const auto call = row.make(seed, sizeOf(seed));
     call->run();
     for (int argument = 0; argument <= call->count(); ++argument) {
       call->visit(argument, [&](Number number) {
