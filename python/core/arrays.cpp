@@ -38,6 +38,18 @@ void checkStrides(const Block& block, const Name& name, const Wanted& wanted) {
 
 }  // namespace
 
+bool copyElement(py::handle value, const py::dtype& dtype, void* record) {
+  if (std::strcmp(Py_TYPE(value.ptr())->tp_name, "numpy.void") != 0) {
+    return false;
+  }
+  const py::array element = py::array::ensure(value);
+  if (!element || !areEquivalent(element.dtype(), dtype)) {
+    return false;
+  }
+  std::memcpy(record, element.data(), static_cast<std::size_t>(dtype.itemsize()));
+  return true;
+}
+
 Block checkedBlock(py::handle value, const Name& name, const Wanted& wanted) {
   if (!py::isinstance<py::array>(value)) {
     failKind(name, "a " + nameOf(wanted), value);

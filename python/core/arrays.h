@@ -114,6 +114,9 @@ struct Block {
   py::ssize_t strides[2] = {0, 0};
 };
 
+/// Whether an element of an array of records has the dtype; copies it to `record` then.
+bool copyElement(py::handle value, const py::dtype& dtype, void* record);
+
 /// Checks an array: its kind, dtype, shape, address, strides, and whether it can be written.
 Block checkedBlock(py::handle value, const Name& name, const Wanted& wanted);
 

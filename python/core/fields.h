@@ -34,6 +34,16 @@ struct IsVector : std::false_type {};
 template <typename T>
 struct IsVector<std::vector<T>> : std::true_type {};
 
+/// Whether the record holds no list, so that arrays of it have a dtype.
+template <typename Record>
+constexpr bool hasDtype() {
+  return std::apply(
+      [](const auto&... field) {
+        return (!IsVector<typename std::decay_t<decltype(field)>::Type>::value && ...);
+      },
+      Fields<Record>::all);
+}
+
 constexpr std::size_t alignedUp(std::size_t offset, std::size_t alignment) {
   return (offset + alignment - 1) / alignment * alignment;
 }

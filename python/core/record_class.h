@@ -110,15 +110,6 @@ struct HasNodes : std::false_type {};
 template <typename Record>
 struct HasNodes<Record, std::void_t<decltype(Record::treeNodes)>> : std::true_type {};
 
-template <typename Record>
-constexpr bool hasDtype() {
-  return std::apply(
-      [](const auto&... field) {
-        return (!IsVector<typename std::decay_t<decltype(field)>::Type>::value && ...);
-      },
-      Fields<Record>::all);
-}
-
 /// Defines the class of a record, and the dtype of its arrays as its attribute `dtype`.
 template <typename Record>
 void defineRecord(py::module_& module) {

@@ -94,6 +94,12 @@ Record recordFrom(py::handle value, const Name& name) {
   if (PyDict_Check(value.ptr()) != 0) {
     return recordFromFields<Record>(py::reinterpret_borrow<py::dict>(value), name);
   }
+  Record record{};
+  if constexpr (hasDtype<Record>()) {
+    if (copyElement(value, dtypeOf<Record>(), &record)) {
+      return record;
+    }
+  }
   if constexpr (!isPlain<Record>()) {
     failKind(name, "an object of " + std::string(Fields<Record>::name), value);
   }
@@ -103,7 +109,6 @@ Record recordFrom(py::handle value, const Name& name) {
     failKind(name, std::string(Fields<Record>::name) + " or a tuple of " + fieldNames<Record>(),
              value);
   }
-  Record record{};
   py::ssize_t i = 0;
   forEachField(record, [&](const char* field, auto& member) {
     const auto item = py::reinterpret_steal<py::object>(PySequence_GetItem(value.ptr(), i++));

@@ -8,11 +8,12 @@ import numpy as np
 from scanline import _core
 
 if TYPE_CHECKING:
-    from collections.abc import Iterator
+    from collections.abc import Iterable, Iterator
 
     from numpy.typing import ArrayLike, NDArray
 
 _POSITION = _core.STesk3DPosition.dtype
+LEAST_DISTANCE = 0.0001  # as in the library: what is not above is no measurement
 
 
 def as_line(y: ArrayLike, z: ArrayLike, x: ArrayLike = 0.0) -> NDArray[np.void]:
@@ -56,6 +57,18 @@ def xyz(scan: NDArray[np.void]) -> NDArray[np.float64]:
     if points.dtype != _core.STesk3DPoint.dtype:
         raise ValueError(f"scan: expected samples or points, got an array of {scan.dtype}")
     return points[..., np.newaxis].view(np.float64)
+
+
+def filled_points(scan: Iterable[NDArray[np.void]]) -> NDArray[np.float64]:
+    """Return the coordinates of a scan, (lines, samples, 3), with 0 where nothing was measured."""
+    lines = [np.asarray(line) for line in scan]
+    if not lines or not all(line.ndim == 1 and line.dtype == _POSITION for line in lines):
+        raise ValueError("scan: expected lines of position_dtype; as_scan makes them of x, y and z")
+    points = np.zeros((len(lines), max(map(len, lines)), 3))
+    for row, line in zip(points, lines):
+        is_measured = line["pt3D"]["z"] > LEAST_DISTANCE
+        row[:len(line)][is_measured] = xyz(line)[is_measured]
+    return points
 
 
 def flatten(records: NDArray[np.void]) -> NDArray[np.void]:
