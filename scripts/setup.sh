@@ -20,6 +20,7 @@ test_packages=(
   clang          # the second compiler
   # The tests and examples of the Python package, and its wheel.
   python3-pytest python3-hypothesis python3-matplotlib python3-dask python3-distributed mypy
+  python3-pil python3-tifffile python3-meshio python3-pandas
   python3-pip python3-setuptools python3-venv python3-wheel
 )
 dev_packages=(
