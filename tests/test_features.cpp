@@ -110,4 +110,19 @@ TEST(RingArcs, LimitsOfTurnAndChord) {
   EXPECT_TRUE(filling.startPtIdx == 0 && filling.endPtIdx == 17 && line[17].nPointIdx == 17);
 }
 
+// Edges at y = 4 and 8, which are 3 apart in x.
+TEST(LineGaps, LimitsOfTheWidthAreStrict) {
+  Line line =
+      build::profileLine(13, 1.0, [](double y) { return 50.0 + std::max(2.0, std::abs(y - 6.0)); });
+  line[8].pt3D.x = 3.0;
+  const auto gapsOf = [&line](STeskRangeD width) {
+    std::vector<SQO_basicFeatureGap> gaps;
+    qo_getLineGapFeature(line, 7, {0.0, 9.0, 1.0, 40.0, 0.0, 0.0}, width, gaps);
+    return gaps;
+  };
+  EXPECT_TRUE(gapsOf({5.0, 9.0}).empty() && gapsOf({1.0, 5.0}).empty());
+  const SQO_basicFeatureGap gap = gapsOf({4.75, 5.25}).at(0);
+  EXPECT_TRUE(gap.lineIdx == 7 && gap.gapStart.nPointIdx == 4 && gap.gapEnd.nPointIdx == 8);
+}
+
 }  // namespace
