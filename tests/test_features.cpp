@@ -112,9 +112,9 @@ TEST(RingArcs, LimitsOfTurnAndChord) {
 
 // Edges at y = 4 and 8, which are 3 apart in x.
 TEST(LineGaps, LimitsOfTheWidthAreStrict) {
-  Line line =
-      build::profileLine(13, 1.0, [](double y) { return 50.0 + std::max(2.0, std::abs(y - 6.0)); });
-  line[8].pt3D.x = 3.0;
+  Line line = build::profileLine(
+      13, 1.0, [](double y) { return 50.0 + std::max(2.0, std::abs(y - 6.0)); }, 2.0);
+  line[8].pt3D.x = 5.0;
   const auto gapsOf = [&line](STeskRangeD width) {
     std::vector<SQO_basicFeatureGap> gaps;
     qo_getLineGapFeature(line, 7, {0.0, 9.0, 1.0, 40.0, 0.0, 0.0}, width, gaps);
