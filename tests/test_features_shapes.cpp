@@ -50,7 +50,7 @@ TEST(RightAngleFeature, AgreesWithThePlainRules) {
     const Line line = grid.line(30, shapes[round % 2]);
     plain::RightAngleKinds kinds;
     const double arm = grid.pick({1, 2, 3, 4, 6});
-    const double tol = grid.pick({0, 0.5, 1, 2, 4});
+    const double tol = grid.pick({-1, 0, 0.5, 1, 2, 4});
     for (SQO_lineRightAngleParam& kind : kinds) {
       kind = {grid.below(2) > 0 ? arm : grid.pick({1, 2, 3, 5, 1e9}),
               grid.below(2) > 0 ? arm : grid.pick({1, 2, 3, 5, 1e9}),
