@@ -84,7 +84,7 @@ struct Case {
   std::mt19937& rng;
 
   [[nodiscard]] int size() const {
-    return line.empty() ? -1 : static_cast<int>(line.size());
+    return line.empty() ? -5 : static_cast<int>(line.size());
   }
 };
 

@@ -60,8 +60,9 @@ TEST(RightAngleFeature, AgreesWithThePlainRules) {
     SQO_lineFeature plain = found;
     Line sameLine = line;
     sameLine.insert(sameLine.begin(), build::sample(0.0, 0.0, 60.0));  // Not part of the line.
-    qo_getLineRigthAngleFeature(sameLine.data() + 1, static_cast<int>(line.size()), 7, kinds[0],
-                                kinds[1], kinds[2], kinds[3], &found);
+    const int size = line.empty() ? -5 : static_cast<int>(line.size());
+    qo_getLineRigthAngleFeature(sameLine.data() + 1, size, 7, kinds[0], kinds[1], kinds[2],
+                                kinds[3], &found);
     sameLine.erase(sameLine.begin());
     plain::rightAngles(line, 7, kinds, plain.features);
     ASSERT_EQ(text(found.features), text(plain.features)) << text(line);
