@@ -111,7 +111,7 @@ template <typename Cell>
 }
 
 [[maybe_unused]] bool isOnGrid(const Grid& grid, const std::vector<STesk2DPoint>& cells) {
-  return std::all_of(cells.begin(), cells.end(), [&](const STesk2DPoint& cell) {
+  return std::all_of(cells.begin(), cells.end(), [&](const auto& cell) {
     return cell.x >= 0 && cell.x < static_cast<std::int64_t>(grid.size()) && cell.y >= 0 &&
            cell.y < static_cast<std::int64_t>(grid.front().size());
   });
