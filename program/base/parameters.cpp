@@ -15,6 +15,8 @@ constexpr long long kLargestCount = 1'000'000;
 
 CLI::Validator validatorOf(Kind kind) {
   switch (kind) {
+    case Kind::place:
+      return numberIn(-kLargestLength, kLargestLength);
     case Kind::angle:
       return numberIn(0.0, 180.0);
     case Kind::count:
@@ -26,6 +28,8 @@ CLI::Validator validatorOf(Kind kind) {
 
 const char* typeNameOf(Kind kind) {
   switch (kind) {
+    case Kind::place:
+      return "COORDINATE";
     case Kind::angle:
       return "DEGREES";
     case Kind::count:
@@ -94,6 +98,10 @@ double Parameters::get(const std::string& name) const {
 
 int Parameters::count(const std::string& name) const {
   return static_cast<int>(get(name));
+}
+
+bool Parameters::isGiven(const std::string& name) const {
+  return find(name).origin == Origin::given;
 }
 
 const Parameters::Parameter& Parameters::find(const std::string& name) const {

@@ -12,7 +12,7 @@ class Option;
 namespace program {
 
 /// What a parameter measures. It decides which values are accepted and how help names them.
-enum class Kind { length, angle, count };
+enum class Kind { length, place, angle, count };
 
 /// Where a parameter's value comes from.
 enum class Origin { builtIn, derived, given };
@@ -55,6 +55,7 @@ class Parameters {
 
   [[nodiscard]] double get(const std::string& name) const;
   [[nodiscard]] int count(const std::string& name) const;
+  [[nodiscard]] bool isGiven(const std::string& name) const;
   [[nodiscard]] const std::vector<Parameter>& all() const {
     return parameters_;
   }

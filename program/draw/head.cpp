@@ -81,6 +81,7 @@ void drawLabel(Canvas& canvas,
                std::vector<cv::Rect2d>& taken) {
   constexpr double kHeight = 16.0;
   constexpr double kPadding = 4.0;
+  constexpr double kBeside = 12.0;
   const double width = canvas.textWidth(text, kText, true) + 2.0 * kPadding;
   const auto inside = [&](cv::Point2d centre) {
     const double x = std::clamp(centre.x - 0.5 * width, area.x, area.x + area.width - width);
@@ -92,8 +93,8 @@ void drawLabel(Canvas& canvas,
   constexpr double kDown[] = {0.0, -1.0, 1.0, 0.0, 0.0, -1.0, -1.0, 1.0, 1.0};
   for (std::size_t i = 0; i < std::size(kRight) && overlaps(best, taken); ++i) {
     for (const double far : {1.0, 2.0, 3.0}) {
-      const cv::Rect2d shifted =
-          inside({at.x + far * kRight[i] * (width + 2.0), at.y + far * kDown[i] * (kHeight + 2.0)});
+      const cv::Rect2d shifted = inside({at.x + far * kRight[i] * (0.5 * width + kBeside),
+                                         at.y + far * kDown[i] * (kHeight + 2.0)});
       if (!overlaps(shifted, taken)) {
         best = shifted;
         break;

@@ -68,6 +68,25 @@ SQO_slopeParam slopeParam(const Parameters& p) {
   return {0.0, p.get("slope.z"), p.get("jump.z"), p.get("slope.gap-y")};
 }
 
+/// A label image in which each hole of the line up to a width has a label of its own.
+cv::Mat labelledHoles(const Line& line, int lineIdx, double width) {
+  cv::Mat labels = cv::Mat::zeros(sizeOf(line), lineIdx + 1, CV_32S);
+  int label = 0;
+  int before = -1;
+  for (int i = 0; i < sizeOf(line); ++i) {
+    const STesk3DPosition& sample = line[static_cast<std::size_t>(i)];
+    if (!isMeasured(sample)) {
+      continue;
+    }
+    if (before >= 0 && before + 1 < i &&
+        sample.pt3D.y - line[static_cast<std::size_t>(before)].pt3D.y <= width) {
+      labels(cv::Range(before + 1, i), cv::Range(lineIdx, lineIdx + 1)) = ++label;
+    }
+    before = i;
+  }
+  return labels;
+}
+
 }  // namespace
 
 std::vector<FoundFeature> findCorners(Line& line, const LineContext& c) {
@@ -78,8 +97,9 @@ std::vector<FoundFeature> findCorners(Line& line, const LineContext& c) {
 
 std::vector<FoundFeature> findMaskedCorners(Line& line, const LineContext& c) {
   constexpr int kLabel = 1;
+  const STeskRangeD y = {c.parameters.get("mask.y-min"), c.parameters.get("mask.y-max")};
   for (STesk3DPosition& sample : line) {
-    sample.nPointIdx = kLabel;
+    sample.nPointIdx = sample.pt3D.y >= y.min && sample.pt3D.y <= y.max ? kLabel : 0;
   }
   Features found;
   qo_maskData_getLineCornerFeature(line, c.lineIdx, kLabel, cornerParam(c.parameters), found);
@@ -140,6 +160,9 @@ std::vector<FoundFeature> findCornerJumps(Line& line, const LineContext& c) {
   Features found;
   qo_getLineJumpFeature_cornerMethod(line.data(), sizeOf(line), c.lineIdx,
                                      cornerParam(c.parameters), found);
+  for (SQO_basicFeature1D& feature : found) {
+    feature.featureValue = c.plane.shown(feature.featureValue);
+  }
   return asFound(found);
 }
 
@@ -190,7 +213,7 @@ std::vector<FoundFeature> findRingArcs(Line& line, const LineContext& c) {
 }
 
 std::vector<FoundFeature> findTubes(Line& line, const LineContext& c) {
-  cv::Mat labels = cv::Mat::zeros(sizeOf(line), c.lineIdx + 1, CV_32S);
+  cv::Mat labels = labelledHoles(line, c.lineIdx, c.parameters.get("tube.hole"));
   std::vector<SQO_featureSemiCircle> tubes;
   qo_getLineUpperSemiCircleFeature(line.data(), sizeOf(line), c.lineIdx,
                                    c.parameters.get("tube.unit"), slopeParam(c.parameters), tubes,
