@@ -33,8 +33,8 @@ std::string labelOf(const SearchedLine& searched, std::size_t i) {
 void addFeature(ProfileContent& content, const SearchedLine& searched, std::size_t i) {
   const FoundFeature& f = searched.features[i];
   const Colour colour = f.type == 0 ? kUntyped : colourOfType(f.type);
-  const auto first = searched.left.begin() + f.firstSample;
-  const auto last = searched.left.begin() + f.lastSample;
+  const auto first = searched.given.begin() + f.firstSample;
+  const auto last = searched.given.begin() + f.lastSample;
   if (first < last) {
     content.stretches.push_back({Line(first, last + 1), colour});
     content.marks.push_back({f.to, colour, ""});
@@ -52,12 +52,11 @@ std::vector<ProfileTrace> tracesOf(const SearchedLine& searched) {
   const auto count = [](const Line& line) {
     return std::count_if(line.begin(), line.end(), isMeasured);
   };
-  std::vector<ProfileTrace> traces;
-  if (count(searched.left) < count(searched.given)) {
-    traces.push_back({searched.given, ink::kRaw, false, "deleted by the search"});
+  if (count(searched.left) >= count(searched.given)) {
+    return {{searched.given, ink::kTrace, false, "line"}};
   }
-  traces.push_back({searched.left, ink::kTrace, false, "line"});
-  return traces;
+  return {{searched.given, ink::kRaw, false, "deleted by the search"},
+          {searched.left, ink::kTrace, false, "line"}};
 }
 
 std::vector<ProfileLevel> levelsOf(const SearchedLine& searched) {

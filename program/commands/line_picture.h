@@ -16,7 +16,7 @@ struct SearchedLine {
   const Parameters& parameters;
   const PlaneChoice& plane;
   const Line& given;
-  const Line& left;  ///< The line after the search, which may have deleted samples.
+  const Line& left;  ///< After the search, which may have deleted samples.
   const std::vector<FoundFeature>& features;
 };
 

@@ -72,7 +72,7 @@ void checkShape(const Make& make) {
   if (isProfile && make.shape.empty()) {
     throw Failure(ExitCode::usage,
                   "make profile: --shape is missing. Name one of the shapes that "
-                  "make --help lists");
+                  "'make --help' lists");
   }
   if (!isProfile && !make.shape.empty()) {
     throw Failure(ExitCode::usage, "--shape has no effect on '" + make.kind +
@@ -125,7 +125,8 @@ std::string listOfKinds() {
     list += std::string("\n  ") + kind.name + ": " + kind.shows + "; " + exact(kind.defaultNoise) +
             " mm";
   }
-  list += "\n\nShapes of a profile; those with round tops are made without noise:";
+  list +=
+      "\n\nShapes of a profile; hills, beads, tubes and bowls have no noise unless it is given:";
   for (const ProfileShape& shape : profileShapes()) {
     list += std::string("\n  ") + shape.name + ": " + shape.shows;
   }
