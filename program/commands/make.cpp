@@ -118,8 +118,6 @@ Field field(const char* name, Cell value) {
 }
 
 Report reportOf(const Make& make, const MadeScan& made) {
-  const std::string lines = grouped(static_cast<long long>(made.scan.size()));
-  const std::string samples = grouped(static_cast<long long>(made.scan.front().size()));
   Report report;
   report.command = "make";
   report.fields = {
@@ -136,8 +134,9 @@ Report reportOf(const Make& make, const MadeScan& made) {
   const auto term = [](double slope, const char* axis) {
     return std::string(slope < 0.0 ? " - " : " + ") + significant(std::abs(slope), 4) + axis;
   };
-  report.lines = {"Made: " + make.kind + ", " + lines + " lines of " + samples +
-                      " samples, in mm; z is the distance from the sensor",
+  report.lines = {"Made: " + make.kind + ", " + counted(made.scan.size(), "line") + " of " +
+                      counted(made.scan.front().size(), "sample") +
+                      ", in mm; z is the distance from the sensor",
                   "Plane: z = " + significant(made.plane.c, 5) + term(made.plane.a, " x") +
                       term(made.plane.b, " y") + ", tilted by " + fixed(tiltDegrees(made), 2) +
                       " deg"};
@@ -145,16 +144,10 @@ Report reportOf(const Make& make, const MadeScan& made) {
   return report;
 }
 
-bool isGiven(const Parameters& parameters, const std::string& name) {
-  return std::any_of(
-      parameters.all().begin(), parameters.all().end(),
-      [&](const Parameters::Parameter& p) { return p.name == name && p.origin == Origin::given; });
-}
-
 /// Derives what the kind decides, and refuses what it does not use.
 MakeParams paramsFor(Make& make, const SceneKind& kind) {
   const bool isBelt = make.kind == "belt";
-  if (!isBelt && isGiven(make.parameters, "objects")) {
+  if (!isBelt && make.parameters.isGiven("objects")) {
     throw Failure(ExitCode::usage, "--objects has no effect on '" + make.kind +
                                        "': only 'belt' is made of a number of objects");
   }

@@ -12,7 +12,7 @@ void addExtractorParameters(Parameters& p) {
   p.add("corner.th2", Kind::angle, 40, "jumpCornerTh_2: limit of the second kind of arm");
   p.addDerived("corner.gap-y", Kind::length, "the scale", "minEndingGap: limit in y");
   p.addDerived("corner.gap-z", Kind::length, "4 times the scale", "minEndingGap_z: limit in z");
-  p.addDerived("limit.z", Kind::length, "the middle of the scan", "Height that limits the corners");
+  p.addDerived("limit.z", Kind::number, "the middle of the scan", "Height that limits the corners");
   p.addDerived("ground.band", Kind::length, "6 times the noise",
                "Samples this near to the plane are ground");
   p.addDerived("ground.distance", Kind::length, "2 times the scale",
@@ -35,7 +35,7 @@ void addExtractorParameters(Parameters& p) {
   p.addDerived("tube.unit", Kind::length, "10 sample spacings", "Expected width of a tube");
   p.addDerived("glove.arm", Kind::length, "60 sample spacings", "Length of the flanks of an arc");
   p.add("glove.angle", Kind::angle, 60, "Smallest turn of an arc");
-  p.add("raised.slope", Kind::length, 2, "Slope dz / dy that a flank exceeds");
+  p.add("raised.slope", Kind::number, 2, "Slope dz / dy that a flank exceeds");
 }
 
 void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneChoice& plane) {
