@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/failure.h"
+
 namespace program {
 namespace {
 
@@ -81,6 +83,13 @@ double noiseOf(const Scan& scan) {
 }
 
 }  // namespace
+
+void requireSpacing(const Extent& extent) {
+  if (!(extent.sampleSpacing > 0.0 || extent.lineSpacing > 0.0)) {
+    throw Failure(ExitCode::nothingFound,
+                  "the scan has no neighbouring samples, so there is nothing to find");
+  }
+}
 
 std::size_t strideOf(const Scan& scan) {
   constexpr std::size_t kEnough = 2'000'000;

@@ -20,6 +20,10 @@ struct Extent {
 
 Extent extentOf(const Scan& scan);
 
+/// Commands derive their parameters from the spacing of the samples.
+/// @throws Failure (nothingFound) without one
+void requireSpacing(const Extent& extent);
+
 /// In a large scan, every n-th sample of each line is enough for medians and shares; 1 in others.
 std::size_t strideOf(const Scan& scan);
 

@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/number.h"
 
 namespace program {
@@ -15,12 +16,16 @@ constexpr long long kLargestCount = 1'000'000;
 
 CLI::Validator validatorOf(Kind kind) {
   switch (kind) {
-    case Kind::place:
-      return numberIn(-kLargestLength, kLargestLength);
     case Kind::angle:
       return numberIn(0.0, 180.0);
     case Kind::count:
       return countIn(0, kLargestCount);
+    case Kind::window:
+      return oddCountUpTo(kLargestCount);
+    case Kind::percent:
+      return numberIn(0.0, 100.0);
+    case Kind::number:
+      return numberIn(-kLargestLength, kLargestLength);
     default:
       return numberIn(0.0, kLargestLength);
   }
@@ -28,12 +33,15 @@ CLI::Validator validatorOf(Kind kind) {
 
 const char* typeNameOf(Kind kind) {
   switch (kind) {
-    case Kind::place:
-      return "COORDINATE";
     case Kind::angle:
       return "DEGREES";
     case Kind::count:
+    case Kind::window:
       return "COUNT";
+    case Kind::percent:
+      return "PERCENT";
+    case Kind::number:
+      return "NUMBER";
     default:
       return "LENGTH";
   }
@@ -115,6 +123,24 @@ Parameters::Parameter& Parameters::find(const std::string& name) {
     throw std::logic_error("no parameter " + name);
   }
   return *found;
+}
+
+void requireLess(const Parameters& parameters, const std::string& less, const std::string& more) {
+  if (parameters.get(less) < parameters.get(more)) {
+    return;
+  }
+  const auto described = [&](const std::string& name) {
+    return optionNameOf(name) + (parameters.isGiven(name) ? " (" : " (by default ") +
+           significant(parameters.get(name), 4) + ")";
+  };
+  std::string remedy;
+  for (const std::string& name : {less, more}) {
+    if (!parameters.isGiven(name)) {
+      remedy += (remedy.empty() ? ". Give " : " and ") + optionNameOf(name);
+    }
+  }
+  throw Failure(ExitCode::usage,
+                described(less) + " must be less than " + described(more) + remedy);
 }
 
 }  // namespace program

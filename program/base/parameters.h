@@ -12,7 +12,14 @@ class Option;
 namespace program {
 
 /// What a parameter measures. It decides which values are accepted and how help names them.
-enum class Kind { length, place, angle, count };
+enum class Kind {
+  length,
+  angle,
+  count,
+  window,  ///< A count of samples that has a middle one, or 0 for no window.
+  percent,
+  number
+};
 
 /// Where a parameter's value comes from.
 enum class Origin { builtIn, derived, given };
@@ -68,5 +75,8 @@ class Parameters {
   std::string group_;
   std::vector<Parameter> parameters_;
 };
+
+/// Checks two limits against each other. @throw Failure (usage)
+void requireLess(const Parameters& parameters, const std::string& less, const std::string& more);
 
 }  // namespace program

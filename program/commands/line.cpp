@@ -64,8 +64,8 @@ Table featureTable(const std::vector<FoundFeature>& features,
                   {"x", unit},
                   {"y", unit},
                   {"z", unit},
-                  {"to y", unit},
-                  {"to z", unit},
+                  {"last y", unit, 3, kOnlyInFiles},
+                  {"last z", unit, 3, kOnlyInFiles},
                   {"value", ""}},
                  {}};
   for (const FoundFeature& f : features) {

@@ -39,8 +39,6 @@ Field field(const char* name, Cell value) {
 }
 
 Report reportOf(const Make& make, const MadeScan& made) {
-  const std::string lines = grouped(static_cast<long long>(made.scan.size()));
-  const std::string samples = grouped(static_cast<long long>(made.scan.front().size()));
   Report report;
   report.command = "make";
   report.fields = {
@@ -59,8 +57,9 @@ Report reportOf(const Make& make, const MadeScan& made) {
     return std::string(slope < 0.0 ? " - " : " + ") + significant(std::abs(slope), 4) + axis;
   };
   report.lines = {
-      "Made: " + make.kind + (make.shape.empty() ? "" : " of shape " + make.shape) + ", " + lines +
-          " lines of " + samples + " samples, in mm; z is the distance from the sensor",
+      "Made: " + make.kind + (make.shape.empty() ? "" : " of shape " + make.shape) + ", " +
+          counted(made.scan.size(), "line") + " of " + counted(made.scan.front().size(), "sample") +
+          ", in mm; z is the distance from the sensor",
       "Plane: z = " + significant(made.plane.c, 5) + term(made.plane.a, " x") +
           term(made.plane.b, " y") + ", tilted by " + fixed(tiltDegrees(made), 2) + " deg"};
   report.tables = tablesOf(made);

@@ -248,9 +248,9 @@ Field axesField(const InputOptions& input, const PlaneChoice& plane) {
 std::vector<std::string> describe(const InputOptions& input, const PreparedScan& scan) {
   std::vector<std::string> lines = {
       "Scan: " + input.path + ", " + scan.loaded.format + ", " +
-      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines, " +
-      grouped(scan.loaded.samples) + " samples, " + withUnit(scan.raw.lineSpacing, input.unit) +
-      " between lines, " + withUnit(scan.raw.sampleSpacing, input.unit) + " between samples"};
+      counted(scan.loaded.scan.size(), "line") + ", " + counted(scan.loaded.samples, "sample") +
+      ", " + withUnit(scan.raw.lineSpacing, input.unit) + " between lines, " +
+      withUnit(scan.raw.sampleSpacing, input.unit) + " between samples"};
   if (!scan.plane.chosen) {
     lines.emplace_back("Plane: none; z is the distance as read");
     return lines;

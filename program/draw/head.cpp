@@ -12,17 +12,17 @@ constexpr double kRow = 20.0;
 constexpr double kSwatchWidth = 22.0;
 constexpr double kAfterSwatch = 7.0;
 constexpr double kBetween = 18.0;
-/// Above the wide characters of any usual font, so that the rows reserved are enough.
+/// Above the mean width in any usual font, so that the rows reserved are enough.
 constexpr double kWidestCharacter = 8.5;
 
-/// Calls `place(entry, at)` with the places of the entries, row by row; returns the rows.
-template <typename Place>
-int layOut(const std::vector<LegendEntry>& legend, double width, Place place) {
+/// Calls `place(entry, at)` with the places of the entries, row by row, whose names are as wide as
+/// `widthOf(name)`; returns the rows.
+template <typename WidthOf, typename Place>
+int layOut(const std::vector<LegendEntry>& legend, double width, WidthOf widthOf, Place place) {
   double x = kSide;
   int row = 0;
   for (const LegendEntry& entry : legend) {
-    const double text = kWidestCharacter * static_cast<double>(entry.name.size());
-    const double needed = kSwatchWidth + kAfterSwatch + text;
+    const double needed = kSwatchWidth + kAfterSwatch + widthOf(entry.name);
     if (x > kSide && x + needed > width - kSide) {
       x = kSide;
       ++row;
@@ -58,7 +58,10 @@ bool overlaps(const cv::Rect2d& label, const std::vector<cv::Rect2d>& taken) {
 }  // namespace
 
 double headHeight(const std::vector<LegendEntry>& legend, double width) {
-  return 70.0 + kRow * layOut(legend, width, [](const LegendEntry&, cv::Point2d) {});
+  const auto widest = [](const std::string& name) {
+    return kWidestCharacter * static_cast<double>(name.size());
+  };
+  return 70.0 + kRow * layOut(legend, width, widest, [](const LegendEntry&, cv::Point2d) {});
 }
 
 void drawHead(Canvas& canvas,
@@ -68,7 +71,8 @@ void drawHead(Canvas& canvas,
               double width) {
   canvas.text(title, {kSide, 22.0}, kTitleText, ink::kText, Anchor::left, true);
   canvas.text(subtitle, {kSide, 46.0}, kText, ink::kFaint);
-  layOut(legend, width, [&](const LegendEntry& entry, cv::Point2d at) {
+  const auto drawn = [&](const std::string& name) { return canvas.textWidth(name, kText); };
+  layOut(legend, width, drawn, [&](const LegendEntry& entry, cv::Point2d at) {
     drawSwatch(canvas, entry, at);
     canvas.text(entry.name, {at.x + kSwatchWidth + kAfterSwatch, at.y}, kText, ink::kText);
   });

@@ -48,8 +48,12 @@ PlaneChoice chooseAutomatically(Scan& scan, const Extent& extent, Messages& mess
     }
     choice.others.push_back(std::move(candidate));
   }
-  messages.warn("no-plane", "no reference plane found: by heights, " + choice.others[0].refused +
-                                "; through all samples, " + choice.others[1].refused +
+  const std::string& heights = choice.others[0].refused;
+  const std::string& region = choice.others[1].refused;
+  messages.warn("no-plane", "no reference plane found: " +
+                                (heights == region ? heights
+                                                   : "by heights, " + heights +
+                                                         "; through all samples, " + region) +
                                 ". The scan stays as it is");
   return choice;
 }
@@ -67,13 +71,14 @@ STesk3DPoint rotated(const double (&m)[9], const STesk3DPoint& p, const cv::Poin
 void addPlaneOptions(CLI::App& command, PlaneOptions& options) {
   std::string names;
   for (const PlaneMethod& method : planeMethods()) {
-    names += std::string(method.name) + ": " + method.finds + "; ";
+    names += std::string("\n  ") + method.name + ": " + method.finds;
   }
   command
       .add_option("--plane", options.method,
-                  "Reference plane to level to. auto: heights, else region; " + names +
-                      "none: leave the scan as it is; or a FILE that calibrate has saved")
-      ->capture_default_str()
+                  "Reference plane to level to (default: auto)\n  auto: heights, else region" +
+                      names +
+                      "\n  none: leave the scan as it is"
+                      "\n  FILE: the plane that calibrate --save has written")
       ->type_name("METHOD")
       ->group("Plane");
   command
@@ -89,6 +94,18 @@ void addPlaneOptions(CLI::App& command, PlaneOptions& options) {
       ->expected(4)
       ->check(numberIn(-1e9, 1e9))
       ->type_name("X0 X1 Y0 Y1")
+      ->group("Plane");
+}
+
+void refusePlane(CLI::App& command, const std::string& why) {
+  const auto check = [why](const std::string& method) {
+    return method == "none" ? std::string{} : "'" + method + "' has no effect: " + why;
+  };
+  command
+      .add_option_function<std::string>(
+          "--plane", [](const std::string&) {}, "none alone: " + why)
+      ->check(CLI::Validator(check, ""))
+      ->type_name("METHOD")
       ->group("Plane");
 }
 

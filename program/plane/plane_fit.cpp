@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <opencv2/core/types.hpp>
+#include <optional>
 #include <vector>
 
 #include "base/number.h"
@@ -73,6 +74,35 @@ double medianHeight(const PlaneCandidate& candidate,
   return heights.empty() ? std::nan("") : quantile(heights, 0.5);
 }
 
+bool determinePlane(const Scan& scan, const std::function<bool(const STesk3DPoint&)>& isUsed) {
+  constexpr double kLeastSquareOfRatio = 1e-12;
+  std::optional<STesk3DPoint> first;
+  double xx = 0.0;
+  double xy = 0.0;
+  double yy = 0.0;
+  STesk3DPoint sum = {};
+  double count = 0.0;
+  for (const Line& line : scan) {
+    for (const STesk3DPosition& sample : line) {
+      if (!isMeasured(sample) || !isUsed(sample.pt3D)) {
+        continue;
+      }
+      first = first.value_or(sample.pt3D);
+      const double x = sample.pt3D.x - first->x;
+      const double y = sample.pt3D.y - first->y;
+      xx += x * x;
+      xy += x * y;
+      yy += y * y;
+      sum = {sum.x + x, sum.y + y, 0.0};
+      count += 1.0;
+    }
+  }
+  xx -= sum.x * sum.x / count;
+  xy -= sum.x * sum.y / count;
+  yy -= sum.y * sum.y / count;
+  return count >= 3.0 && xx * yy - xy * xy > kLeastSquareOfRatio * (xx + yy) * (xx + yy);
+}
+
 void judge(PlaneCandidate& candidate) {
   constexpr double kStandingDegrees = 60.0;
   constexpr double kLeastOnPlane = 0.1;
@@ -83,8 +113,8 @@ void judge(PlaneCandidate& candidate) {
     candidate.refused =
         "tilted by " + fixed(candidate.tiltDegrees, 0) + " deg, so it stands upright";
   } else if (candidate.onPlane < kLeastOnPlane) {
-    candidate.refused = "only " + fixed(100.0 * candidate.onPlane, 1) +
-                        " % of the samples lie within " + significant(candidate.band, 3) + " of it";
+    candidate.refused =
+        "only " + fixed(100.0 * candidate.onPlane, 1) + " % of the samples lie near it";
   }
 }
 

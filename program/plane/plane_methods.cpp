@@ -29,7 +29,7 @@ PlaneCandidate candidateOf(const char* method,
   return candidate;
 }
 
-PlaneCandidate refusal(const char* method, std::string why) {
+PlaneCandidate refusal(const std::string& method, std::string why) {
   PlaneCandidate candidate{};
   candidate.method = method;
   candidate.refused = std::move(why);
@@ -132,16 +132,17 @@ PlaneCandidate byLowest(Scan& scan, const Extent& extent) {
 PlaneCandidate byRegion(Scan& scan, const Extent& extent, const PlaneOptions& options) {
   const std::array<double, 4> all = {extent.x.min, extent.x.max, extent.y.min, extent.y.max};
   const std::array<double, 4> r = options.region.value_or(all);
+  const auto isInside = [&](const STesk3DPoint& p) {
+    return p.x >= r[0] && p.x <= r[1] && p.y >= r[2] && p.y <= r[3];
+  };
+  if (!determinePlane(scan, isInside)) {
+    return refusal("region", "it holds fewer than three samples, or all on one line");
+  }
   // The upper end of the z range limits y: it has to let all of the region pass.
   const STesk3DRangeD region = {{r[0], r[1]}, {r[2], r[3]}, {0.0, r[3]}};
   const SQO_planeCalibPara found = qo_getPlaneCalibPara2_ROI(scan, region);
   PlaneCandidate candidate = candidateOf("region", found, extent);
-  candidate.height = medianHeight(candidate, scan, [&](const STesk3DPoint& p) {
-    return p.x >= r[0] && p.x <= r[1] && p.y >= r[2] && p.y <= r[3];
-  });
-  if (std::isnan(candidate.height)) {
-    return refusal("region", "no sample lies in the region");
-  }
+  candidate.height = medianHeight(candidate, scan, isInside);
   measureFit(candidate, scan, extent);
   return candidate;
 }
@@ -205,6 +206,9 @@ PlaneCandidate tryMethod(const std::string& method,
                          Scan& scan,
                          const Extent& extent,
                          const PlaneOptions& options) {
+  if (!determinePlane(scan, [](const STesk3DPoint&) { return true; })) {
+    return refusal(method, "the scan has fewer than three samples, or all on one line");
+  }
   if (method == "nearest") {
     return byHeights("nearest", scan, extent, false);
   }

@@ -35,6 +35,18 @@ std::vector<FoundFeature> asFound(const Features& features) {
   return found;
 }
 
+/// The library types these as peaks, though they are the farthest samples from the sensor.
+std::vector<FoundFeature> asFound(Features lowest, const char* kind) {
+  for (SQO_basicFeature1D& feature : lowest) {
+    feature.featureType = FEATURE_VALLEY;
+  }
+  std::vector<FoundFeature> found = asFound(lowest);
+  for (FoundFeature& feature : found) {
+    feature.kind = kind;
+  }
+  return found;
+}
+
 std::vector<FoundFeature> asFound(const SQO_lineFeature& line) {
   std::vector<FoundFeature> found = asFound(line.features);
   const std::vector<FoundFeature> ends = asFound(line.endings);
@@ -182,11 +194,15 @@ std::vector<FoundFeature> findPeaks(Line& line, const LineContext& c) {
 }
 
 std::vector<FoundFeature> findDents(Line& line, const LineContext& c) {
+  // The search takes the stamp 16 for the mark of a jump.
+  for (STesk3DPosition& sample : line) {
+    sample.nPointIdx = 0;
+  }
   Features found;
   const Parameters& p = c.parameters;
   qo_getFlatLineLocalPeaks_vector(line, c.lineIdx, p.get("dent.window"), p.get("jump.z"),
                                   p.get("width.max"), found);
-  return asFound(found);
+  return asFound(found, "dent");
 }
 
 std::vector<FoundFeature> findShapes(Line& line, const LineContext& c) {
@@ -232,7 +248,7 @@ std::vector<FoundFeature> findGloveArcs(Line& line, const LineContext& c) {
   const Parameters& p = c.parameters;
   ju_getLineGloveArcs(line, c.lineIdx,
                       {p.get("corner.scale"), p.get("glove.arm"), p.get("glove.angle")}, found);
-  return asFound(found);
+  return asFound(found, "glove arc");
 }
 
 std::vector<FoundFeature> findRaised(Line& line, const LineContext& c) {

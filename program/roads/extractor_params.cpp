@@ -12,9 +12,9 @@ void addExtractorParameters(Parameters& p) {
   p.add("corner.th2", Kind::angle, 40, "jumpCornerTh_2: limit of the second kind of arm");
   p.addDerived("corner.gap-y", Kind::length, "the scale", "minEndingGap: limit in y");
   p.addDerived("corner.gap-z", Kind::length, "4 times the scale", "minEndingGap_z: limit in z");
-  p.addDerived("mask.y-min", Kind::place, "the smallest y", "Start of the samples that are used");
-  p.addDerived("mask.y-max", Kind::place, "the largest y", "End of the samples that are used");
-  p.addDerived("limit.z", Kind::place, "the middle of the scan", "Height that limits the corners");
+  p.addDerived("mask.y-min", Kind::number, "the smallest y", "Start of the samples that are used");
+  p.addDerived("mask.y-max", Kind::number, "the largest y", "End of the samples that are used");
+  p.addDerived("limit.z", Kind::number, "the middle of the scan", "Height that limits the corners");
   p.addDerived("ground.band", Kind::length, "6 times the noise",
                "Samples this near to the plane are ground");
   p.addDerived("ground.distance", Kind::length, "2 times the scale",
@@ -38,7 +38,7 @@ void addExtractorParameters(Parameters& p) {
   p.add("tube.hole", Kind::length, 0, "Holes up to this width are inside of one tube");
   p.addDerived("glove.arm", Kind::length, "60 sample spacings", "Length of the flanks of an arc");
   p.add("glove.angle", Kind::angle, 60, "Smallest turn of an arc");
-  p.add("raised.slope", Kind::length, 2, "Slope dz / dy that a flank exceeds");
+  p.add("raised.slope", Kind::number, 2, "Slope dz / dy that a flank exceeds");
 }
 
 void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneChoice& plane) {
@@ -65,6 +65,9 @@ void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneC
   p.derive("arm.deviation", std::max(6.0 * extent.noise, 2.0 * sample));
   p.derive("tube.unit", 10.0 * sample);
   p.derive("glove.arm", 60.0 * sample);
+  if (p.isGiven("mask.y-min") || p.isGiven("mask.y-max")) {
+    requireLess(p, "mask.y-min", "mask.y-max");
+  }
 }
 
 }  // namespace program

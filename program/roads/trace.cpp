@@ -26,9 +26,17 @@ void mirror(Line& line, double mirrorZ) {
   }
 }
 
+/// Where z falls in the mirror, it rises. The corners of a profile are of no other types.
+int mirrored(int featureType) {
+  return featureType == FEATURE_JUMP_RISE   ? FEATURE_JUMP_FALL
+         : featureType == FEATURE_JUMP_FALL ? FEATURE_JUMP_RISE
+                                            : featureType;
+}
+
 void mirror(std::vector<SQO_basicFeature1D>& features, double mirrorZ) {
   for (SQO_basicFeature1D& feature : features) {
     feature.jumpPos.z = mirrorZ - feature.jumpPos.z;
+    feature.featureType = mirrored(feature.featureType);
   }
 }
 
