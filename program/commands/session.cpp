@@ -237,9 +237,9 @@ Field inputField(const InputOptions& input, const LoadedScan& loaded, const Exte
 }
 
 Field axesField(const InputOptions& input, const PlaneChoice& plane) {
-  const char* meaning = plane.chosen      ? "height over the plane"
-                        : input.zIsHeight ? "distance from the highest sample"
-                                          : "distance";
+  const char* meaning = plane.showsHeights() ? "height over the plane"
+                        : input.zIsHeight    ? "distance from the highest sample"
+                                             : "distance";
   return {"axes", std::vector<Field>{field("line_advances", std::string("x")),
                                      field("sample_follows", std::string("y")),
                                      field("z_is", std::string(meaning))}};
@@ -257,9 +257,10 @@ std::vector<std::string> describe(const InputOptions& input, const PreparedScan&
   }
   const PlaneCandidate& plane = *scan.plane.chosen;
   lines.push_back("Plane: by " + plane.method + ", tilted by " + fixed(plane.tiltDegrees, 2) +
-                  " deg at z = " + withUnit(plane.height, input.unit) + ", " +
-                  fixed(100.0 * plane.onPlane, 1) + " % of the samples within " +
-                  withUnit(plane.band, input.unit) + "; z is the height over it");
+                  " deg at " + (plane.isGround ? "y" : "z") + " = " +
+                  withUnit(plane.height, input.unit) + ", " + fixed(100.0 * plane.onPlane, 1) +
+                  " % of the samples within " + withUnit(plane.band, input.unit) +
+                  (plane.isGround ? "; z is the distance" : "; z is the height over it"));
   return lines;
 }
 

@@ -183,8 +183,8 @@ class Program:
         self.folder = folder
         self.schemas = schemas
 
-    def run(self, *arguments, code=0):
-        """Runs a command with --json and checks its output."""
+    def run(self, *arguments, code=0, z_is=None):
+        """Runs a command with --json and checks its output, and what its z is if that is given."""
         title = "scanline " + " ".join(arguments)
         done = subprocess.run(
             [self.path, *arguments, "--json", "-", "--overwrite", "--quiet"],
@@ -196,6 +196,8 @@ class Program:
         if document["schema"] != "scanline." + arguments[0]:
             fail("%s: its schema is %s" % (title, document["schema"]))
             return
+        if z_is and document["axes"]["z_is"] != z_is:
+            fail("%s: its z is %s" % (title, document["axes"]["z_is"]))
         self.schemas.check(title, document)
 
 
@@ -229,6 +231,8 @@ def run_all(program):
         plane = [] if "--plane" in options else ["--plane", "none"]
         program.run("line", shape + ".npy", "--line", "30", "--extractor", extractor,
                     *options, *plane)
+    # Levelled to a constant y, so that z is no height.
+    program.run("trace", "shelf.npy", "--plane", "ground", code=4, z_is="distance")
     # Empty tables.
     for command in ("gaps", "arcs", "split"):
         program.run(command, "bare.csv", "--plane", "region", code=4)
