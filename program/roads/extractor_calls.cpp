@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "roads/feature_types.h"
+#include "roads/hole_labels.h"
 
 namespace program {
 namespace {
@@ -78,25 +79,6 @@ double levelledZ(double shown, const PlaneChoice& plane) {
 
 SQO_slopeParam slopeParam(const Parameters& p) {
   return {0.0, p.get("slope.z"), p.get("jump.z"), p.get("slope.gap-y")};
-}
-
-/// A label image in which each hole of the line up to a width has a label of its own.
-cv::Mat labelledHoles(const Line& line, int lineIdx, double width) {
-  cv::Mat labels = cv::Mat::zeros(sizeOf(line), lineIdx + 1, CV_32S);
-  int label = 0;
-  int before = -1;
-  for (int i = 0; i < sizeOf(line); ++i) {
-    const STesk3DPosition& sample = line[static_cast<std::size_t>(i)];
-    if (!isMeasured(sample)) {
-      continue;
-    }
-    if (before >= 0 && before + 1 < i &&
-        sample.pt3D.y - line[static_cast<std::size_t>(before)].pt3D.y <= width) {
-      labels(cv::Range(before + 1, i), cv::Range(lineIdx, lineIdx + 1)) = ++label;
-    }
-    before = i;
-  }
-  return labels;
 }
 
 }  // namespace
