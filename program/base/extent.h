@@ -24,8 +24,9 @@ Extent extentOf(const Scan& scan);
 /// @throws Failure (nothingFound) without one
 void requireSpacing(const Extent& extent);
 
-/// In a large scan, every n-th sample of each line is enough for medians and shares; 1 in others.
-std::size_t strideOf(const Scan& scan);
+/// A scan with about two million samples at most: of a large one, every n-th sample of each line,
+/// which is enough for medians, shares and fits.
+Scan thinned(const Scan& scan);
 
 /// The values of an axis (0: x, 1: y, 2: z) of the samples that have one, of which evenly chosen
 /// ones stand for all in a large scan.

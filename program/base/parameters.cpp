@@ -100,6 +100,12 @@ void Parameters::derive(const std::string& name, double value) {
   }
 }
 
+void Parameters::useOnly(const std::vector<const char*>& names) {
+  for (Parameter& parameter : parameters_) {
+    parameter.isUsed = std::find(names.begin(), names.end(), parameter.name) != names.end();
+  }
+}
+
 double Parameters::get(const std::string& name) const {
   return find(name).value.value();
 }

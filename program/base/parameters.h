@@ -40,6 +40,7 @@ class Parameters {
     std::optional<double> value;
     Origin origin;
     CLI::Option* option;
+    bool isUsed = true;  ///< Listed among the parameters of a run.
   };
 
   /// The options are added to a group of this command.
@@ -59,6 +60,9 @@ class Parameters {
   void takeGiven();
   /// Sets a derived value, unless the user has given one.
   void derive(const std::string& name, double value);
+
+  /// Takes all others out of the lists of a run: they have no effect on it.
+  void useOnly(const std::vector<const char*>& names);
 
   [[nodiscard]] double get(const std::string& name) const;
   [[nodiscard]] int count(const std::string& name) const;

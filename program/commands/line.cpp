@@ -84,6 +84,7 @@ void run(LineCommand& options) {
   const PreparedScan scan = session.prepare(options.input, options.plane);
   checkLine(options, scan.loaded.scan);
   deriveExtractorParameters(options.parameters, scan.extent, scan.plane);
+  options.parameters.useOnly(extractor.parameters);
   if (session.printsConfig()) {
     return;
   }

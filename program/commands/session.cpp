@@ -53,8 +53,11 @@ Field rangeField(std::string name, const STeskRangeD& range) {
 std::vector<Field> parameterFields(const Parameters& parameters) {
   std::vector<Field> fields;
   for (const Parameters::Parameter& p : parameters.all()) {
-    fields.push_back({p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
-                                                 field("from", std::string(nameOf(p.origin)))}});
+    if (p.isUsed) {
+      fields.push_back(
+          {p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
+                                      field("from", std::string(nameOf(p.origin)))}});
+    }
   }
   return fields;
 }

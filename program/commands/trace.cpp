@@ -125,13 +125,12 @@ bool writeTreesAsPly(const std::string& path,
 }
 
 std::vector<TracedTree> findTrees(const Trace& trace, const Scan& scan, const TraceParams& params) {
-  const auto lines = static_cast<long long>(scan.size());
-  Progress progress("Tracing", 2 * lines, trace.common.quiet);
-  const Scan clean = cleaned(scan, params, progress);
-  std::vector<TracedTree> trees = traceEdges(clean, params, progress);
+  Progress progress("Tracing", static_cast<long long>(scan.size()), trace.common.quiet);
+  std::vector<TracedTree> trees = traceEdges(scan, params, progress);
   if (trace.both) {
-    Progress again("Tracing along the lines", lines, trace.common.quiet);
-    std::vector<TracedTree> along = traceAlongLines(clean, params, again);
+    const auto samples = static_cast<long long>(scan.front().size());
+    Progress again("Tracing along the lines", samples, trace.common.quiet);
+    std::vector<TracedTree> along = traceAlongLines(scan, params, again);
     std::move(along.begin(), along.end(), std::back_inserter(trees));
     std::stable_sort(trees.begin(), trees.end(),
                      [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });

@@ -32,10 +32,13 @@ void warnOfTilt(const PlaneCandidate& plane, Messages& messages) {
 }
 
 /// The height search first, and all samples together where that finds nothing.
-PlaneChoice chooseAutomatically(Scan& scan, const Extent& extent, Messages& messages) {
+PlaneChoice chooseAutomatically(Scan& scan,
+                                const Scan& few,
+                                const Extent& extent,
+                                Messages& messages) {
   PlaneChoice choice;
   for (const char* method : {"heights", "region"}) {
-    PlaneCandidate candidate = tryMethod(method, scan, extent, {});
+    PlaneCandidate candidate = tryMethod(method, scan, few, extent, {});
     judge(candidate);
     if (candidate.refused.empty()) {
       if (!choice.others.empty()) {
@@ -119,8 +122,9 @@ PlaneChoice choosePlane(Scan& scan,
   if (options.method == "none") {
     return {};
   }
+  const Scan few = thinned(scan);
   if (options.method == "auto") {
-    PlaneChoice choice = chooseAutomatically(scan, extent, messages);
+    PlaneChoice choice = chooseAutomatically(scan, few, extent, messages);
     if (choice.chosen) {
       warnOfTilt(*choice.chosen, messages);
     }
@@ -128,7 +132,7 @@ PlaneChoice choosePlane(Scan& scan,
   }
   PlaneCandidate candidate;
   if (isMethod(options.method)) {
-    candidate = tryMethod(options.method, scan, extent, options);
+    candidate = tryMethod(options.method, scan, few, extent, options);
     judge(candidate);
     if (!candidate.refused.empty()) {
       throw Failure(ExitCode::nothingFound, "--plane " + options.method +
@@ -137,7 +141,7 @@ PlaneChoice choosePlane(Scan& scan,
     }
   } else {
     candidate = readPlane(options.method);
-    measureFit(candidate, scan, extent);
+    measureFit(candidate, few, extent);
   }
   warnOfTilt(candidate, messages);
   return {std::move(candidate), {}};

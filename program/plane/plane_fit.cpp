@@ -34,12 +34,11 @@ double bandOf(const Extent& extent) {
 std::vector<cv::Point3f> samplesNear(const PlaneCandidate& candidate,
                                      const Scan& scan,
                                      double reach) {
-  const std::size_t stride = strideOf(scan);
   std::vector<cv::Point3f> points;
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      const STesk3DPoint& p = line[i].pt3D;
-      if (isMeasured(line[i]) &&
+    for (const STesk3DPosition& sample : line) {
+      const STesk3DPoint& p = sample.pt3D;
+      if (isMeasured(sample) &&
           std::abs(levelledHeight(candidate, p) - candidate.height) <= reach) {
         const STesk3DPoint d = minus(p, candidate.centre);
         points.emplace_back(static_cast<float>(d.x), static_cast<float>(d.y),
@@ -62,12 +61,11 @@ double levelledHeight(const PlaneCandidate& candidate, const STesk3DPoint& p) {
 double medianHeight(const PlaneCandidate& candidate,
                     const Scan& scan,
                     const std::function<bool(const STesk3DPoint&)>& isUsed) {
-  const std::size_t stride = strideOf(scan);
   std::vector<double> heights;
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i]) && isUsed(line[i].pt3D)) {
-        heights.push_back(levelledHeight(candidate, line[i].pt3D));
+    for (const STesk3DPosition& sample : line) {
+      if (isMeasured(sample) && isUsed(sample.pt3D)) {
+        heights.push_back(levelledHeight(candidate, sample.pt3D));
       }
     }
   }
@@ -131,11 +129,10 @@ void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& exten
   double on = 0.0;
   double measured = 0.0;
   double squares = 0.0;
-  const std::size_t stride = strideOf(scan);
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i])) {
-        const double distance = levelledHeight(candidate, line[i].pt3D) - candidate.height;
+    for (const STesk3DPosition& sample : line) {
+      if (isMeasured(sample)) {
+        const double distance = levelledHeight(candidate, sample.pt3D) - candidate.height;
         const bool isNear = std::abs(distance) <= candidate.band;
         measured += 1.0;
         on += isNear ? 1.0 : 0.0;

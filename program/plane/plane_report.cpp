@@ -8,9 +8,10 @@ namespace program {
 std::vector<PlaneCandidate> tryAllPlanes(Scan& scan,
                                          const Extent& extent,
                                          const PlaneOptions& options) {
+  const Scan few = thinned(scan);
   std::vector<PlaneCandidate> planes;
   for (const PlaneMethod& method : planeMethods()) {
-    planes.push_back(tryMethod(method.name, scan, extent, options));
+    planes.push_back(tryMethod(method.name, scan, few, extent, options));
     judge(planes.back());
   }
   return planes;
