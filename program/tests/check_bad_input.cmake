@@ -104,6 +104,8 @@ refuse(2 "good.npy: is the input" trace good.npy --save-scan good.npy --overwrit
 refuse(2 "good.npy: is the input" trace good.npy --save-scan out/../good.npy --overwrite)
 refuse(2 "is not a number" trace good.csv --pitch-x nan)
 refuse(2 "is not a number" trace good.csv --pitch-x 1,5)
+refuse(2 "--shape is missing" make profile --output out/a.npy)
+refuse(2 "--shape has no effect on 'rods'" make rods --shape box --output out/a.npy)
 
 # Output.
 refuse(5 "there is no folder 'nowhere'" trace good.csv --json nowhere/a.json)
