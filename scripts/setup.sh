@@ -14,9 +14,10 @@ packages=(
   libcli11-dev libtomlplusplus-dev nlohmann-json3-dev libcairo2-dev  # the program scanline
 )
 test_packages=(
-  abigail-tools  # abi.sh
-  dpkg-dev       # the test of the Debian packages
-  clang          # the second compiler
+  abigail-tools       # abi.sh
+  dpkg-dev            # the test of the Debian packages
+  clang               # the second compiler
+  python3-jsonschema  # the test of the JSON output
 )
 dev_packages=(
   clang-format-14 clang-tidy-14 doxygen git shellcheck  # lint.sh

@@ -53,8 +53,11 @@ Field rangeField(std::string name, const STeskRangeD& range) {
 std::vector<Field> parameterFields(const Parameters& parameters) {
   std::vector<Field> fields;
   for (const Parameters::Parameter& p : parameters.all()) {
-    fields.push_back({p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
-                                                 field("from", std::string(nameOf(p.origin)))}});
+    if (p.isUsed) {
+      fields.push_back(
+          {p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
+                                      field("from", std::string(nameOf(p.origin)))}});
+    }
   }
   return fields;
 }
@@ -237,9 +240,9 @@ Field inputField(const InputOptions& input, const LoadedScan& loaded, const Exte
 }
 
 Field axesField(const InputOptions& input, const PlaneChoice& plane) {
-  const char* meaning = plane.chosen      ? "height over the plane"
-                        : input.zIsHeight ? "distance from the highest sample"
-                                          : "distance";
+  const char* meaning = plane.showsHeights() ? "height over the plane"
+                        : input.zIsHeight    ? "distance from the highest sample"
+                                             : "distance";
   return {"axes", std::vector<Field>{field("line_advances", std::string("x")),
                                      field("sample_follows", std::string("y")),
                                      field("z_is", std::string(meaning))}};
@@ -248,18 +251,19 @@ Field axesField(const InputOptions& input, const PlaneChoice& plane) {
 std::vector<std::string> describe(const InputOptions& input, const PreparedScan& scan) {
   std::vector<std::string> lines = {
       "Scan: " + input.path + ", " + scan.loaded.format + ", " +
-      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines, " +
-      grouped(scan.loaded.samples) + " samples, " + withUnit(scan.raw.lineSpacing, input.unit) +
-      " between lines, " + withUnit(scan.raw.sampleSpacing, input.unit) + " between samples"};
+      counted(scan.loaded.scan.size(), "line") + ", " + counted(scan.loaded.samples, "sample") +
+      ", " + withUnit(scan.raw.lineSpacing, input.unit) + " between lines, " +
+      withUnit(scan.raw.sampleSpacing, input.unit) + " between samples"};
   if (!scan.plane.chosen) {
     lines.emplace_back("Plane: none; z is the distance as read");
     return lines;
   }
   const PlaneCandidate& plane = *scan.plane.chosen;
   lines.push_back("Plane: by " + plane.method + ", tilted by " + fixed(plane.tiltDegrees, 2) +
-                  " deg at z = " + withUnit(plane.height, input.unit) + ", " +
-                  fixed(100.0 * plane.onPlane, 1) + " % of the samples within " +
-                  withUnit(plane.band, input.unit) + "; z is the height over it");
+                  " deg at " + (plane.isGround ? "y" : "z") + " = " +
+                  withUnit(plane.height, input.unit) + ", " + fixed(100.0 * plane.onPlane, 1) +
+                  " % of the samples within " + withUnit(plane.band, input.unit) +
+                  (plane.isGround ? "; z is the distance" : "; z is the height over it"));
   return lines;
 }
 
