@@ -34,10 +34,6 @@ const SceneKind& kindOf(const std::string& name) {
                        [&](const SceneKind& kind) { return kind.name == name; });
 }
 
-Field field(const char* name, Cell value) {
-  return {name, std::move(value)};
-}
-
 Report reportOf(const Make& make, const MadeScan& made) {
   Report report;
   report.command = "make";

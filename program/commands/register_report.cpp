@@ -8,10 +8,6 @@
 namespace program {
 namespace {
 
-Field field(const char* name, Cell value) {
-  return {name, std::move(value)};
-}
-
 /// What is added to R b.
 cv::Point3d shiftOf(const Motion& motion) {
   return {motion.T.at<double>(0), motion.T.at<double>(1), motion.T.at<double>(2)};

@@ -7,10 +7,6 @@
 namespace program {
 namespace {
 
-Field field(std::string name, Cell value) {
-  return {std::move(name), std::move(value)};
-}
-
 Field rangeField(std::string name, const STeskRangeD& range) {
   return {std::move(name), std::vector<Cell>{range.min, range.max}};
 }

@@ -42,10 +42,6 @@ void addFile(CLI::App& command,
   command.add_option(name, path, help)->type_name("FILE")->group("Output")->check(validator);
 }
 
-Field field(std::string name, Cell value) {
-  return {std::move(name), std::move(value)};
-}
-
 std::vector<Field> parameterFields(const Parameters& parameters) {
   std::vector<Field> fields;
   for (const Parameters::Parameter& p : parameters.all()) {

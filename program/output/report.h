@@ -35,6 +35,10 @@ struct Field {
   std::variant<Cell, std::vector<Field>, std::vector<Cell>> value;
 };
 
+inline Field field(std::string name, Cell value) {
+  return {std::move(name), std::move(value)};
+}
+
 /// What a command found: written as text to the standard output, as JSON and as CSV.
 struct Report {
   std::string command;        ///< The schema is "scanline.<command>".
