@@ -103,7 +103,7 @@ const std::vector<ProfileShape>& profileShapes() {
       plain("pedestal", "a block on a pedestal on the ground", kPedestal),
       plain("panels", "three panels with a narrow and a wide joint", kPanels),
       plain("soft-steps", "steps that spread over samples, and a ramp", kSoftSteps),
-      withHole({64.5, 70}, plain("stairs", "high and low steps, one behind a hole", kStairs)),
+      withHole({64.5, 70}, plain("stairs", "high and low steps, one after a hole", kStairs)),
       hills(),
       dents(),
       plain("bank", "a box with sharp walls, a V groove, and a bank", kBank),
