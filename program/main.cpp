@@ -13,6 +13,7 @@
 
 #include <scanline/version.h>
 #include "base/failure.h"
+#include "base/help.h"
 #include "commands/commands.h"
 
 namespace program {
@@ -30,7 +31,12 @@ int ignoreError(int, const char*, const char*, const char*, int, void*) {
 }
 
 void addCommands(CLI::App& program, Body& body) {
-  program.set_version_flag("--version", "scanline " SCANLINE_VERSION_STRING);
+  // Commands take it over when they are added.
+  program.formatter_fn([](const CLI::App* app, const std::string& name, CLI::AppFormatMode) {
+    return helpOf(*app, name);
+  });
+  program.set_version_flag("--version", "scanline " SCANLINE_VERSION_STRING, "Print the version");
+  program.set_help_flag("-h,--help", "Print this help");
   program.require_subcommand(1);
   program.footer("scanline COMMAND --help lists the options of a command.");
   addInfo(program, body);
@@ -72,7 +78,10 @@ int run(int argc, char** argv) {
   } catch (const CLI::Success& help) {
     return program.exit(help);
   } catch (const CLI::ParseError& error) {
-    return fail(ExitCode::usage, std::string(error.what()) + ". See scanline --help");
+    const auto commands = program.get_subcommands();
+    const std::string command = commands.empty() ? "" : commands.front()->get_name() + " ";
+    return fail(ExitCode::usage,
+                std::string(error.what()) + ". See scanline " + command + "--help");
   } catch (const Failure& failure) {
     return fail(failure.code(), failure.what());
   } catch (const std::bad_alloc&) {

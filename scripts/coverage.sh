@@ -15,13 +15,28 @@ scripts/setup.sh --dev
     -exec {} --gtest_brief=1 \;
 ) >&2
 
-report=(gcovr --root . --filter src/ --exclude-throw-branches --exclude-unreachable-branches)
-"${report[@]}" build/coverage --json build/coverage/coverage.json \
-  --html-details build/coverage/coverage.html
-"${report[@]}" --add-tracefile build/coverage/coverage.json --branches
+report=(gcovr --root . --filter src/ --exclude-unreachable-branches)
+"${report[@]}" build/coverage --json build/coverage/coverage.json
+# Where a copy of a function never ran, gcov does not say which of its branches only an exception
+# takes. So these branches go after all copies have been merged, not by --exclude-throw-branches.
+python3 - build/coverage/coverage.json <<'END'
+import json
+import sys
+
+with open(sys.argv[1], "r+") as file:
+    report = json.load(file)
+    for line in (line for source in report["files"] for line in source["lines"]):
+        line["branches"] = [branch for branch in line["branches"] if not branch["throw"]]
+    file.seek(0)
+    file.truncate()
+    json.dump(report, file)
+END
+report+=(--add-tracefile build/coverage/coverage.json)
+"${report[@]}" --html-details build/coverage/coverage.html
+"${report[@]}" --branches
 echo
 printf '%-14s%10s%10s%10s\n' room branches taken 'per cent'
-"${report[@]}" --add-tracefile build/coverage/coverage.json --csv | awk -F, '
+"${report[@]}" --csv | awk -F, '
   NR == 1 { for (i = 1; i <= NF; ++i) column[$i] = i; next }
   {
     split($column["filename"], path, "/")

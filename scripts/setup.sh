@@ -15,9 +15,10 @@ packages=(
   pybind11-dev python3-dev python3-numpy                             # the Python package
 )
 test_packages=(
-  abigail-tools  # abi.sh
-  dpkg-dev       # the test of the Debian packages
-  clang          # the second compiler
+  abigail-tools       # abi.sh
+  dpkg-dev            # the test of the Debian packages
+  clang               # the second compiler
+  python3-jsonschema  # the test of the JSON output
   # The tests and examples of the Python package, and its wheel.
   python3-pytest python3-hypothesis python3-matplotlib python3-dask python3-distributed mypy
   python3-pil python3-tifffile python3-meshio python3-pandas

@@ -1,6 +1,6 @@
 # Fails if a source file is missing from the CMakeLists.txt of its folder, and so is never built.
 file(GLOB sources RELATIVE ${root} ${root}/src/*/*.cpp ${root}/bench/*.cpp
-     ${root}/examples/*/*.cpp ${root}/tests/test_*.cpp ${root}/program/tests/*.cpp)
+     ${root}/tests/test_*.cpp ${root}/program/tests/*.cpp)
 if(NOT sources)
   message(FATAL_ERROR "No sources under ${root}")
 endif()

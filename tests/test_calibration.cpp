@@ -38,16 +38,19 @@ Values all(const SQO_planeCalibPara& record) {
 }
 
 TEST(ComputeRTMatrix, NearlyParallelAndZeroDirections) {
+  // Of length 1: at the thresholds exactly.
+  const double sine = std::sqrt(1 - 0.9999999 * 0.9999999);
+  const double nearOne = 1 - 5e-15;
   std::tuple<STesk3DPoint, STesk3DPoint, Values> cases[] = {
       {{0, 0, -5}, {0, 0, -1}, kIdentity},
       {{0, 0.00044, -1}, {0, 0, -1}, kIdentity},
-      {{0, 0.00046, -1}, {0, 0, -1}, {}},
+      {{0, sine, -0.9999999}, {0, 0, -1}, {}},
       {{0.00044, 0, 1}, {0, 0, -1}, kHalfTurnAboutX},
-      {{0, 0.00046, 1}, {0, 0, -1}, {}},
+      {{0, sine, 0.9999999}, {0, 0, -1}, {}},
       {{1, 1, 0}, {-1, -1, 0}, kHalfTurnAboutX},
       {{1, 0.9e-7, -0.9e-7}, {-1, 0, 0}, kHalfTurnAboutY},
-      {{1, 1.1e-7, 0}, {-1, 0, 0}, kHalfTurnAboutX},
-      {{1, 0, 1.1e-7}, {-1, 0, 0}, kHalfTurnAboutX},
+      {{nearOne, 1e-7, 0}, {-1, 0, 0}, kHalfTurnAboutX},
+      {{nearOne, 0, 1e-7}, {-1, 0, 0}, kHalfTurnAboutX},
       {{0.9e-7, 0, 0}, {0, 0, -1}, kIdentity},
       {{0, 1, 0}, {0, 0, 0.9e-7}, kIdentity},
       {{1e200, 0, 0}, {0, 0, -1}, kIdentity},  // The length overflows.

@@ -168,6 +168,19 @@ TEST(Split, CutsLongStaircaseInLineOrder) {
   }
 }
 
+TEST(Split, StopsWhereOnlyRoundingSeparates) {
+  for (int slope = -20; slope < 20; ++slope) {
+    Line line = build::profileLine(9, 0.4, [=](double y) { return 50.1 + 0.1 * slope * y; });
+    Runs pieces;
+    split({0, 9, 7}, line, 1e-9, pieces);
+    ASSERT_TRUE(pieces.size() == 1 && pieces[0].len == 9) << slope;
+    split({0, 9, 7}, line, 1e-300, pieces);
+    for (std::size_t i = 2; i < pieces.size(); ++i) {
+      EXPECT_GE(pieces[i].start, pieces[i - 1].start + pieces[i - 1].len - 1) << slope;
+    }
+  }
+}
+
 TEST(SurfaceLineSegment, PicksFlattestOfWantedLength) {
   // Samples up to `wallY` in y share their y.
   const std::tuple<const char*, Z, STeskRangeD, const char*, const char*, double> cases[] = {

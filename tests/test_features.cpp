@@ -63,22 +63,22 @@ TEST(DownJumps, ReportGrowthOnTheSampleBefore) {
   EXPECT_EQ(build::stampsOf(line), (std::vector<int>{0, 1, 2, 3, 4, 5, 6}));
 }
 
-// Tubes of three samples, two samples apart. The last one is reported only if it was joined.
+// Tubes with a narrow hole, two samples apart. The last one is reported only if it was joined.
 TEST(UpperSemiCircles, JoinNeighboursAcrossALabel) {
   const std::tuple<std::vector<int>, Found> cases[] = {
-      {{0, 0, 0, 0, 0, 0}, {{0, 2}, {5, 7}, {10, 12}}},
-      {{1, 2, -1, -1, 3, 4}, {{0, 2}, {5, 7}, {10, 12}}},
-      {{1, 1, 2, 2, 0, 0}, {{0, 7}, {10, 12}}},
-      {{0, 0, 9, 9, 9, 9}, {{0, 2}, {5, 12}}}};
+      {{0, 0, 0, 0, 0, 0}, {{0, 3}, {6, 9}, {12, 15}}},
+      {{1, 2, -1, -1, 3, 4}, {{0, 3}, {6, 9}, {12, 15}}},
+      {{1, 1, 2, 2, 0, 0}, {{0, 9}, {12, 15}}},
+      {{0, 0, 9, 9, 9, 9}, {{0, 3}, {6, 15}}}};
   for (const auto& [labels, expected] : cases) {
-    Line line = build::lineOfZ({5, 4, 5, 0, 0, 5, 4, 5, 0, 0, 5, 4, 5, 0, 0, 5, 4, 5});
+    Line line = build::lineOfZ({5, 0, 4, 5, 0, 0, 5, 0, 4, 5, 0, 0, 5, 0, 4, 5, 0, 0, 5, 0, 4, 5});
     cv::Mat image = cv::Mat::zeros(static_cast<int>(line.size()), 9, CV_32S);
     for (int hole = 0; hole < 3; ++hole) {
-      image.at<int>(5 * hole + 3, 7) = labels[2 * hole];
-      image.at<int>(5 * hole + 4, 7) = labels[2 * hole + 1];
+      image.at<int>(6 * hole + 4, 7) = labels[2 * hole];
+      image.at<int>(6 * hole + 5, 7) = labels[2 * hole + 1];
     }
     std::vector<SQO_featureSemiCircle> arcs;
-    qo_getLineUpperSemiCircleFeature(line.data(), 18, 7, 2.0, {9, 9, 9, 1.5}, arcs, image);
+    qo_getLineUpperSemiCircleFeature(line.data(), 22, 7, 2.0, {9, 9, 9, 2.5}, arcs, image);
     Found found;
     for (const SQO_featureSemiCircle& arc : arcs) {
       found.emplace_back(arc.startPtIdx, arc.endPtIdx);
@@ -108,6 +108,21 @@ TEST(RingArcs, LimitsOfTurnAndChord) {
   line.erase(line.begin() + 18, line.end());
   const SJU_segFeature filling = arcsOf({0.0, 100.0}, 90.0).at(0);
   EXPECT_TRUE(filling.startPtIdx == 0 && filling.endPtIdx == 17 && line[17].nPointIdx == 17);
+}
+
+// Edges at y = 4 and 8, which are 3 apart in x.
+TEST(LineGaps, LimitsOfTheWidthAreStrict) {
+  Line line = build::profileLine(
+      13, 1.0, [](double y) { return 50.0 + std::max(2.0, std::abs(y - 6.0)); }, 2.0);
+  line[8].pt3D.x = 5.0;
+  const auto gapsOf = [&line](STeskRangeD width) {
+    std::vector<SQO_basicFeatureGap> gaps;
+    qo_getLineGapFeature(line, 7, {0.0, 9.0, 1.0, 40.0, 0.0, 0.0}, width, gaps);
+    return gaps;
+  };
+  EXPECT_TRUE(gapsOf({5.0, 9.0}).empty() && gapsOf({1.0, 5.0}).empty());
+  const SQO_basicFeatureGap gap = gapsOf({4.75, 5.25}).at(0);
+  EXPECT_TRUE(gap.lineIdx == 7 && gap.gapStart.nPointIdx == 4 && gap.gapEnd.nPointIdx == 8);
 }
 
 }  // namespace

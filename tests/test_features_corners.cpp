@@ -45,13 +45,24 @@ double pick(std::mt19937& rng, std::initializer_list<double> values) {
   return values.begin()[rng() % values.size()];
 }
 
+/// Teeth of nearly equal height at one place, hundreds in a row, between single samples far away.
+/// All neighbours lie beyond a row.
+Line combLine(std::mt19937& rng) {
+  Line line;
+  for (int i = 0; i < 500; ++i) {
+    const double y = rng() % 150 == 0 ? pick(rng, {-6.0, -3.0, 3.0, 6.0}) : 0.0;
+    line.push_back({i, {3.0, y, 50.0 + 0.75 * (i % 2)}});
+  }
+  return line;
+}
+
 /// A line with holes, jumps, corners and NaN. Long ones hardly advance, so neighbours are hundreds
 /// of samples away. On some, equal turn angles differ by rounding only.
 Line randomLine(std::mt19937& rng) {
   const double count = pick(rng, {0.0, 1.0, 9.0, 10.0, 20.0, 40.0, 40.0, 40.0, 40.0, 400.0});
   const double unit = count > 40.0 ? 0.03125 : 1.0;
   const double jitter = pick(rng, {0.0, 0.0, 1e-14, 1e-12});
-  STesk3DPoint at = {3.0, -12.0, 50.0};
+  STesk3DPoint at = {3.0, pick(rng, {-11.5, 12.0}), 50.0};
   Line line;
   for (int i = 0; i < count; ++i) {
     at.x += pick(rng, {0.0, 0.0, 0.0, 0.75});
@@ -73,7 +84,7 @@ struct Case {
   std::mt19937& rng;
 
   [[nodiscard]] int size() const {
-    return static_cast<int>(line.size());
+    return line.empty() ? -5 : static_cast<int>(line.size());
   }
 };
 
@@ -81,10 +92,11 @@ Case randomCase(std::mt19937& rng) {
   const SQO_cornerParam param = {pick(rng, {1.0, 2.0, 5.0, 1e9}),
                                  pick(rng, {1.0, 2.0, 4.0, 1e9}),
                                  pick(rng, {0.0, 1.0, 1.0, 2.0, 3.0, 5.0, 1e9, std::nan("")}),
-                                 pick(rng, {0.0, 0.0, 45.0, 90.0}),
-                                 pick(rng, {0.0, 30.0, 45.0, 90.0, 91.0}),
+                                 pick(rng, {0.0, 0.0, 45.0, 90.0, -20.25, -300.0}),
+                                 pick(rng, {0.0, 0.5, 30.0, 45.0, 90.0, 91.0}),
                                  pick(rng, {0.0, 30.0, 45.0, 60.0})};
-  return {randomLine(rng), param, pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0}), rng};
+  const Line line = rng() % 30 == 0 ? combLine(rng) : randomLine(rng);
+  return {line, param, pick(rng, {0.0, 2.0, 5.0, 40.0, 45.0, 60.0}), rng};
 }
 
 /// Compares features, and the line after a search. Returns whether there are any features.
@@ -135,13 +147,62 @@ bool comparePsm(const Case& c) {
 
 bool compareGround(const Case& c) {
   std::vector<int> mask(c.line.size());
-  std::generate(mask.begin(), mask.end(), [&c] { return static_cast<int>(c.rng() % 10); });
+  const int density = c.rng() % 2 == 0 ? 10 : 200;
+  std::generate(mask.begin(), mask.end(), [&] { return static_cast<int>(c.rng() % density); });
   Line line = c.line;
   Features found;
   qo_getLineContourCornerFeature_groundMask_BQ(line, mask, kLine, c.limit, c.param, found);
   const auto profile =
       plain::profileOf(c.line, false, c.param.minEndingGap, c.param.minEndingGap_z);
   return compare(found, plain::groundCorners(profile, mask, kLine, c.limit, c.param), line, c.line);
+}
+
+bool compareReference(const Case& c) {
+  const auto profile =
+      plain::profileOf(c.line, false, c.param.minEndingGap, c.param.minEndingGap_z);
+  const auto arms = plain::armsOf(profile, c.param.scale, true);
+  std::vector<int> types(profile.size());
+  for (const int i : plain::peaksOf(profile, arms, 1, false, c.param.cornerTh, 2 * c.param.scale)) {
+    types[i] = plain::flatArm(arms[i], c.param);
+  }
+  Line marked = c.line;
+  markEnds(profile, marked);
+  Features expected;
+  for (std::size_t i = 0; i < profile.size(); ++i) {
+    int& word = marked[profile[i].sample].nPointIdx;
+    int type = std::abs(profile[i].at.z - c.limit) < 10.0 ? types[i] : 0;
+    if (const int ends = word >> 20; types[i] == 0 && (ends == 1 || ends == 2)) {
+      const double arm = ends == 1 ? arms[i].fore : arms[i].back;
+      type = std::abs(arm) < c.param.jumpCornerTh_1 ? 3 - ends : 0;
+    }
+    word |= types[i] << 16;
+    if (type != 0) {
+      expected.push_back(plain::featureAt(profile[i], kLine, type));
+    }
+  }
+  Line line = c.line;
+  Features found;
+  qo_getLineCornerFeature_BQ(line.data(), c.size(), kLine, c.limit, c.param, found);
+  return compare(found, expected, line, marked);
+}
+
+bool compareByArms(const Case& c) {
+  const auto profile = plain::profileOf(c.line, false, INFINITY, c.param.minEndingGap_z);
+  const auto arms = plain::armsOf(profile, c.param.scale);
+  const auto isFlat = [&](double arm) { return std::abs(arm) < c.param.jumpCornerTh_1; };
+  const auto isSteep = [&](double arm) { return std::abs(arm) > c.param.jumpCornerTh_2; };
+  Features expected;
+  for (const int i : plain::peaksOf(profile, arms, 1, true, c.param.cornerTh, 2 * c.param.scale)) {
+    const auto [valid, back, fore, turn, backZ, foreZ] = arms[i];
+    const int type = isFlat(back) && isSteep(fore)   ? FEATURE_JUMP_FALL
+                     : isFlat(fore) && isSteep(back) ? FEATURE_JUMP_RISE
+                                                     : FEATURE_CORNER_OTHER;
+    expected.push_back(plain::featureAt(profile[i], kLine, type));
+  }
+  Line line = c.line;
+  Features found;
+  ju_getLineCorerFeature(line, kLine, c.param, found);
+  return compare(found, expected, line, c.line);
 }
 
 bool compareGloveArcs(const Case& c) {
@@ -154,8 +215,9 @@ bool compareGloveArcs(const Case& c) {
 }
 
 TEST(CornerFamily, FollowsThePlainRules) {
-  constexpr bool (*kComparisons[])(const Case&) = {compareGeneral, compareMasked, comparePsm,
-                                                   compareGround, compareGloveArcs};
+  constexpr bool (*kComparisons[])(const Case&) = {compareGeneral,  compareMasked,    comparePsm,
+                                                   compareGround,   compareReference, compareByArms,
+                                                   compareGloveArcs};
   std::mt19937 rng;
   std::vector<int> found(std::size(kComparisons));
   for (int round = 0; round < 1500; ++round) {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <Eigen/Eigenvalues>
 #include <cfloat>
 #include <climits>
 #include <cmath>
@@ -19,7 +20,8 @@ Values valuesOf(const STesk3DPoint& point) {
 }
 
 TEST(LineFormulas, Angles) {
-  const std::vector<Values> cases = {{350, 10, 20}, {-90, 90, 180}, {0, 181, 179}, {400, 0, -40}};
+  const std::vector<Values> cases = {
+      {350, 10, 20}, {-90, 90, 180}, {0, 180.5, 179.5}, {180.5, 0, 179.5}, {400, 0, -40}};
   for (const Values& v : cases) {
     EXPECT_EQ(computeAngleDiff(v[0], v[1]), v[2]) << v[0] << " and " << v[1];
   }
@@ -103,6 +105,26 @@ TEST(FitLine3D, NeedsTwoFinitePoints) {
   EXPECT_EQ(fitAxis({{1, 2, 3}}), Values({7, 7, 7, 7, 7, 7, 0}));
   const Values fit = fitAxis({{1, NAN, 3}, {1, 2, 5}});
   EXPECT_EQ(Values(fit.begin() + 2, fit.end()), Values({4, 7, 7, 7, 0}));
+}
+
+TEST(FitLine3D, AgreesWithEigensOwnProductInEveryBit) {
+  build::Random random(3);
+  for (int count = 2; count < 3000; count += count < 40 ? 1 : 977) {
+    Eigen::MatrixX3d matrix(count, 3);
+    Points points;
+    for (int i = 0; i < count; ++i) {
+      points.push_back({random.grid(-9, 9), random.grid(1, 5), random.grid(20, 60)});
+      matrix.row(i) << points[i].x, points[i].y, points[i].z;
+    }
+    const Eigen::RowVector3d centre = matrix.colwise().mean();
+    matrix.rowwise() -= centre;
+    const Eigen::Matrix3d scatter = matrix.transpose() * matrix;
+    const Eigen::SelfAdjointEigenSolver<Eigen::Matrix3d> solver(scatter);
+    const Eigen::Vector3d axis = solver.eigenvectors().col(2).normalized();
+    ASSERT_EQ(fitAxis(points),
+              Values({centre[0], centre[1], centre[2], axis[0], axis[1], axis[2], 1}))
+        << count;
+  }
 }
 
 using CvPoint = cv::Point3_<double>;

@@ -107,7 +107,7 @@ TEST(LocalPeaks, AgreeWithAPlainVisitOfTheBlocks) {
   for (int i = 0; i < 600; ++i) {
     cv::Mat map =
         randomMap(random, random.uniform(1, 41), random.uniform(1, 41), kSpecialPeriods[i % 5]);
-    const int w = random.uniform(2, 13);
+    const int w = random.uniform(2, i % 3 == 0 ? 40 : 13);
     const SQO_localPkParam block = {w, i % 2 == 0 ? w : random.uniform(2, 13)};
     std::vector<SQO_2DValueI> found = {{1, 2, 3, 4.0, 5}};
     std::vector<SQO_2DValueI> expected = found;

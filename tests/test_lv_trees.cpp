@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -41,8 +42,7 @@ struct LVGrowing : testing::Test {
   void ending(int line, double y, int type = FEATURE_SEG_START) {
     lines[line].endings.push_back(feature(line, y, type));
   }
-  Trees grow(const SQO_bagParam& bag) {
-    Trees trees;
+  Trees grow(const SQO_bagParam& bag, Trees trees = {}) {
     starts = ends = {{-1, 0, 0, 0.0, 0}};
     qo_LVFeatureGrowing(lines, trees, bag, kParam, starts, ends);
     return trees;
@@ -75,6 +75,38 @@ TEST_F(LVGrowing, TakesTheLowestOfEquallyFrequentTypes) {
   edge(0.0, 0, 3, FEATURE_V);
   lines[1].features[0].featureType = lines[3].features[0].featureType = FEATURE_SLOPE_RISE;
   EXPECT_EQ(grow({1.0, 1.0})[0].treeType, FEATURE_SLOPE_RISE);
+}
+
+TEST_F(LVGrowing, LooksForEndingsFromTheFirstLineToTheLast) {
+  edge(0.0, 1, 29);
+  ending(0, 0.5);
+  ending(29, 0.5, FEATURE_SEG_END);
+  Trees before;
+  for (const int line : {-2, -1, 0}) {
+    before.push_back({TREE_CLOSED, FEATURE_PEAK, line, line, 0.0, {}, {}, {}, -1});
+    before.back().treeNodes = {feature(line, -50.0 + 10.0 * line)};
+    ending(std::max(0, line + 1), -50.0 + 10.0 * line);
+  }
+  std::string expected = "2 -2--2: -70 -70; 2 -1--1: -60 -60; 2 0-0: -50 -50; 2 1-29: 0.5";
+  for (int line = 1; line <= 29; ++line) {
+    expected += " 0";
+  }
+  EXPECT_EQ(text(grow({1.0, 1.0}, before)), expected + "; ");
+  EXPECT_EQ(ends.size(), 2U) << "an ending on the last line of a tree is not after it";
+}
+
+TEST_F(LVGrowing, IgnoresTypesThatDoNotExist) {
+  Trees trees(3);
+  trees[0].treeType = trees[1].treeType = FEATURE_PEAK;
+  for (const int type : {-1, 0, 0, 16, 16, 16, 2}) {
+    trees[0].treeNodes.push_back(feature(0, 0.0, type));
+  }
+  trees[1].treeNodes = {feature(0, 0.0, FEATURE_JUMP_RISE)};
+  trees[2].xRange = trees[2].yRange = {7.0, 7.0};
+  trees = grow({1.0, 1.0}, trees);
+  EXPECT_EQ(trees[0].treeType, FEATURE_PEAK) << "0 is no type";
+  EXPECT_EQ(trees[1].treeType, FEATURE_JUMP_RISE);
+  EXPECT_EQ(trees[2].xRange.max + trees[2].yRange.max, 0.0) << "no nodes";
 }
 
 /// Extent of a tree in x and y, and its type.
@@ -112,6 +144,9 @@ TEST(LVTrees, AreRemovedIfTheyDoNotSuitTheObject) {
   EXPECT_EQ(kept({16, 10}, {low, inner, high}), "012") << "half an object long";
   EXPECT_EQ(kept({20 / 1.3, 11}, {low, inner, high}), "012") << "neighbours far enough apart";
   EXPECT_EQ(kept({16, 11}, {low, inner, {5, 10, 10, 10, 1}, high}), "023");
+  EXPECT_EQ(kept({16, 11}, {inner, low, {0, 29, -20, 0}, high}), "123")
+      << "of lower neighbours with equal bounds, the earliest counts";
+  EXPECT_EQ(kept({14, 11}, {low, high, {0, 29, 11, 20}, inner}), "0123") << "and of upper ones too";
   EXPECT_EQ(kept({16, 11}, {inner, high}) + kept({16, 11}, {low, inner}), "0101");
   for (const Extent& same : {Extent{5, 29, 0, 0}, {0, 10, 0, 0}, {0, 29, 0, 10}}) {
     EXPECT_EQ(kept({99, 11}, {same, inner, high}), "012")

@@ -47,4 +47,13 @@ TEST(Bounds, AgreeInAllFourFunctions) {
   EXPECT_TRUE(para.ptStep == -1.0 && para.scanLineStep == -1.0) << "no sample has a neighbour";
 }
 
+TEST(PointCloudPara, StepsAreMeanDistancesFromMeasuredNeighbours) {
+  build::Scan scan = {
+      {sample(0, 0, 5), sample(0, 2, 5), sample(0, 9, 0), sample(0, 10, 0.0001), sample(0, 40, 5)},
+      {sample(3, 0, 5), sample(-1, 5, 5), sample(80, 1, 5), sample(70, 2, 5)}};
+  const SJU_pointCloudPara para = ju_getPointCloudPara(scan);
+  EXPECT_EQ(para.ptStep, (2.0 + 5.0 + 4.0 + 1.0) / 4);
+  EXPECT_EQ(para.scanLineStep, (3.0 + 1.0) / 2);
+}
+
 }  // namespace

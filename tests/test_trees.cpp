@@ -132,7 +132,14 @@ TEST(EndingGrowing, AgreesWithAPlainSearchOfTheWholeList) {
       }
     }
     const double checkDist = 0.75 * random.whole(-1, 8);
-    const Trees passedIn = random.passedIn();
+    Trees passedIn = random.passedIn();
+    if (isLong) {  // a tree with long runs of nodes that are not finite
+      Features nodes(80, feature(0, kNaN, type));
+      for (const int k : {0, 48, 63, 64, 78, 79}) {
+        nodes[k].jumpPos = random.node(0).jumpPos;
+      }
+      passedIn.push_back(treeOf(nodes));
+    }
     Trees trees = passedIn, directed = passedIn;
     auto lines = build::pointerForm(scan);
     qo_getEndingGrowingTrees(positions, lines.data(), isLineFirst, type, trees, param);

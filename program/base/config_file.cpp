@@ -133,7 +133,7 @@ std::string configOf(const CLI::App& command, const Parameters& parameters) {
     }
   }
   for (const Parameters::Parameter& parameter : parameters.all()) {
-    if (parameter.value) {
+    if (parameter.value && parameter.isUsed) {
       text += settingOf(parameter.option->get_lnames().front(), {exact(*parameter.value)}) +
               "  # " + nameOf(parameter.origin) + '\n';
     }

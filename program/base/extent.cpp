@@ -5,6 +5,8 @@
 #include <limits>
 #include <utility>
 
+#include "base/failure.h"
+
 namespace program {
 namespace {
 
@@ -12,17 +14,40 @@ constexpr double kMedian = 0.5;
 /// A robust standard deviation is this multiple of the median absolute deviation.
 constexpr double kDeviationOfMedian = 1.4826;
 
-STeskRangeD rangeOf(const Scan& scan, double STesk3DPoint::*axis) {
-  STeskRangeD range = {std::numeric_limits<double>::infinity(),
-                       -std::numeric_limits<double>::infinity()};
+/// In a large scan, every n-th sample of each line is enough for medians and shares; 1 in others.
+std::size_t strideOf(const Scan& scan) {
+  constexpr std::size_t kEnough = 2'000'000;
+  std::size_t samples = 0;
+  for (const Line& line : scan) {
+    samples += line.size();
+  }
+  return samples / kEnough + 1;
+}
+
+struct Box {
+  STeskRangeD x;
+  STeskRangeD y;
+  STeskRangeD z;
+};
+
+void include(STeskRangeD& range, double value) {
+  range = {std::min(range.min, value), std::max(range.max, value)};
+}
+
+Box boxOf(const Scan& scan) {
+  constexpr double kInf = std::numeric_limits<double>::infinity();
+  constexpr STeskRangeD kNone = {kInf, -kInf};
+  Box box = {kNone, kNone, kNone};
   for (const Line& line : scan) {
     for (const STesk3DPosition& sample : line) {
       if (isMeasured(sample)) {
-        range = {std::min(range.min, sample.pt3D.*axis), std::max(range.max, sample.pt3D.*axis)};
+        include(box.x, sample.pt3D.x);
+        include(box.y, sample.pt3D.y);
+        include(box.z, sample.pt3D.z);
       }
     }
   }
-  return range;
+  return box;
 }
 
 double medianOf(std::vector<double> values) {
@@ -45,14 +70,15 @@ double sampleSpacing(const Scan& scan) {
 
 /// Median of the steps in x between the middles of neighbouring lines.
 double lineSpacing(const Scan& scan) {
+  const std::size_t stride = strideOf(scan);
   std::vector<double> middles;
   std::vector<double> steps;
   double before = std::nan("");
   for (const Line& line : scan) {
     middles.clear();
-    for (const STesk3DPosition& sample : line) {
-      if (isMeasured(sample)) {
-        middles.push_back(sample.pt3D.x);
+    for (std::size_t i = 0; i < line.size(); i += stride) {
+      if (isMeasured(line[i])) {
+        middles.push_back(line[i].pt3D.x);
       }
     }
     const double middle = middles.empty() ? std::nan("") : quantile(middles, kMedian);
@@ -82,13 +108,23 @@ double noiseOf(const Scan& scan) {
 
 }  // namespace
 
-std::size_t strideOf(const Scan& scan) {
-  constexpr std::size_t kEnough = 2'000'000;
-  std::size_t samples = 0;
-  for (const Line& line : scan) {
-    samples += line.size();
+void requireSpacing(const Extent& extent) {
+  if (!(extent.sampleSpacing > 0.0 || extent.lineSpacing > 0.0)) {
+    throw Failure(ExitCode::nothingFound,
+                  "the scan has no neighbouring samples, so there is nothing to find");
   }
-  return samples / kEnough + 1;
+}
+
+Scan thinned(const Scan& scan) {
+  const std::size_t stride = strideOf(scan);
+  Scan few(scan.size());
+  forEachLine(scan, [&](std::size_t l) {
+    few[l].reserve(scan[l].size() / stride + 1);
+    for (std::size_t i = 0; i < scan[l].size(); i += stride) {
+      few[l].push_back(scan[l][i]);
+    }
+  });
+  return few;
 }
 
 double quantile(std::vector<double>& values, double share) {
@@ -114,12 +150,13 @@ std::vector<double> sampledValues(const Scan& scan, int axis) {
 
 Extent extentOf(const Scan& scan) {
   Extent extent{};
-  extent.z = rangeOf(scan, &STesk3DPoint::z);
-  if (extent.z.min > extent.z.max) {
+  const Box box = boxOf(scan);
+  if (box.z.min > box.z.max) {
     return {};
   }
-  extent.x = rangeOf(scan, &STesk3DPoint::x);
-  extent.y = rangeOf(scan, &STesk3DPoint::y);
+  extent.x = box.x;
+  extent.y = box.y;
+  extent.z = box.z;
   std::vector<double> z = sampledValues(scan, 2);
   z.erase(std::remove(z.begin(), z.end(), 0.0), z.end());
   if (z.empty()) {

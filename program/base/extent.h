@@ -20,8 +20,13 @@ struct Extent {
 
 Extent extentOf(const Scan& scan);
 
-/// In a large scan, every n-th sample of each line is enough for medians and shares; 1 in others.
-std::size_t strideOf(const Scan& scan);
+/// Commands derive their parameters from the spacing of the samples.
+/// @throws Failure (nothingFound) without one
+void requireSpacing(const Extent& extent);
+
+/// A scan with about two million samples at most: of a large one, every n-th sample of each line,
+/// which is enough for medians, shares and fits.
+Scan thinned(const Scan& scan);
 
 /// The values of an axis (0: x, 1: y, 2: z) of the samples that have one, of which evenly chosen
 /// ones stand for all in a large scan.

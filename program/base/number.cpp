@@ -54,6 +54,15 @@ CLI::Validator countIn(long long min, long long max) {
       "a whole number from " + std::to_string(min) + " to " + std::to_string(max));
 }
 
+CLI::Validator oddCountUpTo(long long max) {
+  return numberThat(
+      [=](double value) {
+        return value == 0.0 ||
+               (value > 0.0 && value <= static_cast<double>(max) && std::fmod(value, 2.0) == 1.0);
+      },
+      "an odd whole number up to " + std::to_string(max) + ", or 0 for none");
+}
+
 std::string fixed(double value, int decimals) {
   std::array<char, 400> text{};
   const auto [end, error] = std::to_chars(text.data(), text.data() + text.size(), value,
@@ -88,6 +97,14 @@ std::string grouped(long long count) {
     digits.insert(static_cast<std::size_t>(at), " ");
   }
   return digits;
+}
+
+std::string counted(long long count, const std::string& noun) {
+  return grouped(count) + ' ' + noun + (count == 1 ? "" : "s");
+}
+
+std::string counted(std::size_t count, const std::string& noun) {
+  return counted(static_cast<long long>(count), noun);
 }
 
 }  // namespace program

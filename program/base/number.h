@@ -23,6 +23,8 @@ CLI::Validator numberIn(double min, double max);
 CLI::Validator positiveUpTo(double max);
 /// Accepts a whole number from `min` to `max`, both inclusive.
 CLI::Validator countIn(long long min, long long max);
+/// Accepts 0 and odd whole numbers up to `max`.
+CLI::Validator oddCountUpTo(long long max);
 
 /// A number with a fixed count of decimals; never "-0.00".
 std::string fixed(double value, int decimals);
@@ -32,5 +34,8 @@ std::string exact(double value);
 std::string significant(double value, int digits);
 /// A count with its thousands separated: 960 000.
 std::string grouped(long long count);
+/// A count with its noun: 1 line, 2 000 lines.
+std::string counted(long long count, const std::string& noun);
+std::string counted(std::size_t count, const std::string& noun);
 
 }  // namespace program

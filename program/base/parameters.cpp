@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/failure.h"
 #include "base/number.h"
 
 namespace program {
@@ -19,6 +20,12 @@ CLI::Validator validatorOf(Kind kind) {
       return numberIn(0.0, 180.0);
     case Kind::count:
       return countIn(0, kLargestCount);
+    case Kind::window:
+      return oddCountUpTo(kLargestCount);
+    case Kind::percent:
+      return numberIn(0.0, 100.0);
+    case Kind::number:
+      return numberIn(-kLargestLength, kLargestLength);
     default:
       return numberIn(0.0, kLargestLength);
   }
@@ -29,7 +36,12 @@ const char* typeNameOf(Kind kind) {
     case Kind::angle:
       return "DEGREES";
     case Kind::count:
+    case Kind::window:
       return "COUNT";
+    case Kind::percent:
+      return "PERCENT";
+    case Kind::number:
+      return "NUMBER";
     default:
       return "LENGTH";
   }
@@ -88,12 +100,22 @@ void Parameters::derive(const std::string& name, double value) {
   }
 }
 
+void Parameters::useOnly(const std::vector<const char*>& names) {
+  for (Parameter& parameter : parameters_) {
+    parameter.isUsed = std::find(names.begin(), names.end(), parameter.name) != names.end();
+  }
+}
+
 double Parameters::get(const std::string& name) const {
   return find(name).value.value();
 }
 
 int Parameters::count(const std::string& name) const {
   return static_cast<int>(get(name));
+}
+
+bool Parameters::isGiven(const std::string& name) const {
+  return find(name).origin == Origin::given;
 }
 
 const Parameters::Parameter& Parameters::find(const std::string& name) const {
@@ -107,6 +129,24 @@ Parameters::Parameter& Parameters::find(const std::string& name) {
     throw std::logic_error("no parameter " + name);
   }
   return *found;
+}
+
+void requireLess(const Parameters& parameters, const std::string& less, const std::string& more) {
+  if (parameters.get(less) < parameters.get(more)) {
+    return;
+  }
+  const auto described = [&](const std::string& name) {
+    return optionNameOf(name) + (parameters.isGiven(name) ? " (" : " (by default ") +
+           significant(parameters.get(name), 4) + ")";
+  };
+  std::string remedy;
+  for (const std::string& name : {less, more}) {
+    if (!parameters.isGiven(name)) {
+      remedy += (remedy.empty() ? ". Give " : " and ") + optionNameOf(name);
+    }
+  }
+  throw Failure(ExitCode::usage,
+                described(less) + " must be less than " + described(more) + remedy);
 }
 
 }  // namespace program

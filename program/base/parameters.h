@@ -12,7 +12,14 @@ class Option;
 namespace program {
 
 /// What a parameter measures. It decides which values are accepted and how help names them.
-enum class Kind { length, angle, count };
+enum class Kind {
+  length,
+  angle,
+  count,
+  window,  ///< A count of samples that has a middle one, or 0 for no window.
+  percent,
+  number
+};
 
 /// Where a parameter's value comes from.
 enum class Origin { builtIn, derived, given };
@@ -33,6 +40,7 @@ class Parameters {
     std::optional<double> value;
     Origin origin;
     CLI::Option* option;
+    bool isUsed = true;  ///< Listed among the parameters of a run.
   };
 
   /// The options are added to a group of this command.
@@ -53,8 +61,12 @@ class Parameters {
   /// Sets a derived value, unless the user has given one.
   void derive(const std::string& name, double value);
 
+  /// Takes all others out of the lists of a run: they have no effect on it.
+  void useOnly(const std::vector<const char*>& names);
+
   [[nodiscard]] double get(const std::string& name) const;
   [[nodiscard]] int count(const std::string& name) const;
+  [[nodiscard]] bool isGiven(const std::string& name) const;
   [[nodiscard]] const std::vector<Parameter>& all() const {
     return parameters_;
   }
@@ -67,5 +79,8 @@ class Parameters {
   std::string group_;
   std::vector<Parameter> parameters_;
 };
+
+/// Checks two limits against each other. @throw Failure (usage)
+void requireLess(const Parameters& parameters, const std::string& less, const std::string& more);
 
 }  // namespace program

@@ -89,8 +89,8 @@ Picture arcMap(const InputOptions& input,
   constexpr std::size_t kMostLabels = 40;
   MapContent content;
   content.title = "Arcs of " + fileNameOf(input);
-  content.subtitle = grouped(static_cast<long long>(tracks.size())) + " arcs followed over " +
-                     grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
+  content.subtitle =
+      counted(tracks.size(), "arc") + " followed over " + counted(scan.loaded.scan.size(), "line");
   content.unit = input.unit;
   content.colours = colours;
   content.legend = {{Swatch::line, kEnds, "ends"}};
@@ -130,8 +130,8 @@ Picture arcProfile(const InputOptions& input, const PreparedScan& scan, const Fo
         {onCircle(arc, 0.5), colourOf(arc.kind), "r " + significant(arc.circle.radius, 4)});
   }
   content.title = "Arcs on line " + std::to_string(l) + " of " + fileNameOf(input);
-  content.subtitle = grouped(static_cast<long long>(found.lines[l].size())) +
-                     " arcs, with their radii in " + input.unit;
+  content.subtitle =
+      counted(found.lines[l].size(), "arc") + ", each with its radius in " + input.unit;
   content.traces = {{scan.loaded.scan[l], ink::kTrace, true, "samples"}};
   if (!circles.empty()) {
     content.traces.push_back({std::move(circles), kCircle, false, "fitted circles"});

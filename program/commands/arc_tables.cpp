@@ -38,22 +38,21 @@ Table trackTable(const std::vector<ArcTrack>& tracks,
                   {"kind", ""},
                   {"first line", ""},
                   {"last line", ""},
-                  {"seen on", "%", 1},
+                  {"seen on", "%", 1, kOnlyInFiles},
                   {"length", unit, 2},
                   {"radius", unit},
-                  {"deviation", unit},
+                  {"deviation", unit, 3, kOnlyInFiles},
                   {"residual", unit},
                   {"radius across", unit},
-                  {"deviation across", unit},
-                  {"x", "", 2},
-                  {"y", "", 2},
-                  {"z", "", 2},
-                  {"dx", "", 4},
-                  {"dy", "", 4},
-                  {"dz", "", 4},
-                  {"rms", unit}},
+                  {"deviation across", unit, 3, kOnlyInFiles},
+                  {"x", unit, 2},
+                  {"y", unit, 2},
+                  {"z", unit, 2, kOnlyInFiles},
+                  {"dx", "", 4, kOnlyInFiles},
+                  {"dy", "", 4, kOnlyInFiles},
+                  {"dz", "", 4, kOnlyInFiles},
+                  {"rms", unit, 3, kOnlyInFiles}},
                  {}};
-  const bool zIsHeight = plane.chosen && !plane.chosen->isGround;
   for (const ArcTrack& track : tracks) {
     const CentreLine& line = track.centreLine;
     table.rows.push_back({static_cast<long long>(table.rows.size() + 1), nameOf(track.kind),
@@ -62,7 +61,7 @@ Table trackTable(const std::vector<ArcTrack>& tracks,
                           track.length, track.meanRadius, track.radiusDeviation, track.meanRms,
                           track.radiusAcross, track.acrossDeviation, line.centre.x, line.centre.y,
                           plane.shown(line.centre.z), line.direction.x, line.direction.y,
-                          zIsHeight ? -line.direction.z : line.direction.z, line.deviation.rms});
+                          plane.shownStep(line.direction.z), line.deviation.rms});
   }
   return table;
 }

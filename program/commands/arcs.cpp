@@ -50,8 +50,8 @@ std::string countsOf(const FoundArcs& found, const std::vector<ArcTrack>& tracks
     followed += track.arcs.size();
   }
   return "Arcs on the lines: " + grouped(static_cast<long long>(countOf(found))) + ", of which " +
-         grouped(static_cast<long long>(followed)) + " were followed across the scan; " +
-         grouped(found.refused) + " fit no circle within the limits";
+         grouped(static_cast<long long>(followed)) + " followed across the scan. " +
+         counted(found.refused, "candidate") + " refused: no circle within the limits fits";
 }
 
 void failIfNone(const std::string& file,

@@ -27,14 +27,14 @@ Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit) {
                   {"last line", ""},
                   {"seen on", "%", 1},
                   {"length", unit, 2},
-                  {"width", unit},
-                  {"narrowest", unit},
-                  {"widest", unit},
+                  {"width", unit, 3, kOnlyInFiles},
+                  {"narrowest", unit, 3, kOnlyInFiles},
+                  {"widest", unit, 3, kOnlyInFiles},
                   {"width across", unit},
                   {"depth", unit},
                   {"floor", ""},
-                  {"interruptions", ""},
-                  {"longest one", unit, 2}},
+                  {"interruptions", "", 0, kOnlyInFiles},
+                  {"longest interruption", unit, 2, kOnlyInFiles}},
                  {}};
   for (const GapTrack& track : tracks) {
     table.rows.push_back({static_cast<long long>(table.rows.size() + 1),
@@ -51,33 +51,30 @@ Table gapTable(const std::vector<GapTrack>& tracks, const std::string& unit) {
 Table centreLineTable(const std::vector<GapTrack>& tracks,
                       const PlaneChoice& plane,
                       const std::string& unit) {
-  Table table = {
-      "centre_lines",
-      "Centre lines: through x, y, z along dx, dy, dz, or y = a (x - x0)^2 + b (x - x0) + c",
-      {{"gap", ""},
-       {"fit", ""},
-       {"rms", unit},
-       {"largest", unit},
-       {"x", "", 2},
-       {"y", "", 2},
-       {"z", "", 2},
-       {"dx", "", 4},
-       {"dy", "", 4},
-       {"dz", "", 4},
-       {"x0", "", 2},
-       {"a", "", 8},
-       {"b", "", 6},
-       {"c", ""}},
-      {}};
-  const bool zIsHeight = plane.chosen && !plane.chosen->isGround;
+  Table table = {"centre_lines",
+                 "Centre lines of the gaps: the straight ones run through x, y, z along dx, dy, dz",
+                 {{"gap", ""},
+                  {"fit", ""},
+                  {"rms", unit},
+                  {"largest", unit},
+                  {"x", unit, 2},
+                  {"y", unit, 2},
+                  {"z", unit, 2},
+                  {"dx", "", 4},
+                  {"dy", "", 4},
+                  {"dz", "", 4},
+                  {"x0", "", 2, kOnlyInFiles},
+                  {"a", "", 8, kOnlyInFiles},
+                  {"b", "", 6, kOnlyInFiles},
+                  {"c", "", 3, kOnlyInFiles}},
+                 {}};
   for (const GapTrack& track : tracks) {
     const CentreLine& line = track.centreLine;
-    const double dz = zIsHeight ? -line.direction.z : line.direction.z;
     const Deviation& deviation = line.parabola ? line.parabola->deviation : line.deviation;
     table.rows.push_back({static_cast<long long>(table.rows.size() + 1),
                           std::string(line.parabola ? "parabola" : "line"), deviation.rms,
                           deviation.max, line.centre.x, line.centre.y, plane.shown(line.centre.z),
-                          line.direction.x, line.direction.y, dz});
+                          line.direction.x, line.direction.y, plane.shownStep(line.direction.z)});
     std::vector<Cell>& row = table.rows.back();
     if (const auto& parabola = line.parabola) {
       row.insert(row.end(), {parabola->x0, parabola->a, parabola->b, parabola->c});

@@ -53,8 +53,8 @@ Picture pictureOf(const Gaps& gaps, const PreparedScan& scan, const std::vector<
   constexpr std::size_t kMostLabels = 40;
   MapContent content;
   content.title = "Gaps of " + gaps.input.path.substr(gaps.input.path.find_last_of('/') + 1);
-  content.subtitle = grouped(static_cast<long long>(tracks.size())) + " gaps over " +
-                     grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
+  content.subtitle =
+      counted(tracks.size(), "gap") + " over " + counted(scan.loaded.scan.size(), "line");
   content.unit = gaps.input.unit;
   content.colours = gaps.common.colours;
   for (auto track = tracks.rbegin(); track != tracks.rend(); ++track) {
@@ -93,9 +93,9 @@ std::vector<std::string> countsOf(const FoundGaps& found, const std::vector<GapT
     followed += track.gaps.size();
   }
   return {"Gaps on the lines: " + grouped(static_cast<long long>(all)) + ", of which " +
-          grouped(static_cast<long long>(followed)) + " were followed across the scan; " +
-          grouped(found.refused) +
-          " pairs of edges are no gaps: their floor is not deeper than both (ribs, steps)"};
+          grouped(static_cast<long long>(followed)) + " followed across the scan. " +
+          counted(found.refused, "pair") +
+          " of edges refused as ribs or steps: the floor is not deeper than both"};
 }
 
 void failIfNone(const std::string& file,

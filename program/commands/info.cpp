@@ -21,7 +21,7 @@ struct Info {
 
 Table extentTable(const Extent& extent, const std::string& unit) {
   Table table = {
-      "axes_table", "Extent", {{"axis", ""}, {"from", unit}, {"to", unit}, {"spacing", unit}}, {}};
+      "extents", "Extent", {{"axis", ""}, {"from", unit}, {"to", unit}, {"spacing", unit}}, {}};
   table.rows = {
       {std::string("x, from line to line"), extent.x.min, extent.x.max, extent.lineSpacing},
       {std::string("y, along the lines"), extent.y.min, extent.y.max, extent.sampleSpacing},
@@ -57,7 +57,7 @@ void run(Info& info) {
   report.csvTable = "planes";
   report.fields = {inputField(info.input, loaded, extent), axesField(info.input, {})};
   report.lines = {"Scan: " + info.input.path + ", " + loaded.format + ", " +
-                      grouped(static_cast<long long>(loaded.scan.size())) + " lines",
+                      counted(loaded.scan.size(), "line"),
                   "Noise along the lines: " + significant(extent.noise, 3) + " " + info.input.unit};
   report.tables = {sampleTable(loaded), extentTable(extent, info.input.unit),
                    planeTable(tryAllPlanes(loaded.scan, extent, info.plane), info.input.unit)};
@@ -72,6 +72,7 @@ void addInfo(CLI::App& program, Body& body) {
   command->footer("Example: scanline info scan.tiff --unit mm");
   const auto info = std::make_shared<Info>(*command);
   addInputOptions(*command, info->input);
+  refusePlane(*command, "all are compared, and the scan is described as it was read");
   addCommonOptions(*command, info->common, {"planes"});
   command->final_callback([info, &body] { body = [info] { run(*info); }; });
 }

@@ -7,11 +7,10 @@
 #include "base/failure.h"
 #include "base/number.h"
 #include "commands/commands.h"
+#include "commands/line_picture.h"
 #include "commands/session.h"
-#include "draw/profile_picture.h"
 #include "plane/plane_report.h"
 #include "roads/extractors.h"
-#include "roads/feature_types.h"
 
 namespace program {
 namespace {
@@ -65,8 +64,8 @@ Table featureTable(const std::vector<FoundFeature>& features,
                   {"x", unit},
                   {"y", unit},
                   {"z", unit},
-                  {"to y", unit},
-                  {"to z", unit},
+                  {"last y", unit, 3, kOnlyInFiles},
+                  {"last z", unit, 3, kOnlyInFiles},
                   {"value", ""}},
                  {}};
   for (const FoundFeature& f : features) {
@@ -78,32 +77,6 @@ Table featureTable(const std::vector<FoundFeature>& features,
   return table;
 }
 
-Picture pictureOf(const LineCommand& options,
-                  const Extractor& extractor,
-                  const PreparedScan& scan,
-                  const std::vector<FoundFeature>& features) {
-  ProfileContent content;
-  content.title = "Line " + std::to_string(options.line) + ": " + extractor.name;
-  content.subtitle = std::string(extractor.finds) + " (" + extractor.function + ")";
-  content.unit = options.input.unit;
-  content.traces = {
-      {scan.loaded.scan[static_cast<std::size_t>(options.line)], ink::kTrace, false, "line"}};
-  std::vector<std::string> kinds;
-  for (std::size_t i = 0; i < features.size(); ++i) {
-    const FoundFeature& f = features[i];
-    const Colour colour = f.type == 0 ? Colour{1.0, 0.8, 0.16} : colourOfType(f.type);
-    content.marks.push_back({f.from, colour, std::to_string(i + 1)});
-    if (f.lastSample != f.firstSample) {
-      content.marks.push_back({f.to, colour, ""});
-    }
-    if (std::find(kinds.begin(), kinds.end(), f.kind) == kinds.end()) {
-      kinds.push_back(f.kind);
-      content.legend.push_back({Swatch::marker, colour, f.kind});
-    }
-  }
-  return profilePicture(scan.plane, std::move(content));
-}
-
 void run(LineCommand& options) {
   Session session(options.command, options.common, options.parameters);
   const Extractor& extractor = extractorOf(options.extractor);
@@ -111,6 +84,7 @@ void run(LineCommand& options) {
   const PreparedScan scan = session.prepare(options.input, options.plane);
   checkLine(options, scan.loaded.scan);
   deriveExtractorParameters(options.parameters, scan.extent, scan.plane);
+  options.parameters.useOnly(extractor.parameters);
   if (session.printsConfig()) {
     return;
   }
@@ -126,7 +100,9 @@ void run(LineCommand& options) {
                    {"extractor", Cell{options.extractor}}};
   report.lines = describe(options.input, scan);
   report.tables = {featureTable(features, scan.plane, options.input.unit)};
-  session.finish(report, pictureOf(options, extractor, scan, features));
+  const Line& given = scan.loaded.scan[static_cast<std::size_t>(options.line)];
+  session.finish(report, linePicture({options.line, options.input.unit, extractor,
+                                      options.parameters, scan.plane, given, line, features}));
 }
 
 }  // namespace

@@ -6,8 +6,10 @@
 #include "base/failure.h"
 #include "base/number.h"
 #include "commands/commands.h"
+#include "commands/make_tables.h"
 #include "commands/session.h"
 #include "make/made_scan.h"
+#include "make/profile_shapes.h"
 #include "output/scan_file.h"
 
 namespace program {
@@ -23,6 +25,7 @@ struct Make {
   Parameters parameters;
   CommonOptions common;
   std::string kind;
+  std::string shape;  ///< Empty: not given.
   std::string output;
 };
 
@@ -31,99 +34,12 @@ const SceneKind& kindOf(const std::string& name) {
                        [&](const SceneKind& kind) { return kind.name == name; });
 }
 
-Table objectTable(const std::vector<TrueObject>& objects) {
-  Table table = {"objects",
-                 "Objects on the plane",
-                 {{"id", ""},
-                  {"kind", ""},
-                  {"x", "mm", 1},
-                  {"y", "mm", 1},
-                  {"length", "mm", 1},
-                  {"width", "mm", 1},
-                  {"height", "mm", 1},
-                  {"angle", "deg", 1}},
-                 {}};
-  for (const TrueObject& object : objects) {
-    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), object.kind, object.x,
-                          object.y, object.length, object.width, object.height, object.degrees});
-  }
-  return table;
-}
-
-Table gapTable(const std::vector<TrueGap>& gaps) {
-  Table table = {
-      "gaps",
-      "Gaps",
-      {{"id", ""}, {"name", ""}, {"width", "mm", 2}, {"first x", "mm", 1}, {"last x", "mm", 1}},
-      {}};
-  for (const TrueGap& gap : gaps) {
-    table.rows.push_back(
-        {static_cast<long long>(table.rows.size() + 1), gap.name, gap.width, gap.x.min, gap.x.max});
-  }
-  return table;
-}
-
-/// Points of the gaps' centre lines, for JSON alone.
-Table centreTable(const std::vector<TrueGap>& gaps) {
-  constexpr int kSteps = 50;
-  Table table = {"centre_lines", "", {{"gap", ""}, {"x", ""}, {"y", ""}}, {}};
-  long long id = 0;
-  for (const TrueGap& gap : gaps) {
-    ++id;
-    for (int i = 0; i <= kSteps; ++i) {
-      const double x = gap.x.min + (gap.x.max - gap.x.min) * i / kSteps;
-      table.rows.push_back({id, x, gap.centre(x)});
-    }
-  }
-  return table;
-}
-
-Table rodTable(const std::vector<TrueRod>& rods) {
-  Table table = {"rods",
-                 "Rods, from one end of the axis to the other",
-                 {{"id", ""},
-                  {"radius", "mm", 1},
-                  {"x1", "mm", 1},
-                  {"y1", "mm", 1},
-                  {"z1", "mm", 1},
-                  {"x2", "mm", 1},
-                  {"y2", "mm", 1},
-                  {"z2", "mm", 1}},
-                 {}};
-  for (const TrueRod& rod : rods) {
-    table.rows.push_back({static_cast<long long>(table.rows.size() + 1), rod.radius, rod.from.x,
-                          rod.from.y, rod.from.z, rod.to.x, rod.to.y, rod.to.z});
-  }
-  return table;
-}
-
-/// Only what the kind has.
-std::vector<Table> tablesOf(const MadeScan& made) {
-  std::vector<Table> tables;
-  if (!made.objects.empty()) {
-    tables.push_back(objectTable(made.objects));
-  }
-  if (!made.gaps.empty()) {
-    tables.push_back(gapTable(made.gaps));
-    tables.push_back(centreTable(made.gaps));
-  }
-  if (!made.rods.empty()) {
-    tables.push_back(rodTable(made.rods));
-  }
-  return tables;
-}
-
-Field field(const char* name, Cell value) {
-  return {name, std::move(value)};
-}
-
 Report reportOf(const Make& make, const MadeScan& made) {
-  const std::string lines = grouped(static_cast<long long>(made.scan.size()));
-  const std::string samples = grouped(static_cast<long long>(made.scan.front().size()));
   Report report;
   report.command = "make";
   report.fields = {
       field("kind", make.kind),
+      field("shape", make.shape.empty() ? Cell{} : Cell{make.shape}),
       field("unit", std::string("mm")),
       field("lines", static_cast<long long>(made.scan.size())),
       field("samples", static_cast<long long>(made.scan.front().size())),
@@ -136,29 +52,39 @@ Report reportOf(const Make& make, const MadeScan& made) {
   const auto term = [](double slope, const char* axis) {
     return std::string(slope < 0.0 ? " - " : " + ") + significant(std::abs(slope), 4) + axis;
   };
-  report.lines = {"Made: " + make.kind + ", " + lines + " lines of " + samples +
-                      " samples, in mm; z is the distance from the sensor",
-                  "Plane: z = " + significant(made.plane.c, 5) + term(made.plane.a, " x") +
-                      term(made.plane.b, " y") + ", tilted by " + fixed(tiltDegrees(made), 2) +
-                      " deg"};
+  report.lines = {
+      "Made: " + make.kind + (make.shape.empty() ? "" : " of shape " + make.shape) + ", " +
+          counted(made.scan.size(), "line") + " of " + counted(made.scan.front().size(), "sample") +
+          ", in mm; z is the distance from the sensor",
+      "Plane: z = " + significant(made.plane.c, 5) + term(made.plane.a, " x") +
+          term(made.plane.b, " y") + ", tilted by " + fixed(tiltDegrees(made), 2) + " deg"};
   report.tables = tablesOf(made);
   return report;
 }
 
-bool isGiven(const Parameters& parameters, const std::string& name) {
-  return std::any_of(
-      parameters.all().begin(), parameters.all().end(),
-      [&](const Parameters::Parameter& p) { return p.name == name && p.origin == Origin::given; });
+void checkShape(const Make& make) {
+  const bool isProfile = make.kind == "profile";
+  if (isProfile && make.shape.empty()) {
+    throw Failure(ExitCode::usage,
+                  "make profile: --shape is missing. Name one of the shapes that "
+                  "'make --help' lists");
+  }
+  if (!isProfile && !make.shape.empty()) {
+    throw Failure(ExitCode::usage, "--shape has no effect on '" + make.kind +
+                                       "': only 'profile' has a shape to choose");
+  }
 }
 
 /// Derives what the kind decides, and refuses what it does not use.
 MakeParams paramsFor(Make& make, const SceneKind& kind) {
   const bool isBelt = make.kind == "belt";
-  if (!isBelt && isGiven(make.parameters, "objects")) {
+  if (!isBelt && make.parameters.isGiven("objects")) {
     throw Failure(ExitCode::usage, "--objects has no effect on '" + make.kind +
                                        "': only 'belt' is made of a number of objects");
   }
-  make.parameters.derive("noise", kind.defaultNoise);
+  checkShape(make);
+  make.parameters.derive("noise",
+                         make.shape.empty() ? kind.defaultNoise : shapeNamed(make.shape).noise);
   if (isBelt) {
     make.parameters.derive("objects", kDefaultObjects);
   }
@@ -168,7 +94,7 @@ MakeParams paramsFor(Make& make, const SceneKind& kind) {
                   "--objects: give a number from 1 to " + std::to_string(kMostObjects));
   }
   return {static_cast<std::uint64_t>(make.parameters.count("seed")), make.parameters.get("noise"),
-          objects};
+          objects, make.shape};
 }
 
 void run(Make& make) {
@@ -187,12 +113,17 @@ void run(Make& make) {
   session.finish(report);
 }
 
-/// What can be made, and how noisy it is unless --noise is given.
+/// What can be made, and how noisy a kind is unless --noise is given.
 std::string listOfKinds() {
   std::string list = "Kinds, with their noise:";
   for (const SceneKind& kind : sceneKinds()) {
     list += std::string("\n  ") + kind.name + ": " + kind.shows + "; " + exact(kind.defaultNoise) +
             " mm";
+  }
+  list +=
+      "\n\nShapes of a profile; hills, beads, tubes and bowls have no noise unless it is given:";
+  for (const ProfileShape& shape : profileShapes()) {
+    list += std::string("\n  ") + shape.name + ": " + shape.shows;
   }
   return list;
 }
@@ -222,6 +153,14 @@ void addMake(CLI::App& program, Body& body) {
       ->required()
       ->check(CLI::IsMember(names).description(""))
       ->type_name("NAME");
+  std::vector<std::string> shapes;
+  for (const ProfileShape& shape : profileShapes()) {
+    shapes.emplace_back(shape.name);
+  }
+  command->add_option("--shape", make->shape, "Shape of the profile, see below; of no other kind")
+      ->check(CLI::IsMember(shapes).description(""))
+      ->type_name("NAME")
+      ->group("Method");
   command->add_option("-o,--output", make->output, "The scan: TIFF or, in double precision, NPY")
       ->required()
       ->check(scanFile())

@@ -106,9 +106,9 @@ Scan movedScan(const Register& options,
     sum += count;
   }
   if (sum > 0) {
-    messages.warn("not-positive", grouped(sum) +
-                                      " samples of B come to lie at A's sensor or beyond "
-                                      "it, and were taken for missing");
+    messages.warn("not-positive", "took " + counted(sum, "sample") +
+                                      " of B for missing, as the motion brings them to A's sensor "
+                                      "or beyond it");
   }
   return moved;
 }
@@ -214,6 +214,9 @@ void addRegister(CLI::App& program, Body& body) {
       "Example: scanline register a.tiff b.tiff --points pairs.csv --picture overlay.png");
   const auto options = std::make_shared<Register>(*command);
   addInputOptions(*command, options->input, "A");
+  refusePlane(*command,
+              "the motion is found in the coordinates of the files, which those of the points are "
+              "too. Level what --save-scan writes, with calibrate");
   command->add_option("B", options->pathB, "The scan that is moved")->required()->type_name("FILE");
   command
       ->add_option("--points", options->points,

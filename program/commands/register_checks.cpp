@@ -34,8 +34,8 @@ void warnIfOutside(const std::vector<PointPair>& pairs,
   });
   if (outside > 0) {
     messages.warn("points-outside",
-                  std::to_string(outside) + " of the points of " + name +
-                      " are far outside of the scan. Points are in the coordinates of the scans "
+                  counted(static_cast<long long>(outside), "point") + " of " + name +
+                      " far outside of the scan. Points are in the coordinates of the scans "
                       "after --scale, --axes and --transpose");
   }
 }

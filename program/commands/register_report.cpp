@@ -8,10 +8,6 @@
 namespace program {
 namespace {
 
-Field field(const char* name, Cell value) {
-  return {name, std::move(value)};
-}
-
 /// What is added to R b.
 cv::Point3d shiftOf(const Motion& motion) {
   return {motion.T.at<double>(0), motion.T.at<double>(1), motion.T.at<double>(2)};
@@ -30,7 +26,7 @@ std::string rmsAsText(double rms) {
 }
 
 Table motionTable(const Motion& motion, const std::string& unit) {
-  Table table = {"motion_rows",
+  Table table = {"transformation",
                  "Motion of B: a point goes to its product with these rows, plus the shift",
                  {{"axis", ""}, {"x", "", 8}, {"y", "", 8}, {"z", "", 8}, {"shift", unit, 4}},
                  {}};
@@ -109,8 +105,8 @@ std::vector<std::string> describe(const Registration& found,
           ", pitch " + fixed(angles.pitch, 3) + ", yaw " + fixed(angles.yaw, 3) +
           " deg, about x first, then y, then z",
       "Residuals: rms " + rmsAsText(found.rms) + " " + unit + " over " +
-          std::to_string(found.fitted) + " fitted pairs; " + std::to_string(outliersOf(found)) +
-          " of " + std::to_string(found.residuals.size()) + " pairs are outliers"};
+          counted(found.fitted, "fitted pair") + "; outliers: " +
+          std::to_string(outliersOf(found)) + " of " + counted(found.residuals.size(), "pair")};
   if (agreement.overlap > 0.0) {
     lines.push_back("Overlap: " + fixed(100.0 * agreement.overlap, 1) +
                     " % of B seen from above; there B and A differ in z by " +

@@ -42,19 +42,14 @@ void addFile(CLI::App& command,
   command.add_option(name, path, help)->type_name("FILE")->group("Output")->check(validator);
 }
 
-Field field(std::string name, Cell value) {
-  return {std::move(name), std::move(value)};
-}
-
-Field rangeField(std::string name, const STeskRangeD& range) {
-  return {std::move(name), std::vector<Cell>{range.min, range.max}};
-}
-
 std::vector<Field> parameterFields(const Parameters& parameters) {
   std::vector<Field> fields;
   for (const Parameters::Parameter& p : parameters.all()) {
-    fields.push_back({p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
-                                                 field("from", std::string(nameOf(p.origin)))}});
+    if (p.isUsed) {
+      fields.push_back(
+          {p.name, std::vector<Field>{field("value", p.value ? Cell{*p.value} : Cell{}),
+                                      field("from", std::string(nameOf(p.origin)))}});
+    }
   }
   return fields;
 }
@@ -66,10 +61,6 @@ Table warningTable(const std::vector<Warning>& warnings) {
     table.rows.push_back({warning.code, warning.text});
   }
   return table;
-}
-
-std::string withUnit(double value, const std::string& unit) {
-  return significant(value, 4) + " " + unit;
 }
 
 }  // namespace
@@ -209,58 +200,6 @@ void Session::finish(Report& report, const std::optional<Picture>& picture) {
       std::fprintf(stderr, "wrote %s\n", path.c_str());
     }
   }
-}
-
-Field inputField(const InputOptions& input, const LoadedScan& loaded, const Extent& extent) {
-  std::size_t samples = 0;
-  for (const Line& line : loaded.scan) {
-    samples = std::max(samples, line.size());
-  }
-  return {"input",
-          std::vector<Field>{
-              field("file", input.path),
-              field("format", loaded.format),
-              field("unit", input.unit),
-              field("scale", input.scale),
-              field("transposed", input.transpose),
-              field("lines", static_cast<long long>(loaded.scan.size())),
-              field("samples", static_cast<long long>(samples)),
-              field("holes", loaded.holes),
-              field("not_positive", loaded.notPositive),
-              field("strays", loaded.strays),
-              field("outside_roi", loaded.outside),
-              {"spacing", std::vector<Field>{field("line", extent.lineSpacing),
-                                             field("sample", extent.sampleSpacing)}},
-              field("noise", extent.noise),
-              {"extent", std::vector<Field>{rangeField("x", extent.x), rangeField("y", extent.y),
-                                            rangeField("z", extent.z)}}}};
-}
-
-Field axesField(const InputOptions& input, const PlaneChoice& plane) {
-  const char* meaning = plane.chosen      ? "height over the plane"
-                        : input.zIsHeight ? "distance from the highest sample"
-                                          : "distance";
-  return {"axes", std::vector<Field>{field("line_advances", std::string("x")),
-                                     field("sample_follows", std::string("y")),
-                                     field("z_is", std::string(meaning))}};
-}
-
-std::vector<std::string> describe(const InputOptions& input, const PreparedScan& scan) {
-  std::vector<std::string> lines = {
-      "Scan: " + input.path + ", " + scan.loaded.format + ", " +
-      grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines, " +
-      grouped(scan.loaded.samples) + " samples, " + withUnit(scan.raw.lineSpacing, input.unit) +
-      " between lines, " + withUnit(scan.raw.sampleSpacing, input.unit) + " between samples"};
-  if (!scan.plane.chosen) {
-    lines.emplace_back("Plane: none; z is the distance as read");
-    return lines;
-  }
-  const PlaneCandidate& plane = *scan.plane.chosen;
-  lines.push_back("Plane: by " + plane.method + ", tilted by " + fixed(plane.tiltDegrees, 2) +
-                  " deg at z = " + withUnit(plane.height, input.unit) + ", " +
-                  fixed(100.0 * plane.onPlane, 1) + " % of the samples within " +
-                  withUnit(plane.band, input.unit) + "; z is the height over it");
-  return lines;
 }
 
 }  // namespace program

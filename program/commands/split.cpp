@@ -91,10 +91,6 @@ Table outlineTable(const std::vector<SplitObject>& objects, const PlaneChoice& p
   return table;
 }
 
-std::string countOf(std::size_t count) {
-  return grouped(static_cast<long long>(count)) + (count == 1 ? " object" : " objects");
-}
-
 void warnOfPlane(const PlaneCandidate& belt, Messages& messages) {
   constexpr double kFew = 0.3;
   if (belt.onPlane < kFew) {
@@ -111,8 +107,8 @@ Picture pictureOf(const Split& split,
                   double minHeight) {
   MapContent content;
   content.title = "Objects of " + split.input.path.substr(split.input.path.find_last_of('/') + 1);
-  content.subtitle = countOf(objects.size()) + " at least " + significant(minHeight, 3) + " " +
-                     split.input.unit + " over the plane";
+  content.subtitle = counted(objects.size(), "object") + " at least " + significant(minHeight, 3) +
+                     " " + split.input.unit + " over the plane";
   content.unit = split.input.unit;
   content.colours = split.common.colours;
   for (const SplitObject& object : objects) {
@@ -148,9 +144,9 @@ SplitResult findObjects(const Split& split,
   Progress progress("Splitting", kSplitSteps, split.common.quiet);
   SplitResult result = splitObjects(scan.loaded.scan, beltZ, scan.extent, params, progress);
   if (result.outside > 0) {
-    messages.warn("outside-map", grouped(result.outside) +
-                                     " samples over the belt lie far outside of all others; left "
-                                     "out. Limit the scan with --roi to look at them");
+    messages.warn("outside-map", "left out " + counted(result.outside, "sample") +
+                                     " over the belt, far outside of all others. Limit the scan "
+                                     "with --roi to look there");
   }
   return result;
 }
@@ -161,7 +157,7 @@ std::vector<std::string> sentences(const Split& split,
                                    const SplitResult& result) {
   std::vector<std::string> lines = describe(split.input, scan);
   const std::string& unit = split.input.unit;
-  std::string line = countOf(result.objects.size()) + ", at least " +
+  std::string line = counted(result.objects.size(), "object") + ", at least " +
                      significant(params.minHeight, 4) + " " + unit + " high and " +
                      significant(params.minWidth, 4) + " " + unit + " wide";
   if (result.tooNarrow > 0) {

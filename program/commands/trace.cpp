@@ -30,7 +30,9 @@ struct Trace {
   bool silhouettes = false;
 };
 
-Table treeTable(const std::vector<TracedTree>& trees, const std::string& unit) {
+Table treeTable(const std::vector<TracedTree>& trees,
+                const PlaneChoice& plane,
+                const std::string& unit) {
   Table table = {"trees",
                  "Trees, the longest first",
                  {{"id", ""},
@@ -52,7 +54,7 @@ Table treeTable(const std::vector<TracedTree>& trees, const std::string& unit) {
                           std::string(tree.isAlongLines ? "lines" : "scan"),
                           static_cast<long long>(tree.nodes.size()), static_cast<long long>(first),
                           static_cast<long long>(last), tree.length, tree.direction.x,
-                          tree.direction.y, tree.direction.z, tree.rms});
+                          tree.direction.y, plane.shownStep(tree.direction.z), tree.rms});
   }
   return table;
 }
@@ -82,8 +84,8 @@ Picture pictureOf(const Trace& trace,
   constexpr std::size_t kMostLabels = 40;
   MapContent content;
   content.title = "Edges of " + trace.input.path.substr(trace.input.path.find_last_of('/') + 1);
-  content.subtitle = grouped(static_cast<long long>(trees.size())) + " trees over " +
-                     grouped(static_cast<long long>(scan.loaded.scan.size())) + " lines";
+  content.subtitle =
+      counted(trees.size(), "tree") + " over " + counted(scan.loaded.scan.size(), "line");
   content.unit = trace.input.unit;
   content.colours = trace.common.colours;
   std::vector<int> types;
@@ -123,13 +125,12 @@ bool writeTreesAsPly(const std::string& path,
 }
 
 std::vector<TracedTree> findTrees(const Trace& trace, const Scan& scan, const TraceParams& params) {
-  const auto lines = static_cast<long long>(scan.size());
-  Progress progress("Tracing", 2 * lines, trace.common.quiet);
-  const Scan clean = cleaned(scan, params, progress);
-  std::vector<TracedTree> trees = traceEdges(clean, params, progress);
+  Progress progress("Tracing", static_cast<long long>(scan.size()), trace.common.quiet);
+  std::vector<TracedTree> trees = traceEdges(scan, params, progress);
   if (trace.both) {
-    Progress again("Tracing along the lines", lines, trace.common.quiet);
-    std::vector<TracedTree> along = traceAlongLines(clean, params, again);
+    const auto samples = static_cast<long long>(scan.front().size());
+    Progress again("Tracing along the lines", samples, trace.common.quiet);
+    std::vector<TracedTree> along = traceAlongLines(scan, params, again);
     std::move(along.begin(), along.end(), std::back_inserter(trees));
     std::stable_sort(trees.begin(), trees.end(),
                      [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });
@@ -153,7 +154,7 @@ void run(Trace& trace) {
   report.fields = {inputField(trace.input, scan.loaded, scan.raw),
                    axesField(trace.input, scan.plane), planeField(scan.plane)};
   report.lines = describe(trace.input, scan);
-  report.tables = {treeTable(trees, trace.input.unit), nodeTable(trees, scan.plane)};
+  report.tables = {treeTable(trees, scan.plane, trace.input.unit), nodeTable(trees, scan.plane)};
   if (!trace.common.ply.empty()) {
     session.files.add(trace.common.ply, [&](const std::string& path) {
       return writeTreesAsPly(path, scan.loaded.scan, trees);

@@ -71,11 +71,27 @@ bool writeSvg(const Picture& picture, const std::string& path) {
   return isDrawn && isWritten;
 }
 
+/// Rounds the shades of smoothed edges to few, which a PNG compresses well.
+void roundShades(cairo_surface_t* surface) {
+  constexpr int kStep = 15;  // 255 is a multiple of it.
+  cairo_surface_flush(surface);
+  const std::ptrdiff_t size = std::ptrdiff_t{cairo_image_surface_get_stride(surface)} *
+                              cairo_image_surface_get_height(surface);
+  unsigned char* data = cairo_image_surface_get_data(surface);
+  std::transform(data, data + size, data, [](unsigned char shade) {
+    return static_cast<unsigned char>((shade + kStep / 2) / kStep * kStep);
+  });
+  cairo_surface_mark_dirty(surface);
+}
+
 bool writePng(const Picture& picture, const std::string& path) {
   cairo_surface_t* surface = cairo_image_surface_create(
       CAIRO_FORMAT_RGB24, static_cast<int>(kResolution * picture.size.width),
       static_cast<int>(kResolution * picture.size.height));
   const bool isDrawn = drawTo(surface, picture, kResolution);
+  if (!picture.isPainted) {
+    roundShades(surface);
+  }
   const bool isWritten = cairo_surface_write_to_png(surface, path.c_str()) == CAIRO_STATUS_SUCCESS;
   cairo_surface_destroy(surface);
   return isDrawn && isWritten;

@@ -53,6 +53,7 @@ class Canvas {
 struct Picture {
   cv::Size size;
   std::function<void(Canvas&)> draw;
+  bool isPainted = true;  ///< Holds images, whose colours are kept. Other PNG files are smaller.
 };
 
 /// Writes a picture as PNG (at twice its size) or SVG, by the extension. Returns whether it was

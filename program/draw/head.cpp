@@ -12,17 +12,17 @@ constexpr double kRow = 20.0;
 constexpr double kSwatchWidth = 22.0;
 constexpr double kAfterSwatch = 7.0;
 constexpr double kBetween = 18.0;
-/// Above the wide characters of any usual font, so that the rows reserved are enough.
+/// Above the mean width in any usual font, so that the rows reserved are enough.
 constexpr double kWidestCharacter = 8.5;
 
-/// Calls `place(entry, at)` with the places of the entries, row by row; returns the rows.
-template <typename Place>
-int layOut(const std::vector<LegendEntry>& legend, double width, Place place) {
+/// Calls `place(entry, at)` with the places of the entries, row by row, whose names are as wide as
+/// `widthOf(name)`; returns the rows.
+template <typename WidthOf, typename Place>
+int layOut(const std::vector<LegendEntry>& legend, double width, WidthOf widthOf, Place place) {
   double x = kSide;
   int row = 0;
   for (const LegendEntry& entry : legend) {
-    const double text = kWidestCharacter * static_cast<double>(entry.name.size());
-    const double needed = kSwatchWidth + kAfterSwatch + text;
+    const double needed = kSwatchWidth + kAfterSwatch + widthOf(entry.name);
     if (x > kSide && x + needed > width - kSide) {
       x = kSide;
       ++row;
@@ -58,7 +58,10 @@ bool overlaps(const cv::Rect2d& label, const std::vector<cv::Rect2d>& taken) {
 }  // namespace
 
 double headHeight(const std::vector<LegendEntry>& legend, double width) {
-  return 70.0 + kRow * layOut(legend, width, [](const LegendEntry&, cv::Point2d) {});
+  const auto widest = [](const std::string& name) {
+    return kWidestCharacter * static_cast<double>(name.size());
+  };
+  return 70.0 + kRow * layOut(legend, width, widest, [](const LegendEntry&, cv::Point2d) {});
 }
 
 void drawHead(Canvas& canvas,
@@ -68,7 +71,8 @@ void drawHead(Canvas& canvas,
               double width) {
   canvas.text(title, {kSide, 22.0}, kTitleText, ink::kText, Anchor::left, true);
   canvas.text(subtitle, {kSide, 46.0}, kText, ink::kFaint);
-  layOut(legend, width, [&](const LegendEntry& entry, cv::Point2d at) {
+  const auto drawn = [&](const std::string& name) { return canvas.textWidth(name, kText); };
+  layOut(legend, width, drawn, [&](const LegendEntry& entry, cv::Point2d at) {
     drawSwatch(canvas, entry, at);
     canvas.text(entry.name, {at.x + kSwatchWidth + kAfterSwatch, at.y}, kText, ink::kText);
   });
@@ -81,6 +85,7 @@ void drawLabel(Canvas& canvas,
                std::vector<cv::Rect2d>& taken) {
   constexpr double kHeight = 16.0;
   constexpr double kPadding = 4.0;
+  constexpr double kBeside = 12.0;
   const double width = canvas.textWidth(text, kText, true) + 2.0 * kPadding;
   const auto inside = [&](cv::Point2d centre) {
     const double x = std::clamp(centre.x - 0.5 * width, area.x, area.x + area.width - width);
@@ -92,8 +97,8 @@ void drawLabel(Canvas& canvas,
   constexpr double kDown[] = {0.0, -1.0, 1.0, 0.0, 0.0, -1.0, -1.0, 1.0, 1.0};
   for (std::size_t i = 0; i < std::size(kRight) && overlaps(best, taken); ++i) {
     for (const double far : {1.0, 2.0, 3.0}) {
-      const cv::Rect2d shifted =
-          inside({at.x + far * kRight[i] * (width + 2.0), at.y + far * kDown[i] * (kHeight + 2.0)});
+      const cv::Rect2d shifted = inside({at.x + far * kRight[i] * (0.5 * width + kBeside),
+                                         at.y + far * kDown[i] * (kHeight + 2.0)});
       if (!overlaps(shifted, taken)) {
         best = shifted;
         break;

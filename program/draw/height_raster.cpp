@@ -71,6 +71,15 @@ cv::Mat smoothed(const cv::Mat& height, const cv::Mat& covered) {
   return smooth;
 }
 
+/// The smooth heights without single outliers, whose slopes would speckle the shade.
+cv::Mat despeckled(const cv::Mat& height, const cv::Mat& covered, const cv::Mat& smooth) {
+  constexpr int kSide = 5;
+  cv::Mat filled = height.clone();
+  smooth.copyTo(filled, ~covered);
+  cv::medianBlur(filled, filled, kSide);
+  return smoothed(filled, covered);
+}
+
 /// Fills holes that are too small to be seen, such as single missing samples.
 void closeSpecks(cv::Mat& height, cv::Mat& covered, const cv::Mat& smooth) {
   cv::Mat closed;
@@ -133,7 +142,7 @@ cv::Mat paintHeights(const Scan& scan,
   cv::Mat covered = raster.count > 0.0;
   cv::Mat height;
   cv::divide(raster.sum, cv::max(raster.count, 1.0), height);
-  const cv::Mat smooth = smoothed(height, covered);
+  const cv::Mat smooth = despeckled(height, covered, smoothed(height, covered));
   closeSpecks(height, covered, smooth);
   calm(height, smooth, area.colours);
   cv::Mat picture = coloursOf(height, area.colours);

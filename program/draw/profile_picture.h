@@ -17,6 +17,24 @@ struct ProfileTrace {
   std::string name;
 };
 
+/// Samples that a feature covers.
+struct ProfileStretch {
+  Line line;
+  Colour colour;
+};
+
+/// A limit or a reference in shown z, as a dashed line.
+struct ProfileLevel {
+  double z;
+  std::string name;
+};
+
+/// A named range of y.
+struct ProfileBand {
+  STeskRangeD y;
+  std::string name;
+};
+
 /// A feature on the profile.
 struct ProfileMark {
   STesk3DPoint at;
@@ -29,8 +47,12 @@ struct ProfileContent {
   std::string subtitle;
   std::string unit;
   std::vector<ProfileTrace> traces;
+  std::vector<ProfileStretch> stretches;
   std::vector<ProfileMark> marks;
+  std::vector<ProfileLevel> levels;
+  std::vector<ProfileBand> bands;
   std::vector<LegendEntry> legend;  ///< Of the marks; traces add theirs.
+  std::string footer;               ///< Below the axis.
 };
 
 /// One line, y against z, the side towards the sensor at the top.

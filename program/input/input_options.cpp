@@ -55,11 +55,15 @@ void addInputOptions(CLI::App& command, InputOptions& options, const std::string
   command
       .add_option(name, options.path,
                   "Scan: image (TIFF of x, y, z; range image), text (CSV, XYZ), NPY, PCD or PLY. "
-                  "Rows are lines, which advance in x; samples follow y")
+                  "Its rows are lines, which advance in x; samples follow y")
       ->required()
       ->type_name("FILE");
-  command.add_option("--format", options.format, "Format of the scan (default: by its extension)")
-      ->check(CLI::IsMember({"auto", "image", "text", "npy", "pcd", "ply"}))
+  command
+      .add_option(
+          "--format", options.format,
+          "Format of the scan: image, text, npy, pcd, ply or auto, which goes by its extension "
+          "(default: auto)")
+      ->check(CLI::IsMember({"auto", "image", "text", "npy", "pcd", "ply"}).description(""))
       ->type_name("NAME")
       ->group(kGroup);
   command
@@ -69,8 +73,7 @@ void addInputOptions(CLI::App& command, InputOptions& options, const std::string
       ->check(positiveUpTo(1e9))
       ->type_name("FACTOR")
       ->group(kGroup);
-  command.add_option("--unit", options.unit, "Unit of the scaled values, for labels")
-      ->capture_default_str()
+  command.add_option("--unit", options.unit, "Unit of the scaled values, for labels (default: mm)")
       ->type_name("NAME")
       ->group(kGroup);
   addMeaningOfZ(command, options);
@@ -95,7 +98,7 @@ void addInputOptions(CLI::App& command, InputOptions& options, const std::string
       .add_option_function<std::string>(
           "--channels", [&](const std::string& order) { options.channelsZyx = order == "zyx"; },
           "Order of the channels of a TIFF: xyz or zyx (default: xyz)")
-      ->check(CLI::IsMember({"xyz", "zyx"}))
+      ->check(CLI::IsMember({"xyz", "zyx"}).description(""))
       ->type_name("ORDER")
       ->group(kGroup);
   addRoi(command, options);

@@ -87,8 +87,8 @@ void removeStrays(LoadedScan& loaded, Messages& messages) {
   const Limits limits = limitsOf(loaded.scan);
   loaded.strays = blank(loaded.scan, [&](const STesk3DPoint& p) { return isOutside(p, limits); });
   if (loaded.strays > 0) {
-    messages.warn("strays", grouped(loaded.strays) +
-                                " samples far outside of the scan were taken for missing");
+    messages.warn("strays", "took " + counted(loaded.strays, "sample") +
+                                " far outside of the scan for missing");
   }
 }
 
@@ -123,9 +123,8 @@ void markMissing(LoadedScan& loaded, Messages& messages) {
   }
   if (loaded.notPositive > 0) {
     messages.warn("not-positive",
-                  grouped(loaded.notPositive) +
-                      " distances at or below zero were taken for missing. If z is a "
-                      "height, use --z-is-height");
+                  "took " + counted(loaded.notPositive, "distance") +
+                      " at or below zero for missing. If z is a height, use --z-is-height");
   }
 }
 

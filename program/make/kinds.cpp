@@ -22,7 +22,9 @@ const std::vector<SceneKind>& sceneKinds() {
       {"hole", "a tilted plate with a round hole, for 'calibrate'", 0.03, kPlateLines, makeHole},
       {"shelf", "a shelf over falling ground, seen from the side, for 'calibrate'", 0.03,
        kPlateLines, makeShelf},
-      {"rods", "round rods on a floor, for 'arcs'", 0.03, kRodsLines, makeRods}};
+      {"rods", "round rods on a floor, for 'arcs'", 0.03, kRodsLines, makeRods},
+      {"profile", "the same profile on every line, for 'line'; see --shape", 0.03, kProfileLines,
+       makeProfile}};
   return all;
 }
 

@@ -14,6 +14,7 @@ struct MakeParams {
   std::uint64_t seed;  ///< Of noise, dropouts and, for the belt, of its objects.
   double noise;        ///< Standard deviation of z.
   int objects;         ///< On the belt; not for other kinds.
+  std::string shape;   ///< Of the profile; not for other kinds.
 };
 
 /// The plane z = c + a x + b y.
@@ -61,6 +62,7 @@ struct MadeScan {
   std::vector<TrueObject> objects;
   std::vector<TrueGap> gaps;
   std::vector<TrueRod> rods;
+  Line profile;  ///< What every line is without noise, at x = 0.
 };
 
 /// Angle between the reference plane and the level that it is to be turned to.
@@ -111,5 +113,9 @@ constexpr int kPlateLines = 240;
 /// Round rods on a tilted floor, one of them with an end propped up.
 MadeScan makeRods(const MakeParams& params, Progress& progress);
 constexpr int kRodsLines = 300;
+
+/// One profile on every line, for the search of one extractor.
+MadeScan makeProfile(const MakeParams& params, Progress& progress);
+constexpr int kProfileLines = 61;
 
 }  // namespace program

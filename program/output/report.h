@@ -13,10 +13,13 @@ namespace program {
 using Cell = std::variant<std::monostate, long long, double, bool, std::string>;
 
 struct Column {
-  std::string name;  ///< A word in small letters, such as "length".
-  std::string unit;  ///< Shown in text alone; empty: none.
-  int decimals = 3;  ///< Of floating-point numbers in text. JSON and CSV hold all digits.
+  std::string name;            ///< A word in small letters, such as "length".
+  std::string unit;            ///< Shown in text alone; empty: none.
+  int decimals = 3;            ///< Of floating-point numbers in text. JSON and CSV hold all digits.
+  bool isOnlyInFiles = false;  ///< Left out in text, which has to fit into a terminal.
 };
+
+constexpr bool kOnlyInFiles = true;
 
 /// Rows of cells. Every table is written whole to JSON.
 struct Table {
@@ -31,6 +34,10 @@ struct Field {
   std::string name;
   std::variant<Cell, std::vector<Field>, std::vector<Cell>> value;
 };
+
+inline Field field(std::string name, Cell value) {
+  return {std::move(name), std::move(value)};
+}
 
 /// What a command found: written as text to the standard output, as JSON and as CSV.
 struct Report {

@@ -6,11 +6,11 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <opencv2/imgcodecs.hpp>
 #include <vector>
 
 #include "base/failure.h"
 #include "base/number.h"
+#include "output/tiff_writer.h"
 
 namespace program {
 namespace {
@@ -84,33 +84,11 @@ void warnOfLoss(const Scan& scan, const Extent& extent, Messages& messages) {
   }
 }
 
-/// Written from memory, as OpenCV would not notice a full disk. OpenCV takes any value but that of
-/// a lossy encoding for none, or does compress: both keep all values.
-bool writeTiff(const std::string& path, const Scan& scan) {
-  constexpr int kDeflate = 8;
-  cv::Mat image(static_cast<int>(scan.size()), static_cast<int>(widthOf(scan)), CV_32FC3,
-                cv::Scalar::all(0.0));
-  forEachLine(scan, [&](std::size_t l) {
-    auto* pixel = image.ptr<cv::Vec3f>(static_cast<int>(l));
-    for (const STesk3DPosition& sample : scan[l]) {
-      if (isMeasured(sample)) {
-        // OpenCV reverses the order of colour channels.
-        *pixel = {static_cast<float>(sample.pt3D.z), static_cast<float>(sample.pt3D.y),
-                  static_cast<float>(sample.pt3D.x)};
-      }
-      ++pixel;
-    }
-  });
-  std::vector<std::uint8_t> bytes;
-  if (!cv::imencode(".tiff", image, bytes, {cv::IMWRITE_TIFF_COMPRESSION, kDeflate})) {
-    return false;
+void requireFit(const std::string& path, const Scan& scan) {
+  if (!fitsTiff(scan.size(), widthOf(scan))) {
+    throw Failure(ExitCode::cannotWrite,
+                  path + ": the scan is too large for a TIFF, which holds 4 GB. Save .npy");
   }
-  image.release();
-  std::ofstream file(path, std::ios::binary);
-  file.write(reinterpret_cast<const char*>(bytes.data()),
-             static_cast<std::streamsize>(bytes.size()));
-  file.close();
-  return static_cast<bool>(file);
 }
 
 }  // namespace
@@ -122,10 +100,11 @@ void addScanFile(OutputFiles& files,
                  Messages& messages) {
   const bool isNpy = std::filesystem::path(path).extension() == ".npy";
   if (!isNpy) {
+    requireFit(path, scan);
     warnOfLoss(scan, extent, messages);
   }
   files.add(path, [&](const std::string& temporary) {
-    return isNpy ? writeNpy(temporary, scan) : writeTiff(temporary, scan);
+    return isNpy ? writeNpy(temporary, scan) : writeTiff(temporary, scan, widthOf(scan));
   });
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "base/number.h"
 
@@ -25,8 +26,38 @@ bool isNumberColumn(const Table& table, std::size_t column) {
   });
 }
 
-std::string headerOf(const Column& column) {
-  return column.unit.empty() ? column.name : column.name + " [" + column.unit + "]";
+std::vector<std::size_t> shownColumns(const Table& table) {
+  std::vector<std::size_t> shown;
+  for (std::size_t c = 0; c < table.columns.size(); ++c) {
+    if (!table.columns[c].isOnlyInFiles) {
+      shown.push_back(c);
+    }
+  }
+  return shown;
+}
+
+/// Names, units if there are any, and rows.
+std::vector<std::vector<std::string>> textsOf(const Table& table,
+                                              const std::vector<std::size_t>& shown) {
+  std::vector<std::vector<std::string>> lines(1);
+  std::vector<std::string> units;
+  bool hasUnit = false;
+  for (const std::size_t c : shown) {
+    const Column& column = table.columns[c];
+    lines.front().push_back(column.name);
+    units.push_back(column.unit.empty() ? "" : "[" + column.unit + "]");
+    hasUnit = hasUnit || !column.unit.empty();
+  }
+  if (hasUnit) {
+    lines.push_back(std::move(units));
+  }
+  for (const std::vector<Cell>& row : table.rows) {
+    std::vector<std::string>& line = lines.emplace_back();
+    for (const std::size_t c : shown) {
+      line.push_back(asText(row[c], table.columns[c].decimals));
+    }
+  }
+  return lines;
 }
 
 std::string joined(const std::vector<std::string>& cells,
@@ -65,19 +96,13 @@ std::string asText(const Cell& cell, int decimals) {
 }
 
 std::string asText(const Table& table) {
-  std::vector<std::vector<std::string>> lines(1);
+  const std::vector<std::size_t> shown = shownColumns(table);
   std::vector<bool> right;
-  for (std::size_t c = 0; c < table.columns.size(); ++c) {
-    lines.front().push_back(headerOf(table.columns[c]));
+  for (const std::size_t c : shown) {
     right.push_back(isNumberColumn(table, c));
   }
-  for (const std::vector<Cell>& row : table.rows) {
-    std::vector<std::string>& line = lines.emplace_back();
-    for (std::size_t c = 0; c < row.size(); ++c) {
-      line.push_back(asText(row[c], table.columns[c].decimals));
-    }
-  }
-  std::vector<std::size_t> widths(table.columns.size(), 0);
+  const std::vector<std::vector<std::string>> lines = textsOf(table, shown);
+  std::vector<std::size_t> widths(shown.size(), 0);
   for (const std::vector<std::string>& line : lines) {
     for (std::size_t c = 0; c < line.size(); ++c) {
       widths[c] = std::max(widths[c], widthOf(line[c]));

@@ -79,6 +79,13 @@ std::string tableAsJson(const Table& table) {
   return text + (table.rows.empty() ? "]}" : "\n  ]}");
 }
 
+/// Whether its text leaves out columns.
+bool isCut(const Table& table) {
+  return !table.rows.empty() &&
+         std::any_of(table.columns.begin(), table.columns.end(),
+                     [](const Column& column) { return column.isOnlyInFiles; });
+}
+
 std::string csvField(const Cell& cell) {
   if (const auto* value = std::get_if<double>(&cell)) {
     return std::isfinite(*value) ? exact(*value) : std::string{};
@@ -140,7 +147,8 @@ std::string asText(const Report& report) {
   }
   for (const Table& table : report.tables) {
     if (!table.title.empty()) {
-      text += '\n' + table.title + '\n' + (table.rows.empty() ? "  none\n" : asText(table));
+      text += '\n' + table.title + (isCut(table) ? " (all columns: --json)" : "") + '\n' +
+              (table.rows.empty() ? "  none\n" : asText(table));
     }
   }
   return text;

@@ -32,10 +32,13 @@ void warnOfTilt(const PlaneCandidate& plane, Messages& messages) {
 }
 
 /// The height search first, and all samples together where that finds nothing.
-PlaneChoice chooseAutomatically(Scan& scan, const Extent& extent, Messages& messages) {
+PlaneChoice chooseAutomatically(Scan& scan,
+                                const Scan& few,
+                                const Extent& extent,
+                                Messages& messages) {
   PlaneChoice choice;
   for (const char* method : {"heights", "region"}) {
-    PlaneCandidate candidate = tryMethod(method, scan, extent, {});
+    PlaneCandidate candidate = tryMethod(method, scan, few, extent, {});
     judge(candidate);
     if (candidate.refused.empty()) {
       if (!choice.others.empty()) {
@@ -48,8 +51,12 @@ PlaneChoice chooseAutomatically(Scan& scan, const Extent& extent, Messages& mess
     }
     choice.others.push_back(std::move(candidate));
   }
-  messages.warn("no-plane", "no reference plane found: by heights, " + choice.others[0].refused +
-                                "; through all samples, " + choice.others[1].refused +
+  const std::string& heights = choice.others[0].refused;
+  const std::string& region = choice.others[1].refused;
+  messages.warn("no-plane", "no reference plane found: " +
+                                (heights == region ? heights
+                                                   : "by heights, " + heights +
+                                                         "; through all samples, " + region) +
                                 ". The scan stays as it is");
   return choice;
 }
@@ -67,13 +74,14 @@ STesk3DPoint rotated(const double (&m)[9], const STesk3DPoint& p, const cv::Poin
 void addPlaneOptions(CLI::App& command, PlaneOptions& options) {
   std::string names;
   for (const PlaneMethod& method : planeMethods()) {
-    names += std::string(method.name) + ": " + method.finds + "; ";
+    names += std::string("\n  ") + method.name + ": " + method.finds;
   }
   command
       .add_option("--plane", options.method,
-                  "Reference plane to level to. auto: heights, else region; " + names +
-                      "none: leave the scan as it is; or a FILE that calibrate has saved")
-      ->capture_default_str()
+                  "Reference plane to level to (default: auto)\n  auto: heights, else region" +
+                      names +
+                      "\n  none: leave the scan as it is"
+                      "\n  FILE: the plane that calibrate --save has written")
       ->type_name("METHOD")
       ->group("Plane");
   command
@@ -92,6 +100,18 @@ void addPlaneOptions(CLI::App& command, PlaneOptions& options) {
       ->group("Plane");
 }
 
+void refusePlane(CLI::App& command, const std::string& why) {
+  const auto check = [why](const std::string& method) {
+    return method == "none" ? std::string{} : "'" + method + "' has no effect: " + why;
+  };
+  command
+      .add_option_function<std::string>(
+          "--plane", [](const std::string&) {}, "none alone: " + why)
+      ->check(CLI::Validator(check, ""))
+      ->type_name("METHOD")
+      ->group("Plane");
+}
+
 PlaneChoice choosePlane(Scan& scan,
                         const Extent& extent,
                         const PlaneOptions& options,
@@ -102,8 +122,9 @@ PlaneChoice choosePlane(Scan& scan,
   if (options.method == "none") {
     return {};
   }
+  const Scan few = thinned(scan);
   if (options.method == "auto") {
-    PlaneChoice choice = chooseAutomatically(scan, extent, messages);
+    PlaneChoice choice = chooseAutomatically(scan, few, extent, messages);
     if (choice.chosen) {
       warnOfTilt(*choice.chosen, messages);
     }
@@ -111,7 +132,7 @@ PlaneChoice choosePlane(Scan& scan,
   }
   PlaneCandidate candidate;
   if (isMethod(options.method)) {
-    candidate = tryMethod(options.method, scan, extent, options);
+    candidate = tryMethod(options.method, scan, few, extent, options);
     judge(candidate);
     if (!candidate.refused.empty()) {
       throw Failure(ExitCode::nothingFound, "--plane " + options.method +
@@ -120,7 +141,7 @@ PlaneChoice choosePlane(Scan& scan,
     }
   } else {
     candidate = readPlane(options.method);
-    measureFit(candidate, scan, extent);
+    measureFit(candidate, few, extent);
   }
   warnOfTilt(candidate, messages);
   return {std::move(candidate), {}};

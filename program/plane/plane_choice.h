@@ -46,12 +46,22 @@ struct PlaneChoice {
   /// The z that pictures and tables show for the z of a levelled sample: the height over the plane,
   /// which grows towards the sensor. Without a plane, and for the ground, z itself.
   [[nodiscard]] double shown(double z) const {
-    return chosen && !chosen->isGround ? chosen->height - z : z;
+    return showsHeights() ? chosen->height - z : z;
+  }
+  /// The same for a difference in z, such as that of a direction.
+  [[nodiscard]] double shownStep(double dz) const {
+    return showsHeights() ? -dz : dz;
+  }
+  [[nodiscard]] bool showsHeights() const {
+    return chosen && !chosen->isGround;
   }
 };
 
 /// Adds --plane and --region to a command.
 void addPlaneOptions(CLI::App& command, PlaneOptions& options);
+
+/// Adds a --plane that accepts "none" alone, and states why.
+void refusePlane(CLI::App& command, const std::string& why);
 
 /// Finds the plane that the options ask for. The scan stays as it is.
 /// @throws Failure (nothingFound, usage, badInput)

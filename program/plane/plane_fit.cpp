@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <opencv2/core/types.hpp>
+#include <optional>
 #include <vector>
 
 #include "base/number.h"
@@ -33,12 +34,11 @@ double bandOf(const Extent& extent) {
 std::vector<cv::Point3f> samplesNear(const PlaneCandidate& candidate,
                                      const Scan& scan,
                                      double reach) {
-  const std::size_t stride = strideOf(scan);
   std::vector<cv::Point3f> points;
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      const STesk3DPoint& p = line[i].pt3D;
-      if (isMeasured(line[i]) &&
+    for (const STesk3DPosition& sample : line) {
+      const STesk3DPoint& p = sample.pt3D;
+      if (isMeasured(sample) &&
           std::abs(levelledHeight(candidate, p) - candidate.height) <= reach) {
         const STesk3DPoint d = minus(p, candidate.centre);
         points.emplace_back(static_cast<float>(d.x), static_cast<float>(d.y),
@@ -61,16 +61,44 @@ double levelledHeight(const PlaneCandidate& candidate, const STesk3DPoint& p) {
 double medianHeight(const PlaneCandidate& candidate,
                     const Scan& scan,
                     const std::function<bool(const STesk3DPoint&)>& isUsed) {
-  const std::size_t stride = strideOf(scan);
   std::vector<double> heights;
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i]) && isUsed(line[i].pt3D)) {
-        heights.push_back(levelledHeight(candidate, line[i].pt3D));
+    for (const STesk3DPosition& sample : line) {
+      if (isMeasured(sample) && isUsed(sample.pt3D)) {
+        heights.push_back(levelledHeight(candidate, sample.pt3D));
       }
     }
   }
   return heights.empty() ? std::nan("") : quantile(heights, 0.5);
+}
+
+bool determinePlane(const Scan& scan, const std::function<bool(const STesk3DPoint&)>& isUsed) {
+  constexpr double kLeastSquareOfRatio = 1e-12;
+  std::optional<STesk3DPoint> first;
+  double xx = 0.0;
+  double xy = 0.0;
+  double yy = 0.0;
+  STesk3DPoint sum = {};
+  double count = 0.0;
+  for (const Line& line : scan) {
+    for (const STesk3DPosition& sample : line) {
+      if (!isMeasured(sample) || !isUsed(sample.pt3D)) {
+        continue;
+      }
+      first = first.value_or(sample.pt3D);
+      const double x = sample.pt3D.x - first->x;
+      const double y = sample.pt3D.y - first->y;
+      xx += x * x;
+      xy += x * y;
+      yy += y * y;
+      sum = {sum.x + x, sum.y + y, 0.0};
+      count += 1.0;
+    }
+  }
+  xx -= sum.x * sum.x / count;
+  xy -= sum.x * sum.y / count;
+  yy -= sum.y * sum.y / count;
+  return count >= 3.0 && xx * yy - xy * xy > kLeastSquareOfRatio * (xx + yy) * (xx + yy);
 }
 
 void judge(PlaneCandidate& candidate) {
@@ -83,8 +111,8 @@ void judge(PlaneCandidate& candidate) {
     candidate.refused =
         "tilted by " + fixed(candidate.tiltDegrees, 0) + " deg, so it stands upright";
   } else if (candidate.onPlane < kLeastOnPlane) {
-    candidate.refused = "only " + fixed(100.0 * candidate.onPlane, 1) +
-                        " % of the samples lie within " + significant(candidate.band, 3) + " of it";
+    candidate.refused =
+        "only " + fixed(100.0 * candidate.onPlane, 1) + " % of the samples lie near it";
   }
 }
 
@@ -101,11 +129,10 @@ void measureFit(PlaneCandidate& candidate, const Scan& scan, const Extent& exten
   double on = 0.0;
   double measured = 0.0;
   double squares = 0.0;
-  const std::size_t stride = strideOf(scan);
   for (const Line& line : scan) {
-    for (std::size_t i = 0; i < line.size(); i += stride) {
-      if (isMeasured(line[i])) {
-        const double distance = levelledHeight(candidate, line[i].pt3D) - candidate.height;
+    for (const STesk3DPosition& sample : line) {
+      if (isMeasured(sample)) {
+        const double distance = levelledHeight(candidate, sample.pt3D) - candidate.height;
         const bool isNear = std::abs(distance) <= candidate.band;
         measured += 1.0;
         on += isNear ? 1.0 : 0.0;

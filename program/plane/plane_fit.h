@@ -15,6 +15,10 @@ double medianHeight(const PlaneCandidate& candidate,
                     const Scan& scan,
                     const std::function<bool(const STesk3DPoint&)>& isUsed);
 
+/// Whether the samples that `isUsed` accepts determine a plane: three or more that, seen from
+/// above, are not on one line.
+bool determinePlane(const Scan& scan, const std::function<bool(const STesk3DPoint&)>& isUsed);
+
 /// Sets `refused` of a candidate that can be no reference plane.
 void judge(PlaneCandidate& candidate);
 

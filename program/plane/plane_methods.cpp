@@ -29,7 +29,7 @@ PlaneCandidate candidateOf(const char* method,
   return candidate;
 }
 
-PlaneCandidate refusal(const char* method, std::string why) {
+PlaneCandidate refusal(const std::string& method, std::string why) {
   PlaneCandidate candidate{};
   candidate.method = method;
   candidate.refused = std::move(why);
@@ -67,19 +67,15 @@ HeightScale heightScale(const Extent& extent, double bins, bool fromFar) {
   return {scale, end, fromFar};
 }
 
-/// A copy of a scan, of a large one of every n-th sample: the search does not look at neighbours.
-Scan scaled(const Scan& scan, const HeightScale& to) {
-  const std::size_t stride = strideOf(scan);
-  Scan result(scan.size());
-  forEachLine(result, [&](std::size_t l) {
-    result[l].reserve(scan[l].size() / stride + 1);
-    for (std::size_t i = 0; i < scan[l].size(); i += stride) {
-      const STesk3DPoint& p = scan[l][i].pt3D;
-      const double z = isMeasured(scan[l][i]) ? to.mapped(p.z) : 0.0;
-      result[l].push_back({scan[l][i].nPointIdx, {to.scale * p.x, to.scale * p.y, z}});
+Scan scaled(Scan scan, const HeightScale& to) {
+  forEachLine(scan, [&](std::size_t l) {
+    for (STesk3DPosition& sample : scan[l]) {
+      const STesk3DPoint& p = sample.pt3D;
+      const double z = isMeasured(sample) ? to.mapped(p.z) : 0.0;
+      sample.pt3D = {to.scale * p.x, to.scale * p.y, z};
     }
   });
-  return result;
+  return scan;
 }
 
 /// The height in a candidate's frame of a plane at `atOrigin` in a frame that turns around the
@@ -90,14 +86,14 @@ double heightAround(const PlaneCandidate& candidate, double atOrigin) {
 
 /// The search among the heights counts them in bins of 1.0, which are too coarse or too fine for
 /// most units. Tries several scales and keeps the plane with the most samples on it.
-PlaneCandidate byHeights(const char* method, const Scan& scan, const Extent& extent, bool fromFar) {
+PlaneCandidate byHeights(const char* method, const Scan& few, const Extent& extent, bool fromFar) {
   if (!(extent.shownZ.max > extent.shownZ.min)) {
     return refusal(method, "all samples have the same z");
   }
   PlaneCandidate best = refusal(method, "no height holds a tenth of the samples");
   for (const double bins : {400.0, 100.0, 30.0}) {
     const HeightScale to = heightScale(extent, bins, fromFar);
-    Scan copy = scaled(scan, to);
+    Scan copy = scaled(few, to);
     SQO_planeCalibPara found = qo_getPlaneCalibPara2(copy);
     if (found.planeHeight == kNotFound) {
       continue;
@@ -109,14 +105,14 @@ PlaneCandidate byHeights(const char* method, const Scan& scan, const Extent& ext
     }
     PlaneCandidate candidate = candidateOf(method, found, extent);
     candidate.height = heightAround(candidate, atOrigin);
-    refine(candidate, scan, extent);
+    refine(candidate, few, extent);
     best = candidate.onPlane > best.onPlane ? candidate : best;
   }
   return best;
 }
 
 /// The search as the library does it, in bins of one unit of the scan, and its lowest sample.
-PlaneCandidate byLowest(Scan& scan, const Extent& extent) {
+PlaneCandidate byLowest(Scan& scan, const Scan& few, const Extent& extent) {
   std::vector<STesk3DLaserLine> lines = pointerForm(scan);
   const auto found = qo_getPlaneCalibPara(lines.data(), static_cast<int>(lines.size()));
   if (found.planeHeight == kNotFound) {
@@ -125,24 +121,28 @@ PlaneCandidate byLowest(Scan& scan, const Extent& extent) {
   PlaneCandidate candidate = candidateOf("lowest", found, extent);
   // The mean of the same plane's samples, for its smallest z may be that of a stray.
   candidate.height = heightAround(candidate, qo_getPlaneCalibPara2(scan).planeHeight);
-  measureFit(candidate, scan, extent);
+  measureFit(candidate, few, extent);
   return candidate;
 }
 
-PlaneCandidate byRegion(Scan& scan, const Extent& extent, const PlaneOptions& options) {
+PlaneCandidate byRegion(Scan& scan,
+                        const Scan& few,
+                        const Extent& extent,
+                        const PlaneOptions& options) {
   const std::array<double, 4> all = {extent.x.min, extent.x.max, extent.y.min, extent.y.max};
   const std::array<double, 4> r = options.region.value_or(all);
+  const auto isInside = [&](const STesk3DPoint& p) {
+    return p.x >= r[0] && p.x <= r[1] && p.y >= r[2] && p.y <= r[3];
+  };
+  if (!determinePlane(scan, isInside)) {
+    return refusal("region", "it holds fewer than three samples, or all on one line");
+  }
   // The upper end of the z range limits y: it has to let all of the region pass.
   const STesk3DRangeD region = {{r[0], r[1]}, {r[2], r[3]}, {0.0, r[3]}};
   const SQO_planeCalibPara found = qo_getPlaneCalibPara2_ROI(scan, region);
   PlaneCandidate candidate = candidateOf("region", found, extent);
-  candidate.height = medianHeight(candidate, scan, [&](const STesk3DPoint& p) {
-    return p.x >= r[0] && p.x <= r[1] && p.y >= r[2] && p.y <= r[3];
-  });
-  if (std::isnan(candidate.height)) {
-    return refusal("region", "no sample lies in the region");
-  }
-  measureFit(candidate, scan, extent);
+  candidate.height = medianHeight(candidate, few, isInside);
+  measureFit(candidate, few, extent);
   return candidate;
 }
 
@@ -155,7 +155,7 @@ void restoreIndices(Scan& scan) {
   }
 }
 
-PlaneCandidate byUnbrokenLines(Scan& scan, const Extent& extent) {
+PlaneCandidate byUnbrokenLines(Scan& scan, const Scan& few, const Extent& extent) {
   const SQO_planeCalibPara found = qo_getHolePlaneCalibPara(scan);
   restoreIndices(scan);
   if (found.planeHeight == 0.0) {
@@ -163,11 +163,11 @@ PlaneCandidate byUnbrokenLines(Scan& scan, const Extent& extent) {
   }
   PlaneCandidate candidate = candidateOf("hole", found, extent);
   candidate.height = heightAround(candidate, found.planeHeight);
-  measureFit(candidate, scan, extent);
+  measureFit(candidate, few, extent);
   return candidate;
 }
 
-PlaneCandidate byGround(Scan& scan, const Extent& extent) {
+PlaneCandidate byGround(Scan& scan, const Scan& few, const Extent& extent) {
   const SQO_planeCalibPara found = qo_HCameraVScan_getGroundCalibPara(scan);
   restoreIndices(scan);
   if (found.planeHeight == 0.0) {
@@ -176,14 +176,14 @@ PlaneCandidate byGround(Scan& scan, const Extent& extent) {
   PlaneCandidate candidate = candidateOf("ground", found, extent);
   candidate.isGround = true;
   candidate.height = heightAround(candidate, found.planeHeight);
-  measureFit(candidate, scan, extent);
+  measureFit(candidate, few, extent);
   return candidate;
 }
 
 /// The candidate of either search that more samples lie on.
-PlaneCandidate byFullerHeight(const Scan& scan, const Extent& extent) {
-  const PlaneCandidate nearest = byHeights("heights", scan, extent, false);
-  const PlaneCandidate farthest = byHeights("heights", scan, extent, true);
+PlaneCandidate byFullerHeight(const Scan& few, const Extent& extent) {
+  const PlaneCandidate nearest = byHeights("heights", few, extent, false);
+  const PlaneCandidate farthest = byHeights("heights", few, extent, true);
   return farthest.onPlane > nearest.onPlane ? farthest : nearest;
 }
 
@@ -203,24 +203,28 @@ const std::vector<PlaneMethod>& planeMethods() {
 
 PlaneCandidate tryMethod(const std::string& method,
                          Scan& scan,
+                         const Scan& few,
                          const Extent& extent,
                          const PlaneOptions& options) {
+  if (!determinePlane(few, [](const STesk3DPoint&) { return true; })) {
+    return refusal(method, "the scan has fewer than three samples, or all on one line");
+  }
   if (method == "nearest") {
-    return byHeights("nearest", scan, extent, false);
+    return byHeights("nearest", few, extent, false);
   }
   if (method == "farthest") {
-    return byHeights("farthest", scan, extent, true);
+    return byHeights("farthest", few, extent, true);
   }
   if (method == "lowest") {
-    return byLowest(scan, extent);
+    return byLowest(scan, few, extent);
   }
   if (method == "region") {
-    return byRegion(scan, extent, options);
+    return byRegion(scan, few, extent, options);
   }
   if (method == "hole") {
-    return byUnbrokenLines(scan, extent);
+    return byUnbrokenLines(scan, few, extent);
   }
-  return method == "ground" ? byGround(scan, extent) : byFullerHeight(scan, extent);
+  return method == "ground" ? byGround(scan, few, extent) : byFullerHeight(few, extent);
 }
 
 }  // namespace program

@@ -8,9 +8,10 @@ namespace program {
 std::vector<PlaneCandidate> tryAllPlanes(Scan& scan,
                                          const Extent& extent,
                                          const PlaneOptions& options) {
+  const Scan few = thinned(scan);
   std::vector<PlaneCandidate> planes;
   for (const PlaneMethod& method : planeMethods()) {
-    planes.push_back(tryMethod(method.name, scan, extent, options));
+    planes.push_back(tryMethod(method.name, scan, few, extent, options));
     judge(planes.back());
   }
   return planes;
@@ -28,7 +29,7 @@ Table planeTable(const std::vector<PlaneCandidate>& planes, const std::string& u
                   {"remark", ""}},
                  {}};
   for (const PlaneCandidate& plane : planes) {
-    const bool isFound = plane.band > 0.0;
+    const bool isFound = plane.band > 0.0 || plane.onPlane > 0.0;
     const auto number = [&](double value) { return isFound ? Cell{value} : Cell{}; };
     table.rows.push_back({plane.method, number(plane.tiltDegrees), number(plane.height),
                           number(100.0 * plane.onPlane), number(plane.band), number(plane.residual),

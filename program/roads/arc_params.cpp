@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "base/failure.h"
 #include "roads/arcs.h"
 
 namespace program {
@@ -25,25 +24,9 @@ void addTreeParameters(Parameters& p) {
   p.add("tree.lines", Kind::count, 8, "Lines that a track may miss");
   p.addDerived("tree.distance", Kind::length, "the distance of these lines",
                "Longest interruption in x that is bridged if more lines are missed");
-  p.add("tree.seen", Kind::count, 50,
+  p.add("tree.seen", Kind::percent, 50,
         "Drop tracks that are found on a smaller percentage of their lines");
   p.addDerived("tree.length", Kind::length, "20 line spacings", "Drop tracks that are not longer");
-}
-
-void check(const ArcParams& params) {
-  if (params.width.min >= params.width.max) {
-    throw Failure(ExitCode::usage,
-                  "--arc-width-min must be less than --arc-width-max. The first is 3 times "
-                  "--arc-scale unless given. Give both");
-  }
-  if (params.radius.min >= params.radius.max) {
-    throw Failure(ExitCode::usage,
-                  "--arc-radius-min must be less than --arc-radius-max. Give both");
-  }
-  if (params.cleaning.smoothWindow % 2 == 0 && params.cleaning.smoothWindow > 0) {
-    throw Failure(ExitCode::usage,
-                  "--smooth-window must be an odd number, so that it has a middle sample");
-  }
 }
 
 /// Sets what depends on the scan, and returns the scale.
@@ -76,9 +59,9 @@ double deriveFrom(Parameters& p, const Extent& extent) {
 void addArcParameters(Parameters& p) {
   p.addDerived("outlier.step", Kind::length, "the scale", "Step in z that ends a run of samples");
   p.add("outlier.count", Kind::count, 3, "Blank runs of fewer samples");
-  p.add("smooth.window", Kind::count, 5,
-        "Width in samples of the moving mean with which ring arcs are searched, an odd number; "
-        "circles are fitted to unsmoothed samples");
+  p.add("smooth.window", Kind::window, 5,
+        "Width in samples of the moving mean with which ring arcs are searched, an odd number, or "
+        "0; circles are fitted to unsmoothed samples");
   p.addDerived("smooth.step-y", Kind::length, "4 sample spacings",
                "Smoothing stops at a larger step in y");
   p.addDerived("smooth.step-z", Kind::length, "3 sample spacings or 6 times the noise, the larger",
@@ -102,6 +85,7 @@ void addArcParameters(Parameters& p) {
 }
 
 ArcParams arcParams(Parameters& p, const Extent& extent, double planeZ) {
+  requireSpacing(extent);
   const double scale = deriveFrom(p, extent);
   ArcParams params{};
   params.cleaning = {p.get("outlier.step"), p.count("outlier.count"), p.count("smooth.window"),
@@ -123,10 +107,8 @@ ArcParams arcParams(Parameters& p, const Extent& extent, double planeZ) {
   params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
                  p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
-  if (params.minCoverage > 1.0) {
-    throw Failure(ExitCode::usage, "--tree-seen is a percentage: give 0 to 100");
-  }
-  check(params);
+  requireLess(p, "arc.width-min", "arc.width-max");
+  requireLess(p, "arc.radius-min", "arc.radius-max");
   return params;
 }
 

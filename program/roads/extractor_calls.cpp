@@ -4,6 +4,7 @@
 #include <limits>
 
 #include "roads/feature_types.h"
+#include "roads/hole_labels.h"
 
 namespace program {
 namespace {
@@ -31,6 +32,18 @@ std::vector<FoundFeature> asFound(const Features& features) {
   found.reserve(features.size());
   for (const SQO_basicFeature1D& feature : features) {
     found.push_back(asFound(feature));
+  }
+  return found;
+}
+
+/// The library types these as peaks, though they are the farthest samples from the sensor.
+std::vector<FoundFeature> asFound(Features lowest, const char* kind) {
+  for (SQO_basicFeature1D& feature : lowest) {
+    feature.featureType = FEATURE_VALLEY;
+  }
+  std::vector<FoundFeature> found = asFound(lowest);
+  for (FoundFeature& feature : found) {
+    feature.kind = kind;
   }
   return found;
 }
@@ -78,8 +91,9 @@ std::vector<FoundFeature> findCorners(Line& line, const LineContext& c) {
 
 std::vector<FoundFeature> findMaskedCorners(Line& line, const LineContext& c) {
   constexpr int kLabel = 1;
+  const STeskRangeD y = {c.parameters.get("mask.y-min"), c.parameters.get("mask.y-max")};
   for (STesk3DPosition& sample : line) {
-    sample.nPointIdx = kLabel;
+    sample.nPointIdx = sample.pt3D.y >= y.min && sample.pt3D.y <= y.max ? kLabel : 0;
   }
   Features found;
   qo_maskData_getLineCornerFeature(line, c.lineIdx, kLabel, cornerParam(c.parameters), found);
@@ -140,6 +154,9 @@ std::vector<FoundFeature> findCornerJumps(Line& line, const LineContext& c) {
   Features found;
   qo_getLineJumpFeature_cornerMethod(line.data(), sizeOf(line), c.lineIdx,
                                      cornerParam(c.parameters), found);
+  for (SQO_basicFeature1D& feature : found) {
+    feature.featureValue = c.plane.shown(feature.featureValue);
+  }
   return asFound(found);
 }
 
@@ -159,11 +176,15 @@ std::vector<FoundFeature> findPeaks(Line& line, const LineContext& c) {
 }
 
 std::vector<FoundFeature> findDents(Line& line, const LineContext& c) {
+  // The search takes the stamp 16 for the mark of a jump.
+  for (STesk3DPosition& sample : line) {
+    sample.nPointIdx = 0;
+  }
   Features found;
   const Parameters& p = c.parameters;
   qo_getFlatLineLocalPeaks_vector(line, c.lineIdx, p.get("dent.window"), p.get("jump.z"),
                                   p.get("width.max"), found);
-  return asFound(found);
+  return asFound(found, "dent");
 }
 
 std::vector<FoundFeature> findShapes(Line& line, const LineContext& c) {
@@ -190,7 +211,7 @@ std::vector<FoundFeature> findRingArcs(Line& line, const LineContext& c) {
 }
 
 std::vector<FoundFeature> findTubes(Line& line, const LineContext& c) {
-  cv::Mat labels = cv::Mat::zeros(sizeOf(line), c.lineIdx + 1, CV_32S);
+  cv::Mat labels = labelledHoles(line, c.lineIdx, c.parameters.get("tube.hole"));
   std::vector<SQO_featureSemiCircle> tubes;
   qo_getLineUpperSemiCircleFeature(line.data(), sizeOf(line), c.lineIdx,
                                    c.parameters.get("tube.unit"), slopeParam(c.parameters), tubes,
@@ -209,7 +230,7 @@ std::vector<FoundFeature> findGloveArcs(Line& line, const LineContext& c) {
   const Parameters& p = c.parameters;
   ju_getLineGloveArcs(line, c.lineIdx,
                       {p.get("corner.scale"), p.get("glove.arm"), p.get("glove.angle")}, found);
-  return asFound(found);
+  return asFound(found, "glove arc");
 }
 
 std::vector<FoundFeature> findRaised(Line& line, const LineContext& c) {

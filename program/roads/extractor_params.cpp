@@ -12,7 +12,9 @@ void addExtractorParameters(Parameters& p) {
   p.add("corner.th2", Kind::angle, 40, "jumpCornerTh_2: limit of the second kind of arm");
   p.addDerived("corner.gap-y", Kind::length, "the scale", "minEndingGap: limit in y");
   p.addDerived("corner.gap-z", Kind::length, "4 times the scale", "minEndingGap_z: limit in z");
-  p.addDerived("limit.z", Kind::length, "the middle of the scan", "Height that limits the corners");
+  p.addDerived("mask.y-min", Kind::number, "the smallest y", "Start of the samples that are used");
+  p.addDerived("mask.y-max", Kind::number, "the largest y", "End of the samples that are used");
+  p.addDerived("limit.z", Kind::number, "the middle of the scan", "Height that limits the corners");
   p.addDerived("ground.band", Kind::length, "6 times the noise",
                "Samples this near to the plane are ground");
   p.addDerived("ground.distance", Kind::length, "2 times the scale",
@@ -33,9 +35,10 @@ void addExtractorParameters(Parameters& p) {
   p.addDerived("arm.deviation", Kind::length, "6 times the noise or 2 sample spacings, the larger",
                "Largest deviation of an arm");
   p.addDerived("tube.unit", Kind::length, "10 sample spacings", "Expected width of a tube");
+  p.add("tube.hole", Kind::length, 0, "Holes up to this width are inside of one tube");
   p.addDerived("glove.arm", Kind::length, "60 sample spacings", "Length of the flanks of an arc");
   p.add("glove.angle", Kind::angle, 60, "Smallest turn of an arc");
-  p.add("raised.slope", Kind::length, 2, "Slope dz / dy that a flank exceeds");
+  p.add("raised.slope", Kind::number, 2, "Slope dz / dy that a flank exceeds");
 }
 
 void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneChoice& plane) {
@@ -44,6 +47,8 @@ void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneC
   p.derive("corner.scale", std::max(12.0 * sample, 25.0 * extent.noise));
   p.derive("corner.gap-y", p.get("corner.scale"));
   p.derive("corner.gap-z", 4.0 * p.get("corner.scale"));
+  p.derive("mask.y-min", extent.y.min);
+  p.derive("mask.y-max", extent.y.max);
   p.derive("limit.z", plane.shown(middle));
   p.derive("ground.band", 6.0 * extent.noise);
   p.derive("ground.distance", 2.0 * p.get("corner.scale"));
@@ -60,6 +65,9 @@ void deriveExtractorParameters(Parameters& p, const Extent& extent, const PlaneC
   p.derive("arm.deviation", std::max(6.0 * extent.noise, 2.0 * sample));
   p.derive("tube.unit", 10.0 * sample);
   p.derive("glove.arm", 60.0 * sample);
+  if (p.isGiven("mask.y-min") || p.isGiven("mask.y-max")) {
+    requireLess(p, "mask.y-min", "mask.y-max");
+  }
 }
 
 }  // namespace program

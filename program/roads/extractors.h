@@ -37,6 +37,7 @@ struct Extractor {
   const char* finds;
   std::vector<const char*> parameters;  ///< Those that it reads.
   std::function<std::vector<FoundFeature>(Line& line, const LineContext& context)> find;
+  const char* value = nullptr;  ///< What the value of a feature is; null if it has none.
 };
 
 /// All extractors, in the order of the library's documentation.

@@ -6,7 +6,8 @@
 
 namespace program {
 
-/// The name of a feature type in tables and legends.
+/// The name of a feature type in tables and legends. Unlike the library's, it follows the drawn
+/// height: a rise leads towards the sensor.
 std::string nameOfType(int featureType);
 
 /// The colour of a feature type, the same in all pictures.

@@ -1,7 +1,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "base/failure.h"
 #include "roads/gaps.h"
 
 namespace program {
@@ -9,7 +8,7 @@ namespace program {
 void addGapParameters(Parameters& p) {
   p.addDerived("outlier.step", Kind::length, "the scale", "Step in z that ends a run of samples");
   p.add("outlier.count", Kind::count, 3, "Blank runs of fewer samples");
-  p.addDerived("gap.scale", Kind::length, "8 sample spacings or 15 times the noise, the larger",
+  p.addDerived("gap.scale", Kind::length, "8 sample spacings or 10 times the noise, the larger",
                "Length of the arms of an edge; closer edges are one");
   p.add("gap.angle", Kind::angle, 30, "Smallest turn of an edge");
   p.addDerived("gap.step-z", Kind::length, "none does: the whole range of z",
@@ -31,15 +30,16 @@ void addGapParameters(Parameters& p) {
                "Lines that a gap may miss");
   p.addDerived("tree.distance", Kind::length, "the distance of these lines",
                "Longest interruption in x that is bridged if more lines are missed");
-  p.add("tree.seen", Kind::count, 50,
+  p.add("tree.seen", Kind::percent, 50,
         "Drop gaps that are found on a smaller percentage of their lines");
   p.addDerived("tree.length", Kind::length, "20 line spacings", "Drop gaps that are not longer");
 }
 
 GapParams gapParams(Parameters& p, const Extent& extent) {
+  requireSpacing(extent);
   const double lines =
       extent.lineSpacing > 0.0 ? (extent.x.max - extent.x.min) / extent.lineSpacing : 0.0;
-  p.derive("gap.scale", std::max(8.0 * extent.sampleSpacing, 15.0 * extent.noise));
+  p.derive("gap.scale", std::max(8.0 * extent.sampleSpacing, 10.0 * extent.noise));
   const double scale = p.get("gap.scale");
   p.derive("outlier.step", scale);
   p.derive("gap.step-z", extent.z.max - extent.z.min + scale);
@@ -67,14 +67,7 @@ GapParams gapParams(Parameters& p, const Extent& extent) {
   params.grow = {p.get("tree.y"),        p.get("tree.z"),      p.count("tree.lines"),
                  p.get("tree.distance"), p.get("tree.length"), 0.0};
   params.minCoverage = 0.01 * p.get("tree.seen");
-  if (params.minCoverage > 1.0) {
-    throw Failure(ExitCode::usage, "--tree-seen is a percentage: give 0 to 100");
-  }
-  if (params.width.min >= params.width.max) {
-    throw Failure(ExitCode::usage,
-                  "--gap-width-min must be less than --gap-width-max. The first is 1.2 times "
-                  "--gap-scale unless given. Give both");
-  }
+  requireLess(p, "gap.width-min", "gap.width-max");
   return params;
 }
 

@@ -33,9 +33,6 @@ void checkAboveZero(const Parameters& p) {
 void check(const Parameters& p, double spacing, const Extent& extent) {
   checkAboveZero(p);
   const double pixel = p.get("split.pixel");
-  if (p.get("split.waist") > 100.0) {
-    throw Failure(ExitCode::usage, "--split-waist is a share in percent, at most 100");
-  }
   if (pixel < spacing) {
     throw Failure(ExitCode::usage,
                   "--split-pixel " + significant(pixel, 4) +
@@ -62,18 +59,15 @@ void addSplitParameters(Parameters& p) {
   p.addDerived("split.min-width", Kind::length, "6 pixels", "Leave out what is narrower");
   p.addDerived("split.cut", Kind::length, "4 spacings or 10 times the noise, the larger",
                "A larger step in height within two pixels divides objects");
-  p.add("split.waist", Kind::count, 60,
+  p.add("split.waist", Kind::percent, 60,
         "Divide where a waist has less than this percentage of the smaller object's width");
   p.addDerived("split.pixel", Kind::length, "1.2 spacings, more if the map gets too large",
                "Side of a pixel of the map");
 }
 
 SplitParams splitParams(Parameters& p, const Scan& scan, const Extent& extent, double roughness) {
+  requireSpacing(extent);
   const double spacing = std::max(extent.lineSpacing, extent.sampleSpacing);
-  if (!(spacing > 0.0)) {
-    throw Failure(ExitCode::nothingFound,
-                  "the scan has no neighbouring samples, so there is nothing to split");
-  }
   p.derive("split.pixel", derivedPixel(scan, spacing));
   p.derive("split.min-height", std::max({0.5 * spacing, 8.0 * extent.noise, 4.0 * roughness}));
   p.derive("split.min-width", 6.0 * p.get("split.pixel"));

@@ -26,9 +26,17 @@ void mirror(Line& line, double mirrorZ) {
   }
 }
 
+/// Where z falls in the mirror, it rises. The corners of a profile are of no other types.
+int mirrored(int featureType) {
+  return featureType == FEATURE_JUMP_RISE   ? FEATURE_JUMP_FALL
+         : featureType == FEATURE_JUMP_FALL ? FEATURE_JUMP_RISE
+                                            : featureType;
+}
+
 void mirror(std::vector<SQO_basicFeature1D>& features, double mirrorZ) {
   for (SQO_basicFeature1D& feature : features) {
     feature.jumpPos.z = mirrorZ - feature.jumpPos.z;
+    feature.featureType = mirrored(feature.featureType);
   }
 }
 
@@ -93,31 +101,47 @@ std::vector<TracedTree> grow(std::vector<SQO_lineFeature>& features, const Trace
   return traced;
 }
 
-Scan transposed(const Scan& scan) {
+Line cleaned(const Line& line, const TraceParams& params) {
+  return smoothed(withoutOutliers(line, params.cleaning), params.cleaning);
+}
+
+/// Each line becomes one of its sample index; the lines are cleaned before.
+Scan cleanedAndTransposed(const Scan& scan, const TraceParams& params) {
   std::size_t samples = 0;
   for (const Line& line : scan) {
     samples = std::max(samples, line.size());
   }
   Scan result(samples, Line(scan.size()));
-  for (std::size_t l = 0; l < scan.size(); ++l) {
+  forEachLine(scan, [&](std::size_t l) {
+    Line line = cleaned(scan[l], params);
+    line.resize(samples);
     for (std::size_t i = 0; i < samples; ++i) {
-      const STesk3DPoint p = i < scan[l].size() ? scan[l][i].pt3D : STesk3DPoint{};
+      const STesk3DPoint& p = line[i].pt3D;
       result[i][l] = {static_cast<int>(l), {p.y, p.x, p.z}};
     }
-  }
-  return result;
-}
-
-}  // namespace
-
-Scan cleaned(const Scan& scan, const TraceParams& params, Progress& progress) {
-  Scan result(scan.size());
-  forEachLine(scan, [&](std::size_t l) {
-    result[l] = smoothed(withoutOutliers(scan[l], params.cleaning), params.cleaning);
-    progress.advance();
   });
   return result;
 }
+
+/// Traces the corners of the lines that `lineAt(index)` returns.
+template <typename LineAt>
+std::vector<TracedTree> traceLines(const Scan& scan,
+                                   const TraceParams& params,
+                                   Progress& progress,
+                                   LineAt lineAt) {
+  const double mirrorZ = params.edges == Edges::upper ? mirrorOf(scan) : 0.0;
+  std::vector<SQO_lineFeature> features(scan.size());
+  forEachLine(scan, [&](std::size_t l) {
+    features[l] = cornersOf(lineAt(l), static_cast<int>(l), params, mirrorZ);
+    progress.advance();
+  });
+  std::vector<TracedTree> trees = grow(features, params);
+  std::stable_sort(trees.begin(), trees.end(),
+                   [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });
+  return trees;
+}
+
+}  // namespace
 
 SQO_lineFeature cornersOf(const Line& line,
                           int lineIdx,
@@ -140,22 +164,16 @@ SQO_lineFeature cornersOf(const Line& line,
 std::vector<TracedTree> traceEdges(const Scan& scan,
                                    const TraceParams& params,
                                    Progress& progress) {
-  const double mirrorZ = params.edges == Edges::upper ? mirrorOf(scan) : 0.0;
-  std::vector<SQO_lineFeature> features(scan.size());
-  forEachLine(scan, [&](std::size_t l) {
-    features[l] = cornersOf(scan[l], static_cast<int>(l), params, mirrorZ);
-    progress.advance();
-  });
-  std::vector<TracedTree> trees = grow(features, params);
-  std::stable_sort(trees.begin(), trees.end(),
-                   [](const TracedTree& a, const TracedTree& b) { return a.length > b.length; });
-  return trees;
+  return traceLines(scan, params, progress,
+                    [&](std::size_t l) { return cleaned(scan[l], params); });
 }
 
 std::vector<TracedTree> traceAlongLines(const Scan& scan,
                                         const TraceParams& params,
                                         Progress& progress) {
-  std::vector<TracedTree> trees = traceEdges(transposed(scan), params, progress);
+  const Scan columns = cleanedAndTransposed(scan, params);
+  std::vector<TracedTree> trees = traceLines(
+      columns, params, progress, [&](std::size_t l) -> const Line& { return columns[l]; });
   for (TracedTree& tree : trees) {
     tree.isAlongLines = true;
     std::swap(tree.direction.x, tree.direction.y);

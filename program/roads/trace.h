@@ -38,16 +38,14 @@ void addTraceParameters(Parameters& parameters);
 /// Derives what the user has not given from the spacing and the noise of a scan.
 TraceParams traceParams(Parameters& parameters, const Extent& extent);
 
-/// Cleans the lines of a levelled scan.
-Scan cleaned(const Scan& scan, const TraceParams& params, Progress& progress);
-
 /// The corners of a line with upper edges at large z if `mirrorZ` is above 0.0.
 SQO_lineFeature cornersOf(const Line& line, int lineIdx, const TraceParams& params, double mirrorZ);
 
-/// Traces the edges of a cleaned scan, the longest first.
+/// Cleans the lines of a levelled scan one by one and traces the edges, the longest first.
 std::vector<TracedTree> traceEdges(const Scan& scan, const TraceParams& params, Progress& progress);
 
-/// The same on the scan with lines and samples exchanged, which finds edges along the lines.
+/// The same on the cleaned scan with lines and samples exchanged, which finds edges along the
+/// lines. The progress counts the samples of a line.
 std::vector<TracedTree> traceAlongLines(const Scan& scan,
                                         const TraceParams& params,
                                         Progress& progress);

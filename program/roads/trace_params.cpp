@@ -1,6 +1,5 @@
 #include <algorithm>
 
-#include "base/failure.h"
 #include "roads/trace.h"
 
 namespace program {
@@ -8,7 +7,8 @@ namespace program {
 void addTraceParameters(Parameters& p) {
   p.addDerived("outlier.step", Kind::length, "the scale", "Step in z that ends a run of samples");
   p.add("outlier.count", Kind::count, 4, "Blank runs of fewer samples");
-  p.add("smooth.window", Kind::count, 5, "Width of the moving mean in samples, an odd number");
+  p.add("smooth.window", Kind::window, 5,
+        "Width of the moving mean in samples, an odd number, or 0");
   p.addDerived("smooth.step-y", Kind::length, "4 sample spacings",
                "Smoothing stops at a larger step in y");
   p.addDerived("smooth.step-z", Kind::length, "3 sample spacings or 6 times the noise, the larger",
@@ -30,6 +30,7 @@ void addTraceParameters(Parameters& p) {
 }
 
 TraceParams traceParams(Parameters& p, const Extent& extent) {
+  requireSpacing(extent);
   p.derive("smooth.step-y", 4.0 * extent.sampleSpacing);
   p.derive("smooth.step-z", std::max(3.0 * extent.sampleSpacing, 6.0 * extent.noise));
   p.derive("corner.scale", std::max(12.0 * extent.sampleSpacing, 25.0 * extent.noise));
@@ -45,10 +46,6 @@ TraceParams traceParams(Parameters& p, const Extent& extent) {
   TraceParams params{};
   params.cleaning = {p.get("outlier.step"), p.count("outlier.count"), p.count("smooth.window"),
                      p.get("smooth.step-y"), p.get("smooth.step-z")};
-  if (params.cleaning.smoothWindow > 0 && params.cleaning.smoothWindow % 2 == 0) {
-    throw Failure(ExitCode::usage,
-                  "--smooth-window must be an odd number, so that it has a middle sample");
-  }
   params.corner.minEndingGap = p.get("corner.gap-y");
   params.corner.minEndingGap_z = p.get("corner.gap-z");
   params.corner.scale = scale;

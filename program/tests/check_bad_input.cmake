@@ -83,7 +83,7 @@ foreach(command IN ITEMS trace calibrate)
   refuse(3 "prose.tiff: is no image" ${command} prose.tiff ${files})
   refuse(3 "word.csv:3: expected a number in column 3, found '0,2,three'" ${command} word.csv ${files})
   refuse(3 "cut.npy: its length of 600 bytes does not match" ${command} cut.npy ${files})
-  refuse(3 "cut.tiff: is a damaged TIFF, or cut short" ${command} cut.tiff ${files})
+  refuse(3 "cut.tiff: is cut short" ${command} cut.tiff ${files})
   refuse(3 "forged.npy: " ${command} forged.npy ${files})
   refuse(3 "forged.png: is cut short" ${command} forged.png ${files})
   refuse(3 "forged.ply: is cut short" ${command} forged.ply ${files})
@@ -104,6 +104,8 @@ refuse(2 "good.npy: is the input" trace good.npy --save-scan good.npy --overwrit
 refuse(2 "good.npy: is the input" trace good.npy --save-scan out/../good.npy --overwrite)
 refuse(2 "is not a number" trace good.csv --pitch-x nan)
 refuse(2 "is not a number" trace good.csv --pitch-x 1,5)
+refuse(2 "--shape is missing" make profile --output out/a.npy)
+refuse(2 "--shape has no effect on 'rods'" make rods --shape box --output out/a.npy)
 
 # Output.
 refuse(5 "there is no folder 'nowhere'" trace good.csv --json nowhere/a.json)

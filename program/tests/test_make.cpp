@@ -6,6 +6,7 @@
 #include <string>
 
 #include "make/made_scan.h"
+#include "make/profile_shapes.h"
 
 namespace program {
 namespace {
@@ -23,7 +24,7 @@ const SceneKind& kindNamed(const std::string& name) {
 
 MadeScan made(const SceneKind& kind, std::uint64_t seed, double noise) {
   Progress progress("", 1, true);
-  return kind.make({seed, noise, kObjects}, progress);
+  return kind.make({seed, noise, kObjects, "box"}, progress);
 }
 
 /// The kind with its own noise; made once for all tests.
@@ -173,6 +174,36 @@ TEST(Make, TiltIsTheAngleToTheLevelThatThePlaneIsTurnedTo) {
   EXPECT_NEAR(tiltDegrees(made("bench")), 2.95, 0.01);
   EXPECT_NEAR(tiltDegrees(made("part")), 1.80, 0.01);
   EXPECT_NEAR(tiltDegrees(made("shelf")), 15.29, 0.01);
+}
+
+TEST(Make, LinesOfAProfileAreItsTruthWithNoise) {
+  constexpr double kNoise = 0.01;
+  for (const ProfileShape& shape : profileShapes()) {
+    SCOPED_TRACE(shape.name);
+    Progress progress("", 1, true);
+    const MadeScan scan = makeProfile({1, kNoise, 0, shape.name}, progress);
+    long long holes = 0;
+    for (const Line& line : scan.scan) {
+      for (std::size_t i = 0; i < line.size(); ++i) {
+        ASSERT_NEAR(line[i].pt3D.z, scan.profile[i].pt3D.z, 4.0 * kNoise);
+        ASSERT_EQ(line[i].nPointIdx, static_cast<int>(i));
+        holes += isMeasured(line[i]) ? 0 : 1;
+      }
+    }
+    EXPECT_EQ(holes > 0, !shape.holes.empty() || shape.farthest < 1000.0);
+    EXPECT_NEAR(scan.profile.back().pt3D.y, shape.corners.back().y, shape.step);
+  }
+}
+
+TEST(Make, RoundPlacesOfAProfileStandOverItsCorners) {
+  Progress progress("", 1, true);
+  const MadeScan beads = makeProfile({1, 0.0, 0, "beads"}, progress);
+  EXPECT_DOUBLE_EQ(sampleAt(beads.scan, 10.0, 38.0).z, 100.0 - 12.0);
+  EXPECT_DOUBLE_EQ(sampleAt(beads.scan, 10.0, 84.0).z, 100.0 - 4.0);
+  EXPECT_DOUBLE_EQ(sampleAt(beads.scan, 10.0, 60.0).z, 100.0);
+  const MadeScan bowls = makeProfile({1, 0.0, 0, "bowls"}, progress);
+  EXPECT_DOUBLE_EQ(sampleAt(bowls.scan, 10.0, 34.0).z, 90.0 + 26.0);
+  EXPECT_DOUBLE_EQ(sampleAt(bowls.scan, 10.0, 26.0).z, 90.0 + 13.0) << "half way down";
 }
 
 TEST(Make, TheBeltCarriesAsManyObjectsAsAskedFor) {

@@ -10,7 +10,11 @@
 #include <type_traits>
 #include <utility>
 
-#include "arguments.h"
+#include "argument_images.h"
+#include "argument_lines.h"
+#include "argument_lists.h"
+#include "argument_objects.h"
+#include "argument_values.h"
 #include "documentation.h"
 #include "type_text.h"
 

@@ -1,8 +1,10 @@
 /// The extension module `scanline._core`: the records and functions of the library.
 
 #include <scanline/version.h>
-#include "arguments.h"
+#include "argument_images.h"
 #include "functions.h"
+#include "record_class.h"
+#include "tree_list.h"
 #include "type_text.h"
 
 namespace binding {

@@ -85,6 +85,10 @@ void growCluster(Grid& grid,
                  std::vector<STesk2DPoint>& queue,
                  Links links,
                  Widen widen) {
+  assert(std::all_of(queue.begin(), queue.end(), [&](const STesk2DPoint& cell) {
+    return cell.x >= 0 && cell.x < static_cast<std::int64_t>(grid.size()) && cell.y >= 0 &&
+           cell.y < static_cast<std::int64_t>(grid.front().size());
+  }));
   constexpr std::size_t kAhead = 16;
   for (std::size_t i = 0; i < queue.size(); ++i) {
     if (reach > 0 && i + kAhead < queue.size()) {
@@ -110,13 +114,6 @@ template <typename Cell>
          });
 }
 
-[[maybe_unused]] bool isOnGrid(const Grid& grid, const std::vector<STesk2DPoint>& cells) {
-  return std::all_of(cells.begin(), cells.end(), [&](const STesk2DPoint& cell) {
-    return cell.x >= 0 && cell.x < static_cast<std::int64_t>(grid.size()) && cell.y >= 0 &&
-           cell.y < static_cast<std::int64_t>(grid.front().size());
-  });
-}
-
 template <typename Value>
 void widenBy(Value value, Value& smallest, Value& largest) {
   smallest = std::min(smallest, value);
@@ -133,7 +130,6 @@ void ju_gridPointClustering(std::vector<std::vector<SQO_featureClusteringInfo>>&
                             std::vector<STesk2DPoint>& clusterQueue,
                             STesk3DRangeD& clusterRoi) {
   assert(isGridLike(featureInfo, featureInfo) && isGridLike(featureInfo, feature3D));
-  assert(isOnGrid(featureInfo, clusterQueue));
   const auto links = [&](STesk2DPoint cell, STesk2DPoint neighbour) {
     const STesk3DPoint& p = feature3D[cell.x][cell.y];
     const STesk3DPoint& q = feature3D[neighbour.x][neighbour.y];
@@ -156,7 +152,7 @@ void ju_gridPointClustering_labelling(
     int clusterID,
     std::vector<STesk2DPoint>& clusterQueue,
     STeskRect& clusterRoi) {
-  assert(isGridLike(featureInfo, featureInfo) && isOnGrid(featureInfo, clusterQueue));
+  assert(isGridLike(featureInfo, featureInfo));
   const auto links = [](STesk2DPoint, STesk2DPoint) { return true; };
   const auto widen = [&](STesk2DPoint cell) {
     widenBy(cell.x, clusterRoi.left, clusterRoi.right);

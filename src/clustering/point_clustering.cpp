@@ -8,7 +8,7 @@
 #include <vector>
 
 #include <scanline/clustering.h>
-#include "geometry/root_free.h"
+#include "geometry/squared_threshold.h"
 
 namespace {
 

@@ -8,23 +8,19 @@
 
 #include <scanline/conditioning.h>
 #include "conditioning/smoothing_kernels.h"
+#include "records/new_array.h"
 
 namespace {
 
 using scanline::detail::gatherHeights;
 using scanline::detail::gatherHeightsAndSteps;
 using scanline::detail::meanWindows;
+using scanline::detail::newArray;
 using scanline::detail::storeMeans;
 
 /// Up to this half-width, all pieces of a line are summed in one pass: the windows that begin in
 /// the gaps between the pieces cost less than a pass for each piece.
 constexpr int kNarrow = 8;
-
-/// An array of unset elements.
-template <typename Number>
-std::unique_ptr<Number[]> newArray(std::size_t count) {
-  return std::unique_ptr<Number[]>(new Number[count]);
-}
 
 /// Storage for heights, with zeros beyond the ends of a piece, and for the numbers of measured
 /// heights by which the sums are divided.

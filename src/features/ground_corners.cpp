@@ -10,7 +10,7 @@
 #include "features/line_samples.h"
 #include "features/reach_search.h"
 #include "features/stretches.h"
-#include "geometry/root_free.h"
+#include "geometry/squared_threshold.h"
 #include "records/append.h"
 
 namespace detail = scanline::detail;

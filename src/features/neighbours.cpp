@@ -5,7 +5,7 @@
 
 #include "features/neighbour_kernel.h"
 #include "features/reach_search.h"
-#include "geometry/root_free.h"
+#include "geometry/squared_threshold.h"
 
 namespace scanline::detail {
 namespace {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "heightmap/row_kernels.h"
+#include "records/new_array.h"
 
 namespace scanline::detail {
 
@@ -76,7 +77,7 @@ class GrayKeys {
   /// Calls `visit(keyedPixel)` column by column.
   template <typename Visit>
   void forEach(Visit visit) const {
-    std::unique_ptr<int[]> columns(new int[std::size_t{kColumns} * side_]);
+    const auto columns = newArray<int>(std::size_t{kColumns} * side_);
     for (int start = 0; start < side_; start += kColumns) {
       const int count = std::min(kColumns, side_ - start);
       if (count == kColumns) {
@@ -138,15 +139,15 @@ std::unique_ptr<PixelPosition[]> floodOrder(const PixelRows& gray, int side) {
   std::vector<Digit> digits = digitsOf(keys.maxKey());
   keys.count(digits);
   const std::size_t size = static_cast<std::size_t>(side) * side;
-  std::unique_ptr<PixelPosition[]> order(new PixelPosition[size]);
+  auto order = newArray<PixelPosition>(size);
   const auto forEachKey = [&](auto visit) { keys.forEach(visit); };
   const auto putInOrder = [&](std::size_t slot, KeyedPixel item) { order[slot] = item.pixel; };
   if (digits.size() == 1) {
     sortByDigit(digits.front(), forEachKey, putInOrder);
     return order;
   }
-  std::unique_ptr<KeyedPixel[]> items(new KeyedPixel[size]);
-  std::unique_ptr<KeyedPixel[]> sorted(digits.size() > 2 ? new KeyedPixel[size] : nullptr);
+  auto items = newArray<KeyedPixel>(size);
+  auto sorted = digits.size() > 2 ? newArray<KeyedPixel>(size) : nullptr;
   const auto forEachItem = [&](auto visit) { std::for_each_n(items.get(), size, visit); };
   sortByDigit(digits.front(), forEachKey,
               [&](std::size_t slot, KeyedPixel item) { items[slot] = item; });

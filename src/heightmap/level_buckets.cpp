@@ -5,17 +5,22 @@
 #include <iterator>
 
 #include "heightmap/row_kernels.h"
+#include "records/new_array.h"
 
 namespace scanline::detail {
 
 namespace {
+
+bool isFlooded(int value, int maxLevel) {
+  return value >= 0 && value <= maxLevel;
+}
 
 /// The levels that occur, in ascending order.
 std::vector<int> distinctLevels(const PixelRows& gray, int maxLevel, const PaddedGrid& grid) {
   std::vector<int> levels;
   for (int r = 0; r < grid.height(); ++r) {
     std::copy_if(gray[r].begin(), gray[r].begin() + grid.width(), std::back_inserter(levels),
-                 [=](int value) { return value >= 0 && value <= maxLevel; });
+                 [=](int value) { return isFlooded(value, maxLevel); });
   }
   std::sort(levels.begin(), levels.end());
   levels.erase(std::unique(levels.begin(), levels.end()), levels.end());
@@ -35,7 +40,7 @@ LevelBuckets countingSort(const PixelRows& gray,
       const int* const row = gray[r].data();
       const PixelIndex first = grid.indexOf(r, 0);
       for (int c = 0; c < grid.width(); ++c) {
-        if (row[c] >= 0 && row[c] <= maxLevel) {
+        if (isFlooded(row[c], maxLevel)) {
           visit(numberOf(row[c]), first + static_cast<PixelIndex>(c));
         }
       }
@@ -47,7 +52,7 @@ LevelBuckets countingSort(const PixelRows& gray,
   for (std::size_t v = 2; v < starts.size(); ++v) {
     starts[v] += starts[v - 1];
   }
-  std::unique_ptr<PixelIndex[]> pixels(new PixelIndex[starts.back()]);
+  auto pixels = newArray<PixelIndex>(starts.back());
   forEachPixel([&](std::size_t level, PixelIndex pixel) { pixels[starts[level + 1]++] = pixel; });
   starts.pop_back();
   return {std::move(pixels), std::move(starts)};
@@ -61,7 +66,8 @@ LevelBuckets fillBuckets(const PixelRows& gray, int maxLevel, const PaddedGrid& 
     highest = std::max(highest, largestUpTo(maxLevel, gray[r].data(), grid.width()));
   }
   const std::size_t count = highest < 0 ? 0 : static_cast<std::size_t>(highest) + 1;
-  if (count <= static_cast<std::size_t>(grid.height()) * grid.width() && count <= INT_MAX) {
+  const std::size_t pixelCount = static_cast<std::size_t>(grid.height()) * grid.width();
+  if (count <= std::min<std::size_t>(pixelCount, INT_MAX)) {
     return countingSort(gray, maxLevel, grid, count,
                         [](int value) { return static_cast<std::size_t>(value); });
   }

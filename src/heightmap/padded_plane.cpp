@@ -16,19 +16,7 @@ std::uint64_t strideOf(int width) {
   return isCrowded ? stride + kClose + kClose / 4 : stride;
 }
 
-bool hasSize(const PixelRows& plane, int height, int width) {
-  return plane.size() >= static_cast<std::size_t>(std::max(height, 0)) &&
-         std::all_of(plane.begin(), plane.begin() + std::max(height, 0), [=](const auto& row) {
-           return row.size() >= static_cast<std::size_t>(std::max(width, 0));
-         });
-}
-
 }  // namespace
-
-bool hasFullPlanes(const SJU_waterShedImage& image) {
-  return hasSize(image.gray, image.height, image.width) &&
-         hasSize(image.markers, image.height, image.width);
-}
 
 PaddedGrid::PaddedGrid(int height, int width)
     : height_(height), width_(width), stride_(static_cast<PixelIndex>(strideOf(width))) {

@@ -7,14 +7,25 @@
 #include <vector>
 
 #include <scanline/watershed.h>
+#include "records/new_array.h"
 #include "records/prefetch.h"
 
 namespace scanline::detail {
 
 using PixelRows = std::vector<std::vector<int>>;
 
-/// Whether both planes of an image have `height` rows of `width` values.
-[[nodiscard]] bool hasFullPlanes(const SJU_waterShedImage& image);
+/// Whether a plane has `height` rows of `width` values.
+[[nodiscard]] inline bool hasSize(const PixelRows& plane, int height, int width) {
+  return plane.size() >= static_cast<std::size_t>(std::max(height, 0)) &&
+         std::all_of(plane.begin(), plane.begin() + std::max(height, 0), [=](const auto& row) {
+           return row.size() >= static_cast<std::size_t>(std::max(width, 0));
+         });
+}
+
+[[nodiscard]] inline bool hasFullPlanes(const SJU_waterShedImage& image) {
+  return hasSize(image.gray, image.height, image.width) &&
+         hasSize(image.markers, image.height, image.width);
+}
 
 /// Index of a pixel in a padded plane; ascending in scan order.
 using PixelIndex = std::uint32_t;
@@ -64,7 +75,8 @@ class PaddedGrid {
 template <typename Value>
 class PaddedPlane {
  public:
-  explicit PaddedPlane(const PaddedGrid& grid) : grid_(grid), values_(new Value[grid.size()]) {
+  explicit PaddedPlane(const PaddedGrid& grid)
+      : grid_(grid), values_(newArray<Value>(grid.size())) {
     const PixelIndex stride = grid.stride();
     std::fill_n(at(0), stride, Value{0});
     for (int r = 0; r < grid.height(); ++r) {

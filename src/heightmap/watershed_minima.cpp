@@ -116,7 +116,7 @@ void markMinimum(PixelRows& markers, int row, int column, int& label) {
 void markMinima(SJU_waterShedImage& image) {
   const int height = image.height;
   const int width = image.width;
-  if (height < 3 || width < 3) {
+  if (std::min(height, width) < 3) {
     return;
   }
   SlidingMinimum window(image.gray, height, width);

@@ -1,0 +1,85 @@
+# Draws the pictures of the guide to the extractors anew, in a folder of its own. Each extractor that
+# the headers declare must find what its profile has, and its picture must be small and stand in the
+# guide. Wants PROGRAM, ROOT (of the sources) and FOLDER, which it empties.
+
+# Where the features begin: y of the corners, steps and round places of the profiles, cut after one
+# decimal, in the order of the table; segment ends come last.
+set(truth_qo_getLineCornerFeature 25.0 49.0 88.0 0.0 56.5 66.5 120.0)
+set(truth_qo_maskData_getLineCornerFeature 72.0 98.0)
+set(truth_ju_getLineCornerFeature_PSM 40.0 63.0 20.0 95.0)
+set(truth_ju_getLineCorerFeature 22.0 42.0 78.0)
+set(truth_qo_getLineCornerFeature_BQ 0.0 67.0 88.0 105.0)
+set(truth_qo_getLineContourCornerFeature_groundMask_BQ 23.0 91.0)
+set(truth_qo_getLineGapFeature 28.0)
+set(truth_qo_getLineJumpFeature_cornerMethod 22.0 44.0 69.0)
+set(truth_qo_getLineDownJumps 20.0 64.0)
+set(truth_qo_getLineLocalPeaks 24.0 56.0 98.0 39.0 84.0)
+set(truth_qo_getFlatLineLocalPeaks_vector 30.6 68.0)
+set(truth_qo_getLineLVFeature 20.5 50.0 73.0 100.5 0.0 128.0)
+set(truth_qo_getLineRigthAngleFeature 22.0 22.2 44.0 44.3 65.8 66.1 88.0 88.2)
+set(truth_ju_getRingArcFeature 25.5)
+set(truth_qo_getLineUpperSemiCircleFeature 8.5 38.5)
+set(truth_ju_getLineGloveArcs 34.0)
+set(truth_ju_getLineRaisedFeature 15.5 86.5)
+
+file(REMOVE_RECURSE ${FOLDER})
+execute_process(
+  COMMAND ${CMAKE_COMMAND} -E env SCANLINE=${PROGRAM} ${ROOT}/scripts/gallery.sh ${FOLDER}
+  RESULT_VARIABLE code
+  OUTPUT_VARIABLE text
+  ERROR_VARIABLE errors)
+if(NOT code STREQUAL "0" OR NOT errors STREQUAL "")
+  message(FATAL_ERROR "gallery.sh ended with ${code}: ${errors}")
+endif()
+
+set(names "")
+foreach(header IN ITEMS line_corners line_jumps line_peaks line_reference_corners line_runs
+                        line_shapes)
+  file(STRINGS ${ROOT}/include/scanline/${header}.h declared REGEX "^SCANLINE_API void ")
+  foreach(declaration IN LISTS declared)
+    string(REGEX REPLACE "^SCANLINE_API void ([A-Za-z0-9_]+).*" "\\1" name "${declaration}")
+    list(APPEND names ${name})
+  endforeach()
+endforeach()
+
+file(READ ${ROOT}/docs/features.md guide)
+string(REPLACE ";" "," text "${text}")
+string(REPLACE "== " "@" text "${text}")
+string(REGEX MATCHALL "@[^@]+" tables "${text}")
+foreach(name IN LISTS names)
+  set(found "")
+  foreach(table IN LISTS tables)
+    if(table MATCHES "^@${name}\n")
+      # After id, kind and two samples: x, the same for the whole line, and y.
+      string(REGEX MATCHALL "\n +[0-9]+  [a-zA-Z][^\n]* 15\\.0[0-9]* +[0-9.]+" rows "${table}")
+      foreach(row IN LISTS rows)
+        string(REGEX MATCH "([0-9]+\\.[0-9])[0-9]*$" y "${row}")
+        list(APPEND found ${CMAKE_MATCH_1})
+      endforeach()
+    endif()
+  endforeach()
+  if(NOT found STREQUAL "${truth_${name}}")
+    message(SEND_ERROR "${name} finds features at y '${found}', not '${truth_${name}}'")
+  endif()
+  set(magic "")
+  set(size 0)
+  if(EXISTS ${FOLDER}/${name}.png)
+    file(READ ${FOLDER}/${name}.png magic LIMIT 4 HEX)
+    file(SIZE ${FOLDER}/${name}.png size)
+  endif()
+  if(NOT magic STREQUAL "89504e47" OR size GREATER 65000)
+    message(SEND_ERROR "the picture of ${name}, ${size} bytes, is no small PNG")
+  endif()
+  if(NOT guide MATCHES "\\(images/gallery/${name}\\.png\\)")
+    message(SEND_ERROR "docs/features.md does not show ${name}.png")
+  endif()
+endforeach()
+
+foreach(folder IN ITEMS ${FOLDER} ${ROOT}/docs/images/gallery)
+  file(GLOB pictures ${folder}/*)
+  list(LENGTH pictures found)
+  list(LENGTH names declared)
+  if(NOT found EQUAL declared)
+    message(SEND_ERROR "${declared} extractors, but ${found} files in ${folder}")
+  endif()
+endforeach()
