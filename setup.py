@@ -32,8 +32,13 @@ class BuildWithCMake(build_ext):
                         ignore=shutil.ignore_patterns("__pycache__"))
 
 
+def version():
+    project = (ROOT / "CMakeLists.txt").read_text().partition("project(")[2]
+    return re.search(r"VERSION (\S+)", project)[1]
+
+
 setup(
-    version=re.search(r"VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text().split("project(")[1])[1],
+    version=version(),
     ext_modules=[Extension("scanline._core", [])],
     cmdclass={"build_ext": BuildWithCMake},
 )

@@ -100,7 +100,7 @@ def print_pool(scan):
         return [corners_of(line, index) for index, line in lines_of(scan, range(first, first + 50))]
     for threads in (1, 2):
         with ThreadPoolExecutor(threads) as pool:
-            taken = best(lambda: list(pool.map(chunk, range(0, LINES, 50))), 15)
+            taken = best(lambda: list(pool.map(chunk, range(0, LINES, 50))), 60)
         print(f"corners of a scan, {threads} thread(s): {taken / 1e3:.1f} ms")
 
 

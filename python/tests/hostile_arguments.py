@@ -1,4 +1,4 @@
-"""Strategies of hypothesis for arguments of any type: sound ones, and such as no function expects."""
+"""Strategies of hypothesis for arguments of any type: sound ones, and others."""
 import numpy as np
 from call_numbers import DEPTHS, NUMBERS, dtype_of, fields_of, is_list
 from hypothesis import strategies as st
@@ -92,9 +92,9 @@ def rows_apart(array):
 
 CHANGES = [
     lambda a: a[..., ::-1], lambda a: a[::-1], columns_apart, rows_apart,
-    lambda a: np.asfortranarray(a), lambda a: a.T, lambda a: np.broadcast_to(a[:1], a.shape),
+    np.asfortranarray, lambda a: a.T, lambda a: np.broadcast_to(a[:1], a.shape),
     lambda a: np.lib.stride_tricks.as_strided(a, strides=(0,) * a.ndim), odd_address, read_only,
-    lambda a: a.view(Subclass), lambda a: np.ma.masked_array(a), lambda a: a[:0],
+    lambda a: a.view(Subclass), np.ma.masked_array, lambda a: a[:0],
     lambda a: a[..., :0], lambda a: a[..., np.newaxis], lambda a: a[np.newaxis],
     lambda a: a.reshape(-1)[0], lambda a: a.reshape(-1)[:1].reshape(()), packed, renamed,
     lambda a: a.astype(a.dtype.newbyteorder()), lambda a: a.astype(object), lambda a: a.tolist(),

@@ -1,7 +1,7 @@
-"""Compares the seeded watershed with its plainest form on random small images: seeded_floods.py COUNT
+"""Floods random small images by the library and in the plainest form: seeded_floods.py COUNT
 
-Where the plain form finds pixels that no label reaches, the call must be refused: C++ would wait for
-them forever.
+Where the plain form finds pixels that no label reaches, the call must be refused: C++ would wait
+for them forever.
 """
 import sys
 

@@ -18,7 +18,8 @@ SEED = "41"  # a small one
 
 class MallocInfo(ctypes.Structure):
     _fields_ = [(name, ctypes.c_size_t) for name in
-                "arena ordblks smblks hblks hblkhd usmblks fsmblks uordblks fordblks keepcost".split()]
+                ("arena", "ordblks", "smblks", "hblks", "hblkhd", "usmblks", "fsmblks", "uordblks",
+                 "fordblks", "keepcost")]
 
 
 def allocated_bytes():

@@ -127,21 +127,21 @@ def core_stub():
 
 def package_stub():
     """The stub of the package itself, whose names come from its modules at run time."""
-    lines = ["# Written by write_stubs.py.", "import numpy as np", ""]
-    lines += ["from scanline._core import *", "from scanline._core import __version__ as __version__"]
+    imports = ["from scanline._core import *",
+               "from scanline._core import __version__ as __version__"]
     values = []
     for name in scanline.__all__:
         value = getattr(scanline, name)
         module = getattr(value, "__module__", "")
-        if isinstance(value, scanline.FeatureType | scanline.TreeState
-                      if sys.version_info >= (3, 10) else (scanline.FeatureType, scanline.TreeState)):
+        if isinstance(value, (scanline.FeatureType, scanline.TreeState)):
             values.append(f"{name}: {type(value).__name__}")
         elif name.endswith("_dtype"):
             values.append(f"{name}: np.dtype[np.void]")
         elif module.startswith("scanline._") and module != "scanline._core":
-            lines.append(f"from {module} import {name} as {name}")
+            imports.append(f"from {module} import {name} as {name}")
     names = "".join(f"    {name!r},\n" for name in scanline.__all__)
-    return "\n".join([*lines, "", *values, "", f"__all__ = [\n{names}]"]) + "\n"
+    head = ["# Written by write_stubs.py.", "import numpy as np", ""]
+    return "\n".join([*head, *imports, "", *values, "", f"__all__ = [\n{names}]"]) + "\n"
 
 
 def main(folder):
