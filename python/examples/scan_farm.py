@@ -143,8 +143,14 @@ def connected(scheduler, workers):
     import dask.config
     from distributed import Client, LocalCluster
     if scheduler is None:
-        # A worker that is restarted again and again must not be given up.
-        with dask.config.set({"distributed.deploy.lost-worker-timeout": "1000 days"}), \
+        settings = {
+            # A worker that is restarted again and again must not be given up.
+            "distributed.deploy.lost-worker-timeout": "1000 days",
+            # By default workers give back freed memory at once, and each scan asks for it again.
+            "distributed.nanny.pre-spawn-environ.MALLOC_TRIM_THRESHOLD_": 2**30,
+            "distributed.nanny.pre-spawn-environ.MALLOC_MMAP_THRESHOLD_": 2**30,
+        }
+        with dask.config.set(settings), \
              LocalCluster(n_workers=workers, threads_per_worker=1, dashboard_address=":0",
                           silence_logs=logging.CRITICAL) as cluster, Client(cluster) as client:
             yield client
