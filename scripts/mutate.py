@@ -15,12 +15,12 @@ import fnmatch
 import hashlib
 import os
 import re
+import resource
 import shutil
 import signal
 import subprocess
 import sys
 import threading
-import time
 from pathlib import Path
 
 sys.dont_write_bytecode = True
@@ -135,10 +135,11 @@ class Workshop:
             code, output = self.make("scanline", *(p.name for p in self.programs))
         if code != 0:
             raise Broken(f"the tree does not build:\n{output[-3000:]}")
-        started = time.monotonic()
+        before = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
         if fault := self.test():
             raise Broken(f"the tests fail without a mutation: {fault}")
-        self.cpu_limit = 10 + 3 * round(time.monotonic() - started)
+        after = resource.getrusage(resource.RUSAGE_CHILDREN).ru_utime
+        self.cpu_limit = 10 + 3 * round(after - before)
 
     def test(self):
         """What noticed the fault first, a test or a program; or None."""
