@@ -10,15 +10,15 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 scripts/setup.sh --test
 jobs=$(getconf _NPROCESSORS_ONLN)
 
-build() { # build PRESET [TARGET]
-  cmake --preset "$1"
-  cmake --build --preset "$1" --parallel "$jobs" --target "${2-all}"
+build() { # build PRESET TARGET [OPTION...]
+  cmake --preset "$1" "${@:3}"
+  cmake --build --preset "$1" --parallel "$jobs" --target "$2"
 }
 
 build tsan scanline_call_tests
 ctest --preset tsan -R calls.Threads
-build asan
+build asan all
 ctest --preset asan --parallel "$jobs"
-build release
+build release all -D SCANLINE_BUILD_PYTHON=ON
 scripts/abi.sh
 ctest --preset release --parallel "$jobs"

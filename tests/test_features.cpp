@@ -73,9 +73,8 @@ TEST(UpperSemiCircles, JoinNeighboursAcrossALabel) {
   for (const auto& [labels, expected] : cases) {
     Line line = build::lineOfZ({5, 0, 4, 5, 0, 0, 5, 0, 4, 5, 0, 0, 5, 0, 4, 5, 0, 0, 5, 0, 4, 5});
     cv::Mat image = cv::Mat::zeros(static_cast<int>(line.size()), 9, CV_32S);
-    for (int hole = 0; hole < 3; ++hole) {
-      image.at<int>(6 * hole + 4, 7) = labels[2 * hole];
-      image.at<int>(6 * hole + 5, 7) = labels[2 * hole + 1];
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+      image.at<int>(static_cast<int>(i / 2 * 6 + 4 + i % 2), 7) = labels[i];
     }
     std::vector<SQO_featureSemiCircle> arcs;
     qo_getLineUpperSemiCircleFeature(line.data(), 22, 7, 2.0, {9, 9, 9, 2.5}, arcs, image);

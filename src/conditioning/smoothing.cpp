@@ -30,7 +30,7 @@ struct PaddedHeights {
 
   /// Sets the number of measured heights before each of the first `count` heights, and before their
   /// end.
-  void countMeasured(std::size_t count) {
+  void countMeasured(std::size_t count) const {
     int measured = 0;
     for (std::size_t k = 0; k < count; ++k) {
       measuredBefore[k] = measured;

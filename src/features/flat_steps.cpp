@@ -151,12 +151,12 @@ FlatSteps mergeSteps(const FlatSteps& steps) {
     }
     if (steepest == nullptr && step.isJump()) {
       merged.push_back(step);
-    } else if (steepest == nullptr) {
-      steepest = &step;
-    } else if (!runSameWay(*steepest, step)) {
+      continue;
+    }
+    if (steepest != nullptr && !runSameWay(*steepest, step)) {
       endRow();
-      steepest = &step;
-    } else if (std::abs(step.slope) > std::abs(steepest->slope)) {
+    }
+    if (steepest == nullptr || std::abs(step.slope) > std::abs(steepest->slope)) {
       steepest = &step;
     }
   }

@@ -39,11 +39,11 @@ using ScanView = std::vector<LineView>;
 
 inline ScanView viewOf(const STesk3DLaserLine* lines, int lineNum) {
   assert(lines != nullptr || lineNum <= 0);
-  return ScanView(lines, lines + std::max(lineNum, 0));
+  return {lines, lines + std::max(lineNum, 0)};
 }
 
 inline ScanView viewOf(const std::vector<std::vector<STesk3DPosition>>& scan) {
-  return ScanView(scan.begin(), scan.end());
+  return {scan.begin(), scan.end()};
 }
 
 /// The number of samples of a scan, including missing ones.
