@@ -245,7 +245,7 @@ def main():
     schemas = Schemas(schema_folder)
     run_all(Program(program_path.resolve(), folder, schemas))
     for name in sorted(set(schemas.open) - schemas.seen):
-        fail("no output was held against %s.schema.json" % name)
+        fail("no output was validated by %s.schema.json" % name)
     print("check_json.py: %d outputs, %d renamed keys" % (schemas.outputs, schemas.renamings))
     sys.exit(1 if failures else 0)
 

@@ -1,8 +1,8 @@
 """The examples, the tutorial and the code of the README run, print what they state, and draw."""
 import contextlib
-import importlib.util
 import io as stdio
 import re
+import runpy
 from pathlib import Path
 
 import numpy as np
@@ -48,10 +48,8 @@ def assert_picture(path):
 
 @pytest.mark.parametrize("name", PRINTED)
 def test_an_example_prints_as_in_cpp_and_draws(name, capsys):
-    spec = importlib.util.spec_from_file_location(name, ROOT / "python/examples" / f"{name}.py")
-    example = importlib.util.module_from_spec(spec)
-    spec.loader.exec_module(example)
-    example.main("picture.png")
+    example = runpy.run_path(str(ROOT / "python/examples" / f"{name}.py"))
+    example["main"]("picture.png")
     assert capsys.readouterr().out == PRINTED[name]
     assert_picture("picture.png")
 
