@@ -150,6 +150,9 @@ void copyFrom(const Row& row, std::vector<T>& list) {
 
 template <typename T>
 void copyTo(const Row& row, const std::vector<T>& list) {
+  if (list.empty()) {
+    return;  // and then there may be no memory to copy to
+  }
   if (row.stride == static_cast<py::ssize_t>(sizeof(T))) {
     std::memcpy(row.data, list.data(), list.size() * sizeof(T));
     return;
