@@ -167,24 +167,4 @@ struct Argument<
   }
 };
 
-template <typename P>
-struct Argument<Out, P, std::enable_if_t<isNestedList<P>()>> : ResultBase {
-  static constexpr bool visitsSamples = true;
-  Bare<P> value;
-  explicit Argument(const Source& /*source*/) {}
-  Bare<P>& pass() {
-    return value;
-  }
-  py::object result() {
-    py::list lists;
-    for (auto& list : value) {
-      lists.append(arrayOf(std::move(list)));
-    }
-    return std::move(lists);
-  }
-  static std::string annotation() {
-    return "list[NDArray[np.void]]";
-  }
-};
-
 }  // namespace binding

@@ -77,8 +77,9 @@ struct Argument<
   }
 };
 
+/// A Python list of what the function appends: of objects of the class, or of arrays.
 template <typename P>
-struct Argument<Out, P, std::enable_if_t<isObjectList<P>()>> : ResultBase {
+struct Argument<Out, P, std::enable_if_t<isObjectList<P>() || isNestedList<P>()>> : ResultBase {
   static constexpr bool visitsSamples = true;
   Bare<P> value;
   explicit Argument(const Source& /*source*/) {}
@@ -86,14 +87,22 @@ struct Argument<Out, P, std::enable_if_t<isObjectList<P>()>> : ResultBase {
     return value;
   }
   py::object result() {
-    py::list objects;
+    py::list items;
     for (auto& item : value) {
-      objects.append(py::cast(std::move(item)));
+      if constexpr (isObjectList<P>()) {
+        items.append(py::cast(std::move(item)));
+      } else {
+        items.append(arrayOf(std::move(item)));
+      }
     }
-    return std::move(objects);
+    return std::move(items);
   }
   static std::string annotation() {
-    return "list[" + std::string(Fields<ItemOf<P>>::name) + "]";
+    if constexpr (isObjectList<P>()) {
+      return "list[" + std::string(Fields<ItemOf<P>>::name) + "]";
+    } else {
+      return "list[NDArray[np.void]]";
+    }
   }
 };
 
